@@ -1,0 +1,46 @@
+# One library a folder of src/, and the programs whose main.cpp stands in such a folder.
+
+# Adds the library norvane_<folder>, which links the libraries of `uses`. A folder without files gives no target, a folder
+# of headers alone an interface library.
+function(norvane_add_folder folder uses)
+  file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp")
+  file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${folder}/*.h")
+  list(REMOVE_ITEM sources "${PROJECT_SOURCE_DIR}/src/${folder}/main.cpp")
+  if(NOT sources AND NOT headers)
+    return()
+  endif()
+
+  set(target norvane_${folder})
+  if(sources)
+    add_library(${target} STATIC ${sources})
+    set(scope PUBLIC)
+  else()
+    add_library(${target} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_sources(${target} ${scope} FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${headers})
+  target_include_directories(${target} ${scope} "${PROJECT_SOURCE_DIR}/src")
+  foreach(library IN LISTS uses)
+    if(TARGET ${library})
+      target_link_libraries(${target} ${scope} ${library})
+    endif()
+  endforeach()
+  target_link_libraries(${target} ${scope} ${NORVANE_LIBRARIES_${folder}})
+endfunction()
+
+# Adds the program `program` from src/<folder>/main.cpp. The folder's other files are the library norvane_<folder>, so that
+# tests can link them.
+function(norvane_add_program program folder uses)
+  norvane_add_folder(${folder} "${uses}")
+  file(GLOB main CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${folder}/main.cpp")
+  if(NOT main)
+    return()
+  endif()
+  add_executable(${program} ${main})
+  if(TARGET norvane_${folder})
+    target_link_libraries(${program} PRIVATE norvane_${folder})
+  else()
+    target_link_libraries(${program} PRIVATE ${uses} ${NORVANE_LIBRARIES_${folder}})
+  endif()
+  set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${NORVANE_STAGE_DIR}")
+endfunction()
