@@ -51,6 +51,7 @@ function(norvane_add_tests folder)
       endif()
     endforeach()
   endif()
+  # Names start with the folder, so that ctest -R finds them.
   gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${folder}." PROPERTIES TIMEOUT 600)
 endfunction()
 
@@ -59,4 +60,12 @@ foreach(folder IN LISTS test_folders)
   if(IS_DIRECTORY "${PROJECT_SOURCE_DIR}/tests/${folder}" AND NOT folder MATCHES "^(support|data)$")
     norvane_add_tests(${folder})
   endif()
+endforeach()
+
+# The rules of the house, and that each of them can be broken.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+foreach(check folders sizes words)
+  add_test(NAME house.${check} COMMAND Python3::Interpreter -B "${PROJECT_SOURCE_DIR}/scripts/check_${check}.py")
+  add_test(NAME house.${check}_can_fail
+           COMMAND Python3::Interpreter -B "${PROJECT_SOURCE_DIR}/scripts/check_${check}.py" --self-test)
 endforeach()
