@@ -1,0 +1,111 @@
+#include "common/controls.h"
+
+#include <utility>
+
+namespace norvane {
+
+void Control::Set_Visible(bool visible) {
+    if (m_visible == visible)
+        return;
+    m_visible = visible;
+    changed.emit();
+}
+
+void Control::Set_Enabled(bool enabled) {
+    if (m_enabled == enabled)
+        return;
+    m_enabled = enabled;
+    changed.emit();
+}
+
+void Label::Set_Text(std::string_view text) {
+    std::string cleaned = Clean_Field(text, Field_Lines::one);
+    if (cleaned == m_text)
+        return;
+    m_text = std::move(cleaned);
+    changed.emit();
+}
+
+void Text_Box::Set_Text(std::string_view text) {
+    std::string cleaned = Clean_Field(text, m_lines);
+    if (cleaned == m_text)
+        return;
+    m_text = std::move(cleaned);
+    changed.emit();
+}
+
+void Text_Box::Enter(std::string_view text) {
+    if (!Enabled())
+        return;
+    Set_Text(text);
+    edited.emit();
+}
+
+std::string Combo_Box::Text() const {
+    return m_selected < 0 ? std::string() : m_entries.at(static_cast<std::size_t>(m_selected));
+}
+
+void Combo_Box::Set_Entries(std::vector<std::string> entries) {
+    m_entries = std::move(entries);
+    m_selected = -1;
+    changed.emit();
+}
+
+void Combo_Box::Select(int index) {
+    const bool known = index >= 0 && index < static_cast<int>(m_entries.size());
+    const int selected = known ? index : -1;
+    if (selected == m_selected)
+        return;
+    m_selected = selected;
+    changed.emit();
+}
+
+void Combo_Box::Select_Text(std::string_view text) {
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+        if (Equal_No_Case(m_entries[i], text)) {
+            Select(static_cast<int>(i));
+            return;
+        }
+    }
+    Select(-1);
+}
+
+void Combo_Box::Choose(int index) {
+    if (!Enabled())
+        return;
+    Select(index);
+    edited.emit();
+}
+
+void Check_Box::Set_Checked(bool checked) {
+    if (m_checked == checked)
+        return;
+    m_checked = checked;
+    changed.emit();
+}
+
+void Check_Box::Click() {
+    if (!Enabled())
+        return;
+    Set_Checked(!m_checked);
+    edited.emit();
+}
+
+void Link::Set_Caption(std::string_view caption) {
+    if (m_caption == caption)
+        return;
+    m_caption = caption;
+    changed.emit();
+}
+
+void Link::Click() {
+    if (Enabled() && Visible())
+        clicked.emit();
+}
+
+void Menu_Command::Choose() {
+    if (Enabled() && Visible())
+        chosen.emit();
+}
+
+}  // namespace norvane

@@ -1,0 +1,137 @@
+#pragma once
+// Control models: what a panel's rules know of a label, a text box, a link. Plain values with
+// change notices; the window binds each to a widget, tests and the program without a window use
+// them as they are. "Set_…" is the program's hand; "Enter", "Click", "Choose" are the pilot's.
+
+#include <sigc++/sigc++.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/text.h"
+
+namespace norvane {
+
+class Control {
+  public:
+    Control() = default;
+    Control(const Control&) = delete;
+    Control& operator=(const Control&) = delete;
+
+    [[nodiscard]] bool Visible() const { return m_visible; }
+    [[nodiscard]] bool Enabled() const { return m_enabled; }
+    void Set_Visible(bool visible);
+    void Set_Enabled(bool enabled);
+
+    /// Value, caption, visibility or usability changed.
+    sigc::signal<void()> changed;
+
+  protected:
+    ~Control() = default;
+
+  private:
+    bool m_visible = true;
+    bool m_enabled = true;
+};
+
+/// A caption, or a figure that the pilot cannot edit. One line.
+class Label : public Control {
+  public:
+    explicit Label(std::string_view text = {}) : m_text(text) {}
+    [[nodiscard]] const std::string& Text() const { return m_text; }
+    /// "|" and line breaks are cleaned as in `Clean_Field`.
+    void Set_Text(std::string_view text);
+
+  private:
+    std::string m_text;
+};
+
+class Text_Box : public Control {
+  public:
+    explicit Text_Box(Field_Lines lines = Field_Lines::one) : m_lines(lines) {}
+    [[nodiscard]] const std::string& Text() const { return m_text; }
+    [[nodiscard]] Field_Lines Lines() const { return m_lines; }
+    /// True for the placeholder and the empty text.
+    [[nodiscard]] bool Is_Empty() const { return Is_Empty_Field(m_text); }
+    /// The program's value, cleaned as in `Clean_Field`.
+    void Set_Text(std::string_view text);
+    /// The pilot's text: as `Set_Text`, then `edited`. Nothing happens while the box is disabled.
+    void Enter(std::string_view text);
+    /// The focus leaves the box.
+    void Leave() { left.emit(); }
+
+    /// The pilot changed the text.
+    sigc::signal<void()> edited;
+    sigc::signal<void()> left;
+
+  private:
+    Field_Lines m_lines;
+    std::string m_text;
+};
+
+class Combo_Box : public Control {
+  public:
+    [[nodiscard]] const std::vector<std::string>& Entries() const { return m_entries; }
+    /// The selected entry's index, -1 for none.
+    [[nodiscard]] int Selected() const { return m_selected; }
+    /// The selected entry, or the empty text.
+    [[nodiscard]] std::string Text() const;
+    void Set_Entries(std::vector<std::string> entries);
+    void Clear() { Set_Entries({}); }
+    /// An index outside the entries selects none.
+    void Select(int index);
+    /// Selects the entry equal to `text` without regard to case; none when there is none.
+    void Select_Text(std::string_view text);
+    /// The pilot's choice: as `Select`, then `edited`.
+    void Choose(int index);
+
+    sigc::signal<void()> edited;
+
+  private:
+    std::vector<std::string> m_entries;
+    int m_selected = -1;
+};
+
+class Check_Box : public Control {
+  public:
+    [[nodiscard]] bool Checked() const { return m_checked; }
+    void Set_Checked(bool checked);
+    /// The pilot's click: turns the box over, then `edited`.
+    void Click();
+
+    sigc::signal<void()> edited;
+
+  private:
+    bool m_checked = false;
+};
+
+/// A command shown as a link; the window draws an enabled one navy, a disabled one grey.
+class Link : public Control {
+  public:
+    explicit Link(std::string_view caption) : m_caption(caption) {}
+    [[nodiscard]] const std::string& Caption() const { return m_caption; }
+    void Set_Caption(std::string_view caption);
+    /// Nothing happens while the link is disabled or hidden.
+    void Click();
+
+    sigc::signal<void()> clicked;
+
+  private:
+    std::string m_caption;
+};
+
+/// An entry of a menu; "&" in the caption marks its accelerator.
+class Menu_Command : public Control {
+  public:
+    explicit Menu_Command(std::string_view caption) : m_caption(caption) {}
+    [[nodiscard]] const std::string& Caption() const { return m_caption; }
+    void Choose();
+
+    sigc::signal<void()> chosen;
+
+  private:
+    std::string m_caption;
+};
+
+}  // namespace norvane

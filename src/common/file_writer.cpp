@@ -1,0 +1,124 @@
+#include "common/file_writer.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "common/code_page.h"
+#include "common/run_error.h"
+
+namespace norvane {
+
+namespace {
+
+void Write_All(int descriptor, std::string_view bytes, const std::filesystem::path& file) {
+    while (!bytes.empty()) {
+        const auto written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            throw File_Error(errno, From_Path(file));
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+void Write_Opened(const std::filesystem::path& file, std::string_view content, int flags) {
+    const int descriptor = ::open(file.c_str(), flags | O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+    if (descriptor < 0)
+        throw File_Error(errno, From_Path(file));
+    try {
+        Write_All(descriptor, content, file);
+    } catch (...) {
+        ::close(descriptor);
+        throw;
+    }
+    if (::close(descriptor) != 0)
+        throw File_Error(errno, From_Path(file));
+}
+
+std::filesystem::path Final_Target(const std::filesystem::path& target) {
+    std::error_code failure;
+    const auto resolved = std::filesystem::canonical(target, failure);
+    return failure ? std::filesystem::absolute(target) : resolved;
+}
+
+mode_t Usual_Mode() {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+}  // namespace
+
+Atomic_File::Atomic_File(const std::filesystem::path& target) : m_target(Final_Target(target)) {
+    std::string name = (m_target.parent_path() / ("." + m_target.filename().string())).string();
+    name += ".XXXXXX";
+    m_descriptor = ::mkostemp(name.data(), O_CLOEXEC);
+    if (m_descriptor < 0)
+        throw File_Error(errno, From_Path(m_target));
+    m_temporary = name;
+    struct stat status {};
+    const bool exists = ::stat(m_target.c_str(), &status) == 0;
+    if (::fchmod(m_descriptor, exists ? status.st_mode & 07777 : Usual_Mode()) != 0) {
+        const int reason = errno;
+        Discard();
+        throw File_Error(reason, From_Path(m_target));
+    }
+}
+
+Atomic_File::~Atomic_File() {
+    Discard();
+}
+
+void Atomic_File::Write(std::string_view bytes) {
+    Write_All(m_descriptor, bytes, m_target);
+}
+
+void Atomic_File::Commit() {
+    if (::fsync(m_descriptor) != 0)
+        throw File_Error(errno, From_Path(m_target));
+    const int closed = ::close(m_descriptor);
+    m_descriptor = -1;
+    if (closed != 0 || ::rename(m_temporary.c_str(), m_target.c_str()) != 0) {
+        throw File_Error(errno, From_Path(m_target));
+    }
+    m_temporary.clear();
+    // The rename itself must reach the disk too; a directory that cannot be flushed is no failure.
+    const int directory = ::open(m_target.parent_path().c_str(), O_RDONLY | O_CLOEXEC);
+    if (directory >= 0) {
+        ::fsync(directory);
+        ::close(directory);
+    }
+}
+
+void Atomic_File::Discard() {
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+    m_descriptor = -1;
+    if (!m_temporary.empty())
+        ::unlink(m_temporary.c_str());
+    m_temporary.clear();
+}
+
+void Write_File_Atomically(const std::filesystem::path& target, std::string_view content) {
+    Atomic_File file(target);
+    file.Write(content);
+    file.Commit();
+}
+
+void Write_File(const std::filesystem::path& file, std::string_view content) {
+    Write_Opened(file, content, O_TRUNC);
+}
+
+void Append_To_File(const std::filesystem::path& file, std::string_view content) {
+    Write_Opened(file, content, O_APPEND);
+}
+
+void Copy_File(const std::filesystem::path& from, const std::filesystem::path& to) {
+    std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing);
+}
+
+}  // namespace norvane

@@ -1,0 +1,42 @@
+#pragma once
+// Writing files that matter. An Atomic_File is written beside its target, flushed to the disk and
+// renamed over it: readers see the old file or the new one, never half of one. All functions raise
+// a Run_Error that names the file and why it failed.
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace norvane {
+
+/// Owned by the writing procedure; a file that is not committed leaves nothing behind.
+class Atomic_File {
+  public:
+    /// Begins a new content for `target`. A symbolic link is followed to the file it leads to,
+    /// whose mode the new file keeps; a missing target is created with the usual mode.
+    explicit Atomic_File(const std::filesystem::path& target);
+    ~Atomic_File();
+    Atomic_File(const Atomic_File&) = delete;
+    Atomic_File& operator=(const Atomic_File&) = delete;
+
+    void Write(std::string_view bytes);
+    /// Flushes, renames, and flushes the directory. Nothing may be written afterwards.
+    void Commit();
+
+  private:
+    void Discard();
+
+    std::filesystem::path m_target;
+    std::filesystem::path m_temporary;
+    int m_descriptor = -1;
+};
+
+void Write_File_Atomically(const std::filesystem::path& target, std::string_view content);
+/// Creates or overwrites in place, without flushing: for files that can be made again.
+void Write_File(const std::filesystem::path& file, std::string_view content);
+/// Adds to the end, creating the file when it is missing; all bytes or an error.
+void Append_To_File(const std::filesystem::path& file, std::string_view content);
+/// Copies a file's bytes over `to`, leaving `to` as it was when `from` cannot be read.
+void Copy_File(const std::filesystem::path& from, const std::filesystem::path& to);
+
+}  // namespace norvane

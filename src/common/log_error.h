@@ -1,0 +1,34 @@
+#pragma once
+// The one error-reporting routine and the one place that catches. A procedure that reports wraps
+// its work in `Guarded` under its qualified name ("clsACARS.Refresh()"); the failure goes to the
+// error log, to the pilot when asked, and no further.
+
+#include <string_view>
+#include <utility>
+
+#include "common/run_error.h"
+
+namespace norvane {
+
+struct Services;
+
+enum class Show { silent, box };
+
+/// Puts the cursor back to normal, shows the report when asked, appends it to the error log. Never
+/// fails. A box is not shown from within a timer's tick, nor twice within a minute for the same
+/// report; the log takes every one.
+void Log_Error(Services& services, std::string_view procedure, const Run_Error& error, Show show);
+
+/// Runs `body`; a failure is reported under `procedure` and the result is false.
+template <class Body>
+bool Guarded(Services& services, std::string_view procedure, Show show, Body&& body) {
+    try {
+        std::forward<Body>(body)();
+        return true;
+    } catch (...) {
+        Log_Error(services, procedure, Caught_Error(), show);
+        return false;
+    }
+}
+
+}  // namespace norvane

@@ -1,0 +1,27 @@
+#include "common/services.h"
+
+namespace norvane {
+
+std::string Settings_Store::Get(std::string_view section, std::string_view key,
+                                std::string_view otherwise) {
+    auto found = Find(section, key);
+    return found ? *std::move(found) : std::string(otherwise);
+}
+
+void Settings_Batch::Commit() {
+    if (!m_open)
+        return;
+    m_open = false;
+    m_store.Commit();
+}
+
+Settings_Batch::~Settings_Batch() {
+    try {
+        Commit();
+    } catch (...) {
+        // The block that failed is already being reported; a second failure has nobody to tell.
+        m_open = false;
+    }
+}
+
+}  // namespace norvane

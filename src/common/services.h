@@ -1,0 +1,161 @@
+#pragma once
+// Everything a procedure needs from outside, handed to constructors by reference: the desktop, the
+// settings store, the clock, the country's signs, the error log and the program directory. The
+// simulator's transport is handed to the link itself. Owned by the program that starts.
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "common/date_time.h"
+#include "common/number.h"
+
+namespace norvane {
+
+class Timer_Queue;
+
+enum class Icon { none, information, question, exclamation };
+enum class Buttons { ok, yes_no };
+enum class Answer { ok, yes, no };
+
+struct Message_Box {
+    std::string text;
+    std::string title;
+    Icon icon = Icon::none;
+    Buttons buttons = Buttons::ok;
+};
+
+/// The pilot's screen, or what stands in its place.
+class Desktop {
+  public:
+    virtual ~Desktop() = default;
+    Desktop() = default;
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+
+    virtual void Set_Busy(bool busy) = 0;
+    /// Shows the box and waits for the answer. An information box that nothing asked for (raised by
+    /// a timer) may be shown without waiting.
+    virtual Answer Show_Message(const Message_Box& box) = 0;
+    /// Handles what has happened: timers that are due, input, repaints.
+    virtual void Process_Events() = 0;
+    /// Keeps events flowing, without spinning, until `condition` holds (true) or `at_most` of the
+    /// timers' time has passed (false).
+    virtual bool Wait_Until(const std::function<bool()>& condition,
+                            std::chrono::milliseconds at_most) = 0;
+    [[nodiscard]] virtual Timer_Queue& Timers() = 0;
+};
+
+/// The busy cursor for the length of a procedure.
+class Busy_Cursor {
+  public:
+    explicit Busy_Cursor(Desktop& desktop) : m_desktop(desktop) { m_desktop.Set_Busy(true); }
+    ~Busy_Cursor() { m_desktop.Set_Busy(false); }
+    Busy_Cursor(const Busy_Cursor&) = delete;
+    Busy_Cursor& operator=(const Busy_Cursor&) = delete;
+
+  private:
+    Desktop& m_desktop;
+};
+
+/// Per-user texts by section and key, all of application "Norvane". Every operation raises a
+/// Run_Error when the store fails.
+class Settings_Store {
+  public:
+    virtual ~Settings_Store() = default;
+    Settings_Store() = default;
+    Settings_Store(const Settings_Store&) = delete;
+    Settings_Store& operator=(const Settings_Store&) = delete;
+
+    [[nodiscard]] virtual std::optional<std::string> Find(std::string_view section,
+                                                          std::string_view key) = 0;
+    virtual void Set(std::string_view section, std::string_view key, std::string_view value) = 0;
+    /// A section that does not exist is no error.
+    virtual void Delete_Section(std::string_view section) = 0;
+    /// Writes between Begin and the outermost Commit are one transaction; batches nest.
+    virtual void Begin() = 0;
+    virtual void Commit() = 0;
+    /// Keeps a copy of the store as it stands (name + ".bak"), for a load that met a bad value.
+    virtual void Back_Up() = 0;
+
+    /// The stored text, or `otherwise` when the key is absent.
+    [[nodiscard]] std::string Get(std::string_view section, std::string_view key,
+                                  std::string_view otherwise = {});
+};
+
+/// A batch for the length of a block. What was written is kept even when the block fails: half a
+/// step's figures are worth more than none.
+class Settings_Batch {
+  public:
+    explicit Settings_Batch(Settings_Store& store) : m_store(store) { m_store.Begin(); }
+    ~Settings_Batch();
+    Settings_Batch(const Settings_Batch&) = delete;
+    Settings_Batch& operator=(const Settings_Batch&) = delete;
+    /// Commits now, so that a failure is raised to the caller.
+    void Commit();
+
+  private:
+    Settings_Store& m_store;
+    bool m_open = true;
+};
+
+/// When standard or daylight time begins in a year, in local time. With a year: that moment.
+/// Without (0): the `week`-th `weekday` (0 Sunday) of the month, 5 meaning the last one.
+struct Zone_Rule {
+    int year = 0;
+    int month = 0;  // 0: the zone has no daylight time
+    int week = 0;
+    int weekday = 0;
+    int day = 0;
+    Time_Of_Day time;
+};
+
+/// Minutes; local time + bias = UTC.
+struct Time_Zone {
+    int standard_bias = 0;
+    int daylight_bias = 0;  // added while daylight time holds, 0 when the zone has none
+    Zone_Rule standard_start;
+    Zone_Rule daylight_start;
+};
+
+class Clock {
+  public:
+    virtual ~Clock() = default;
+    Clock() = default;
+    Clock(const Clock&) = delete;
+    Clock& operator=(const Clock&) = delete;
+
+    [[nodiscard]] virtual Date_Time Local_Now() = 0;
+    /// Time that never jumps, from an arbitrary start; timers run by it.
+    [[nodiscard]] virtual std::chrono::microseconds Monotonic() = 0;
+    /// Blocks, without handling events.
+    virtual void Sleep(std::chrono::microseconds duration) = 0;
+    [[nodiscard]] virtual Time_Zone Zone() = 0;
+};
+
+/// Where error reports are kept.
+class Error_Log {
+  public:
+    virtual ~Error_Log() = default;
+    Error_Log() = default;
+    Error_Log(const Error_Log&) = delete;
+    Error_Log& operator=(const Error_Log&) = delete;
+
+    /// Adds one entry (date, three blanks, report, empty line). May fail; the caller swallows it.
+    virtual void Append(const std::string& entry) = 0;
+};
+
+struct Services {
+    Desktop& desktop;
+    Settings_Store& settings;
+    Clock& clock;
+    Error_Log& error_log;
+    Regional regional;
+    /// The program directory, taken as it is.
+    std::filesystem::path program_directory;
+};
+
+}  // namespace norvane

@@ -1,0 +1,103 @@
+#include "common/timer_queue.h"
+
+#include <algorithm>
+
+#include "common/services.h"
+
+namespace norvane {
+
+Timer_Queue::Timer_Queue(Clock& clock, double speed) : m_clock(clock), m_speed(speed) {}
+
+std::chrono::microseconds Timer_Queue::Now() const {
+    return m_clock.Monotonic();
+}
+
+std::chrono::microseconds Timer_Queue::Scaled(std::chrono::milliseconds span) const {
+    const std::chrono::duration<double, std::milli> scaled(static_cast<double>(span.count()) /
+                                                           m_speed);
+    return std::chrono::duration_cast<std::chrono::microseconds>(scaled);
+}
+
+bool Timer_Queue::Run_Due() {
+    const auto now = Now();
+    bool any = false;
+    // Each turn runs every due timer at most once, however long the ticks take.
+    for (std::size_t turns = m_timers.size(); turns > 0; --turns) {
+        Timer* timer = Earliest_Due(now);
+        if (timer == nullptr)
+            break;
+        any = true;
+        timer->Run(now);
+    }
+    return any;
+}
+
+std::optional<std::chrono::microseconds> Timer_Queue::Next_Due() const {
+    std::optional<std::chrono::microseconds> next;
+    for (const Timer* timer : m_timers) {
+        if (timer->m_enabled && !timer->m_running && (!next || timer->m_due < *next)) {
+            next = timer->m_due;
+        }
+    }
+    return next;
+}
+
+Timer* Timer_Queue::Earliest_Due(std::chrono::microseconds now) const {
+    Timer* earliest = nullptr;
+    for (Timer* timer : m_timers) {
+        const bool due = timer->m_enabled && !timer->m_running && timer->m_due <= now;
+        if (due && (earliest == nullptr || timer->m_due < earliest->m_due))
+            earliest = timer;
+    }
+    return earliest;
+}
+
+bool Timer_Queue::First_Within_A_Minute(const std::string& report) {
+    constexpr std::chrono::minutes quiet(1);
+    const auto now = Now();
+    std::erase_if(m_recent_reports, [&](const auto& seen) { return now - seen.second >= quiet; });
+    return m_recent_reports.emplace(report, now).second;
+}
+
+Timer::Timer(Timer_Queue& queue, std::chrono::milliseconds interval)
+    : m_queue(queue), m_interval(interval) {
+    m_queue.m_timers.push_back(this);
+}
+
+Timer::~Timer() {
+    std::erase(m_queue.m_timers, this);
+    if (m_deleted != nullptr)
+        *m_deleted = true;
+}
+
+void Timer::Set_Enabled(bool enabled) {
+    if (enabled && !m_enabled)
+        m_due = m_queue.Now() + m_queue.Scaled(m_interval);
+    m_enabled = enabled;
+}
+
+void Timer::Run(std::chrono::microseconds now) {
+    const auto interval = m_queue.Scaled(m_interval);
+    m_due += interval;
+    // A timer that fell behind does not catch up: it goes on from now.
+    if (m_due <= now)
+        m_due = now + interval;
+    bool deleted = false;
+    m_deleted = &deleted;
+    m_running = true;
+    Timer_Queue& queue = m_queue;
+    ++queue.m_ticks_running;
+    try {
+        tick.emit();
+    } catch (...) {
+        // Ticks report their own failures; nothing else may stop the event loop.
+        m_enabled = m_enabled && !deleted;
+    }
+    --queue.m_ticks_running;
+    if (deleted)
+        return;
+    m_running = false;
+    m_deleted = nullptr;
+}
+
+}  // namespace norvane

@@ -1,0 +1,78 @@
+#pragma once
+// Timers of panels and carriers, and the queue that runs them. Each Desktop owns one queue and runs
+// it from its event loop; timers are members of the panels and unregister themselves. A tick is the
+// timer's signal, raised on the one thread.
+
+#include <sigc++/sigc++.h>
+
+#include <chrono>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace norvane {
+
+class Clock;
+class Timer;
+
+class Timer_Queue {
+  public:
+    /// `speed` divides every interval: 20 makes a 500 ms timer tick every 25 ms. More than 0.
+    explicit Timer_Queue(Clock& clock, double speed = 1);
+    Timer_Queue(const Timer_Queue&) = delete;
+    Timer_Queue& operator=(const Timer_Queue&) = delete;
+
+    /// Runs each timer that is due, earliest first, once. A timer whose tick is still running is
+    /// passed over. True when any ran.
+    bool Run_Due();
+    /// When the earliest timer that can run is due (the clock's monotonic time); empty when none
+    /// is.
+    [[nodiscard]] std::optional<std::chrono::microseconds> Next_Due() const;
+    /// A span of the timers' time as a span of the clock's.
+    [[nodiscard]] std::chrono::microseconds Scaled(std::chrono::milliseconds span) const;
+    [[nodiscard]] std::chrono::microseconds Now() const;
+    /// True while a tick runs: what happens then was not asked for by the pilot.
+    [[nodiscard]] bool Is_Ticking() const { return m_ticks_running > 0; }
+    /// True unless the same report was offered less than a minute ago.
+    bool First_Within_A_Minute(const std::string& report);
+
+  private:
+    friend class Timer;
+    Timer* Earliest_Due(std::chrono::microseconds now) const;
+
+    Clock& m_clock;
+    double m_speed;
+    int m_ticks_running = 0;
+    std::vector<Timer*> m_timers;
+    std::map<std::string, std::chrono::microseconds> m_recent_reports;
+};
+
+class Timer {
+  public:
+    /// Disabled at first.
+    Timer(Timer_Queue& queue, std::chrono::milliseconds interval);
+    ~Timer();
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
+
+    /// Enabling a timer that was disabled starts its interval anew.
+    void Set_Enabled(bool enabled);
+    [[nodiscard]] bool Enabled() const { return m_enabled; }
+
+    sigc::signal<void()> tick;
+
+  private:
+    friend class Timer_Queue;
+    void Run(std::chrono::microseconds now);
+
+    Timer_Queue& m_queue;
+    std::chrono::milliseconds m_interval;
+    std::chrono::microseconds m_due{0};
+    bool m_enabled = false;
+    bool m_running = false;
+    /// Set by the destructor, so that a tick that deletes its own timer ends safely.
+    bool* m_deleted = nullptr;
+};
+
+}  // namespace norvane

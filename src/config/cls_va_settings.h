@@ -1,0 +1,57 @@
+#pragma once
+// The active virtual airline: where its server is, which scripts take reports, which form fields a
+// PIREP fills. One object for the whole program, read from the airline's directory.
+
+#include <sigc++/sigc++.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace norvane {
+
+struct Services;
+
+class clsVASettings {
+  public:
+    /// All empty, two empty fields, URL encoding on.
+    explicit clsVASettings(Services& services);
+
+    /// Loads the airline of that name ("DEFAULT" for the default one), then raises `Change`.
+    /// Failures are in the error log.
+    void Get_VA_Settings(std::string_view name);
+
+    /// The airline directory's name under the program directory, "VA" or "VA_" + name.
+    [[nodiscard]] const std::string& Directory() const { return m_directory; }
+    /// The name last given to `Get_VA_Settings`, trimmed.
+    [[nodiscard]] const std::string& Name() const { return m_name; }
+    [[nodiscard]] const std::string& WebServer() const { return m_web_server; }
+    [[nodiscard]] const std::string& Script_PIREP() const { return m_script_pirep; }
+    [[nodiscard]] const std::string& Script_ACARS() const { return m_script_acars; }
+    /// Form field name of the i-th PIREP value; an index beyond the bound raises 9.
+    [[nodiscard]] const std::string& PIREP_Fields(int index) const;
+    /// Label of the i-th PIREP value; as above.
+    [[nodiscard]] const std::string& PIREP_Field_Names(int index) const;
+    [[nodiscard]] int PIREP_Fields_Ubound() const { return static_cast<int>(m_fields.size()) - 1; }
+    [[nodiscard]] int PIREP_Field_Names_Ubound() const { return PIREP_Fields_Ubound(); }
+    [[nodiscard]] bool URL_Encode() const { return m_url_encode; }
+
+    sigc::signal<void()> Change;
+
+  private:
+    struct Field {
+        std::string label;
+        std::string name;
+    };
+
+    Services& m_services;
+    std::string m_name;
+    std::string m_directory;
+    std::string m_web_server;
+    std::string m_script_pirep;
+    std::string m_script_acars;
+    std::vector<Field> m_fields{2};
+    bool m_url_encode = true;
+};
+
+}  // namespace norvane

@@ -1,0 +1,66 @@
+#pragma once
+// The record of one flight as it is logged: 44 text fields, the pilot's optional fields and the
+// airline's fields. One shared object for the whole program: the ACARS panel fills it, the flight
+// log takes it in through its events. A copy of it stands in the settings store while a flight is
+// in progress. Values are the texts the panel shows, units included.
+
+#include <sigc++/sigc++.h>
+
+#include <array>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "logentry/log_fields.h"
+
+namespace norvane {
+
+struct Services;
+
+/// Settings section that holds the flight in progress, the engine's part and the entry's.
+inline constexpr std::string_view flight_section = "ACARS";
+
+class clsLogEntry {
+  public:
+    static constexpr std::size_t optional_slots = 6;
+    static constexpr std::size_t airline_slots = 11;
+
+    /// Empty, then filled from the stored flight in progress, if there is one.
+    explicit clsLogEntry(Services& services);
+    clsLogEntry(const clsLogEntry&) = delete;
+    clsLogEntry& operator=(const clsLogEntry&) = delete;
+
+    [[nodiscard]] const std::string& Get(Log_Field field) const;
+    /// Cleans the text by the field's write rule.
+    void Set(Log_Field field, std::string_view text);
+    /// Slots 0 to 5 and 0 to 10; any other index raises 9. Stored unchanged.
+    [[nodiscard]] const std::string& OPTIONAL_FIELDS(std::size_t slot) const;
+    void Set_OPTIONAL_FIELDS(std::size_t slot, std::string_view text);
+    [[nodiscard]] const std::string& VA_FIELDS(std::size_t slot) const;
+    void Set_VA_FIELDS(std::size_t slot, std::string_view text);
+
+    /// Announces the complete entry; the flight log answers with `New_Log_Entry_Save_Result`.
+    void New_Log_Entry_Save();
+    void New_Log_Entry_Save_Result(bool saved);
+    /// Writes the PIREP text file; false when it failed (reported).
+    bool Export_ACARS_Report();
+    /// The 52 values of the PIREP line joined by "|".
+    [[nodiscard]] std::string PIREP_Line() const;
+    void Persist();
+    void Restore();
+
+    sigc::signal<void()> NewLogEntrySave;
+    sigc::signal<void()> NewLogEntrySaveOK;
+    sigc::signal<void()> NewLogEntrySaveFail;
+
+  private:
+    Services& m_services;
+    std::array<std::string, log_field_count> m_fields;
+    std::array<std::string, optional_slots> m_optional;
+    std::array<std::string, airline_slots> m_airline;
+};
+
+/// Removes the stored flight, the engine's figures with it. Raises when the store fails.
+void Delete_Stored_Flight(Services& services);
+
+}  // namespace norvane

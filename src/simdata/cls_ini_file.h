@@ -1,0 +1,56 @@
+#pragma once
+// Reading of the simulator's INI-style files: single values, whole sections, the payload of an
+// aircraft's configuration file, the addresses of the weather sources. Each user creates its own
+// object and points it at one file; nothing is cached.
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace norvane {
+
+struct Services;
+
+class clsIniFile {
+  public:
+    explicit clsIniFile(Services& services);
+
+    void Set_INI_FilePath(const std::filesystem::path& file) { m_file = file; }
+
+    /// Empty when file, section or key is missing. At most 254 characters; with `strip_comment`
+    /// only what stands before "//", trimmed.
+    [[nodiscard]] std::string Get_String(std::string_view section, std::string_view key,
+                                         bool strip_comment);
+    /// The section's entries as written, each followed by a NUL; a single NUL when there is none.
+    [[nodiscard]] std::string GetSectEntries(std::string_view section);
+    /// Reads ATC model, maximum RPM, passengers and cargo; nothing happens when the file is
+    /// missing.
+    void Get_Configuration_Info();
+    /// Reads the five addresses of a weather source.
+    void Get_URLs(std::string_view section);
+
+    [[nodiscard]] const std::string& ATC_Model() const { return m_atc_model; }
+    [[nodiscard]] const std::string& Max_RPM() const { return m_max_rpm; }
+    [[nodiscard]] const std::string& PAX() const { return m_pax; }
+    [[nodiscard]] const std::string& Baggage_Cargo() const { return m_baggage_cargo; }
+    [[nodiscard]] const std::string& URL() const { return m_url; }
+    [[nodiscard]] const std::string& URL_Data() const { return m_url_data; }
+    [[nodiscard]] const std::string& URL_METAR() const { return m_url_metar; }
+    [[nodiscard]] const std::string& URL_TAF() const { return m_url_taf; }
+    [[nodiscard]] const std::string& URL_METAR_TAF() const { return m_url_metar_taf; }
+
+  private:
+    Services& m_services;
+    std::filesystem::path m_file;
+    std::string m_atc_model;
+    std::string m_max_rpm;
+    std::string m_pax;
+    std::string m_baggage_cargo;
+    std::string m_url;
+    std::string m_url_data;
+    std::string m_url_metar;
+    std::string m_url_taf;
+    std::string m_url_metar_taf;
+};
+
+}  // namespace norvane

@@ -1,0 +1,89 @@
+#pragma once
+// The client side of the simulator link: a block of queued read and write requests, sent through a
+// Transport and walked when it comes back. One per process, owned by the program and shared by
+// reference. "Offset" is an address in the simulator's offset area.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simlink/transport.h"
+
+namespace norvane {
+
+class Clock;
+
+/// Result codes of the link; `modFSUIPC::IPC_ErrorText` gives their texts.
+namespace ipc_result {
+inline constexpr int okay = 0;
+inline constexpr int open = 1;
+inline constexpr int no_simulator = 2;
+inline constexpr int no_message = 3;
+inline constexpr int no_atom = 4;
+inline constexpr int no_mapping = 5;
+inline constexpr int no_view = 6;
+inline constexpr int wrong_fsuipc = 7;
+inline constexpr int wrong_simulator = 8;
+inline constexpr int not_open = 9;
+inline constexpr int nothing_queued = 10;
+inline constexpr int timed_out = 11;
+inline constexpr int send_failed = 12;
+inline constexpr int bad_data = 13;
+inline constexpr int wide_client = 14;
+inline constexpr int block_full = 15;
+}  // namespace ipc_result
+
+class modFSUIPC {
+  public:
+    /// Room for request records, their data and the 4-byte end record.
+    static constexpr std::size_t block_limit = 0x7F00;
+
+    /// Closed, versions zero.
+    modFSUIPC(Transport& transport, Clock& clock);
+    ~modFSUIPC();
+    modFSUIPC(const modFSUIPC&) = delete;
+    modFSUIPC& operator=(const modFSUIPC&) = delete;
+
+    /// `requested_version` 0 takes any simulator, else only the one of that number. An open link
+    /// gives `ipc_result::open` and stays as it is.
+    bool IPC_Open(int requested_version, int& result);
+    /// Queues a read of `size` bytes; `destination` (null: discard) is filled by `IPC_Process` and
+    /// must live until then.
+    bool IPC_Read(std::uint32_t offset, std::uint32_t size, void* destination, int& result);
+    bool IPC_Write(std::uint32_t offset, std::uint32_t size, const void* source, int& result);
+    /// Queues the text's first `size` bytes; a shorter text is filled up with NUL bytes.
+    bool IPC_WriteString(std::uint32_t offset, std::uint32_t size, std::string_view text,
+                         int& result);
+    /// Sends what is queued, waits for the answer (2 s a try, 11 tries, 100 ms between them) and
+    /// fills the destinations.
+    bool IPC_Process(int& result);
+    void IPC_Close();
+    [[nodiscard]] bool Is_Open() const { return m_open; }
+
+    /// The code's fixed text; a code outside the table gives a text that names the number.
+    [[nodiscard]] static std::string IPC_ErrorText(int result);
+    /// Name of the connected simulator; version 9 and above share the layout and the name of "FSX".
+    [[nodiscard]] std::string IPC_SimName() const;
+    /// As "3.750", with a letter for the low byte when it has one.
+    [[nodiscard]] std::string IPC_VersionText() const;
+
+  private:
+    bool Queue(std::uint32_t identifier, std::uint32_t offset, std::uint32_t size, int& result);
+    bool Exchange_Versions(int& result);
+    bool Fill_Destinations();
+
+    Transport& m_transport;
+    Clock& m_clock;
+    std::array<std::byte, 32768> m_block{};
+    std::size_t m_next = 0;
+    /// Destinations of the queued reads; a read record carries its place here, counted from 1.
+    std::vector<void*> m_destinations;
+    bool m_open = false;
+    std::uint32_t m_fsuipc_version = 0;
+    std::uint32_t m_simulator_version = 0;
+};
+
+}  // namespace norvane

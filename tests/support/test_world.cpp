@@ -1,0 +1,85 @@
+#include "support/test_world.h"
+
+#include <unistd.h>
+
+#include <stdexcept>
+#include <utility>
+
+#include "common/file_writer.h"
+#include "common/line_reader.h"
+
+namespace norvane::test {
+
+Date_Time Virtual_Clock::Local_Now() {
+    return Date_Time_Of_Seconds(Seconds_Of(start) +
+                                std::chrono::duration_cast<std::chrono::seconds>(m_now).count());
+}
+
+Answer Scripted_Desktop::Show_Message(const Message_Box& box) {
+    boxes.push_back(box);
+    if (on_box)
+        on_box(box);
+    if (box.buttons == Buttons::ok)
+        return Answer::ok;
+    if (answers.empty())
+        return Answer::no;
+    const Answer answer = answers.front();
+    answers.pop_front();
+    return answer;
+}
+
+bool Scripted_Desktop::Wait_Until(const std::function<bool()>& condition,
+                                  std::chrono::milliseconds at_most) {
+    const auto end = m_timers.Now() + m_timers.Scaled(at_most);
+    while (!condition()) {
+        if (m_timers.Run_Due())
+            continue;
+        const auto next = m_timers.Next_Due();
+        if (!next || *next > end) {
+            m_clock.Advance_To(end);
+            return condition();
+        }
+        m_clock.Advance_To(*next);
+    }
+    return true;
+}
+
+Test_World::Test_World() : services{desktop, store, clock, error_log, Regional{}, {}} {
+    std::string name = (std::filesystem::temp_directory_path() / "norvane-test-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr)
+        throw std::runtime_error("no temporary directory");
+    directory = name;
+    services.program_directory = directory;
+}
+
+Test_World::~Test_World() {
+    std::error_code ignored;
+    std::filesystem::remove_all(directory, ignored);
+}
+
+void Test_World::TearDown() {
+    for (const auto& entry : error_log.entries)
+        ADD_FAILURE() << "unexpected report: " << entry;
+}
+
+std::vector<std::string> Test_World::Take_Errors() {
+    return std::exchange(error_log.entries, {});
+}
+
+std::filesystem::path Test_World::Write(const std::filesystem::path& relative,
+                                        std::string_view content) {
+    const auto file = directory / relative;
+    std::filesystem::create_directories(file.parent_path());
+    Write_File(file, content);
+    return file;
+}
+
+std::string Test_World::Read(const std::filesystem::path& relative) const {
+    return Read_File(directory / relative);
+}
+
+std::filesystem::path Data_File(const std::string& name) {
+    return std::filesystem::path(NORVANE_SOURCE_DIR) / "tests" / "data" / name;
+}
+
+}  // namespace norvane::test

@@ -1,0 +1,96 @@
+#pragma once
+// The outside world of a test: a desktop with a script of answers and a virtual clock, a settings
+// store in memory, an error log that fails the test when a report comes unexpected, and a program
+// directory of its own that is gone afterwards.
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "common/services.h"
+#include "common/timer_queue.h"
+#include "config/memory_store.h"
+
+namespace norvane::test {
+
+class Virtual_Clock : public Clock {
+  public:
+    [[nodiscard]] Date_Time Local_Now() override;
+    [[nodiscard]] std::chrono::microseconds Monotonic() override { return m_now; }
+    void Sleep(std::chrono::microseconds duration) override { m_now += duration; }
+    [[nodiscard]] Time_Zone Zone() override { return zone; }
+
+    void Advance_To(std::chrono::microseconds moment) { m_now = std::max(m_now, moment); }
+    /// Local time at monotonic time 0.
+    Date_Time start{{2026, 3, 14}, {15, 9, 26}};
+    Time_Zone zone;
+
+  private:
+    std::chrono::microseconds m_now{0};
+};
+
+/// A desktop nobody sits at: boxes are recorded and answered from a script, waiting runs the timers
+/// on the virtual clock.
+class Scripted_Desktop : public Desktop {
+  public:
+    explicit Scripted_Desktop(Virtual_Clock& clock) : m_clock(clock), m_timers(clock) {}
+
+    void Set_Busy(bool value) override { busy = value; }
+    Answer Show_Message(const Message_Box& box) override;
+    void Process_Events() override { m_timers.Run_Due(); }
+    bool Wait_Until(const std::function<bool()>& condition,
+                    std::chrono::milliseconds at_most) override;
+    [[nodiscard]] Timer_Queue& Timers() override { return m_timers; }
+
+    /// Runs the timers for a span of virtual time.
+    void Run_For(std::chrono::milliseconds span) {
+        Wait_Until([] { return false; }, span);
+    }
+
+    bool busy = false;
+    std::vector<Message_Box> boxes;
+    /// Answers to yes/no boxes, in order; No when the script is at its end.
+    std::deque<Answer> answers;
+    /// Called when a box is shown, before it is answered.
+    std::function<void(const Message_Box&)> on_box;
+
+  private:
+    Virtual_Clock& m_clock;
+    Timer_Queue m_timers;
+};
+
+class Recorded_Error_Log : public Error_Log {
+  public:
+    void Append(const std::string& entry) override { entries.push_back(entry); }
+    std::vector<std::string> entries;
+};
+
+/// The fixture. A test that expects reports takes them with `Take_Errors`.
+class Test_World : public testing::Test {
+  protected:
+    Test_World();
+    ~Test_World() override;
+    void TearDown() override;
+
+    /// The error log's entries so far, which are expected and will not fail the test.
+    std::vector<std::string> Take_Errors();
+    /// Writes a file below the program directory, creating its directory.
+    std::filesystem::path Write(const std::filesystem::path& relative, std::string_view content);
+    /// The content of a file below the program directory.
+    [[nodiscard]] std::string Read(const std::filesystem::path& relative) const;
+
+    Virtual_Clock clock;
+    Scripted_Desktop desktop{clock};
+    Memory_Store store;
+    Recorded_Error_Log error_log;
+    std::filesystem::path directory;
+    Services services;
+};
+
+/// A file of the tests' data directory.
+[[nodiscard]] std::filesystem::path Data_File(const std::string& name);
+
+}  // namespace norvane::test
