@@ -1,0 +1,147 @@
+#include "logentry/cls_log_entry.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "common/code_page.h"
+#include "common/file_writer.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "common/text.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr std::size_t pirep_field_count = 41;
+// Slot i is stored under i followed by one of these.
+constexpr int optional_key_ending = 43;
+constexpr int airline_key_ending = 44;
+
+std::string Written(Write_Rule rule, std::string_view text) {
+    if (rule == Write_Rule::trimmed)
+        return Trim(text);
+    if (rule == Write_Rule::one_line)
+        return Trim(Clean_Field(text, Field_Lines::one));
+    std::string kept(text);
+    std::erase_if(kept, [](char c) { return c == '[' || c == ']'; });
+    return Trim(kept);
+}
+
+std::string Slot_Key(std::size_t slot, int ending) {
+    return fmt::format("{}{}", slot, ending);
+}
+
+template <class Slots>
+auto& Slot_Of(Slots& values, std::size_t slot, std::string_view name) {
+    if (slot >= values.size()) {
+        throw Run_Error(error_number::subscript_out_of_range,
+                        fmt::format("{}({}): the last slot is {}", name, slot, values.size() - 1));
+    }
+    return values.at(slot);
+}
+
+/// Calls `visit(key, text)` for every stored key of an entry's values.
+template <class Fields, class Optional, class Airline, class Visit>
+void For_Each_Stored(Fields& fields, Optional& optional, Airline& airline, Visit&& visit) {
+    for (const Log_Field_Row& row : All_Log_Fields()) {
+        if (row.store_key != 0)
+            visit(fmt::format("{}", row.store_key), fields.at(static_cast<std::size_t>(row.id)));
+    }
+    for (std::size_t slot = 0; slot < optional.size(); ++slot)
+        visit(Slot_Key(slot, optional_key_ending), optional.at(slot));
+    for (std::size_t slot = 0; slot < airline.size(); ++slot)
+        visit(Slot_Key(slot, airline_key_ending), airline.at(slot));
+}
+
+}  // namespace
+
+clsLogEntry::clsLogEntry(Services& services) : m_services(services) {
+    Restore();
+}
+
+const std::string& clsLogEntry::Get(Log_Field field) const {
+    return m_fields.at(static_cast<std::size_t>(field));
+}
+
+void clsLogEntry::Set(Log_Field field, std::string_view text) {
+    m_fields.at(static_cast<std::size_t>(field)) = Written(Row_Of(field).rule, text);
+}
+
+const std::string& clsLogEntry::OPTIONAL_FIELDS(std::size_t slot) const {
+    return Slot_Of(m_optional, slot, "OPTIONAL_FIELDS");
+}
+
+void clsLogEntry::Set_OPTIONAL_FIELDS(std::size_t slot, std::string_view text) {
+    Slot_Of(m_optional, slot, "OPTIONAL_FIELDS") = text;
+}
+
+const std::string& clsLogEntry::VA_FIELDS(std::size_t slot) const {
+    return Slot_Of(m_airline, slot, "VA_FIELDS");
+}
+
+void clsLogEntry::Set_VA_FIELDS(std::size_t slot, std::string_view text) {
+    Slot_Of(m_airline, slot, "VA_FIELDS") = text;
+}
+
+void clsLogEntry::New_Log_Entry_Save() {
+    NewLogEntrySave.emit();
+}
+
+void clsLogEntry::New_Log_Entry_Save_Result(bool saved) {
+    (saved ? NewLogEntrySaveOK : NewLogEntrySaveFail).emit();
+}
+
+std::string clsLogEntry::PIREP_Line() const {
+    std::array<std::string_view, pirep_field_count> placed;
+    for (const Log_Field_Row& row : All_Log_Fields()) {
+        if (row.pirep_place != 0)
+            placed.at(static_cast<std::size_t>(row.pirep_place - 1)) = Get(row.id);
+    }
+    // A separator or line break inside a value would shift every value behind it.
+    std::string line;
+    for (const std::string_view text : placed)
+        line += Clean_Field(text, Field_Lines::one) + field_separator;
+    for (const std::string& text : m_airline)
+        line += Clean_Field(text, Field_Lines::one) + field_separator;
+    line.pop_back();
+    return line;
+}
+
+bool clsLogEntry::Export_ACARS_Report() {
+    return Guarded(m_services, "clsLogEntry.Export_ACARS_Report()", Show::box, [&] {
+        std::filesystem::create_directories(m_services.program_directory / "reports");
+        Write_File_Atomically(To_Path(Get(Log_Field::PIREP_FILE_NAME)),
+                              PIREP_Line() + std::string(cr_lf));
+    });
+}
+
+void clsLogEntry::Persist() {
+    Guarded(m_services, "clsLogEntry.Persist()", Show::box, [&] {
+        Settings_Batch batch(m_services.settings);
+        For_Each_Stored(m_fields, m_optional, m_airline,
+                        [&](const std::string& key, const std::string& text) {
+                            m_services.settings.Set(flight_section, key, text);
+                        });
+        batch.Commit();
+    });
+}
+
+void clsLogEntry::Restore() {
+    Guarded(m_services, "clsLogEntry.Restore()", Show::box, [&] {
+        const int date_key = Row_Of(Log_Field::FLIGHT_DATE).store_key;
+        if (m_services.settings.Get(flight_section, fmt::format("{}", date_key)).empty())
+            return;
+        For_Each_Stored(m_fields, m_optional, m_airline,
+                        [&](const std::string& key, std::string& text) {
+                            text = m_services.settings.Get(flight_section, key);
+                        });
+    });
+}
+
+void Delete_Stored_Flight(Services& services) {
+    services.settings.Delete_Section(flight_section);
+}
+
+}  // namespace norvane
