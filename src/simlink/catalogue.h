@@ -14,6 +14,8 @@
 namespace norvane {
 
 inline constexpr int most_engines = 4;
+inline constexpr double feet_per_metre = 3.28084;
+inline constexpr double knots_per_metre_per_second = 1.94384617;
 
 /// Numeric variables first, texts last. Engine variables take an engine number 1 to 4.
 enum class Variable {
@@ -93,8 +95,8 @@ enum class Rounding {
     none,
     whole,         // halves away from zero, as every formatted figure
     truncated,     // toward zero
-    whole_metres,  // ground speed: whole m/s (halves to even) before knots, then whole
-    whole_feet,    // cloud base: whole feet before hundreds, then whole
+    whole_metres,  // scaled to m/s: whole m/s (halves to even), then whole knots
+    whole_feet,    // scaled to feet: whole feet, then whole hundreds of feet
 };
 
 struct Variable_Row {
@@ -103,7 +105,7 @@ struct Variable_Row {
     std::uint32_t size;    // bytes
     std::uint32_t stride;  // bytes from one engine to the next, 0 for what is no engine's
     Raw raw;
-    double scale;  // decoded = raw × scale, then rounded
+    double scale;  // decoded = raw × scale, then rounded (with the rounding's own conversion)
     Rounding rounding;
     std::string_view unit;
     std::string_view meaning;
@@ -114,17 +116,19 @@ struct Variable_Row {
 /// Address of a variable; `engine` 1 to 4 for engine variables, ignored for others.
 [[nodiscard]] std::uint32_t Offset_Of(Variable variable, int engine = 1);
 
-/// The value of `bytes` (as many as the row's size), in the row's unit.
+/// The value of `bytes` (as many as the row's size) of a numeric variable, in the row's unit. A
+/// floating-point field that holds no finite number counts as 0.
 [[nodiscard]] double Decode(Variable variable, std::span<const std::byte> bytes);
 /// The bytes of a text variable up to the first NUL.
 [[nodiscard]] std::string Decode_Text(std::span<const std::byte> bytes);
-/// The bytes whose decoding is nearest to `value`; values beyond the field's range are limited to
-/// it.
+/// The raw value nearest to `value`, not rounded to the row's unit first: what the simulator would
+/// hold. Values beyond the field's range are limited to it; what is no number counts as 0.
 void Encode(Variable variable, double value, std::span<std::byte> bytes);
 /// The text's first bytes, the rest NUL.
 void Encode_Text(std::string_view text, std::span<std::byte> bytes);
 
-/// A fuel tank: its level (per cent × 128 × 65536) and its capacity (US gallons), 4 bytes each.
+/// A fuel tank: its level (filled fraction × 128 × 65536) and its capacity (US gallons), 4 bytes
+/// each.
 struct Tank_Row {
     std::string_view name;
     std::uint32_t level_offset;

@@ -6,10 +6,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "simlink/request_block.h"
 #include "simlink/transport.h"
 
 namespace norvane {
@@ -38,8 +40,7 @@ inline constexpr int block_full = 15;
 
 class modFSUIPC {
   public:
-    /// Room for request records, their data and the 4-byte end record.
-    static constexpr std::size_t block_limit = 0x7F00;
+    static constexpr std::size_t block_limit = request_block_limit;
 
     /// Closed, versions zero.
     modFSUIPC(Transport& transport, Clock& clock);
@@ -58,7 +59,8 @@ class modFSUIPC {
     bool IPC_WriteString(std::uint32_t offset, std::uint32_t size, std::string_view text,
                          int& result);
     /// Sends what is queued, waits for the answer (2 s a try, 11 tries, 100 ms between them) and
-    /// fills the destinations.
+    /// fills the destinations. An answer that was refused, or whose records are not those that were
+    /// sent, gives `ipc_result::bad_data` and fills none. What was queued is gone either way.
     bool IPC_Process(int& result);
     void IPC_Close();
     [[nodiscard]] bool Is_Open() const { return m_open; }
@@ -71,16 +73,30 @@ class modFSUIPC {
     [[nodiscard]] std::string IPC_VersionText() const;
 
   private:
-    bool Queue(std::uint32_t identifier, std::uint32_t offset, std::uint32_t size, int& result);
-    bool Exchange_Versions(int& result);
-    bool Fill_Destinations();
+    /// A queued record as it was sent, against which the answer is held.
+    struct Request {
+        std::uint32_t identifier = 0;
+        std::uint32_t offset = 0;
+        std::uint32_t size = 0;
+        void* destination = nullptr;
+    };
+
+    /// Queues the record's header; its data follows at the place that is returned, null when the
+    /// result tells why not.
+    std::byte* Queue(const Request& request, int& result);
+    bool Read_Versions(bool first_try, int& result);
+    bool Accept_Versions(int requested_version, bool fallback, int& result);
+    bool Send(std::span<std::byte> block, int& result);
+    /// False, with nothing filled, when the answer's records are not those that were sent.
+    [[nodiscard]] bool Fill_Destinations(std::span<const std::byte> block) const;
+    void Clear_Queue();
 
     Transport& m_transport;
     Clock& m_clock;
     std::array<std::byte, 32768> m_block{};
     std::size_t m_next = 0;
-    /// Destinations of the queued reads; a read record carries its place here, counted from 1.
-    std::vector<void*> m_destinations;
+    /// The queued records. A read carries its place here, counted from 1, as destination token.
+    std::vector<Request> m_requests;
     bool m_open = false;
     std::uint32_t m_fsuipc_version = 0;
     std::uint32_t m_simulator_version = 0;
