@@ -1,6 +1,7 @@
 #include "common/timer_queue.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "common/services.h"
 
@@ -27,7 +28,7 @@ bool Timer_Queue::Run_Due() {
         if (timer == nullptr)
             break;
         any = true;
-        timer->Run(now);
+        timer->Run();
     }
     return any;
 }
@@ -76,12 +77,8 @@ void Timer::Set_Enabled(bool enabled) {
     m_enabled = enabled;
 }
 
-void Timer::Run(std::chrono::microseconds now) {
-    const auto interval = m_queue.Scaled(m_interval);
-    m_due += interval;
-    // A timer that fell behind does not catch up: it goes on from now.
-    if (m_due <= now)
-        m_due = now + interval;
+void Timer::Run() {
+    m_due += m_queue.Scaled(m_interval);
     bool deleted = false;
     m_deleted = &deleted;
     m_running = true;
@@ -89,15 +86,17 @@ void Timer::Run(std::chrono::microseconds now) {
     ++queue.m_ticks_running;
     try {
         tick.emit();
-    } catch (...) {
-        // Ticks report their own failures; nothing else may stop the event loop.
-        m_enabled = m_enabled && !deleted;
+    } catch (const std::exception&) {
+        // A tick reports its own failures; one that does not must not stop the event loop.
     }
     --queue.m_ticks_running;
     if (deleted)
         return;
     m_running = false;
     m_deleted = nullptr;
+    // A timer that fell behind does not catch up: it goes on from now.
+    if (m_due <= queue.Now())
+        m_due = queue.Now() + queue.Scaled(m_interval);
 }
 
 }  // namespace norvane

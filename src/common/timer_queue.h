@@ -64,7 +64,7 @@ class Timer {
 
   private:
     friend class Timer_Queue;
-    void Run(std::chrono::microseconds now);
+    void Run();
 
     Timer_Queue& m_queue;
     std::chrono::milliseconds m_interval;

@@ -32,7 +32,7 @@ bool Scripted_Desktop::Wait_Until(const std::function<bool()>& condition,
                                   std::chrono::milliseconds at_most) {
     const auto end = m_timers.Now() + m_timers.Scaled(at_most);
     while (!condition()) {
-        if (m_timers.Run_Due())
+        if (m_timers.Now() <= end && m_timers.Run_Due())
             continue;
         const auto next = m_timers.Next_Due();
         if (!next || *next > end) {

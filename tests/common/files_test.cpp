@@ -1,0 +1,111 @@
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+
+#include "common/code_page.h"
+#include "common/file_writer.h"
+#include "common/find_file.h"
+#include "common/line_reader.h"
+#include "common/log_error.h"
+#include "support/test_world.h"
+
+namespace norvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Files : public test::Test_World {
+  protected:
+    std::size_t File_Count() const {
+        return static_cast<std::size_t>(
+            std::distance(fs::directory_iterator(directory), fs::directory_iterator()));
+    }
+};
+
+TEST_F(Files, A_failed_atomic_write_leaves_the_old_file_and_no_rest) {
+    const auto file = Write("log.txt", "old");
+    struct rlimit before {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{10, before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    EXPECT_THROW(Write_File_Atomically(file, std::string(100, 'x')), Run_Error);
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(Read("log.txt"), "old");
+    EXPECT_EQ(File_Count(), 1U);
+}
+
+TEST_F(Files, An_atomic_write_goes_where_a_link_leads_and_keeps_the_mode) {
+    const auto file = Write("real/log.txt", "old");
+    ::chmod(file.c_str(), 0640);
+    fs::create_symlink(file, directory / "link.txt");
+    Write_File_Atomically(directory / "link.txt", "new");
+    EXPECT_TRUE(fs::is_symlink(directory / "link.txt"));
+    EXPECT_EQ(Read("real/log.txt"), "new");
+    struct stat status {};
+    ::stat(file.c_str(), &status);
+    EXPECT_EQ(status.st_mode & 0777U, 0640U);
+}
+
+TEST_F(Files, Unreadable_files_raise_their_own_numbers) {
+    const auto number = [](const fs::path& file) {
+        try {
+            static_cast<void>(Read_File(file));
+        } catch (const Run_Error& error) {
+            return error.Number();
+        }
+        return 0;
+    };
+    EXPECT_EQ(number(directory / "missing.txt"), error_number::file_not_found);
+    EXPECT_EQ(number(directory), error_number::path_file_access);
+    EXPECT_EQ(number(Write("file", "") / "below"), error_number::path_not_found);
+    EXPECT_EQ(Read_File("/proc/self/status").substr(0, 5), "Name:");
+}
+
+TEST_F(Files, Simulator_paths_are_found_whatever_their_letter_case) {
+    Write("Sim/Aircraft/C172/aircraft.cfg", "x");
+    EXPECT_EQ(Find_Path(services, directory, "SIM\\aircraft\\c172\\Aircraft.CFG"),
+              directory / "Sim/Aircraft/C172/aircraft.cfg");
+    EXPECT_EQ(Find_Path(services, directory, "sim\\none\\x"), directory / "Sim/none/x");
+    Write("sim/other", "y");
+    EXPECT_EQ(Find_Path(services, directory, "sIm"), directory / "Sim");
+    const auto reports = Take_Errors();
+    ASSERT_EQ(reports.size(), 1U);
+    EXPECT_NE(reports[0].find("differs in letter case only"), std::string::npos);
+}
+
+TEST_F(Files, A_report_has_its_six_lines_and_a_box_only_when_asked) {
+    Log_Error(services, "ucFlightLog.Grid_Save()", {53, "File not found"}, Show::silent);
+    EXPECT_TRUE(desktop.boxes.empty());
+    Log_Error(services, "ucFlightLog.Grid_Save()", {53, "File not found"}, Show::box);
+    Log_Error(services, "ucFlightLog.Grid_Save()", {53, "File not found"}, Show::box);
+    const auto entries = Take_Errors();
+    ASSERT_EQ(entries.size(), 3U);
+    EXPECT_EQ(entries[0],
+              "20260314   Norvane has encountered an error: \r\n\r\n"
+              "Error Source: ucFlightLog.Grid_Save()\r\nError Number: 53\r\n"
+              "Error Description: File not found\r\n\r\n");
+    ASSERT_EQ(desktop.boxes.size(), 1U) << "the same box within a minute";
+    EXPECT_EQ(desktop.boxes[0].title, "Norvane Error");
+    desktop.Run_For(std::chrono::minutes(1));
+    Log_Error(services, "ucFlightLog.Grid_Save()", {53, "File not found"}, Show::box);
+    EXPECT_EQ(desktop.boxes.size(), 2U);
+    Take_Errors();
+}
+
+TEST_F(Files, A_report_that_cannot_be_kept_is_swallowed_and_the_busy_cursor_goes) {
+    class Full_Log : public Error_Log {
+        void Append(const std::string& /*entry*/) override { throw Run_Error(61, "full"); }
+    } full;
+    Services broken{desktop, store, clock, full, {}, directory};
+    desktop.busy = true;
+    const bool done =
+        Guarded(broken, "x.y()", Show::silent, [] { throw std::out_of_range("slot"); });
+    EXPECT_FALSE(done);
+    EXPECT_FALSE(desktop.busy);
+}
+
+}  // namespace
+}  // namespace norvane

@@ -1,0 +1,146 @@
+#include "common/controls.h"
+#include "common/system_clock.h"
+#include "support/test_world.h"
+
+namespace norvane {
+namespace {
+
+using std::chrono::milliseconds;
+
+class Timers : public test::Test_World {};
+
+TEST_F(Timers, Tick_at_their_interval_until_they_are_disabled) {
+    Timer timer(desktop.Timers(), milliseconds(500));
+    int ticks = 0;
+    timer.tick.connect([&] { ++ticks; });
+    desktop.Run_For(milliseconds(5000));
+    EXPECT_EQ(ticks, 0);
+    timer.Set_Enabled(true);
+    desktop.Run_For(milliseconds(2499));
+    EXPECT_EQ(ticks, 4);
+    timer.Set_Enabled(false);
+    desktop.Run_For(milliseconds(5000));
+    EXPECT_EQ(ticks, 4);
+}
+
+TEST_F(Timers, A_tick_that_waits_lets_others_run_but_never_itself) {
+    Timer slow(desktop.Timers(), milliseconds(100));
+    Timer other(desktop.Timers(), milliseconds(30));
+    int slow_ticks = 0;
+    int other_ticks = 0;
+    slow.tick.connect([&] {
+        ++slow_ticks;
+        EXPECT_TRUE(desktop.Timers().Is_Ticking());
+        desktop.Run_For(milliseconds(1000));
+    });
+    other.tick.connect([&] { ++other_ticks; });
+    slow.Set_Enabled(true);
+    other.Set_Enabled(true);
+    desktop.Run_For(milliseconds(100));
+    EXPECT_EQ(slow_ticks, 1);
+    EXPECT_GE(other_ticks, 30);
+}
+
+TEST_F(Timers, A_tick_may_delete_its_own_timer_and_a_failing_one_stops_nothing) {
+    auto carrier = std::make_unique<Timer>(desktop.Timers(), milliseconds(1));
+    carrier->tick.connect([&] { carrier.reset(); });
+    carrier->Set_Enabled(true);
+    Timer failing(desktop.Timers(), milliseconds(1));
+    int ticks = 0;
+    failing.tick.connect([&] {
+        ++ticks;
+        throw std::runtime_error("tick");
+    });
+    failing.Set_Enabled(true);
+    desktop.Run_For(milliseconds(3));
+    EXPECT_EQ(carrier, nullptr);
+    EXPECT_EQ(ticks, 3);
+}
+
+TEST_F(Timers, Speed_divides_intervals_and_a_late_timer_does_not_catch_up) {
+    Timer_Queue fast(clock, 20);
+    Timer timer(fast, milliseconds(500));
+    int ticks = 0;
+    timer.tick.connect([&] { ++ticks; });
+    timer.Set_Enabled(true);
+    clock.Sleep(milliseconds(25));
+    fast.Run_Due();
+    EXPECT_EQ(ticks, 1);
+    clock.Sleep(milliseconds(1000));
+    fast.Run_Due();
+    EXPECT_EQ(ticks, 2);
+    EXPECT_EQ(fast.Next_Due(), clock.Monotonic() + milliseconds(25));
+}
+
+TEST_F(Timers, Waiting_ends_with_its_condition_or_its_time) {
+    Timer timer(desktop.Timers(), milliseconds(10));
+    bool done = false;
+    timer.tick.connect([&] { done = true; });
+    EXPECT_FALSE(desktop.Wait_Until([&] { return done; }, milliseconds(100)));
+    EXPECT_EQ(clock.Monotonic(), milliseconds(100));
+    timer.Set_Enabled(true);
+    EXPECT_TRUE(desktop.Wait_Until([&] { return done; }, milliseconds(100)));
+    EXPECT_EQ(clock.Monotonic(), milliseconds(110));
+}
+
+TEST(Controls, The_pilots_hand_reaches_enabled_controls_only) {
+    Text_Box box;
+    int edits = 0;
+    box.edited.connect([&] { ++edits; });
+    box.Enter("A|B\r\nC");
+    EXPECT_EQ(box.Text(), "A/B C");
+    box.Set_Enabled(false);
+    box.Enter("X");
+    EXPECT_EQ(box.Text(), "A/B C");
+    EXPECT_EQ(edits, 1);
+    Link link("On");
+    int clicks = 0;
+    link.clicked.connect([&] { ++clicks; });
+    link.Click();
+    link.Set_Visible(false);
+    link.Click();
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST(Controls, A_list_selects_by_text_without_regard_to_case_or_nothing) {
+    Combo_Box box;
+    box.Set_Entries({"Charter", "Ferry"});
+    box.Select_Text("FERRY");
+    EXPECT_EQ(box.Text(), "Ferry");
+    box.Select_Text("Cargo");
+    EXPECT_EQ(box.Selected(), -1);
+    EXPECT_EQ(box.Text(), "");
+    box.Select(1);
+    box.Set_Entries({"Other"});
+    EXPECT_EQ(box.Selected(), -1);
+}
+
+/// Runs `check` in a process of its own, so that its time zone is nobody else's.
+void In_Zone(const char* zone, const std::function<bool(const Time_Zone&)>& check) {
+    EXPECT_EXIT(
+        {
+            ::setenv("TZ", zone, 1);
+            System_Clock system_clock;
+            std::_Exit(check(system_clock.Zone()) ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "")
+        << zone;
+}
+
+TEST(System_Clock, Describes_zones_with_and_without_daylight_time) {
+    In_Zone("UTC0", [](const Time_Zone& zone) {
+        return zone.standard_bias == 0 && zone.daylight_bias == 0;
+    });
+    In_Zone("EST5EDT,M3.2.0,M11.1.0", [](const Time_Zone& zone) {
+        return zone.standard_bias == 300 && zone.daylight_bias == -60 &&
+               zone.daylight_start.month == 3 && zone.daylight_start.time == Time_Of_Day{2, 0, 0} &&
+               zone.standard_start.month == 11 && zone.standard_start.time == Time_Of_Day{2, 0, 0};
+    });
+    In_Zone("NZST-12NZDT,M9.5.0,M4.1.0/3", [](const Time_Zone& zone) {
+        return zone.standard_bias == -720 && zone.daylight_bias == -60 &&
+               zone.daylight_start.month == 9 && zone.standard_start.month == 4;
+    });
+}
+
+}  // namespace
+}  // namespace norvane
