@@ -4,6 +4,7 @@
 
 #include <sigc++/sigc++.h>
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,6 +44,15 @@ class clsVASettings {
         std::string label;
         std::string name;
     };
+
+    void Reset();
+    void Get_PIREP_Fields();
+    /// Adds the fields of at most `most` lines from entry `count` on; raises at a faulty line.
+    void Add_Fields(const std::filesystem::path& file, std::size_t& count, std::size_t most,
+                    bool name_is_last);
+    /// A file of the airline's directory, the directory itself for the empty name.
+    [[nodiscard]] std::filesystem::path File(std::string_view name) const;
+    [[nodiscard]] const Field& Entry(int index) const;
 
     Services& m_services;
     std::string m_name;

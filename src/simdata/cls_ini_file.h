@@ -15,7 +15,8 @@ class clsIniFile {
   public:
     explicit clsIniFile(Services& services);
 
-    void Set_INI_FilePath(const std::filesystem::path& file) { m_file = file; }
+    /// The file that every read uses; surrounding blanks are dropped.
+    void Set_INI_FilePath(const std::filesystem::path& file);
 
     /// Empty when file, section or key is missing. At most 254 characters; with `strip_comment`
     /// only what stands before "//", trimmed.
@@ -40,6 +41,16 @@ class clsIniFile {
     [[nodiscard]] const std::string& URL_METAR_TAF() const { return m_url_metar_taf; }
 
   private:
+    struct Layout;
+
+    template <class Reader>
+    void Read_Payload(std::string_view procedure, Reader reader);
+    void Do_ACLoader(const std::string& section);
+    void Do_WB(const std::string& section);
+    void DO_PSS(const std::string& section);
+    void Do_DF(const std::string& section);
+    void Do_Fanda(const std::string& section);
+
     Services& m_services;
     std::filesystem::path m_file;
     std::string m_atc_model;

@@ -1,0 +1,236 @@
+#include "config/cls_app_settings.h"
+
+#include <algorithm>
+
+#include "common/file_writer.h"
+#include "common/find_file.h"
+#include "common/line_reader.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "config/airline_list.h"
+#include "config/log_names.h"
+#include "config/setting_table.h"
+
+namespace norvane {
+
+namespace {
+
+Run_Error No_Such_Field() {
+    return {error_number::subscript_out_of_range, "The optional fields are numbered 0 to 4"};
+}
+
+}  // namespace
+
+clsAppSettings::clsAppSettings(Services& services) : m_services(services) {
+    Get_Settings();
+}
+
+void clsAppSettings::Set_FlightLog(std::string_view value) {
+    m_values.FlightLog = Trim(value);
+    m_services.settings.Set("Options", "Flight Log", m_values.FlightLog);
+    ActiveLogChange.emit();
+}
+
+void clsAppSettings::Set_ACARS_ATCModel(bool value) {
+    m_type_source_changed = value != m_values.ACARS_ATCModel;
+    m_values.ACARS_ATCModel = value;
+}
+
+std::string clsAppSettings::Virtual_Airline() const {
+    return m_values.Virtual_Airline == stored_default_airline ? std::string(default_airline)
+                                                              : m_values.Virtual_Airline;
+}
+
+void clsAppSettings::Set_Virtual_Airline(std::string_view value) {
+    const std::string name = Trim(value == default_airline ? stored_default_airline : value);
+    if (name != stored_default_airline) {
+        const std::string fault = Airline_Name_Fault(name);
+        if (!fault.empty())
+            throw Run_Error(error_number::invalid_call, fault);
+    }
+    m_values.Virtual_Airline = name;
+    Check_Airline_Directory();
+    Get_VA_Settings();
+}
+
+void clsAppSettings::Set_Virtual_Airline_Log(std::string_view value) {
+    m_values.Virtual_Airline_Log = Trim(value);
+    if (m_values.Virtual_Airline_Log != m_values.FlightLog)
+        Set_FlightLog(m_values.Virtual_Airline_Log);
+}
+
+const std::string& clsAppSettings::OptFields(std::size_t index) const {
+    if (index >= m_optional_fields.size())
+        throw No_Such_Field();
+    return m_optional_fields[index];
+}
+
+void clsAppSettings::Set_OptFields(std::size_t index, std::string_view definition) {
+    if (index >= m_optional_fields.size())
+        throw No_Such_Field();
+    std::string line(definition);
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+    m_optional_fields[index] = Trim(line);
+}
+
+std::filesystem::path clsAppSettings::FlightLog_Path() const {
+    return Log_Path(m_services, m_values.FlightLog);
+}
+
+bool clsAppSettings::Get_Settings() {
+    m_step_failed = false;
+    m_load_failed = !Guarded(m_services, "clsAppSettings.Get_Settings()", Show::box, [&] {
+        Get_Active_FlightLog();
+        Load(Setting_Step::options);
+        m_yield_in_loop = std::filesystem::exists(
+            Find_Path(m_services, m_services.program_directory, "bin\\optimize"));
+        Load(Setting_Step::sources);
+        Get_Opt_Fields();
+        Load(Setting_Step::airline_name);
+        Check_Airline_Directory();
+        Get_VA_Settings();
+    });
+    m_load_failed = m_load_failed || m_step_failed;
+    return !m_load_failed;
+}
+
+bool clsAppSettings::Save_Settings() {
+    m_step_failed = false;
+    const bool done = Guarded(m_services, "clsAppSettings.Save_Settings()", Show::box, [&] {
+        Back_Up_After_Failed_Load();
+        Settings_Batch batch(m_services.settings);
+        Save(Setting_Step::options);
+        Save(Setting_Step::sources);
+        Save_Opt_Fields();
+        Save(Setting_Step::airline_name);
+        Save(Setting_Step::airline);
+        batch.Commit();
+        if (m_type_source_changed)
+            ACTypeChange.emit();
+        SettingsChanged.emit();
+        m_type_source_changed = false;
+    });
+    return done && !m_step_failed;
+}
+
+void clsAppSettings::Back_Up_After_Failed_Load() {
+    if (m_load_failed)
+        m_services.settings.Back_Up();
+    m_load_failed = false;
+}
+
+std::string clsAppSettings::Section_Of(const Setting_Row& row) const {
+    return row.section.empty() ? m_values.Virtual_Airline : std::string(row.section);
+}
+
+void clsAppSettings::Load(Setting_Step step) {
+    for (const auto& row : Setting_Table()) {
+        if (row.step != step)
+            continue;
+        const auto stored = m_services.settings.Find(Section_Of(row), row.key);
+        Take_Stored_Text(row, stored ? *stored : Default_Text(row, m_values), m_values);
+    }
+}
+
+void clsAppSettings::Save(Setting_Step step) {
+    for (const auto& row : Setting_Table()) {
+        if (row.step == step)
+            m_services.settings.Set(Section_Of(row), row.key, Stored_Text(row, m_values));
+    }
+}
+
+void clsAppSettings::Get_Active_FlightLog() {
+    const bool done =
+        Guarded(m_services, "clsAppSettings.Get_Active_FlightLog()", Show::silent, [&] {
+            for (const auto* directory : {"messagelogs", "logs"})
+                std::filesystem::create_directories(m_services.program_directory / directory);
+            const auto default_log = Log_Path(m_services, default_log_name);
+            if (!std::filesystem::exists(default_log))
+                Write_File(default_log, cr_lf);
+            Load(Setting_Step::flight_log);
+            if (m_values.FlightLog != default_log_name &&
+                !std::filesystem::exists(FlightLog_Path())) {
+                m_values.FlightLog = default_log_name;
+                m_services.settings.Set("Options", "Flight Log", default_log_name);
+            }
+        });
+    m_step_failed = m_step_failed || !done;
+}
+
+void clsAppSettings::Check_Airline_Directory() {
+    const std::string stored = m_values.Virtual_Airline;
+    if (stored == stored_default_airline)
+        return;
+    // A section of the store that is no airline's must not go with an airline of its name.
+    const std::string fault = Airline_Name_Fault(stored);
+    if (fault.empty()) {
+        if (std::filesystem::is_directory(
+                Find_Path(m_services, m_services.program_directory, Airline_Directory(stored)))) {
+            return;
+        }
+        m_services.settings.Delete_Section(stored);
+    }
+    m_values.Virtual_Airline = stored_default_airline;
+    m_services.settings.Set("Virtual Airline", "Current", stored_default_airline);
+    if (!fault.empty()) {
+        Log_Error(m_services, "clsAppSettings.Get_Settings()", {error_number::invalid_call, fault},
+                  Show::box);
+    }
+}
+
+void clsAppSettings::Get_VA_Settings() {
+    const bool done = Guarded(m_services, "clsAppSettings.Get_VA_Settings()", Show::box,
+                              [&] { Load(Setting_Step::airline); });
+    m_step_failed = m_step_failed || !done;
+}
+
+std::filesystem::path clsAppSettings::Opt_Fields_File() const {
+    return Find_Path(m_services, m_services.program_directory, "bin\\optfields.cfg");
+}
+
+void clsAppSettings::Get_Opt_Fields() {
+    const bool done = Guarded(m_services, "clsAppSettings.Get_Opt_Fields()", Show::silent, [&] {
+        m_optional_fields_read = false;
+        const auto file = Opt_Fields_File();
+        if (std::filesystem::exists(file)) {
+            const std::string content = Read_File(file);
+            std::size_t next = 0;
+            for (Line_Reader reader(content); next < m_optional_fields.size() && reader.Next();) {
+                if (!Trimmed_View(reader.Line()).empty())
+                    m_optional_fields[next++] = reader.Line();
+            }
+        }
+        m_optional_fields_read = true;
+    });
+    m_step_failed = m_step_failed || !done;
+}
+
+void clsAppSettings::Save_Opt_Fields() {
+    const bool done = Guarded(m_services, "clsAppSettings.Save_Opt_Fields()", Show::silent, [&] {
+        const auto file = Opt_Fields_File();
+        const bool exists = std::filesystem::exists(file);
+        const bool all_empty = std::all_of(m_optional_fields.begin(), m_optional_fields.end(),
+                                           [](const auto& field) { return field.empty(); });
+        if (!m_optional_fields_read && exists) {
+            // Nobody has seen what stands there, so it is no choice of the pilot's to drop it.
+            if (all_empty)
+                return;
+            auto copy = file;
+            Copy_File(file, copy += ".bak");
+        }
+        if (!all_empty) {
+            std::filesystem::create_directories(file.parent_path());
+            std::string content;
+            for (const auto& field : m_optional_fields)
+                content.append(field).append(cr_lf);
+            Write_File_Atomically(file, content);
+        } else if (exists) {
+            std::filesystem::remove(file);
+        }
+        m_optional_fields_read = true;
+    });
+    m_step_failed = m_step_failed || !done;
+}
+
+}  // namespace norvane
