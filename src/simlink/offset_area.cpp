@@ -1,5 +1,6 @@
 #include "simlink/offset_area.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "common/run_error.h"
@@ -42,12 +43,22 @@ bool Offset_Area::Process(std::span<std::byte> records) {
                 on_read(record.offset, record.size);
             std::memcpy(data.data(), m_bytes.data() + record.offset, record.size);
         } else {
-            std::memcpy(m_bytes.data() + record.offset, data.data(), record.size);
+            Write(record.offset, data);
             if (on_write)
                 on_write(record.offset, record.size);
         }
     }
     return true;
+}
+
+void Offset_Area::Write(std::uint32_t offset, std::span<const std::byte> data) {
+    // What a client writes to the library version stands where others read the check pattern: the
+    // version words are never the client's to change.
+    const auto versions = Bytes(Offset_Of(Variable::fsuipc_version), 8);
+    std::array<std::byte, 8> kept{};
+    std::copy(versions.begin(), versions.end(), kept.begin());
+    std::copy(data.begin(), data.end(), m_bytes.begin() + offset);
+    std::copy(kept.begin(), kept.end(), versions.begin());
 }
 
 void Offset_Area::Set(Variable variable, double value, int engine) {

@@ -22,7 +22,8 @@ class Offset_Area {
     Offset_Area();
 
     /// Carries out the records of a request block, in place. False, with nothing changed, for a
-    /// record beyond the area, an unknown identifier or a length that does not fit.
+    /// record beyond the area, an unknown identifier or a length that does not fit. Writes leave
+    /// the version words (0x3304 to 0x330B) as they are.
     bool Process(std::span<std::byte> records);
 
     void Set(Variable variable, double value, int engine = 1);
@@ -41,6 +42,8 @@ class Offset_Area {
     std::function<void(std::uint32_t, std::uint32_t)> on_write;
 
   private:
+    void Write(std::uint32_t offset, std::span<const std::byte> data);
+
     std::array<std::byte, size> m_bytes{};
 };
 
