@@ -89,7 +89,7 @@ std::vector<std::string> List_Logs(const Services& services) {
 
 std::filesystem::path Log_Path(const Services& services, std::string_view name) {
     const std::string file_name = std::string(name) + std::string(log_extension);
-    const auto exact = Logs_Directory(services) / To_Path(file_name);
+    auto exact = Logs_Directory(services) / To_Path(file_name);
     std::error_code failure;
     if (std::filesystem::exists(exact, failure))
         return exact;

@@ -1,0 +1,87 @@
+#pragma once
+// The settings store of the pilot: one SQLite file with a write-ahead log, so that what was
+// committed outlives a killed program. Owned by the program that starts. A `Store_Lock` beside it
+// keeps a second writing program away.
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "common/services.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace norvane {
+
+/// "settings.sqlite" in the directory "norvane" of the user's configuration directory.
+[[nodiscard]] std::filesystem::path Default_Store_File();
+
+class Sqlite_Store : public Settings_Store {
+  public:
+    /// Opens or creates `file` and its directory. A file that is no database is kept under another
+    /// name and a new store begins; `Trouble` tells. Raises when the file cannot be opened for
+    /// writing or is another program's database.
+    explicit Sqlite_Store(const std::filesystem::path& file);
+    ~Sqlite_Store() override;
+
+    /// What was wrong with the file and where it is kept now; empty when nothing was.
+    [[nodiscard]] const std::string& Trouble() const { return m_trouble; }
+
+    [[nodiscard]] std::optional<std::string> Find(std::string_view section,
+                                                  std::string_view key) override;
+    void Set(std::string_view section, std::string_view key, std::string_view value) override;
+    void Delete_Section(std::string_view section) override;
+    void Begin() override;
+    /// A commit that fails undoes the batch, then raises.
+    void Commit() override;
+    /// What is committed, without an open batch.
+    void Back_Up() override;
+
+  private:
+    struct Close_Connection {
+        void operator()(sqlite3* connection) const;
+    };
+    struct Finalize_Statement {
+        void operator()(sqlite3_stmt* statement) const;
+    };
+    using Connection = std::unique_ptr<sqlite3, Close_Connection>;
+    using Statement = std::unique_ptr<sqlite3_stmt, Finalize_Statement>;
+    class Execution;
+
+    void Open();
+    void Close();
+    void Keep_Broken_File(const std::string& fault);
+    /// The connection to a database file; raises when it cannot be opened.
+    [[nodiscard]] static Connection Connect(const std::filesystem::path& file, int flags);
+    void Execute(const char* sql);
+    [[nodiscard]] Statement Prepare(const char* sql);
+
+    std::filesystem::path m_file;
+    std::string m_trouble;
+    Connection m_connection;
+    Statement m_find;
+    Statement m_set;
+    Statement m_delete_section;
+    int m_depth = 0;
+};
+
+/// The right to write to a store, held until the object or its process ends.
+class Store_Lock {
+  public:
+    /// Tries to take the lock of `store` ("settings.sqlite.lock" beside it), without waiting.
+    /// Raises when the lock file cannot be made.
+    explicit Store_Lock(const std::filesystem::path& store);
+    ~Store_Lock();
+    Store_Lock(const Store_Lock&) = delete;
+    Store_Lock& operator=(const Store_Lock&) = delete;
+
+    /// False while another program holds it.
+    [[nodiscard]] bool Held() const { return m_held; }
+
+  private:
+    int m_descriptor = -1;
+    bool m_held = false;
+};
+
+}  // namespace norvane
