@@ -1,0 +1,125 @@
+#include "flightlog/log_file.h"
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <exception>
+#include <utility>
+
+#include "common/code_page.h"
+#include "common/file_writer.h"
+#include "common/line_reader.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "common/text.h"
+#include "flightlog/log_keeping.h"
+#include "flightlog/log_reading.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr std::string_view load_procedure = "modFunctions.Load_XArray()";
+
+/// What the error log says of the lines set aside.
+std::string Report_Of(const Log_Reading& reading, const std::filesystem::path& log) {
+    std::string text = From_Path(log) + ": kept in " + From_Path(Beside_Log(log, ".skipped"));
+    if (!reading.undated_lines.empty())
+        text += "; lines without a date: " + Line_Numbers(reading.undated_lines);
+    if (!reading.long_lines.empty()) {
+        text += fmt::format("; lines with more than {} fields: {}", log_column_count,
+                            Line_Numbers(reading.long_lines));
+    }
+    return text;
+}
+
+}  // namespace
+
+Log_File::Log_File(Services& services, std::filesystem::path path)
+    : m_services(services), m_path(std::move(path)) {}
+
+std::optional<Log_File::Stamp> Log_File::Stamp_Now() const {
+    struct stat status {};
+    if (::stat(m_path.c_str(), &status) != 0) {
+        if (errno == ENOENT)
+            return std::nullopt;
+        throw File_Error(errno, From_Path(m_path));
+    }
+    return Stamp{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
+                 status.st_mtim.tv_nsec};
+}
+
+bool Log_File::Load_XArray(Log_Table& table) {
+    m_loaded = false;
+    Guarded(m_services, load_procedure, Show::box, [&] {
+        // Taken before the file is read: a change while it is being read counts as one.
+        m_stamp = Stamp_Now();
+        if (m_stamp)
+            Load(table);
+        m_loaded = true;
+    });
+    return m_loaded;
+}
+
+void Log_File::Load(Log_Table& table) {
+    Guarded(m_services, "modFunctions.Backup_Log()", Show::box, [&] { Backup_Log(m_path); });
+    Log_Reading reading = Parse_Log(Read_File(m_path));
+    Sort_XArray(reading.table, 0, m_services.regional.short_date);
+    if (!reading.set_aside.empty()) {
+        Log_Error(m_services, load_procedure,
+                  {error_number::type_mismatch, Report_Of(reading, m_path)}, Show::silent);
+        Set_Aside(reading.set_aside);
+    }
+    table = std::move(reading.table);
+}
+
+void Log_File::Set_Aside(std::string_view lines) {
+    m_set_aside += lines;
+    Guarded(m_services, "modFunctions.Keep_Skipped()", Show::silent, [&] { Keep_Set_Aside(); });
+}
+
+void Log_File::Keep_Set_Aside() {
+    if (m_set_aside.empty())
+        return;
+    Keep_Skipped(m_path, m_set_aside);
+    m_set_aside.clear();
+}
+
+/// What to tell the pilot of a file that another program changed; empty when none did.
+std::string Log_File::Keep_Changed_File() {
+    const auto now = Stamp_Now();
+    if (!now || now == m_stamp)
+        return {};
+    std::string text = fmt::format(
+        "{} was changed by another program since it was loaded.  That version is kept as {}",
+        From_Path(m_path), From_Path(Keep_Other(m_path)));
+    // It is kept: a save that fails from here on and is tried again has nothing more to keep.
+    m_stamp = now;
+    Log_Error(m_services, "modFunctions.Save_XArray()", {error_number::path_file_access, text},
+              Show::silent);
+    return text;
+}
+
+void Log_File::Save_XArray(const Log_Table& table) {
+    if (!m_loaded) {
+        throw Run_Error(error_number::path_file_access,
+                        From_Path(m_path) + ": was not loaded to its end and is not written over");
+    }
+    Keep_Set_Aside();
+    const auto draft = m_services.program_directory / "templog.txt";
+    Write_File(draft, {});
+    For_Each_Piece(table, [&](std::string_view piece) { Append_To_File(draft, piece); });
+    std::filesystem::create_directories(m_path.parent_path());
+    const std::string notice = Keep_Changed_File();
+    Atomic_File file(m_path);
+    For_Each_Piece(table, [&](std::string_view piece) { file.Write(piece); });
+    file.Commit();
+    m_stamp = Stamp_Now();
+    if (!notice.empty()) {
+        m_services.desktop.Show_Message({notice, std::string(product_name) + " Save Flight Log",
+                                         Icon::information, Buttons::ok});
+    }
+}
+
+}  // namespace norvane

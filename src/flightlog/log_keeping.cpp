@@ -1,0 +1,164 @@
+#include "flightlog/log_keeping.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <fstream>
+#include <string>
+#include <system_error>
+#include <unordered_set>
+
+#include "common/code_page.h"
+#include "common/file_writer.h"
+#include "common/line_reader.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "common/text.h"
+
+namespace norvane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool Ends_A_Line(char last) {
+    return last == '\n' || last == '\r';
+}
+
+/// Takes a name of its own: the ending, or the ending with the first number, from 2, that is free.
+fs::path Reserve(const fs::path& log, std::string_view ending) {
+    for (int number = 1;; ++number) {
+        const std::string numbered =
+            number == 1 ? std::string(ending) : fmt::format("{}{}", ending, number);
+        fs::path file = Beside_Log(log, numbered);
+        const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (descriptor >= 0) {
+            ::close(descriptor);
+            return file;
+        }
+        if (errno != EEXIST)
+            throw File_Error(errno, From_Path(file));
+    }
+}
+
+/// Fills a name that was taken by `Reserve`; what cannot be filled is given back.
+template <class Fill>
+fs::path Reserve_And_Fill(const fs::path& log, std::string_view ending, const Fill& fill) {
+    fs::path file = Reserve(log, ending);
+    try {
+        fill(file);
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(file, ignored);
+        throw;
+    }
+    return file;
+}
+
+fs::path Write_New(const fs::path& log, std::string_view ending, std::string_view content) {
+    return Reserve_And_Fill(log, ending,
+                            [&](const fs::path& file) { Write_File_Atomically(file, content); });
+}
+
+/// Copies so that `to` is the old file or the new one.
+void Copy_Whole(const fs::path& from, const fs::path& to) {
+    const fs::path half = to.parent_path() / ("." + to.filename().string() + ".half");
+    try {
+        Copy_File(from, half);
+        fs::rename(half, to);
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(half, ignored);
+        throw;
+    }
+}
+
+char Last_Byte(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    stream.seekg(-1, std::ios::end);
+    char last = 0;
+    if (!stream.get(last))
+        throw Run_Error(error_number::device_io_error,
+                        From_Path(file) + ": its end cannot be read");
+    return last;
+}
+
+}  // namespace
+
+fs::path Beside_Log(const fs::path& log, std::string_view ending) {
+    return log.parent_path() / (log.stem().string() + std::string(ending));
+}
+
+void Backup_Log(const fs::path& log) {
+    const fs::path backup = Beside_Log(log, ".bak");
+    std::error_code ignored;
+    if (fs::equivalent(log, backup, ignored)) {
+        throw Run_Error(error_number::path_file_access,
+                        From_Path(backup) + ": is the log itself and cannot be its backup");
+    }
+    const auto size_before = fs::file_size(backup, ignored);
+    const bool had_backup = !ignored;
+    if (had_backup && fs::file_size(log) < size_before)
+        fs::rename(backup, Beside_Log(log, ".bak1"));
+    Copy_Whole(log, backup);
+}
+
+fs::path Keep_Skipped(const fs::path& log, std::string_view lines) {
+    fs::path file = Beside_Log(log, ".skipped");
+    const std::string before = fs::exists(file) ? Read_File(file) : std::string();
+    std::unordered_set<std::string_view> known;
+    for (Line_Reader reader(before); reader.Next();)
+        known.insert(reader.Line());
+    std::string content = before;
+    if (!content.empty() && !Ends_A_Line(content.back()))
+        content += cr_lf;
+    for (Line_Reader reader(lines); reader.Next();) {
+        if (!known.contains(reader.Line()))
+            content.append(reader.Line()).append(cr_lf);
+    }
+    if (content != before)
+        Write_File_Atomically(file, content);
+    return file;
+}
+
+fs::path Keep_Other(const fs::path& log) {
+    return Reserve_And_Fill(log, ".other", [&](const fs::path& file) { Copy_Whole(log, file); });
+}
+
+fs::path Write_Unsaved(Services& services, const fs::path& log, std::string_view lines) {
+    std::string content(lines);
+    if (!content.empty() && !Ends_A_Line(content.back()))
+        content += cr_lf;
+    fs::path file;
+    try {
+        file = Write_New(log, ".unsaved", content);
+    } catch (const std::exception&) {
+        file = Write_New(services.program_directory / log.filename(), ".unsaved", content);
+    }
+    Log_Error(services, "modFunctions.Write_Unsaved()",
+              {error_number::path_file_access,
+               fmt::format("{}: what was not saved to the flight log is kept in {}", From_Path(log),
+                           From_Path(file))},
+              Show::silent);
+    return file;
+}
+
+void Append_To_Log(const fs::path& log, std::string_view line) {
+    const std::uintmax_t size_before = fs::exists(log) ? fs::file_size(log) : 0;
+    std::string added;
+    if (size_before > 0 && !Ends_A_Line(Last_Byte(log)))
+        added += cr_lf;
+    added += line;
+    added += cr_lf;
+    try {
+        Append_To_File(log, added);
+    } catch (...) {
+        std::error_code ignored;
+        fs::resize_file(log, size_before, ignored);
+        throw;
+    }
+}
+
+}  // namespace norvane

@@ -1,0 +1,84 @@
+#include "flightlog/log_reading.h"
+
+#include <fmt/format.h>
+
+#include "common/line_reader.h"
+#include "common/run_error.h"
+#include "common/services.h"
+#include "common/text.h"
+#include "config/log_names.h"
+
+namespace norvane {
+
+namespace {
+
+/// The length of the first 53 fields.
+std::size_t Length_Of_Fields(std::string_view line) {
+    std::size_t fields = 0;
+    std::size_t place = line.find(field_separator);
+    for (; place != std::string_view::npos; place = line.find(field_separator, place + 1)) {
+        if (++fields == log_column_count)
+            return place;
+    }
+    return line.size();
+}
+
+}  // namespace
+
+Log_Reading Parse_Log(std::string content) {
+    Log_Reading reading;
+    std::vector<Log_Table::Line_Span> rows;
+    const auto set_aside = [&](std::string_view line) {
+        reading.set_aside += line;
+        reading.set_aside += cr_lf;
+    };
+    for (Line_Reader reader(content); reader.Next();) {
+        const std::string_view line = reader.Line();
+        if (line.empty())
+            continue;
+        if (line.front() == field_separator) {
+            set_aside(line);
+            reading.undated_lines.push_back(reader.Line_Number());
+            continue;
+        }
+        const std::size_t length = Length_Of_Fields(line);
+        if (line.find_first_not_of(field_separator, length) != std::string_view::npos) {
+            set_aside(line);
+            reading.long_lines.push_back(reader.Line_Number());
+        }
+        rows.push_back({static_cast<std::size_t>(line.data() - content.data()), length});
+    }
+    rows.shrink_to_fit();
+    reading.table = Log_Table(std::move(content), std::move(rows));
+    return reading;
+}
+
+std::string Line_Numbers(const std::vector<std::size_t>& ascending) {
+    std::string text;
+    for (std::size_t i = 0; i < ascending.size(); ++i) {
+        const std::size_t first = ascending[i];
+        while (i + 1 < ascending.size() && ascending[i + 1] == ascending[i] + 1)
+            ++i;
+        if (!text.empty())
+            text += ", ";
+        text += ascending[i] == first ? fmt::format("{}", first)
+                                      : fmt::format("{}-{}", first, ascending[i]);
+    }
+    return text;
+}
+
+Log_Table Read_Log(const Services& services, std::string_view name) {
+    if (name.find_first_of("/\\") != std::string_view::npos) {
+        throw Run_Error(error_number::path_file_access,
+                        fmt::format("\"{}\" is not the name of a flight log", name));
+    }
+    Log_Table table = Parse_Log(Read_File(Log_Path(services, name))).table;
+    Sort_XArray(table, 0, services.regional.short_date);
+    return table;
+}
+
+std::string Listed_Row(const Log_Table& table, std::size_t row) {
+    return fmt::format("{}\t{}", row + 1, table.Line(row));
+}
+
+}  // namespace norvane

@@ -1,0 +1,129 @@
+// The part of the flight log panel that takes a finished flight in.
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
+#include "common/code_page.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "common/text.h"
+#include "flightlog/log_keeping.h"
+#include "flightlog/uc_flight_log.h"
+#include "logentry/cls_log_entry.h"
+
+namespace norvane {
+
+namespace {
+
+// What the pilot cannot edit before trying again: the four times and the fuel at the gate.
+constexpr std::array<std::size_t, 5> identity_columns{log_column::time_out, 6, 7, 10, 11};
+
+/// Both lines tell of one flight, be it with edits between two tries.
+bool Same_Flight(const std::string& a, const std::string& b) {
+    if (a == b)
+        return true;
+    const auto fields_of_a = Split(a, field_separator);
+    const auto fields_of_b = Split(b, field_separator);
+    return !fields_of_a.at(log_column::time_out).empty() &&
+           std::all_of(identity_columns.begin(), identity_columns.end(), [&](std::size_t column) {
+               return fields_of_a.at(column) == fields_of_b.at(column);
+           });
+}
+
+}  // namespace
+
+void ucFlightLog::NewACARS_Entry() {
+    bool saved = false;
+    Guarded(m_services, "ucFlightLog.NewACARS_Entry()", Show::box, [&] {
+        const Busy_Cursor busy(m_services.desktop);
+        const std::string line = Log_Line(m_log_entry);
+        // What kept the file from being read may be over.
+        if (!m_file->Loaded_To_Its_End() && !m_unsaved_edits)
+            Grid_Load();
+        if (!m_file->Loaded_To_Its_End()) {
+            Keep_Flight_Of_Unloaded_Log(line);
+            return;
+        }
+        m_table.Set_Line(Row_For_Flight(line), line);
+        m_changed = true;
+        m_unsaved_edits = true;
+        table_changed.emit();
+        Forget_Failed_Flight(line);
+        m_failed_flights.push_back(line);
+        saved = Grid_Save();
+        if (saved)
+            Forget_Failed_Flight(line);
+    });
+    m_log_entry.New_Log_Entry_Save_Result(saved);
+}
+
+void ucFlightLog::Keep_Flight_Of_Unloaded_Log(const std::string& line) {
+    if (line == m_kept_line)
+        return;
+    const auto file = Write_Unsaved(m_services, m_file->Path(), line);
+    m_kept_line = line;
+    m_services.desktop.Show_Message(
+        {fmt::format("{} could not be read, so this flight was not added to it.  It is kept in {}",
+                     From_Path(m_file->Path()), From_Path(file)),
+         std::string(product_name) + " Save Flight Log", Icon::exclamation, Buttons::ok});
+}
+
+void ucFlightLog::Forget_Failed_Flight(const std::string& line) {
+    std::erase_if(m_failed_flights,
+                  [&](const std::string& other) { return Same_Flight(line, other); });
+}
+
+void ucFlightLog::Keep_Unsaved_Flights() {
+    if (m_failed_flights.empty() || !m_unsaved_edits)
+        return;
+    Write_Unsaved(m_services, m_file->Path(), Join(m_failed_flights, cr_lf));
+    m_failed_flights.clear();
+}
+
+std::size_t ucFlightLog::Row_For_Flight(const std::string& line) {
+    if (const auto row = Row_Of_Failed_Flight(line))
+        return *row;
+    Drop_Undated_End();
+    const std::size_t row = m_table.Row_Count();
+    m_table.Resize(row + 1);
+    return row;
+}
+
+std::optional<std::size_t> ucFlightLog::Row_Of_Failed_Flight(const std::string& line) const {
+    const auto tried_before = [&](const std::string& other) { return Same_Flight(line, other); };
+    if (std::none_of(m_failed_flights.begin(), m_failed_flights.end(), tried_before))
+        return std::nullopt;
+    const auto fields = Split(line, field_separator);
+    for (std::size_t row = m_table.Row_Count(); row-- > 0;) {
+        if (m_table.Get(row, log_column::time_out) == fields.at(log_column::time_out) &&
+            Same_Flight(line, m_table.Line(row)))
+            return row;
+    }
+    return std::nullopt;
+}
+
+/// A new flight stands behind the last row with a date; what the pilot typed into undated rows
+/// behind it is kept beside the log.
+void ucFlightLog::Drop_Undated_End() {
+    std::size_t rows = m_table.Row_Count();
+    std::string dropped;
+    while (rows > 0 && m_table.Get(rows - 1, log_column::date).empty()) {
+        --rows;
+        if (!m_table.Is_Blank(rows))
+            dropped.insert(0, m_table.Line(rows).append(cr_lf));
+    }
+    m_table.Resize(rows);
+    if (dropped.empty())
+        return;
+    m_file->Set_Aside(dropped);
+    Log_Error(
+        m_services, "ucFlightLog.NewACARS_Entry()",
+        {error_number::type_mismatch,
+         fmt::format("{}: rows without a date at the end are kept in {}", From_Path(m_file->Path()),
+                     From_Path(Beside_Log(m_file->Path(), ".skipped")))},
+        Show::silent);
+}
+
+}  // namespace norvane

@@ -1,0 +1,279 @@
+#include "flightlog/uc_flight_log.h"
+
+#include <fmt/format.h>
+
+#include "common/code_page.h"
+#include "common/find_file.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "common/text.h"
+#include "config/cls_app_settings.h"
+#include "config/cls_va_settings.h"
+#include "flightlog/log_keeping.h"
+#include "logentry/cls_log_entry.h"
+
+namespace norvane {
+
+namespace {
+
+std::string Title(std::string_view what) {
+    return std::string(product_name) + std::string(what);
+}
+
+}  // namespace
+
+ucFlightLog::ucFlightLog(Services& services, clsAppSettings& settings, clsVASettings& va_settings,
+                         clsLogEntry& log_entry)
+    : m_services(services),
+      m_settings(settings),
+      m_va_settings(va_settings),
+      m_log_entry(log_entry),
+      m_layout(services),
+      m_file(std::in_place, services, settings.FlightLog_Path()) {
+    hypACARS[0].clicked.connect([this] { Grid_Save(); });
+    hypACARS[1].clicked.connect([this] { Grid_Undo(); });
+}
+
+ucFlightLog::~ucFlightLog() {
+    m_subscription.disconnect();
+}
+
+void ucFlightLog::UCI() {
+    Guarded(m_services, "ucFlightLog.UCI()", Show::box, [&] {
+        m_changed = false;
+        m_unsaved_edits = false;
+        Make_Grid(false);
+        m_subscription.disconnect();
+        m_subscription = m_log_entry.NewLogEntrySave.connect([this] { NewACARS_Entry(); });
+        m_table.Clear();
+        Grid_Load();
+        Load_Aircraft();
+        Load_ICAO_List();
+    });
+}
+
+void ucFlightLog::Closing() {
+    Guarded(m_services, "ucFlightLog.Closing()", Show::box, [&] {
+        if (m_changed)
+            Prompt_Save_Changes();
+        Keep_Unsaved_Flights();
+    });
+    Save_Grid_Settings();
+    m_subscription.disconnect();
+    m_table.Clear();
+    m_airports.clear();
+    m_types.clear();
+    m_changed = false;
+    m_unsaved_edits = false;
+}
+
+void ucFlightLog::Prompt_Save_Changes() {
+    const Answer answer = m_services.desktop.Show_Message(
+        {"Would you like to save the changes made to the Flight Log?", "Flight Log Changed",
+         Icon::question, Buttons::yes_no});
+    if (answer == Answer::yes && !Grid_Save())
+        Keep_Unsaved_Edits();
+}
+
+void ucFlightLog::FlightLog_Change() {
+    Guarded(m_services, "ucFlightLog.FlightLog_Change()", Show::box, [&] {
+        commit_edit_wanted.emit();
+        Guarded(m_services, "ucFlightLog.Keep_Unsaved_Edits()", Show::box,
+                [&] { Keep_Unsaved_Edits(); });
+        m_unsaved_edits = false;
+        m_failed_flights.clear();
+        m_table.Clear();
+        m_file.emplace(m_services, m_settings.FlightLog_Path());
+        Grid_Load();
+    });
+}
+
+void ucFlightLog::Make_Grid(bool reset) {
+    Guarded(m_services, "ucFlightLog.Make_Grid()", Show::silent, [&] {
+        m_layout.Load(reset, m_va_settings.Directory());
+        layout_changed.emit();
+    });
+}
+
+void ucFlightLog::Save_Grid_Settings() {
+    Guarded(m_services, "ucFlightLog.Save_Grid_Settings()", Show::silent, [&] { m_layout.Save(); });
+}
+
+void ucFlightLog::Load_Aircraft() {
+    if (m_settings.ACARS_ATCModel())
+        Load_ATC_Models();
+    else
+        Load_FS_AC_Titles();
+}
+
+void ucFlightLog::Load_ATC_Models() {
+    Load_List("ucFlightLog.Load_ATC_Models()", "bin\\atcmod.cfg");
+}
+
+void ucFlightLog::Load_FS_AC_Titles() {
+    Load_List("ucFlightLog.Load_FS_AC_Titles()", "bin\\ac.cfg");
+}
+
+void ucFlightLog::Load_List(std::string_view procedure, std::string_view relative) {
+    Guarded(m_services, procedure, Show::box, [&] {
+        const auto file = Find_Path(m_services, m_services.program_directory, relative);
+        if (!std::filesystem::exists(file))
+            return;
+        const Busy_Cursor busy(m_services.desktop);
+        m_types = Read_List_File(file);
+        lists_changed.emit();
+    });
+}
+
+void ucFlightLog::Load_ICAO_List() {
+    Guarded(m_services, "ucFlightLog.Load_ICAO_List()", Show::box, [&] {
+        const auto file = Find_Path(m_services, m_services.program_directory, "bin\\fs9.wld");
+        if (!std::filesystem::exists(file))
+            return;
+        const Busy_Cursor busy(m_services.desktop);
+        Airport_Picks picks = Read_Airport_Picks(file);
+        m_airports = std::move(picks.airports);
+        lists_changed.emit();
+        if (!picks.failure.empty())
+            throw Run_Error(error_number::subscript_out_of_range, picks.failure);
+    });
+}
+
+void ucFlightLog::Grid_Load() {
+    Guarded(m_services, "ucFlightLog.Grid_Load()", Show::box, [&] {
+        if (m_file->Load_XArray(m_table))
+            m_unsaved_edits = false;
+        table_changed.emit();
+        Total_FlightTime();
+    });
+}
+
+bool ucFlightLog::Grid_Save() {
+    bool saved = false;
+    Guarded(m_services, "ucFlightLog.Grid_Save()", Show::box, [&] {
+        {
+            const Busy_Cursor busy(m_services.desktop);
+            commit_edit_wanted.emit();
+            m_file->Save_XArray(m_table);
+            saved = true;
+            m_changed = false;
+            m_unsaved_edits = false;
+            Total_FlightTime();
+        }
+        m_services.desktop.Show_Message(
+            {"Flight Log Saved", Title(" Save Flight Log"), Icon::information, Buttons::ok});
+    });
+    return saved;
+}
+
+void ucFlightLog::Grid_Undo() {
+    Guarded(m_services, "ucFlightLog.Grid_Undo()", Show::box, [&] {
+        {
+            const Busy_Cursor busy(m_services.desktop);
+            drop_edit_wanted.emit();
+            Keep_Unsaved_Edits();
+            m_table.Clear();
+            table_changed.emit();
+            Grid_Load();
+        }
+        m_services.desktop.Show_Message({"Flight Log Changes Undone",
+                                         Title(" Undo Flight Log Changes"), Icon::information,
+                                         Buttons::ok});
+    });
+}
+
+void ucFlightLog::Grid_Sort(int mode) {
+    Guarded(m_services, "ucFlightLog.Grid_Sort()", Show::box, [&] {
+        Sort_XArray(m_table, mode, m_services.regional.short_date);
+        table_changed.emit();
+    });
+}
+
+void ucFlightLog::Header_Click(std::size_t column) {
+    if (column == log_column::date)
+        Grid_Sort(0);
+    else if (column == log_column::aircraft_type)
+        Grid_Sort(1);
+}
+
+void ucFlightLog::Total_FlightTime() {
+    Guarded(m_services, "ucFlightLog.Total_FlightTime()", Show::silent, [&] {
+        const Regional& regional = m_services.regional;
+        tdbLogCaption.Set_Text(Totals_Caption(m_table.Totals(regional), regional));
+    });
+}
+
+void ucFlightLog::Delete_LogEntry(std::size_t row) {
+    Guarded(m_services, "ucFlightLog.Delete_LogEntry()", Show::box, [&] {
+        m_table.Delete_Row(row);
+        table_changed.emit();
+        Total_FlightTime();
+    });
+}
+
+std::size_t ucFlightLog::Add_Row() {
+    const std::size_t row = m_table.Row_Count();
+    m_table.Resize(row + 1);
+    table_changed.emit();
+    Total_FlightTime();
+    return row;
+}
+
+void ucFlightLog::Begin_Edit(std::size_t row, std::size_t column) {
+    if (column == log_column::aircraft_type)
+        m_type_before = m_table.Get(row, column);
+    else
+        m_changed = true;
+}
+
+bool ucFlightLog::Commit_Edit(std::size_t row, std::size_t column, std::string_view text) {
+    bool taken = false;
+    Guarded(m_services, "ucFlightLog.Commit_Edit()", Show::box, [&] {
+        const Checked_Cell checked = Check_Cell(column, text, m_services.regional);
+        if (!checked.message.empty()) {
+            m_services.desktop.Show_Message({std::string(checked.message),
+                                             Title(" Invalid Field Entry"), Icon::information,
+                                             Buttons::ok});
+            return;
+        }
+        if (column == log_column::aircraft_type && checked.text != m_type_before)
+            m_changed = true;
+        Write_Cell(row, column, checked.text);
+        taken = true;
+        Total_FlightTime();
+    });
+    return taken;
+}
+
+void ucFlightLog::Pick_Airport(std::size_t row, std::size_t column, const Airport_Pick& airport) {
+    Guarded(m_services, "ucFlightLog.Pick_Airport()", Show::box, [&] {
+        if (column != log_column::origin && column != log_column::destination) {
+            throw Run_Error(error_number::invalid_call,
+                            fmt::format("Column {} holds no airport code", column));
+        }
+        m_changed = true;
+        Write_Cell(row, column, airport.icao);
+        Write_Cell(row, column + 1, airport.name);
+    });
+}
+
+void ucFlightLog::Write_Cell(std::size_t row, std::size_t column, std::string_view text) {
+    if (m_table.Get(row, column) == text)
+        return;
+    m_table.Set(row, column, text);
+    m_unsaved_edits = true;
+    cell_changed.emit(row, column);
+}
+
+void ucFlightLog::Keep_Unsaved_Edits() {
+    if (!m_unsaved_edits)
+        return;
+    std::string lines;
+    For_Each_Piece(m_table, [&](std::string_view piece) { lines += piece; });
+    if (!lines.empty())
+        Write_Unsaved(m_services, m_file->Path(), lines);
+    m_unsaved_edits = false;
+    m_failed_flights.clear();
+}
+
+}  // namespace norvane

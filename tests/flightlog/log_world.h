@@ -1,0 +1,64 @@
+#pragma once
+// A program directory with the flight log panel in it, for the panel's tests.
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "config/cls_app_settings.h"
+#include "config/cls_va_settings.h"
+#include "flightlog/uc_flight_log.h"
+#include "logentry/cls_log_entry.h"
+#include "support/test_world.h"
+
+namespace norvane::test {
+
+/// A line of a log: the fields given, the others up to the 53rd empty, CR LF.
+inline std::string Full_Line(std::string_view fields) {
+    std::string line(fields);
+    const auto separators = std::count(line.begin(), line.end(), '|');
+    return line + std::string(static_cast<std::size_t>(52 - separators), '|') + "\r\n";
+}
+
+class Log_World : public Test_World {
+  protected:
+    Log_World() {
+        std::filesystem::create_directories(directory / "logs");
+        store.Set("Options", "FlightLog", "My Flight Log");
+    }
+    /// Starts the panel on what the directory holds.
+    void Start() {
+        settings.emplace(services);
+        va_settings.emplace(services);
+        entry.emplace(services);
+        log.emplace(services, *settings, *va_settings, *entry);
+        log->UCI();
+        entry->NewLogEntrySaveOK.connect([this] { answers += "ok "; });
+        entry->NewLogEntrySaveFail.connect([this] { answers += "fail "; });
+    }
+    void Set_Flight(std::string_view date, std::string_view time_out) {
+        entry->Set(Log_Field::FLIGHT_DATE, date);
+        entry->Set(Log_Field::TIME_OUT, time_out);
+    }
+    /// The texts of the boxes so far.
+    std::vector<std::string> Take_Boxes() {
+        std::vector<std::string> texts;
+        for (const auto& box : desktop.boxes)
+            texts.push_back(box.text);
+        desktop.boxes.clear();
+        return texts;
+    }
+    [[nodiscard]] bool Exists(const std::string& relative) const {
+        return std::filesystem::exists(directory / relative);
+    }
+
+    const std::string log_file = "logs/My Flight Log.txt";
+    std::optional<clsAppSettings> settings;
+    std::optional<clsVASettings> va_settings;
+    std::optional<clsLogEntry> entry;
+    std::optional<ucFlightLog> log;
+    std::string answers;
+};
+
+}  // namespace norvane::test
