@@ -69,10 +69,11 @@ bool Line_Reader::Next() {
     if (m_rest.empty())
         return false;
     ++m_line_number;
-    const auto* line_feed =
-        static_cast<const char*>(std::memchr(m_rest.data(), '\n', m_rest.size()));
-    std::size_t end =
-        line_feed == nullptr ? m_rest.size() : static_cast<std::size_t>(line_feed - m_rest.data());
+    if (m_from_line_feed > m_rest.size()) {
+        const auto place = m_rest.find('\n');
+        m_from_line_feed = place == std::string_view::npos ? 0 : m_rest.size() - place;
+    }
+    std::size_t end = m_rest.size() - m_from_line_feed;
     const auto* carriage_return = static_cast<const char*>(std::memchr(m_rest.data(), '\r', end));
     if (carriage_return != nullptr)
         end = static_cast<std::size_t>(carriage_return - m_rest.data());

@@ -27,6 +27,10 @@ class Line_Reader {
 
   private:
     std::string_view m_rest;
+    /// Bytes from the next line feed to the end, 0 when none is left. More than the rest holds when
+    /// that line feed has been passed: only then is the next one looked for, so that a file of
+    /// lone CRs is read in one pass too.
+    std::size_t m_from_line_feed = std::string_view::npos;
     std::string_view m_line;
     std::size_t m_line_number = 0;
 };
