@@ -45,6 +45,7 @@ class Scripted_Desktop : public Desktop {
                     std::chrono::milliseconds at_most) override;
     [[nodiscard]] Timer_Queue& Timers() override { return m_timers; }
 
+    [[nodiscard]] std::chrono::microseconds Now() const { return m_timers.Now(); }
     /// Runs the timers for a span of virtual time.
     void Run_For(std::chrono::milliseconds span) {
         Wait_Until([] { return false; }, span);
