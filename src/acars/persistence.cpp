@@ -1,0 +1,191 @@
+#include "acars/persistence.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "acars/engine_context.h"
+#include "common/log_error.h"
+#include "common/number.h"
+#include "common/services.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr std::string_view section = "ACARS";
+constexpr std::string_view phase_key = "45";
+
+/// A field of the state, whatever it holds.
+using Field = std::variant<std::string*, std::int32_t*, double*, bool*>;
+
+struct Stored_Field {
+    std::string_view key;
+    Field (*of)(Flight_State&);
+};
+
+template <Block_Event event, std::string Block_Figures::*member>
+Field Figure(Flight_State& state) {
+    return &(state.At(event).*member);
+}
+
+template <Block_Event event>
+constexpr auto time_utc = Figure<event, &Block_Figures::time_utc>;
+template <Block_Event event>
+constexpr auto time_local = Figure<event, &Block_Figures::time_local>;
+template <Block_Event event>
+constexpr auto fuel_lbs = Figure<event, &Block_Figures::fuel_lbs>;
+template <Block_Event event>
+constexpr auto fuel_kg = Figure<event, &Block_Figures::fuel_kg>;
+template <Block_Event event>
+constexpr auto fuel_gal = Figure<event, &Block_Figures::fuel_gal>;
+
+/// The flight as the store has always held it, after the phase.
+constexpr auto flight_fields = std::to_array<Stored_Field>({
+    {"46", time_utc<Block_Event::out>},
+    {"47", time_utc<Block_Event::off>},
+    {"48", time_utc<Block_Event::on>},
+    {"49", time_utc<Block_Event::in>},
+    {"50", time_local<Block_Event::out>},
+    {"51", time_local<Block_Event::off>},
+    {"52", time_local<Block_Event::on>},
+    {"53", time_local<Block_Event::in>},
+    {"54", fuel_lbs<Block_Event::out>},
+    {"55", fuel_lbs<Block_Event::off>},
+    {"56", fuel_lbs<Block_Event::on>},
+    {"57", fuel_lbs<Block_Event::in>},
+    {"58", fuel_kg<Block_Event::out>},
+    {"59", fuel_kg<Block_Event::off>},
+    {"60", fuel_kg<Block_Event::on>},
+    {"61", fuel_kg<Block_Event::in>},
+    {"62", fuel_gal<Block_Event::out>},
+    {"63", fuel_gal<Block_Event::off>},
+    {"64", fuel_gal<Block_Event::on>},
+    {"65", fuel_gal<Block_Event::in>},
+    {"66", [](Flight_State& state) -> Field { return &state.departure.position.latitude; }},
+    {"67", [](Flight_State& state) -> Field { return &state.departure.position.longitude; }},
+});
+
+/// What a flight taken up again needs besides, so that its figures come out as if it had never
+/// been interrupted. Each may be absent.
+constexpr auto tracking_fields = std::to_array<Stored_Field>({
+    {"FlightDate", [](Flight_State& state) -> Field { return &state.flight_date; }},
+    {"DepartureICAO", [](Flight_State& state) -> Field { return &state.departure.icao; }},
+    {"DepartureName", [](Flight_State& state) -> Field { return &state.departure.name; }},
+    {"ArrivalKnown", [](Flight_State& state) -> Field { return &state.arrival.known; }},
+    {"ArrivalICAO", [](Flight_State& state) -> Field { return &state.arrival.icao; }},
+    {"ArrivalName", [](Flight_State& state) -> Field { return &state.arrival.name; }},
+    {"ArrivalLatitude",
+     [](Flight_State& state) -> Field { return &state.arrival.position.latitude; }},
+    {"ArrivalLongitude",
+     [](Flight_State& state) -> Field { return &state.arrival.position.longitude; }},
+    {"StartAltitude", [](Flight_State& state) -> Field { return &state.start_altitude_ft; }},
+    {"Climbed", [](Flight_State& state) -> Field { return &state.climbed; }},
+    {"VerticalSpeed", [](Flight_State& state) -> Field { return &state.level.vertical_speed; }},
+    {"Level", [](Flight_State& state) -> Field { return &state.level.level; }},
+    {"LevelAltitude", [](Flight_State& state) -> Field { return &state.level.level_altitude_ft; }},
+    {"HighestLevel", [](Flight_State& state) -> Field { return &state.level.highest_level_ft; }},
+    {"TaxiOut", [](Flight_State& state) -> Field { return &state.taxi.fastest_out_kt; }},
+    {"TaxiIn", [](Flight_State& state) -> Field { return &state.taxi.fastest_in_kt; }},
+    {"TaxiInArmed", [](Flight_State& state) -> Field { return &state.taxi.in_armed; }},
+});
+
+std::string Text_Of(const std::string* value) {
+    return *value;
+}
+std::string Text_Of(const std::int32_t* value) {
+    return Format_Whole(*value);
+}
+std::string Text_Of(const double* value) {
+    return Format_Exact(*value);
+}
+std::string Text_Of(const bool* value) {
+    return *value ? "True" : "False";
+}
+
+/// Each takes a stored text; false when it is nothing of the kind.
+bool Take(std::string* value, const std::string& text) {
+    *value = text;
+    return true;
+}
+bool Take(std::int32_t* value, const std::string& text) {
+    const auto number = Parse_Int32(text);
+    *value = number.value_or(*value);
+    return number.has_value();
+}
+bool Take(double* value, const std::string& text) {
+    const auto number = Parse_Number(text);
+    *value = number.value_or(*value);
+    return number.has_value();
+}
+bool Take(bool* value, const std::string& text) {
+    *value = text == "True";
+    return *value || text == "False";
+}
+
+void Write_Field(Engine_Context& engine, const Stored_Field& field) {
+    const std::string text =
+        std::visit([](auto* value) { return Text_Of(value); }, field.of(engine.state));
+    engine.services.settings.Set(section, field.key, text);
+}
+
+void Take_Field(Engine_Context& engine, const Stored_Field& field, const std::string& text) {
+    const bool taken =
+        std::visit([&](auto* value) { return Take(value, text); }, field.of(engine.state));
+    if (!taken) {
+        throw Run_Error(error_number::type_mismatch,
+                        fmt::format("Stored value \"{}\" cannot be read: \"{}\"", field.key, text));
+    }
+}
+
+void Take_Phase(Flight_State& state, const std::string& text) {
+    const auto number = Parse_Number(text);
+    constexpr auto last = static_cast<std::int32_t>(Flight_Phase::in);
+    if (!number || *number < 0 || *number > last)
+        return;
+    state.phase = static_cast<Flight_Phase>(static_cast<std::int32_t>(Round_Half_Even(*number)));
+}
+
+}  // namespace
+
+void Persist(Engine_Context& engine) {
+    Flight_State& state = engine.state;
+    const bool in_flight =
+        !state.At(Block_Event::off).time_utc.empty() && state.At(Block_Event::in).time_utc.empty();
+    if (!in_flight)
+        return;
+    Guarded(engine.services, "clsACARS.Persist()", Show::silent, [&] {
+        Settings_Batch batch(engine.services.settings);
+        engine.services.settings.Set(section, phase_key,
+                                     Format_Whole(static_cast<std::int32_t>(state.phase)));
+        for (const Stored_Field& field : flight_fields)
+            Write_Field(engine, field);
+        for (const Stored_Field& field : tracking_fields)
+            Write_Field(engine, field);
+        batch.Commit();
+    });
+}
+
+void Restore(Engine_Context& engine) {
+    Flight_State& state = engine.state;
+    Guarded(engine.services, "clsACARS.Restore()", Show::silent, [&] {
+        Settings_Store& store = engine.services.settings;
+        Take_Phase(state, store.Get(section, phase_key));
+        // Where the store does not say otherwise, an aircraft that was flying had climbed.
+        state.climbed = state.phase >= Flight_Phase::off;
+        for (const Stored_Field& field : flight_fields)
+            Take_Field(engine, field, store.Get(section, field.key));
+        for (const Stored_Field& field : tracking_fields) {
+            if (const auto text = store.Find(section, field.key))
+                Take_Field(engine, field, *text);
+        }
+    });
+    state.departure.known = true;
+    for (Block_Figures& figures : state.block)
+        figures.captured = !figures.time_utc.empty();
+}
+
+}  // namespace norvane

@@ -1,0 +1,210 @@
+#include "acars/phase_tracker.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "acars/captures.h"
+#include "acars/composer.h"
+#include "acars/engine_context.h"
+#include "acars/sampler.h"
+#include "common/flight_level.h"
+#include "common/number.h"
+#include "config/cls_app_settings.h"
+
+namespace norvane {
+
+namespace {
+
+/// Above the start altitude by this much, the aircraft has flown.
+constexpr std::int32_t climbed_ft = 25;
+/// Slower than this after landing, the aircraft taxies.
+constexpr std::int32_t taxi_speed_kt = 11;
+/// With more N1 than this the aircraft is not taxiing but taking off or braking.
+constexpr int taxi_n1_percent = 60;
+constexpr std::int32_t level_below_fpm = 31;
+constexpr std::int32_t leaving_from_fpm = 200;
+constexpr std::int32_t leaving_from_ft = 200;
+
+/// Values of the setting `ACARS_EOF`: what ends a flight.
+namespace end_of_flight {
+constexpr int brake = 0;
+constexpr int shutdown = 1;
+constexpr int both = 2;
+}  // namespace end_of_flight
+
+/// Read at the beginning of every step.
+struct Ground_Contact {
+    bool brake_set = false;
+    bool on_ground = false;
+};
+
+bool Is_Trackable(Sim_Reader& reader) {
+    return reader.Read_Whole(Variable::slew_mode) == 0 &&
+           reader.Read_Whole(Variable::simulator_version) >= 1;
+}
+
+/// Asks the engines in order, up to the first that runs.
+bool Engines_Off(Engine_Context& engine) {
+    const int count = std::min(engine.state.engine_count, most_engines);
+    for (int number = 1; number <= count; ++number) {
+        if (engine.reader.Read_Whole(Variable::engine_combustion, number) != 0)
+            return false;
+    }
+    return true;
+}
+
+bool Has_Taken_Off(Engine_Context& engine) {
+    const std::int32_t least_ft = engine.settings.ACARS_TakeOff_Alt();
+    if (least_ft == 0 || engine.state.began_airborne)
+        return true;
+    const std::int32_t altitude_ft = engine.reader.Read_Whole(Variable::altitude_ft);
+    return altitude_ft > engine.state.start_altitude_ft + least_ft;
+}
+
+bool Has_Ended(Engine_Context& engine, bool brake_set) {
+    const bool parked = brake_set || engine.state.engine_type == engine_kind::helicopter;
+    switch (engine.settings.ACARS_EOF()) {
+        case end_of_flight::brake:
+            return parked;
+        case end_of_flight::shutdown:
+            return Engines_Off(engine);
+        case end_of_flight::both:
+            return parked && Engines_Off(engine);
+        default:
+            return false;
+    }
+}
+
+Flight_Phase Next_Phase(Engine_Context& engine, const Ground_Contact& contact) {
+    const Flight_State& state = engine.state;
+    switch (state.phase) {
+        case Flight_Phase::before_out:
+            if (!contact.brake_set)
+                return Flight_Phase::out;
+            break;
+        case Flight_Phase::out:
+            if (!contact.on_ground && Has_Taken_Off(engine))
+                return Flight_Phase::off;
+            break;
+        case Flight_Phase::off:
+            if (contact.on_ground && state.climbed)
+                return Flight_Phase::on;
+            break;
+        case Flight_Phase::on:
+            if (Has_Ended(engine, contact.brake_set))
+                return Flight_Phase::in;
+            break;
+        case Flight_Phase::in:
+            break;
+    }
+    return state.phase;
+}
+
+/// A jet's ground speed while it taxies; negative when it does not.
+std::int32_t Read_Taxi_Speed(Engine_Context& engine) {
+    if (engine.state.engine_type != engine_kind::jet)
+        return -1;
+    if (Whole(engine.reader.Read(Variable::engine_n1_percent, 1)) > taxi_n1_percent)
+        return -1;
+    return engine.reader.Read_Whole(Variable::ground_speed_kt);
+}
+
+void Track_Taxi_Out(Engine_Context& engine) {
+    Taxi_Tracking& taxi = engine.state.taxi;
+    taxi.fastest_out_kt = std::max(taxi.fastest_out_kt, Read_Taxi_Speed(engine));
+}
+
+void Track_Taxi_In(Engine_Context& engine) {
+    Taxi_Tracking& taxi = engine.state.taxi;
+    const std::int32_t speed_kt = Read_Taxi_Speed(engine);
+    if (speed_kt < 0)
+        return;
+    if (!taxi.in_armed)
+        taxi.in_armed = speed_kt < taxi_speed_kt;
+    if (taxi.in_armed)
+        taxi.fastest_in_kt = std::max(taxi.fastest_in_kt, speed_kt);
+}
+
+void Send_Altitude(Engine_Context& engine, const std::string& text) {
+    Sample_Position(engine, Sample_Extent::full);
+    Compose_Message(engine, Message_Type::altitude, text);
+}
+
+void Track_Level(Engine_Context& engine) {
+    Level_Tracking& level = engine.state.level;
+    const std::int32_t speed_fpm = engine.reader.Read_Whole(Variable::vertical_speed_fpm);
+    level.vertical_speed = Format_Grouped(speed_fpm);
+    const bool is_level = std::abs(speed_fpm) < level_below_fpm;
+    const bool is_leaving = std::abs(speed_fpm) >= leaving_from_fpm;
+    if (is_level && !level.level) {
+        level.level = true;
+        level.level_altitude_ft = engine.reader.Read_Whole(Variable::altitude_ft);
+        Send_Altitude(engine, Format_FlightLevel(level.level_altitude_ft) + " LEVEL");
+        level.highest_level_ft = std::max(level.highest_level_ft, level.level_altitude_ft);
+    } else if (is_leaving && level.level) {
+        const std::int32_t altitude_ft = engine.reader.Read_Whole(Variable::altitude_ft);
+        if (std::abs(altitude_ft - level.level_altitude_ft) < leaving_from_ft)
+            return;
+        level.level = false;
+        Send_Altitude(engine, "CHG " + Format_FlightLevel(level.level_altitude_ft) +
+                                  (speed_fpm >= 1 ? " CLMB" : " DESC"));
+    }
+}
+
+void Act_In_Flight(Engine_Context& engine, const Ground_Contact& contact) {
+    Flight_State& state = engine.state;
+    if (!state.At(Block_Event::off).captured)
+        Capture_OFF(engine);
+    if (!contact.on_ground)
+        Track_Level(engine);
+    if (state.position_report_requested) {
+        state.position_report_requested = false;
+        Sample_Position(engine, Sample_Extent::full);
+        Compose_Message(engine, Message_Type::position);
+    }
+    if (!state.climbed) {
+        const std::int32_t altitude_ft = engine.reader.Read_Whole(Variable::altitude_ft);
+        state.climbed = altitude_ft > state.start_altitude_ft + climbed_ft;
+    }
+}
+
+void Act(Engine_Context& engine, const Ground_Contact& contact) {
+    Flight_State& state = engine.state;
+    switch (state.phase) {
+        case Flight_Phase::before_out:
+            break;
+        case Flight_Phase::out:
+            if (!state.At(Block_Event::out).captured)
+                Capture_OUT(engine);
+            Track_Taxi_Out(engine);
+            break;
+        case Flight_Phase::off:
+            Act_In_Flight(engine, contact);
+            break;
+        case Flight_Phase::on:
+            if (!state.At(Block_Event::on).captured)
+                Capture_ON(engine);
+            Track_Taxi_In(engine);
+            break;
+        case Flight_Phase::in:
+            if (!state.At(Block_Event::in).captured)
+                Capture_IN(engine);
+            break;
+    }
+}
+
+}  // namespace
+
+void Advance_Flight(Engine_Context& engine) {
+    Ground_Contact contact;
+    contact.brake_set = engine.reader.Read_Whole(Variable::parking_brake) > 0;
+    contact.on_ground = engine.reader.Read_Whole(Variable::on_ground) != 0;
+    if (!Is_Trackable(engine.reader))
+        return;
+    engine.state.phase = Next_Phase(engine, contact);
+    // A failed read must not set a capture going that could only be undone.
+    if (!engine.reader.Failed())
+        Act(engine, contact);
+}
+
+}  // namespace norvane

@@ -1,0 +1,129 @@
+#include "acars/world_file.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <system_error>
+
+#include "common/code_page.h"
+#include "common/line_reader.h"
+#include "common/number.h"
+#include "common/text.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr std::size_t field_count = 5;
+constexpr double elevation_tolerance_ft = 10;
+constexpr double nm_per_degree = 60;
+constexpr std::size_t lines_between_yields = 256;
+constexpr double lowest = std::numeric_limits<std::int32_t>::min();
+constexpr double highest = std::numeric_limits<std::int32_t>::max();
+
+/// A number of a world file, where "," is a decimal sign too.
+std::optional<double> World_Number(std::string_view text) {
+    double value = 0;
+    const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (failure == std::errc() && end == text.data() + text.size() && std::isfinite(value))
+        return value;
+    return Parse_Number(Replace_All(text, ",", "."));
+}
+
+/// The first five fields; false when there are fewer.
+bool Split_Fields(std::string_view line, std::array<std::string_view, field_count>& fields) {
+    for (std::size_t i = 0; i < field_count; ++i) {
+        const auto end = line.find(field_separator);
+        fields[i] = line.substr(0, end);
+        if (end == std::string_view::npos)
+            return i + 1 == field_count;
+        line.remove_prefix(end + 1);
+    }
+    return true;
+}
+
+}  // namespace
+
+void World_File::Load(const std::filesystem::path& file) {
+    std::error_code failure;
+    const auto size = std::filesystem::file_size(file, failure);
+    const auto written = std::filesystem::last_write_time(file, failure);
+    const bool unchanged = !failure && m_content && m_file == file && m_written == written &&
+                           m_content->size() == size;
+    if (unchanged)
+        return;
+    m_first_fault.clear();
+    m_elevations_ft.clear();
+    m_places.clear();
+    m_content.reset();
+    m_content = std::make_unique<const std::string>(Read_File(file));
+    m_file = file;
+    m_written = written;
+    Parse();
+}
+
+void World_File::Parse() {
+    Line_Reader reader(*m_content);
+    while (reader.Next()) {
+        const std::string_view line = reader.Line();
+        if (line.empty() || Contains(line, "//"))
+            continue;
+        const std::string_view fault = Parse_Line(line);
+        if (!fault.empty() && m_first_fault.empty()) {
+            m_first_fault =
+                fmt::format("{}, line {}: {}", From_Path(m_file), reader.Line_Number(), fault);
+        }
+    }
+}
+
+/// Keeps the line's place; gives what is wrong with the line when it has none.
+std::string_view World_File::Parse_Line(std::string_view line) {
+    std::array<std::string_view, field_count> fields;
+    if (!Split_Fields(line, fields))
+        return "fewer than five fields";
+    const auto latitude = World_Number(fields[0]);
+    const auto longitude = World_Number(fields[1]);
+    const auto elevation_ft = World_Number(fields[2]);
+    if (!latitude || !longitude || !elevation_ft)
+        return "latitude, longitude or elevation is not a number";
+    m_elevations_ft.push_back(
+        static_cast<std::int32_t>(std::clamp(Round_Half_Even(*elevation_ft), lowest, highest)));
+    m_places.push_back({{*latitude, *longitude}, fields[3], fields[4]});
+    return {};
+}
+
+void World_File::Search(Nearest_Search& search, Equal_Distance rule,
+                        const std::function<void()>& yield) const {
+    for (std::size_t i = 0; i < m_places.size(); ++i) {
+        if (yield && i % lines_between_yields == 0)
+            yield();
+        if (std::abs(m_elevations_ft[i] - search.ground_elevation_ft) >= elevation_tolerance_ft)
+            continue;
+        const Place& place = m_places[i];
+        // An airport farther north or south than the best one is away needs no trigonometry; the
+        // mile covers the rounding.
+        const double north_nm =
+            std::abs(place.position.latitude - search.from.latitude) * nm_per_degree;
+        if (north_nm > static_cast<double>(search.best_nm) + 1)
+            continue;
+        const double exact_nm = Great_Circle_Nm(search.from, place.position);
+        if (!std::isfinite(exact_nm))
+            continue;
+        const auto distance_nm = static_cast<std::int64_t>(std::llround(exact_nm));
+        const bool nearer =
+            distance_nm < search.best_nm ||
+            (rule == Equal_Distance::replaces_best && distance_nm == search.best_nm);
+        if (!nearer)
+            continue;
+        search.best_nm = distance_nm;
+        search.icao = place.icao;
+        search.name = place.name;
+    }
+}
+
+}  // namespace norvane

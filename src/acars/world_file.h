@@ -1,0 +1,66 @@
+#pragma once
+// A world file: the list of the simulator's airports, one a line, five fields separated by "|":
+// latitude, longitude, elevation in feet, ICAO code, name. Owned by the engine, which looks for the
+// airport nearest to the aircraft in it; read once and again only when the file has changed.
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/great_circle.h"
+
+namespace norvane {
+
+/// A search that goes through the main file and then the pilot's own.
+struct Nearest_Search {
+    Position from;
+    /// Of the ground below the aircraft; an airport counts when its own differs by less than 10 ft.
+    double ground_elevation_ft = 0;
+    /// Whole nautical miles to the best airport so far.
+    std::int64_t best_nm = 999999;
+    std::string icao;
+    std::string name;
+};
+
+/// Whether an airport that is as near as the best one takes its place.
+enum class Equal_Distance { keeps_best, replaces_best };
+
+class World_File {
+  public:
+    /// Reads the file unless it stands here already as it is on disk. Raises when it cannot be
+    /// read.
+    void Load(const std::filesystem::path& file);
+    /// Takes nearer airports into `search`. `yield`, when given, is called every few hundred lines.
+    void Search(Nearest_Search& search, Equal_Distance rule,
+                const std::function<void()>& yield) const;
+
+    /// What was wrong with the first line that was passed over: file, line, reason. Empty when
+    /// every line was good.
+    [[nodiscard]] const std::string& First_Fault() const { return m_first_fault; }
+    [[nodiscard]] std::size_t Size() const { return m_elevations_ft.size(); }
+
+  private:
+    /// Pieces of the content.
+    struct Place {
+        Position position;
+        std::string_view icao;
+        std::string_view name;
+    };
+
+    void Parse();
+    [[nodiscard]] std::string_view Parse_Line(std::string_view line);
+
+    std::filesystem::path m_file;
+    std::filesystem::file_time_type m_written;
+    std::unique_ptr<const std::string> m_content;
+    std::string m_first_fault;
+    /// Elevations apart from the places: the test that nearly every airport fails comes first.
+    std::vector<std::int32_t> m_elevations_ft;
+    std::vector<Place> m_places;
+};
+
+}  // namespace norvane
