@@ -73,11 +73,17 @@ std::vector<Airline_Codes> Read_Airline_Codes(const std::filesystem::path& file)
     std::vector<Airline_Codes> rows;
     const std::string content = Read_File(file);
     for (Line_Reader reader(content); reader.Next();) {
-        if (reader.Line().empty())
+        std::string_view rest = reader.Line();
+        if (rest.empty())
             continue;
-        auto fields = Split(reader.Line(), field_separator);
-        fields.resize(std::max<std::size_t>(fields.size(), 3));
-        rows.push_back({fields[0], fields[1], fields[2]});
+        const auto take_field = [&rest] {
+            std::string field(Before(rest, std::string_view(&field_separator, 1)));
+            rest.remove_prefix(std::min(field.size() + 1, rest.size()));
+            return field;
+        };
+        Airline_Codes& row = rows.emplace_back();
+        for (auto* field : {&row.name, &row.iata, &row.icao})
+            *field = take_field();
     }
     return rows;
 }

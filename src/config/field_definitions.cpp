@@ -10,18 +10,20 @@ Field_Definitions Read_Field_Definitions(const std::filesystem::path& file, std:
     Field_Definitions definitions;
     const std::string content = Read_File(file);
     for (Line_Reader reader(content); definitions.fields.size() < most && reader.Next();) {
-        if (Trimmed_View(reader.Line()).empty())
+        const std::string_view line = reader.Line();
+        if (Trimmed_View(line).empty())
             continue;
-        const auto parts = Split(reader.Line(), '^');
-        if (parts.size() < 2) {
+        const auto mark = line.find('^');
+        if (mark == std::string_view::npos) {
             definitions.failure = From_Path(file) + ", line " +
                                   std::to_string(reader.Line_Number()) +
                                   ": no \"^\" behind the field's name";
             break;
         }
-        Field_Definition field{parts[0], {}};
-        if (!parts[1].empty())
-            field.entries = Split(parts[1], field_separator);
+        Field_Definition field{std::string(line.substr(0, mark)), {}};
+        const std::string_view entries = Before(line.substr(mark + 1), "^");
+        if (!entries.empty())
+            field.entries = Split(entries, field_separator);
         definitions.fields.push_back(std::move(field));
     }
     return definitions;
