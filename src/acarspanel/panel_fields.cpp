@@ -1,0 +1,118 @@
+#include "acarspanel/panel_fields.h"
+
+#include <fmt/format.h>
+
+#include <array>
+
+#include "common/text.h"
+
+namespace norvane {
+
+namespace {
+
+using Events = ACARS_Events;
+using Panel = ucACARS;
+using enum Fill_Rule;
+
+constexpr std::string_view nautical_miles = " nm";
+constexpr std::string_view knots = " kts";
+constexpr std::string_view feet_per_minute = " ft/min";
+
+constexpr auto panel_fields = std::to_array<Panel_Field>({
+    {Log_Field::FLIGHT_DATE, &Panel::txtDate, if_empty, &Events::FlightDate, {}},
+    {Log_Field::AIRCRAFT_TYPE, &Panel::txtAircraftType, if_empty, &Events::ATCType, {}},
+    {Log_Field::AIRCRAFT_ID, &Panel::txtAircraftID, if_empty, &Events::ATCTail, {}},
+    {Log_Field::FLIGHT_ORIGIN, &Panel::txtOrigin, apart, {}, {}},
+    {Log_Field::AIRPORT_ORIGIN, &Panel::lblOriginName, apart, {}, {}},
+    {Log_Field::TIME_OUT, &Panel::lblTimeOut, time_figure, &Events::FlightOUT, {}},
+    {Log_Field::TIME_OFF, &Panel::lblTimeOff, time_figure, &Events::FlightOFF, {}},
+    {Log_Field::FUEL_OUT, &Panel::lblFuelOut, fuel_figure, &Events::FuelOUT, {}},
+    {Log_Field::FLIGHT_DESTINATION, &Panel::txtDestination, apart, {}, {}},
+    {Log_Field::AIRPORT_DESTINATION, &Panel::lblDestinationName, apart, {}, {}},
+    {Log_Field::TIME_ON, &Panel::lblTimeOn, time_figure, &Events::FlightON, {}},
+    {Log_Field::TIME_IN, &Panel::lblTimeIn, time_figure, &Events::FlightIN, {}},
+    {Log_Field::FUEL_IN, &Panel::lblFuelIn, fuel_figure, &Events::FuelIN, {}},
+    {Log_Field::FUEL_OFF, &Panel::lblFuelOff, fuel_figure, &Events::FuelOFF, {}},
+    {Log_Field::FUEL_ON, &Panel::lblFuelOn, fuel_figure, &Events::FuelON, {}},
+    {Log_Field::BLOCK_TIME, &Panel::lblBlockTime, replace, &Events::BlockTime, {}},
+    {Log_Field::BLOCK_TIME_HHMM, &Panel::lblBlockTimeHHMM, replace, &Events::BlockTimeHHMM, {}},
+    {Log_Field::FLIGHT_TIME, &Panel::lblFlightTime, replace, &Events::FlightTime, {}},
+    {Log_Field::FLIGHT_TIME_HHMM, &Panel::lblFlightTimeHHMM, replace, &Events::FlightTimeHHMM, {}},
+    {Log_Field::BLOCK_FUEL_USED, &Panel::lblBlockFuel, fuel_figure, &Events::FuelUsedBlock, {}},
+    {Log_Field::FLIGHT_FUEL_USED, &Panel::lblFlightFuel, fuel_figure, &Events::FuelUsedFlight, {}},
+    {Log_Field::COMMENTS, &Panel::txtComments, apart, {}, {}},
+    {Log_Field::VERTICAL_SPEED, &Panel::lblVS, replace, &Events::VS, feet_per_minute},
+    {Log_Field::FLIGHT_NUMBER, &Panel::txtFlightNumber, if_empty, &Events::AirlineFlight, {}},
+    {Log_Field::PAX, &Panel::txtPax, if_empty, &Events::PAX, {}},
+    {Log_Field::CARGO, &Panel::txtCargo, if_empty, &Events::BaggageCargo, {}},
+    {Log_Field::FLIGHT_PLAN, &Panel::txtFlightPlan, apart, {}, {}},
+    {Log_Field::WX_ORIGIN, &Panel::txtWXOrigin, replace, &Events::WXDep, {}},
+    {Log_Field::WX_DESTINATION, &Panel::txtWXDestination, replace, &Events::WXArr, {}},
+    {Log_Field::FLIGHT_LEVEL, &Panel::txtFlightLevel, if_empty, &Events::FlightLevel, {}},
+    {Log_Field::FLIGHT_DISTANCE, &Panel::lblDistance, replace, &Events::Distance, nautical_miles},
+    {Log_Field::WEIGHT_ZEROFUEL, &Panel::lblZFW, weight_figure, &Events::WeightZFW, {}},
+    {Log_Field::WEIGHT_TAXI, &Panel::lblTaxiWeight, weight_figure, &Events::WeightOUT, {}},
+    {Log_Field::WEIGHT_TAKEOFF, &Panel::lblTakeOffWeight, weight_figure, &Events::WeightOFF, {}},
+    {Log_Field::WEIGHT_LANDING, &Panel::lblLandingWeight, weight_figure, &Events::WeightON, {}},
+    {Log_Field::WEIGHT_RAMP, &Panel::lblRampWeight, weight_figure, &Events::WeightIN, {}},
+    {Log_Field::IAS_TAKEOFF, &Panel::lblIASTakeOff, replace, &Events::IASTakeOff, knots},
+    {Log_Field::IAS_LANDING, &Panel::lblIASLanding, replace, &Events::IASLanding, knots},
+    {Log_Field::ENG_SETTINGS, &Panel::lblNSettings, replace, &Events::NSettings, {}},
+    // Pistons report their settings by an event of their own, onto the same label.
+    {{}, &Panel::lblNSettings, replace, &Events::EngSettings, {}},
+    {{}, &Panel::lblMaxTaxiOrigin, replace, &Events::MaxTaxiOrigin, knots},
+    {{}, &Panel::lblMaxTaxiDestination, replace, &Events::MaxTaxiDestination, knots},
+    {{}, &Panel::lblATCFlight, apart, {}, {}},
+});
+
+/// By unit code.
+constexpr std::array<std::string_view, 3> fuel_suffixes{" lbs", " kg", " gal"};
+constexpr std::array<std::string_view, 2> weight_suffixes{" lbs", " kg"};
+
+std::string With_Unit(std::string_view value, int code, std::span<const std::string_view> units) {
+    if (code < 0 || code >= static_cast<int>(units.size()))
+        return {};
+    return fmt::format("{}{}", value, units[static_cast<std::size_t>(code)]);
+}
+
+template <class Control_Kind>
+Control_Kind* Find_Control(const Panel_Field& row, ucACARS& panel) {
+    const auto* member = std::get_if<Control_Kind ucACARS::*>(&row.control);
+    return member == nullptr ? nullptr : &(panel.**member);
+}
+
+}  // namespace
+
+Label* Panel_Field::Find_Label(ucACARS& panel) const {
+    return Find_Control<Label>(*this, panel);
+}
+
+Text_Box* Panel_Field::Find_Box(ucACARS& panel) const {
+    return Find_Control<Text_Box>(*this, panel);
+}
+
+bool Panel_Field::Is_Figure() const {
+    return std::holds_alternative<Label ucACARS::*>(control) && rule != apart;
+}
+
+std::span<const Panel_Field> Panel_Fields() {
+    return panel_fields;
+}
+
+std::string Shown_Time(std::string_view hhmm, int code) {
+    if (hhmm.size() < 4)
+        return {};
+    if (code == time_kind::local)
+        return fmt::format("{}:{}", hhmm.substr(0, 2), hhmm.substr(hhmm.size() - 2));
+    return code == time_kind::utc ? fmt::format("{}Z", hhmm) : std::string();
+}
+
+std::string Shown_Fuel(std::string_view value, int code) {
+    return With_Unit(value, code, fuel_suffixes);
+}
+
+std::string Shown_Weight(std::string_view value, int code) {
+    return With_Unit(value, code, weight_suffixes);
+}
+
+}  // namespace norvane

@@ -1,0 +1,93 @@
+// What the panel shows as a log entry, and the flight in progress to the settings store and back.
+
+#include "acarspanel/uc_acars.h"
+
+#include <string>
+
+#include "acars/cls_acars.h"
+#include "acarspanel/panel_fields.h"
+#include "common/code_page.h"
+#include "common/date_time.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "logentry/cls_log_entry.h"
+
+namespace norvane {
+
+void ucACARS::Create_Log_Entry() {
+    Guarded(m_services, "ucACARS.Create_Log_Entry()", Show::box, [&] {
+        clsLogEntry& entry = m_objNewLogEntry;
+        const Date_Time now = m_services.clock.Local_Now();
+        entry.Set(Log_Field::PIREP_FILE_NAME, From_Path(m_services.program_directory / "reports" /
+                                                        (Format_File_Stamp(now) + "_PIREP.txt")));
+        entry.Set(Log_Field::PILOT_ID, m_settings.PilotID());
+        entry.Set(Log_Field::PILOT_NAME, m_settings.PilotName());
+        entry.Set(Log_Field::PILOT_EMAIL, m_settings.PilotEmail());
+        for (const Panel_Field& row : Panel_Fields()) {
+            if (!row.field)
+                continue;
+            const Label* label = row.Find_Label(*this);
+            entry.Set(*row.field, label != nullptr ? label->Text() : row.Find_Box(*this)->Text());
+        }
+        // A flight without a date could be neither logged nor restored.
+        if (entry.Get(Log_Field::FLIGHT_DATE).empty() && m_objACARS != nullptr)
+            entry.Set(Log_Field::FLIGHT_DATE, m_objACARS->Flight_Date());
+        if (entry.Get(Log_Field::FLIGHT_DATE).empty())
+            entry.Set(Log_Field::FLIGHT_DATE,
+                      Format_Date(now.date, m_services.regional.short_date));
+        entry.Set(Log_Field::IFR_VFR, chkIFR.Checked() ? "IFR" : "VFR");
+        for (std::size_t i = 0; i < optFields.size(); ++i)
+            entry.Set_OPTIONAL_FIELDS(i, optFields[i].Value());
+        for (std::size_t i = 0; i < vaFields.size(); ++i)
+            entry.Set_VA_FIELDS(i, vaFields[i].Value());
+    });
+}
+
+bool ucACARS::Airborne() const {
+    return !lblTimeOff.Text().empty() && lblTimeIn.Text().empty();
+}
+
+bool ucACARS::Airborne_By_Engine() const {
+    return !m_objACARS->TIME_OFF().empty() && m_objACARS->TIME_ON().empty();
+}
+
+/// Stores a flight between take-off and the gate. One that has reached the gate stays stored, as it
+/// was before, until it is logged or given up; any other has nothing worth storing.
+void ucACARS::Persist() {
+    Guarded(m_services, "ucACARS.Persist()", Show::box, [&] {
+        const bool at_gate = !lblTimeIn.Text().empty();
+        const bool settled = m_finish == Finish::logged || m_finish == Finish::given_up;
+        if (Airborne()) {
+            m_changed = false;
+            Create_Log_Entry();
+            m_objNewLogEntry.Persist();
+        } else if (!at_gate || settled) {
+            Delete_Stored_Flight(m_services);
+        }
+    });
+}
+
+void ucACARS::Restore() {
+    Guarded(m_services, "ucACARS.Restore()", Show::box, [&] {
+        const clsLogEntry& entry = m_objNewLogEntry;
+        m_resume = !entry.Get(Log_Field::FLIGHT_DATE).empty();
+        if (!m_resume)
+            return;
+        for (const Panel_Field& row : Panel_Fields()) {
+            if (!row.field)
+                continue;
+            if (Label* label = row.Find_Label(*this))
+                label->Set_Text(entry.Get(*row.field));
+            else
+                row.Find_Box(*this)->Set_Text(entry.Get(*row.field));
+        }
+        chkIFR.Set_Checked(entry.Get(Log_Field::IFR_VFR) == "IFR");
+        chkVFR.Set_Checked(!chkIFR.Checked());
+        for (std::size_t i = 0; i < optFields.size(); ++i)
+            optFields[i].Restore(entry.OPTIONAL_FIELDS(i));
+        for (std::size_t i = 0; i < vaFields.size(); ++i)
+            vaFields[i].Restore(entry.VA_FIELDS(i));
+    });
+}
+
+}  // namespace norvane

@@ -1,0 +1,212 @@
+#include "acarspanel/uc_acars.h"
+
+#include <filesystem>
+
+#include "acars/cls_acars.h"
+#include "acarspanel/panel_fields.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "logentry/cls_log_entry.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr std::chrono::milliseconds step_interval(500);
+constexpr std::chrono::minutes position_interval(1);
+
+}  // namespace
+
+ucACARS::ucACARS(Services& services, const clsAppSettings& settings, const clsVASettings& airline,
+                 clsLogEntry& log_entry)
+    : tmr(services.desktop.Timers(), step_interval),
+      tmrPos(services.desktop.Timers(), position_interval),
+      m_services(services),
+      m_settings(settings),
+      m_airline(airline),
+      m_objNewLogEntry(log_entry) {
+    for (const Panel_Field& row : Panel_Fields()) {
+        if (Label* label = row.Find_Label(*this))
+            m_labels.push_back(label);
+        if (Text_Box* box = row.Find_Box(*this))
+            m_boxes.push_back(box);
+    }
+    const auto gather = [this](auto& fields) {
+        for (Custom_Field& field : fields) {
+            m_boxes.push_back(&field.txt);
+            m_lists.push_back(&field.cbo);
+        }
+    };
+    gather(optFields);
+    gather(vaFields);
+    Connect_Controls();
+}
+
+ucACARS::~ucACARS() {
+    for (sigc::connection& connection : m_engine_connections)
+        connection.disconnect();
+    for (sigc::connection& connection : m_entry_connections)
+        connection.disconnect();
+}
+
+void ucACARS::UCI() {
+    Guarded(m_services, "ucACARS.UCI()", Show::box, [&] {
+        m_has_optional_fields = std::filesystem::exists(Optional_Fields_File());
+        Stop_Timers();
+        Set_Paused(false);
+        m_resume = false;
+        m_finish = Finish::none;
+        m_position_minutes = 0;
+        Show_Page(0);
+        if (m_has_optional_fields)
+            Load_Optional_Fields();
+        VA_Settings();
+        Clear_All_Fields();
+        Set_Active_State(false);
+        Restore();
+    });
+}
+
+void ucACARS::Set_ACARS(clsACARS& engine) {
+    for (sigc::connection& connection : m_engine_connections)
+        connection.disconnect();
+    m_engine_connections.clear();
+    m_objACARS = &engine;
+    Connect_Engine();
+    Hand_Over_Codes();
+}
+
+void ucACARS::Connect_Controls() {
+    const auto command = [this](Link& link, void (ucACARS::*run)()) {
+        // A click that had to wait for a step's end counts only if the link is still usable then.
+        link.clicked.connect([this, &link, run] {
+            After_Step([this, &link, run] {
+                if (link.Enabled())
+                    (this->*run)();
+            });
+        });
+    };
+    command(hypOn, &ucACARS::ACARS_ON);
+    command(hypPause, &ucACARS::ACARS_MODE);
+    command(hypLog, &ucACARS::Log_Flight);
+    command(hypReset, &ucACARS::ACARS_RESET);
+    hypNext.clicked.connect([this] { Move_To_Page(Page_Beside(+1)); });
+    hypBack.clicked.connect([this] { Move_To_Page(Page_Beside(-1)); });
+    tmr.tick.connect(sigc::mem_fun(*this, &ucACARS::Tick));
+    tmrPos.tick.connect(sigc::mem_fun(*this, &ucACARS::Position_Tick));
+    mnuPosition.chosen.connect([this] {
+        After_Step([this] {
+            if (m_objACARS != nullptr)
+                m_objACARS->Report_Position();
+        });
+    });
+
+    const auto airport = [this](Text_Box& box, Label& name) {
+        box.changed.connect(sigc::mem_fun(*this, &ucACARS::Hand_Over_Codes));
+        box.edited.connect([this, &box, &name] { Derive_Name(box, name); });
+    };
+    airport(txtOrigin, lblOriginName);
+    airport(txtDestination, lblDestinationName);
+    txtFlightNumber.left.connect([this] {
+        if (m_objACARS != nullptr && !txtFlightNumber.Is_Empty())
+            m_objACARS->Set_Airline_Flight_Number(txtFlightNumber.Text());
+    });
+    chkIFR.edited.connect([this] { chkVFR.Set_Checked(!chkIFR.Checked()); });
+    chkVFR.edited.connect([this] { chkIFR.Set_Checked(!chkVFR.Checked()); });
+
+    const auto note = [this](Control& control) {
+        control.changed.connect([this] { m_changed = true; });
+    };
+    for (Label* label : m_labels)
+        note(*label);
+    for (Text_Box* box : m_boxes)
+        note(*box);
+    for (Combo_Box* list : m_lists)
+        note(*list);
+    note(chkIFR);
+    note(chkVFR);
+    m_entry_connections = {
+        m_objNewLogEntry.NewLogEntrySaveOK.connect([this] { m_saved = true; }),
+        m_objNewLogEntry.NewLogEntrySaveFail.connect(
+            sigc::mem_fun(*this, &ucACARS::NewLogEntrySaveFail)),
+    };
+}
+
+void ucACARS::Set_Active_State(bool on) {
+    m_active = on;
+    for (const Panel_Field& row : Panel_Fields()) {
+        if (row.Is_Figure())
+            row.Find_Label(*this)->Set_Enabled(on);
+    }
+    hypOn.Set_Enabled(!on);
+    hypPause.Set_Enabled(on);
+    Active_State.emit(on);
+    tmr.Set_Enabled(on);
+}
+
+void ucACARS::Set_Paused(bool paused) {
+    m_paused = paused;
+    hypPause.Set_Caption(paused ? "Resume" : "Pause");
+}
+
+void ucACARS::Stop_Timers() {
+    tmr.Set_Enabled(false);
+    tmrPos.Set_Enabled(false);
+}
+
+void ucACARS::Clear_All_Fields() {
+    lblATCFlight.Set_Visible(false);
+    for (Label* label : m_labels)
+        label->Set_Text({});
+    for (Text_Box* box : m_boxes)
+        box->Set_Text({});
+    for (Combo_Box* list : m_lists)
+        list->Select(-1);
+    chkIFR.Set_Checked(false);
+    chkVFR.Set_Checked(false);
+}
+
+void ucACARS::Keep_Old_Values() {
+    m_old_values.clear();
+    for (const Text_Box* box : m_boxes)
+        m_old_values[box] = box->Text();
+    for (const Combo_Box* list : m_lists)
+        m_old_values[list] = list->Text();
+    m_old_rules = {chkIFR.Checked(), chkVFR.Checked()};
+}
+
+/// What the pilot entered since the old flight was complete belongs to the new one and stays.
+void ucACARS::Clear_Old_Values() {
+    lblATCFlight.Set_Visible(false);
+    for (Text_Box* box : m_boxes) {
+        if (box->Text() == m_old_values[box])
+            box->Set_Text({});
+    }
+    for (Combo_Box* list : m_lists) {
+        if (list->Text() == m_old_values[list])
+            list->Select(-1);
+    }
+    if (m_old_rules == std::pair(chkIFR.Checked(), chkVFR.Checked())) {
+        chkIFR.Set_Checked(false);
+        chkVFR.Set_Checked(false);
+    }
+    for (Label* label : m_labels)
+        label->Set_Text({});
+    Derive_Name(txtOrigin, lblOriginName);
+    Derive_Name(txtDestination, lblDestinationName);
+}
+
+/// The airport of a code that the pilot entered.
+void ucACARS::Derive_Name(const Text_Box& box, Label& name) {
+    name.Set_Text(box.Is_Empty() ? std::string() : Get_Airport_Name(m_services, box.Text()));
+}
+
+/// The codes of the form go with every message that the engine composes.
+void ucACARS::Hand_Over_Codes() {
+    if (m_objACARS == nullptr)
+        return;
+    m_objACARS->Set_Form_ICAO_Depart(txtOrigin.Text());
+    m_objACARS->Set_Form_ICAO_Arrive(txtDestination.Text());
+}
+
+}  // namespace norvane

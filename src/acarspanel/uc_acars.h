@@ -1,0 +1,263 @@
+#pragma once
+// The ACARS panel: the pilot's working panel for the flight in progress. It switches tracking on,
+// pauses, resets and logs the flight, drives the engine with its timers, shows every figure as the
+// engine settles it and turns the finished flight into the log entry. One object, owned by the
+// program; its controls are public models that the window binds to and the program without a window
+// reads. A figure's caption in the window follows its label: shown and usable with it. OUT, OFF, ON
+// and IN are the four block events of a flight; ZFW is the zero fuel weight, N settings the
+// engines' speeds at take-off.
+
+#include <sigc++/sigc++.h>
+
+#include <array>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "common/controls.h"
+#include "common/timer_queue.h"
+#include "config/cls_app_settings.h"
+#include "config/field_definitions.h"
+
+namespace norvane {
+
+struct Panel_Field;
+struct Services;
+class clsACARS;
+class clsLogEntry;
+class clsVASettings;
+
+/// One position of the pilot's or the airline's own fields: a caption and, of the two inputs, the
+/// one that the field's definition asks for; hidden and disabled without a definition.
+struct Custom_Field {
+    Custom_Field();
+    /// Hidden, disabled and empty.
+    void Remove();
+    void Define(const Field_Definition& definition);
+    /// The value of the enabled input, trimmed; empty when none is enabled.
+    [[nodiscard]] std::string Value() const;
+    /// Puts a stored value back into the enabled input; a list without it selects nothing.
+    void Restore(std::string_view value);
+    /// The input that the pilot sees; null when the position is hidden.
+    [[nodiscard]] const Control* Shown() const;
+
+    Label lblCaption;
+    Text_Box txt;
+    Combo_Box cbo;
+};
+
+class ucACARS {
+  public:
+    ucACARS(Services& services, const clsAppSettings& settings, const clsVASettings& airline,
+            clsLogEntry& log_entry);
+    ~ucACARS();
+    ucACARS(const ucACARS&) = delete;
+    ucACARS& operator=(const ucACARS&) = delete;
+
+    /// Start-up: loads the field files, clears the panel and puts a stored flight back onto it.
+    void UCI();
+    /// The engine that the panel drives from now on; it outlives the panel's use of it.
+    void Set_ACARS(clsACARS& engine);
+    /// The active airline changed: its fields are loaded anew.
+    void VA_Change() { VA_Settings(); }
+
+    enum class Closing {
+        by_pilot,   // a finished flight that is not in the log is asked about
+        by_signal,  // its row goes to the log's ".unsaved" file
+    };
+    /// Ends waits, stops the timers and stores the flight, then raises `Closed`: at once, or at the
+    /// end of the step that is running. The engine's owner stops the engine afterwards.
+    void Close(Closing how);
+
+    /// The flight is tracked, paused or not.
+    [[nodiscard]] bool Is_Active() const { return m_active; }
+    [[nodiscard]] bool Is_Paused() const { return m_paused; }
+    /// A finished flight stands on the panel, and nothing is waited for any longer.
+    [[nodiscard]] bool Is_At_Gate() const { return m_finish != Finish::none && !m_waiting; }
+    /// The finished flight on the panel is in the log.
+    [[nodiscard]] bool Is_Logged() const { return m_finish == Finish::logged; }
+    /// "On" will go on with a stored flight.
+    [[nodiscard]] bool Is_Resumable() const { return m_resume; }
+    /// The title's context menu opens only in the air.
+    [[nodiscard]] bool Context_Menu_Opens() const { return tmrPos.Enabled(); }
+    /// 0 identity and figures, 1 airline page, 2 optional fields, 3 airline fields.
+    [[nodiscard]] int Page() const { return m_page; }
+    /// A flight that reaches the gate while the destination's weather is awaited stays there until
+    /// the weather is no longer awaited; logging, "Reset" and closing end the wait too.
+    void Set_Destination_Weather_Awaited(bool awaited) { m_weather_awaited = awaited; }
+
+    /// Tracking became active (true) or stopped.
+    sigc::signal<void(bool)> Active_State;
+    /// The link dropped; the flight is paused and stored.
+    sigc::signal<void()> Interrupted;
+    sigc::signal<void()> Closed;
+    sigc::signal<void()> Page_Changed;
+    /// The input focus belongs to this control.
+    sigc::signal<void(const Control&)> Focus_Moved;
+
+    Timer tmr;
+    Timer tmrPos;
+
+    Link hypOn{"On"};
+    Link hypPause{"Pause"};
+    Link hypLog{"Log Flight"};
+    Link hypReset{"Reset"};
+    Link hypNext{"==>"};
+    Link hypBack{"<=="};
+    Menu_Command mnuPosition{"&Position Report"};
+    Menu_Command mnuExit{"E&xit"};
+
+    Text_Box txtDate;
+    Text_Box txtAircraftType;
+    Text_Box txtAircraftID;
+    Text_Box txtOrigin;
+    Text_Box txtDestination;
+    Label lblOriginName;
+    Label lblDestinationName;
+    Label lblATCFlight;
+
+    Label lblTimeOut;
+    Label lblTimeOff;
+    Label lblTimeOn;
+    Label lblTimeIn;
+    Label lblBlockTime;
+    Label lblBlockTimeHHMM;
+    Label lblFlightTime;
+    Label lblFlightTimeHHMM;
+
+    Label lblFuelOut;
+    Label lblFuelOff;
+    Label lblFuelOn;
+    Label lblFuelIn;
+    Label lblBlockFuel;
+    Label lblFlightFuel;
+
+    Label lblZFW;
+    Label lblTaxiWeight;
+    Label lblTakeOffWeight;
+    Label lblLandingWeight;
+    Label lblRampWeight;
+    Label lblDistance;
+
+    Text_Box txtFlightNumber;
+    Text_Box txtPax;
+    Text_Box txtCargo;
+    Text_Box txtFlightLevel;
+    Text_Box txtWXOrigin;
+    Text_Box txtWXDestination;
+    Text_Box txtFlightPlan{Field_Lines::many};
+    Text_Box txtComments{Field_Lines::many};
+    /// Both clear until one is set; from then on exactly one is.
+    Check_Box chkIFR;
+    Check_Box chkVFR;
+
+    Label lblMaxTaxiOrigin;
+    Label lblNSettings;
+    Label lblIASTakeOff;
+    Label lblVS;
+    Label lblIASLanding;
+    Label lblMaxTaxiDestination;
+
+    std::array<Custom_Field, optional_field_count> optFields;
+    std::array<Custom_Field, airline_field_count> vaFields;
+
+  private:
+    /// What became of the flight that reached the gate.
+    enum class Finish { none, unlogged, logged, given_up };
+
+    void Connect_Controls();
+    void Connect_Engine();
+    void Connect_Figure(const Panel_Field& row);
+    void Connect_Text(const Panel_Field& row);
+
+    void ACARS_ON();
+    void ACARS_MODE();
+    void Log_Flight();
+    bool ACARS_LOG();
+    void ACARS_RESET();
+    void Close_Now(Closing how);
+    bool Begin_New_Flight();
+    bool May_Drop_Finished_Flight();
+    void Save_Row_As_Unsaved();
+    void Tick();
+    void Position_Tick();
+    void After_Step(std::function<void()> work);
+    void Run_What_Waited();
+
+    void FlightOFF();
+    void FlightON();
+    void FlightAtGate();
+    void Await_Destination_Weather();
+    void Interruption(std::string_view event);
+    void Step_Ended();
+    void Take_Airport(const std::string& code, const std::string& name, Text_Box& box,
+                      Label& label);
+    void Take_Engine_Airports();
+    void NewLogEntrySaveFail();
+
+    void Create_Log_Entry();
+    void Persist();
+    void Restore();
+    [[nodiscard]] bool Airborne() const;
+    [[nodiscard]] bool Airborne_By_Engine() const;
+
+    [[nodiscard]] std::filesystem::path Optional_Fields_File() const;
+    void Load_Optional_Fields();
+    void Load_VA_Fields();
+    void VA_Settings();
+    void Show_Page(int page);
+    void Move_To_Page(int page);
+    [[nodiscard]] int Last_Page() const;
+    [[nodiscard]] int Page_Beside(int step) const;
+    [[nodiscard]] const Control* First_Field() const;
+
+    void Set_Active_State(bool on);
+    void Set_Paused(bool paused);
+    void Stop_Timers();
+    void Clear_All_Fields();
+    void Keep_Old_Values();
+    void Clear_Old_Values();
+    void Hand_Over_Codes();
+    void Derive_Name(const Text_Box& box, Label& name);
+
+    Services& m_services;
+    const clsAppSettings& m_settings;
+    const clsVASettings& m_airline;
+    clsLogEntry& m_objNewLogEntry;
+    clsACARS* m_objACARS = nullptr;
+    std::vector<sigc::connection> m_engine_connections;
+    std::vector<sigc::connection> m_entry_connections;
+
+    /// Every control of a kind, the custom fields' among them.
+    std::vector<Label*> m_labels;
+    std::vector<Text_Box*> m_boxes;
+    std::vector<Combo_Box*> m_lists;
+
+    bool m_has_optional_fields = false;
+    bool m_has_airline_fields = false;
+    bool m_active = false;
+    bool m_paused = false;
+    bool m_resume = false;
+    bool m_weather_awaited = false;
+    bool m_waiting = false;
+    bool m_closed = false;
+    bool m_saved = false;
+    /// A field changed since the flight was stored.
+    bool m_changed = false;
+    Finish m_finish = Finish::none;
+    /// Minutes counted by `tmrPos` since the last position report was asked for.
+    int m_position_minutes = 0;
+    int m_page = 0;
+    /// Commands that came while `Start` or a step ran.
+    std::deque<std::function<void()>> m_after_step;
+    /// What the fields showed when the finished flight was last complete.
+    std::map<const Control*, std::string> m_old_values;
+    std::pair<bool, bool> m_old_rules;
+};
+
+}  // namespace norvane
