@@ -1,0 +1,182 @@
+#include <functional>
+
+#include "acarspanel/panel_world.h"
+
+namespace norvane {
+namespace {
+
+constexpr std::string_view interrupted =
+    "The connection to Flight Simulator has been interrupted.  Norvane has entered pause mode.  "
+    "Please click 'Resume' to continue when you verify that Flight Simulator is running.";
+
+class Panel_Storage : public test::Panel_World {
+  protected:
+    Panel_Storage() { Begin(); }
+    void Take_Off() {
+        Panel().hypOn.Click();
+        Roll();
+        Lift_Off();
+    }
+    /// The log line of the same flight, flown without a break.
+    std::string Unbroken_Line() {
+        Fly();
+        Panel().hypLog.Click();
+        Kill();
+        Stand();
+        Begin();
+        return log.front();
+    }
+};
+
+TEST_F(Panel_Storage, The_stored_flight_holds_every_figure_of_its_step_and_every_later_entry) {
+    Panel().hypOn.Click();
+    Roll();
+    EXPECT_FALSE(Is_Stored());
+    Lift_Off();
+    EXPECT_EQ(Stored(Log_Field::TIME_OFF), "1410Z");
+    EXPECT_EQ(Stored(Log_Field::FUEL_OFF), Panel().lblFuelOff.Text());
+    EXPECT_EQ(Stored(Log_Field::IAS_TAKEOFF), "140 kts");
+    EXPECT_EQ(Stored(Log_Field::ENG_SETTINGS), Panel().lblNSettings.Text());
+    Panel().txtComments.Enter("Smooth");
+    Panel().txtDate.Enter("");
+    Step();
+    EXPECT_EQ(Stored(Log_Field::COMMENTS), "Smooth");
+    EXPECT_EQ(Stored(Log_Field::FLIGHT_DATE), "3/14/2026") << "no flight is stored without a date";
+    Panel().chkIFR.Click();
+    Touch_Down();
+    EXPECT_EQ(Stored(Log_Field::IFR_VFR), "IFR");
+    EXPECT_EQ(Stored(Log_Field::TIME_ON), "1440Z");
+    EXPECT_EQ(Stored(Log_Field::WEIGHT_LANDING), "98000 lbs");
+}
+
+TEST_F(Panel_Storage, Every_stored_field_comes_back_and_goes_into_the_log) {
+    for (const Log_Field_Row& row : All_Log_Fields()) {
+        if (row.store_key != 0)
+            store.Set(flight_section, std::to_string(row.store_key), row.name);
+    }
+    store.Set(flight_section, std::to_string(Row_Of(Log_Field::IFR_VFR).store_key), "IFR");
+    store.Set(flight_section, "043", "B7");
+    store.Set(flight_section, "143", "ferry");
+    store.Set(flight_section, "243", "gone");
+    Write("bin/optfields.cfg", "Gate^\r\nType^Charter|FERRY\r\nOther^A|B\r\n");
+    Kill();
+    Begin();
+    EXPECT_TRUE(Panel().Is_Resumable());
+    EXPECT_FALSE(Panel().Is_Active());
+    EXPECT_EQ(program->engine.Form_ICAO_Arrive(), "FLIGHT_DESTINATION");
+    desktop.answers = {Answer::yes};
+    Panel().hypLog.Click();
+    for (const Log_Field_Row& row : All_Log_Fields()) {
+        if (row.store_key != 0 && row.id != Log_Field::IFR_VFR) {
+            EXPECT_EQ(Logged(row.id), row.name);
+        }
+    }
+    EXPECT_EQ(Logged(Log_Field::IFR_VFR), "IFR");
+    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(0), "B7");
+    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(1), "FERRY");
+    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(2), "");
+}
+
+TEST_F(Panel_Storage, Closing_stores_a_flight_in_the_air_alone) {
+    Panel().hypOn.Click();
+    Roll();
+    Panel().Close(ucACARS::Closing::by_pilot);
+    EXPECT_FALSE(Is_Stored());
+    EXPECT_FALSE(Panel().tmr.Enabled());
+    Kill();
+    Stand();
+    Begin();
+    EXPECT_FALSE(Panel().Is_Resumable());
+    Take_Off();
+    Panel().txtComments.Enter("typed after the last step");
+    Panel().Close(ucACARS::Closing::by_pilot);
+    EXPECT_FALSE(Panel().tmrPos.Enabled());
+    EXPECT_EQ(Stored(Log_Field::COMMENTS), "typed after the last step");
+    EXPECT_EQ(Take_Boxes().size(), 0U);
+    Kill();
+    Begin();
+    EXPECT_TRUE(Panel().Is_Resumable());
+    Panel().hypReset.Click();
+    EXPECT_FALSE(Is_Stored());
+    EXPECT_FALSE(Panel().Is_Resumable());
+}
+
+TEST_F(Panel_Storage, A_flight_killed_anywhere_ends_in_the_same_row) {
+    const std::string unbroken = Unbroken_Line();
+    const std::vector<std::function<void()>> legs = {[this] { Roll(); }, [this] { Lift_Off(); },
+                                                     [this] { Touch_Down(); }, [this] { Park(); }};
+    for (std::size_t killed = 1; killed < legs.size(); ++killed) {
+        log.clear();
+        Panel().hypOn.Click();
+        for (std::size_t leg = 0; leg < legs.size(); ++leg) {
+            legs[leg]();
+            if (leg != killed)
+                continue;
+            Kill();
+            Begin();
+            EXPECT_EQ(Panel().lblTimeOff.Text(), "1410Z");
+            Panel().hypOn.Click();
+            EXPECT_EQ(Panel().tmrPos.Enabled(), leg == 1);
+            Step();
+        }
+        EXPECT_TRUE(Panel().Is_At_Gate());
+        EXPECT_FALSE(Panel().Is_Resumable());
+        Panel().hypLog.Click();
+        EXPECT_EQ(log, std::vector{unbroken}) << "killed after leg " << killed;
+        EXPECT_FALSE(Is_Stored());
+        Kill();
+        Stand();
+        Begin();
+    }
+}
+
+TEST_F(Panel_Storage, A_dropped_link_pauses_stores_and_says_so_once) {
+    const std::string unbroken = Unbroken_Line();
+    log.clear();
+    int told = 0;
+    Panel().Interrupted.connect([&] {
+        ++told;
+        EXPECT_TRUE(Panel().Is_Paused());
+        EXPECT_EQ(store.Depth(), 0) << "what was stored is committed before anybody is told";
+    });
+    Take_Off();
+    linked = false;
+    Panel().txtComments.Enter("");
+    desktop.Run_For(std::chrono::minutes(2));
+    EXPECT_EQ(told, 1);
+    ASSERT_EQ(desktop.boxes.size(), 1U);
+    EXPECT_EQ(desktop.boxes[0].text, interrupted);
+    EXPECT_EQ(desktop.boxes[0].title, "Norvane Interrupted");
+    EXPECT_EQ(desktop.boxes[0].icon, Icon::exclamation);
+    EXPECT_EQ(Panel().hypPause.Caption(), "Resume");
+    EXPECT_TRUE(Is_Stored());
+    // Resumed too early, it is interrupted again.
+    Panel().hypPause.Click();
+    desktop.Run_For(std::chrono::minutes(2));
+    EXPECT_EQ(told, 2);
+    linked = true;
+    Panel().hypPause.Click();
+    Step();
+    EXPECT_FALSE(Panel().Is_Paused());
+    Touch_Down();
+    Park();
+    Panel().hypLog.Click();
+    EXPECT_EQ(log, std::vector{unbroken});
+}
+
+TEST_F(Panel_Storage, A_network_plan_that_never_came_leaves_the_airports_to_the_engine) {
+    Settings().Set_VATSIM_FP(1);
+    Panel().txtOrigin.Enter("KXYZ");
+    Fly();
+    EXPECT_EQ(Panel().txtOrigin.Text(), "KXYZ");
+    EXPECT_EQ(Panel().txtDestination.Text(), "KBBB");
+    EXPECT_EQ(Panel().lblDestinationName.Text(), "Bravo Field");
+    Panel().hypReset.Click();
+    EXPECT_EQ(Take_Errors().size(), 1U);
+    Stand();
+    Fly();
+    EXPECT_EQ(Panel().txtOrigin.Text(), "KAAA");
+}
+
+}  // namespace
+}  // namespace norvane
