@@ -33,8 +33,8 @@ void clsVASettings::Get_VA_Settings(std::string_view name) {
     Guarded(m_services, "clsVASettings.Get_VA_Settings()", Show::box, [&] {
         m_name = Trim(name);
         m_directory = Airline_Directory(m_name);
-        const auto directory = File({});
-        if (!std::filesystem::is_directory(directory))
+        m_path = Find_Path(m_services, m_services.program_directory, m_directory);
+        if (!std::filesystem::is_directory(m_path))
             return;
         const auto server_file = File("server.cfg");
         if (!std::filesystem::exists(server_file))
@@ -69,8 +69,7 @@ void clsVASettings::Reset() {
 }
 
 std::filesystem::path clsVASettings::File(std::string_view name) const {
-    const std::string relative = m_directory + "\\" + std::string(name);
-    return Find_Path(m_services, m_services.program_directory, relative);
+    return Find_Path(m_services, m_path, name);
 }
 
 void clsVASettings::Get_PIREP_Fields() {

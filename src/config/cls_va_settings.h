@@ -50,13 +50,15 @@ class clsVASettings {
     /// Adds the fields of at most `most` lines from entry `count` on; raises at a faulty line.
     void Add_Fields(const std::filesystem::path& file, std::size_t& count, std::size_t most,
                     bool name_is_last);
-    /// A file of the airline's directory, the directory itself for the empty name.
+    /// A file of the airline's directory, found without regard to letter case.
     [[nodiscard]] std::filesystem::path File(std::string_view name) const;
     [[nodiscard]] const Field& Entry(int index) const;
 
     Services& m_services;
     std::string m_name;
     std::string m_directory;
+    /// Where that directory is; its name may differ in letter case.
+    std::filesystem::path m_path;
     std::string m_web_server;
     std::string m_script_pirep;
     std::string m_script_acars;

@@ -133,6 +133,15 @@ TEST_F(Sqlite, An_Empty_File_Is_A_New_Store) {
     fresh.Set("ACARS", "1", "a");
 }
 
+TEST_F(Sqlite, A_Log_Of_Rubbish_Does_Not_Touch_The_Database) {
+    Sqlite_Store(file).Set("ACARS", "1", "a");
+    Write("config/settings.sqlite-wal", std::string(40000, 'x'));
+    Write("config/settings.sqlite-shm", std::string(40000, 'x'));
+    Sqlite_Store again(file);
+    EXPECT_EQ(again.Trouble(), "");
+    EXPECT_EQ(again.Find("ACARS", "1"), "a");
+}
+
 TEST_F(Sqlite, A_Place_That_Cannot_Be_Written_Is_Named) {
     Write("plain", "text");
     for (const auto& place : {directory / "plain" / "settings.sqlite",

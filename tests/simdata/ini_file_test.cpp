@@ -145,8 +145,8 @@ TEST_F(Ini_File, Seats_By_Their_Numbers) {
 
 TEST_F(Ini_File, Broken_Aircraft_Files_Give_Less_But_Never_Crash) {
     std::string bytes;
-    for (int i = 0; i < 50000; ++i)
-        bytes += static_cast<char>(i * i >> 3);
+    for (unsigned i = 0; i < 50000; ++i)
+        bytes += static_cast<char>(i * i >> 3U);
     for (const auto& content : {""s, "[WEIGHT_AND_BAL"s, bytes, std::string(10 << 20, 'x'),
                                 "[WEIGHT_AND_BALANCE]\n" + std::string(10 << 20, '='),
                                 "[WEIGHT_AND_BALANCE]\nACLOADER " + std::string(10 << 20, 'P')}) {
