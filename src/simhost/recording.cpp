@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <string>
 #include <string_view>
@@ -67,9 +68,9 @@ class Recording_Reader {
 
   private:
     [[noreturn]] void Refuse(const std::string& fault) const {
-        throw Run_Error(
-            error_number::device_io_error,
-            fmt::format("{}, line {}: {}", From_Path(m_file), m_lines.Line_Number(), fault));
+        throw Run_Error(error_number::device_io_error,
+                        fmt::format("{}, line {}: {}", From_Path(m_file),
+                                    std::max<std::size_t>(m_lines.Line_Number(), 1), fault));
     }
 
     Recorded_Moment Moment() const {
