@@ -114,6 +114,8 @@ struct Flight_State {
     Airport_Fix departure;
     Airport_Fix arrival;
     std::int32_t start_altitude_ft = 0;
+    /// Where the aircraft was at the last step in the air.
+    Position last_position;
     /// The aircraft has been more than 25 ft above the start altitude.
     bool climbed = false;
     /// Tracking began in the air: the take-off altitude lies below.

@@ -18,6 +18,8 @@ namespace {
 
 constexpr std::string_view section = "ACARS";
 constexpr std::string_view phase_key = "45";
+constexpr std::string_view last_latitude_key = "LastLatitude";
+constexpr std::string_view last_longitude_key = "LastLongitude";
 
 /// A field of the state, whatever it holds.
 using Field = std::variant<std::string*, std::int32_t*, double*, bool*>;
@@ -90,6 +92,9 @@ constexpr auto tracking_fields = std::to_array<Stored_Field>({
     {"HighestLevel", [](Flight_State& state) -> Field { return &state.level.highest_level_ft; }},
     {"TaxiOut", [](Flight_State& state) -> Field { return &state.taxi.fastest_out_kt; }},
     {"TaxiIn", [](Flight_State& state) -> Field { return &state.taxi.fastest_in_kt; }},
+    {last_latitude_key, [](Flight_State& state) -> Field { return &state.last_position.latitude; }},
+    {last_longitude_key,
+     [](Flight_State& state) -> Field { return &state.last_position.longitude; }},
     {"TaxiInArmed", [](Flight_State& state) -> Field { return &state.taxi.in_armed; }},
 });
 
@@ -186,6 +191,18 @@ void Restore(Engine_Context& engine) {
     state.departure.known = true;
     for (Block_Figures& figures : state.block)
         figures.captured = !figures.time_utc.empty();
+}
+
+Stored_Flight Read_Stored_Flight(Services& services) {
+    Settings_Store& store = services.settings;
+    Flight_State state;
+    Take_Phase(state, store.Get(section, phase_key));
+    Stored_Flight stored{state.phase, std::nullopt};
+    const auto latitude = Parse_Number(store.Get(section, last_latitude_key));
+    const auto longitude = Parse_Number(store.Get(section, last_longitude_key));
+    if (latitude && longitude)
+        stored.last_position = Position{*latitude, *longitude};
+    return stored;
 }
 
 }  // namespace norvane

@@ -3,9 +3,15 @@
 // when a flight is taken up again. Section "ACARS", one text a key; the panel keeps its own keys
 // and deletes the section when the flight ends.
 
+#include <optional>
+
+#include "acars/flight_state.h"
+#include "common/great_circle.h"
+
 namespace norvane {
 
 struct Engine_Context;
+struct Services;
 
 /// Writes the flight when it is between OFF and IN, nothing otherwise. Failures are in the error
 /// log.
@@ -13,5 +19,14 @@ void Persist(Engine_Context& engine);
 /// Takes the stored flight into the state. A coordinate that cannot be read ends it and is in the
 /// error log.
 void Restore(Engine_Context& engine);
+
+/// What the store holds of a flight in progress, without taking it up.
+struct Stored_Flight {
+    /// `before_out` when nothing is stored.
+    Flight_Phase phase = Flight_Phase::before_out;
+    /// Where the aircraft was at the last stored step in the air.
+    std::optional<Position> last_position;
+};
+[[nodiscard]] Stored_Flight Read_Stored_Flight(Services& services);
 
 }  // namespace norvane

@@ -157,6 +157,7 @@ void Act_In_Flight(Engine_Context& engine, const Ground_Contact& contact) {
         Capture_OFF(engine);
     if (!contact.on_ground)
         Track_Level(engine);
+    state.last_position = Read_Position(engine.reader);
     if (state.position_report_requested) {
         state.position_report_requested = false;
         Sample_Position(engine, Sample_Extent::full);

@@ -142,6 +142,11 @@ std::string Read_Weight(Engine_Context& engine) {
                           engine.settings.ACARS_Weight());
 }
 
+Position Read_Position(Sim_Reader& reader) {
+    const double latitude = reader.Read(Variable::latitude_deg);
+    return {latitude, reader.Read(Variable::longitude_deg)};
+}
+
 void Sample_Position(Engine_Context& engine, Sample_Extent extent) {
     Sim_Reader& reader = engine.reader;
     Position_Sample sample;
@@ -158,8 +163,7 @@ void Sample_Position(Engine_Context& engine, Sample_Extent extent) {
         sample.engines = Engine_Report(engine);
     }
     sample.ground_elevation_ft = reader.Read(Variable::ground_elevation_ft);
-    sample.position.latitude = reader.Read(Variable::latitude_deg);
-    sample.position.longitude = reader.Read(Variable::longitude_deg);
+    sample.position = Read_Position(reader);
     engine.state.sample = sample;
 }
 

@@ -11,6 +11,7 @@
 namespace norvane {
 
 struct Engine_Context;
+class Sim_Reader;
 
 /// "hhmm" of the clock that times the flight (setting `ACARS_UseTime`): the simulator's or the
 /// computer's. Empty for a setting that is neither.
@@ -36,5 +37,7 @@ void Capture_Fuel(Engine_Context& engine, Block_Figures& figures);
 enum class Sample_Extent { position_only, full };
 /// Takes a new position sample into the state.
 void Sample_Position(Engine_Context& engine, Sample_Extent extent);
+/// Where the aircraft is, without touching the sample that messages carry.
+[[nodiscard]] Position Read_Position(Sim_Reader& reader);
 
 }  // namespace norvane

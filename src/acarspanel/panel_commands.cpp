@@ -160,6 +160,18 @@ void ucACARS::ACARS_RESET() {
     });
 }
 
+void ucACARS::Drop_Stored_Flight() {
+    Guarded(m_services, "ucACARS.Drop_Stored_Flight()", Show::box, [&] {
+        if (!m_resume || m_active)
+            return;
+        Save_Row_As_Unsaved();
+        m_finish = Finish::none;
+        m_resume = false;
+        Clear_All_Fields();
+        Delete_Stored_Flight(m_services);
+    });
+}
+
 void ucACARS::Close(Closing how) {
     After_Step([this, how] { Close_Now(how); });
 }

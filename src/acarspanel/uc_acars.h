@@ -66,6 +66,10 @@ class ucACARS {
     /// The active airline changed: its fields are loaded anew.
     void VA_Change() { VA_Settings(); }
 
+    /// Gives up a stored flight that was not switched on again: its row goes to the log's
+    /// ".unsaved" file. Nothing happens without one; a row that cannot be written keeps the flight.
+    void Drop_Stored_Flight();
+
     enum class Closing {
         by_pilot,   // a finished flight that is not in the log is asked about
         by_signal,  // its row goes to the log's ".unsaved" file
