@@ -75,7 +75,6 @@ bool ucACARS::Begin_New_Flight() {
         return false;
     m_objACARS->Reset();
     Clear_Old_Values();
-    Hand_Over_Codes();
     m_finish = Finish::none;
     Delete_Stored_Flight(m_services);
     return true;
@@ -108,10 +107,10 @@ void ucACARS::ACARS_MODE() {
 void ucACARS::Log_Flight() {
     Guarded(m_services, "ucACARS.hypLog_Click()", Show::box, [&] {
         const Finish asked_at = m_finish;
-        if (m_finish == Finish::none &&
+        if (asked_at == Finish::none &&
             !Ask(m_services.desktop, incomplete_question, Icon::information))
             return;
-        if (m_finish == Finish::logged && !Ask(m_services.desktop, second_question, Icon::question))
+        if (asked_at == Finish::logged && !Ask(m_services.desktop, second_question, Icon::question))
             return;
         // The flight goes on behind the question: it may have reached the gate and the log.
         if (m_finish == Finish::logged && asked_at != Finish::logged)

@@ -66,6 +66,7 @@ TEST_F(Panel_Commands, On_follows_the_simulator_every_half_second_until_paused) 
     EXPECT_EQ(steps, 5);
     Panel().hypPause.Click();
     EXPECT_EQ(Panel().hypPause.Caption(), "Pause");
+    EXPECT_FALSE(Panel().tmrPos.Enabled());
     desktop.Run_For(milliseconds(1100));
     EXPECT_EQ(steps, 7);
     EXPECT_EQ(states, std::vector{true});
@@ -108,10 +109,11 @@ TEST_F(Panel_Commands, Logging_an_incomplete_flight_asks_first_even_when_it_is_p
 TEST_F(Panel_Commands, A_flight_that_logs_itself_while_the_question_stands_is_logged_once) {
     Settings().Set_OPT_AutoLog(true);
     Fly_To_The_Runway();
-    desktop.answers = {Answer::yes};
+    desktop.answers = {Answer::yes, Answer::yes};
     desktop.on_box = [&](const Message_Box&) { Park(); };
     Panel().hypLog.Click();
     EXPECT_TRUE(Panel().Is_Logged());
+    EXPECT_EQ(Take_Boxes().size(), 1U);
     EXPECT_EQ(log.size(), 1U);
 }
 
@@ -183,12 +185,17 @@ TEST_F(Panel_Commands, Logging_resetting_and_closing_end_the_gate_wait) {
     log.clear();
     Stand();
     Fly_To_The_Runway();
-    Park_Awaiting_Weather([&] { Panel().hypReset.Click(); });
+    Park_Awaiting_Weather([&] {
+        Panel().hypReset.Click();
+        Panel().hypOn.Click();
+    });
+    EXPECT_TRUE(Panel().Is_Active()) << "the old flight's end is not the new one's";
     EXPECT_EQ(log.size(), 0U);
     EXPECT_EQ(Take_Errors().size(), 1U) << "the row went to the .unsaved file";
     EXPECT_FALSE(Panel().Is_At_Gate());
     EXPECT_EQ(Panel().txtFlightLevel.Text(), "");
 
+    Panel().hypReset.Click();
     Stand();
     Fly_To_The_Runway();
     Park_Awaiting_Weather([&] { Panel().Close(ucACARS::Closing::by_pilot); });
@@ -199,9 +206,9 @@ TEST_F(Panel_Commands, Logging_resetting_and_closing_end_the_gate_wait) {
 
 TEST_F(Panel_Commands, A_second_flight_begins_without_the_first_but_with_what_was_typed_since) {
     Panel().txtPax.Enter("99");
-    Panel().txtComments.Enter("old");
     Panel().chkIFR.Click();
     Fly();
+    Panel().txtComments.Enter("typed at the gate, logged with the old flight");
     Panel().hypLog.Click();
     Panel().txtFlightNumber.Enter("NEW1");
     Panel().txtDestination.Enter("KAAA");
@@ -284,28 +291,49 @@ TEST_F(Panel_Commands, A_row_that_cannot_be_kept_stops_the_reset) {
     EXPECT_FALSE(Take_Boxes().empty());
 }
 
-TEST_F(Panel_Commands, Closing_settles_a_finished_flight_by_question_or_by_file) {
+TEST_F(Panel_Commands, Closing_asks_about_a_finished_flight_and_keeps_what_was_not_saved) {
     int closed = 0;
     Panel().Closed.connect([&] { ++closed; });
+    Settings().Set_OPT_AutoLog(true);
+    log_saves = false;
     Fly();
+    Take_Boxes();
     desktop.answers = {Answer::yes};
     Panel().Close(ucACARS::Closing::by_pilot);
     Panel().Close(ucACARS::Closing::by_pilot);
     EXPECT_EQ(closed, 1);
-    EXPECT_EQ(Take_Boxes(), std::vector{std::string(unlogged)});
-    EXPECT_EQ(log.size(), 1U);
-    EXPECT_FALSE(Is_Stored());
-
-    Stand();
+    EXPECT_EQ(Take_Boxes().front(), unlogged);
+    EXPECT_EQ(log.size(), 2U);
+    EXPECT_TRUE(Is_Stored());
     Kill();
     Begin();
+    EXPECT_TRUE(Panel().Is_Resumable());
+    Panel().hypOn.Click();
+    Step();
+    Panel().Close(ucACARS::Closing::by_pilot);
+    EXPECT_EQ(Take_Boxes().front(), unlogged);
+    EXPECT_FALSE(Is_Stored()) << "the pilot said No";
+}
+
+TEST_F(Panel_Commands, A_signal_or_a_new_start_keeps_the_row_of_the_flight_it_drops) {
+    const auto kept = directory / "logs" / (Settings().FlightLog() + ".unsaved");
     Fly();
     Panel().Close(ucACARS::Closing::by_signal);
-    EXPECT_EQ(Take_Boxes().size(), 0U);
-    EXPECT_EQ(Take_Errors().size(), 1U);
-    EXPECT_TRUE(
-        std::filesystem::exists(directory / "logs" / (Settings().FlightLog() + ".unsaved")));
+    EXPECT_TRUE(std::filesystem::exists(kept));
     EXPECT_FALSE(Is_Stored());
+    Kill();
+    Stand();
+    Begin();
+    Fly_To_The_Runway();
+    Kill();
+    Begin();
+    Panel().Drop_Stored_Flight();
+    EXPECT_TRUE(std::filesystem::exists(kept.string() + "2"));
+    EXPECT_FALSE(Is_Stored());
+    EXPECT_FALSE(Panel().Is_Resumable());
+    EXPECT_EQ(Panel().lblTimeOff.Text(), "");
+    EXPECT_EQ(Take_Boxes().size(), 0U);
+    EXPECT_EQ(Take_Errors().size(), 2U);
 }
 
 TEST_F(Panel_Commands, Positions_are_reported_every_fifteen_minutes_in_the_air_and_on_request) {

@@ -42,6 +42,9 @@ TEST_F(Panel_Storage, The_stored_flight_holds_every_figure_of_its_step_and_every
     Step();
     EXPECT_EQ(Stored(Log_Field::COMMENTS), "Smooth");
     EXPECT_EQ(Stored(Log_Field::FLIGHT_DATE), "3/14/2026") << "no flight is stored without a date";
+    store.Delete_Section(flight_section);
+    Step();
+    EXPECT_FALSE(Is_Stored()) << "what did not change is not written every half second";
     Panel().chkIFR.Click();
     Touch_Down();
     EXPECT_EQ(Stored(Log_Field::IFR_VFR), "IFR");
@@ -75,6 +78,10 @@ TEST_F(Panel_Storage, Every_stored_field_comes_back_and_goes_into_the_log) {
     EXPECT_EQ(program->entry.OPTIONAL_FIELDS(0), "B7");
     EXPECT_EQ(program->entry.OPTIONAL_FIELDS(1), "FERRY");
     EXPECT_EQ(program->entry.OPTIONAL_FIELDS(2), "");
+    store.Set(flight_section, std::to_string(Row_Of(Log_Field::IFR_VFR).store_key), "VFR");
+    Kill();
+    Begin();
+    EXPECT_TRUE(Panel().chkVFR.Checked());
 }
 
 TEST_F(Panel_Storage, Closing_stores_a_flight_in_the_air_alone) {
@@ -139,6 +146,7 @@ TEST_F(Panel_Storage, A_dropped_link_pauses_stores_and_says_so_once) {
         EXPECT_TRUE(Panel().Is_Paused());
         EXPECT_EQ(store.Depth(), 0) << "what was stored is committed before anybody is told";
     });
+    Events().FSClosed.emit("not while idle");
     Take_Off();
     linked = false;
     Panel().txtComments.Enter("");
