@@ -16,7 +16,7 @@ double Between(double a, double b, double share) {
 }  // namespace
 
 double Share_Of_Route(const Flight_Route& route, const Flight_Table& table,
-                      const Flight_State& state) {
+                      const Flown_State& state) {
     if (state.pushed)
         return 0;
     const double flown = state.path_m - table.lift_off_m;
@@ -30,15 +30,15 @@ double Flight_Model::Length_S() const {
     return static_cast<double>(m_table.states.size() - 1) * flight_step_s;
 }
 
-Flight_State Flight_Model::At(double seconds) const {
+Flown_State Flight_Model::At(double seconds) const {
     const double step = std::clamp(seconds, 0.0, Length_S()) / flight_step_s;
     const auto index = static_cast<std::size_t>(step);
     if (index + 1 >= m_table.states.size())
         return m_table.states.back();
-    const Flight_State& a = m_table.states[index];
-    const Flight_State& b = m_table.states[index + 1];
+    const Flown_State& a = m_table.states[index];
+    const Flown_State& b = m_table.states[index + 1];
     const double share = step - std::floor(step);
-    Flight_State now = a;
+    Flown_State now = a;
     // The pushback's end and the route's start are the same place, but other distances.
     if (a.pushed == b.pushed)
         now.path_m = Between(a.path_m, b.path_m, share);
@@ -56,7 +56,7 @@ Flight_State Flight_Model::At(double seconds) const {
     return now;
 }
 
-Position Flight_Model::Position_Of(const Flight_State& state) const {
+Position Flight_Model::Position_Of(const Flown_State& state) const {
     const Flight_Path& path = state.pushed ? *m_route.pushback : m_route.path;
     return path.At(state.path_m).position;
 }

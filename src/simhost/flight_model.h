@@ -13,7 +13,7 @@
 namespace norvane {
 
 /// The aircraft at one moment.
-struct Flight_State {
+struct Flown_State {
     double path_m = 0;  // along the route's line; along the pushback's while `pushed`
     double altitude_ft = 0;
     double vertical_fpm = 0;
@@ -34,7 +34,7 @@ inline constexpr double flight_step_s = 0.125;
 
 /// A flight as the pilot flew it.
 struct Flight_Table {
-    std::vector<Flight_State> states;
+    std::vector<Flown_State> states;
     /// When each engine was shut down, seconds.
     std::array<std::optional<double>, most_engines> engine_off_s;
     double lift_off_m = 0;  // along the route's line
@@ -42,7 +42,7 @@ struct Flight_Table {
 
 /// How far the aircraft has come from the one runway (0) to the other (1).
 [[nodiscard]] double Share_Of_Route(const Flight_Route& route, const Flight_Table& table,
-                                    const Flight_State& state);
+                                    const Flown_State& state);
 
 class Flight_Model {
   public:
@@ -51,9 +51,9 @@ class Flight_Model {
 
     [[nodiscard]] double Length_S() const;
     /// The moment `seconds` after the start; before it the first, after the end the last.
-    [[nodiscard]] Flight_State At(double seconds) const;
-    [[nodiscard]] Position Position_Of(const Flight_State& state) const;
-    [[nodiscard]] double Share_Of_Route(const Flight_State& state) const {
+    [[nodiscard]] Flown_State At(double seconds) const;
+    [[nodiscard]] Position Position_Of(const Flown_State& state) const;
+    [[nodiscard]] double Share_Of_Route(const Flown_State& state) const {
         return norvane::Share_Of_Route(m_route, m_table, state);
     }
     /// Seconds an engine (1 to 4) has been off at that moment; nothing while it runs.

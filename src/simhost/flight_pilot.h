@@ -15,6 +15,9 @@ namespace norvane {
 /// Above the pad, where a helicopter comes to a hover.
 inline constexpr double hover_height_ft = 10;
 
+/// Turns below this angle are taxied without slowing down.
+inline constexpr double real_turn_deg = 20;
+
 class Flight_Pilot {
   public:
     Flight_Pilot(const Scenario_Data& scenario, const Flight_Route& route);
@@ -50,6 +53,8 @@ class Flight_Pilot {
     void Take_Off();
     void Land();
     void Bounce();
+    /// Gives up when the aircraft is too fast for the first turn off the runway.
+    void Check_Exit() const;
 
     // In the air (flight_pilot_air.cpp).
     void Fly_Route();
@@ -82,7 +87,7 @@ class Flight_Pilot {
     double m_level_ft = 0;  // where the last climb ended
     Stage m_stage = Stage::ground;
     int m_engines_running = 0;
-    Flight_State m_now;
+    Flown_State m_now;
     Flight_Table m_table;
 };
 

@@ -13,7 +13,6 @@ constexpr double gather_kt_per_s = 0.7;
 constexpr double slow_kt_per_s = 1.6;  // the hardest the brakes are used when taxiing
 constexpr double plan_kt_per_s = 0.8;  // what the pilot reckons with
 constexpr double creep_kt = 0.8;
-constexpr double real_turn_deg = 20;
 constexpr double pivot_deg_per_s = 4;
 constexpr double power_up_s = 7;  // of the line-up, before the brakes are let go
 constexpr double before_brake_s = 3;

@@ -11,7 +11,9 @@ namespace {
 
 constexpr double rotation_s = 2.5;
 constexpr double drag_at_rotation = 0.35;  // of the acceleration, lost when rotating
+constexpr double lift_off_fpm = 120;       // the wheels leave the ground in a climb
 constexpr double flare_kt_per_s = 0.7;     // airspeed lost in the flare
+constexpr double gentlest_fpm = 60;
 constexpr double before_bounce_s = 0.5;
 constexpr double bounce_ft_per_s2 = 8;  // what pulls it down again: gravity less what lift is left
 constexpr double rolling_kt_per_s = 0.8;
@@ -34,10 +36,11 @@ void Flight_Pilot::Take_Off() {
     }
     m_table.lift_off_m = m_now.path_m;
     m_now.on_ground = false;
+    m_now.vertical_fpm = lift_off_fpm;
 }
 
 void Flight_Pilot::Land() {
-    const double start_fpm = -m_now.vertical_fpm;
+    const double start_fpm = std::max(gentlest_fpm, -m_now.vertical_fpm);
     const double end_fpm = std::min(m_scenario.touchdown_fpm, start_fpm);
     while (Height_Ft() > 0) {
         const double share = std::min(1.0, Height_Ft() / m_performance.flare_ft);
@@ -52,13 +55,16 @@ void Flight_Pilot::Land() {
         Bounce();
     for (double rolled_s = 0; rolled_s < first_roll_s; rolled_s += flight_step_s)
         Ground_Step(m_now.ground_kt - rolling_kt_per_s * flight_step_s);
-    const double touchdown_m = m_now.path_m;
+    Check_Exit();
+}
+
+void Flight_Pilot::Check_Exit() const {
     const auto& turns = m_route.path.Turns();
     const auto exit = std::find_if(turns.begin(), turns.end(), [&](const Flight_Path::Turn& turn) {
-        return turn.end_m > touchdown_m;
+        return turn.end_m > m_now.path_m && std::abs(turn.angle_deg) >= real_turn_deg;
     });
-    const double room_m =
-        (exit == turns.end() ? m_route.path.Length_M() : exit->start_m) - touchdown_m;
+    const double end_m = exit == turns.end() ? m_route.path.Length_M() : exit->start_m;
+    const double room_m = end_m - m_now.path_m;
     const double rate = m_performance.brake_kt_per_s / knots_per_metre_per_second;
     const double then = (m_performance.taxi_turn_kt + too_fast_kt) / knots_per_metre_per_second;
     const double reachable = std::sqrt(then * then + 2 * rate * std::max(0.0, room_m));

@@ -36,7 +36,7 @@ int Day_Of_Year(Date date) {
 
 struct Flight_World::Moment {
     double seconds = 0;
-    Flight_State state;
+    Flown_State state;
     double share_of_route = 0;
 };
 
@@ -95,7 +95,7 @@ void Flight_World::Apply_Clock(const Moment& now, Offset_Area& area) const {
 }
 
 void Flight_World::Apply_Motion(const Moment& now, Offset_Area& area) const {
-    const Flight_State& state = now.state;
+    const Flown_State& state = now.state;
     const Position position = m_model.Position_Of(state);
     area.Set(Variable::latitude_deg, position.latitude);
     area.Set(Variable::longitude_deg, position.longitude);

@@ -187,7 +187,7 @@ void Read_Flight(Json_Reader& reader, Scenario_Data& scenario) {
     scenario.line_up_s = reader.Number("line_up_s", seconds_range, 15);
     scenario.engine_off_after_s = reader.Number("engine_off_after_s", seconds_range, 10);
     scenario.touchdown_fpm = reader.Number("touchdown_fpm", {40, 900}, 200);
-    scenario.bounce_s = reader.Number("bounce_s", {0, 3}, 0);
+    scenario.bounce_s = reader.Number("bounce_s", {0.25, 3}, 0);
     scenario.departure =
         Read_Airport(reader.Object("departure"), Flight_End::departure, helicopter);
     scenario.arrival = Read_Airport(reader.Object("arrival"), Flight_End::arrival, helicopter);
