@@ -1,0 +1,72 @@
+#pragma once
+// An engine in a test's world: a simulator area in the same process, the link, settings and
+// airline, and a record of every event as a line of text. A jet stands at KJFK, ready to fly to
+// KBOS.
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "acars/cls_acars.h"
+#include "acars/cls_utc.h"
+#include "config/cls_app_settings.h"
+#include "config/cls_va_settings.h"
+#include "simlink/in_process_transport.h"
+#include "simlink/mod_fsuipc.h"
+#include "simlink/offset_area.h"
+#include "support/test_world.h"
+
+namespace norvane::test {
+
+/// Appends a line for every event: its name and its arguments, separated by blanks.
+void Record_Events(ACARS_Events& events, std::vector<std::string>& lines);
+
+/// A moment of a flight: what has changed in the simulator since the one before.
+using Moment = std::function<void(Offset_Area&)>;
+/// KJFK to KBOS: 0 parked, 1 brake released, 4 airborne, 6 level, 11 touchdown, 15 brake set.
+[[nodiscard]] std::vector<Moment> Jet_Flight();
+namespace moment {
+inline constexpr std::size_t parked = 0;
+inline constexpr std::size_t out = 1;
+inline constexpr std::size_t off = 4;
+inline constexpr std::size_t level = 6;
+inline constexpr std::size_t on = 11;
+inline constexpr std::size_t in = 15;
+}  // namespace moment
+
+class Engine_World : public Test_World {
+  protected:
+    Engine_World();
+
+    /// A second engine on the same link and store, as after a restart of the program. What it
+    /// raises goes to `raised` too.
+    void Replace_Engine();
+    bool Start(bool resume = false);
+    /// Moves the simulator to a moment and lets the engine take a step.
+    void Step(const Moment& change);
+    /// Steps through moments [from, to) of the jet's flight.
+    void Fly(std::size_t from, std::size_t to);
+    /// An airline with an ACARS script: flights connect and disconnect by message.
+    void Use_Airline_With_Script();
+
+    /// Lines raised since the last call, `FSTime` left out.
+    std::vector<std::string> Take_Raised();
+    /// The arguments of the only event of that name raised so far; fails unless it came once.
+    std::string Once(const std::string& name) const;
+    [[nodiscard]] std::size_t Count(const std::string& name) const;
+    /// The texts of the messages of a type, in order.
+    [[nodiscard]] std::vector<std::string> Messages(Message_Type type) const;
+
+    Offset_Area area;
+    In_Process_Transport transport{area};
+    modFSUIPC link{transport, clock};
+    std::unique_ptr<clsAppSettings> settings;
+    std::unique_ptr<clsVASettings> airline;
+    std::unique_ptr<clsUTC> utc;
+    std::unique_ptr<clsACARS> engine;
+    std::vector<std::string> raised;
+    std::string error_text;
+};
+
+}  // namespace norvane::test

@@ -1,0 +1,190 @@
+// Who flies and from where: configuration files by simulator, identities, the nearest airport.
+
+#include <fmt/format.h>
+
+#include "acars/airports.h"
+#include "common/file_writer.h"
+#include "engine_world.h"
+
+namespace norvane::test {
+
+namespace {
+
+class Identification : public Engine_World {
+  protected:
+    static constexpr std::string_view configuration =
+        "[fltsim.0]\r\nTitle = Nordic 738 \r\natc_airline=x\r\n[General]\r\natc_model=B738\r\n";
+
+    void Use_Aircraft(const std::string& simulator_directory, const std::string& aircraft_file) {
+        area.Set_Text(Variable::simulator_directory, simulator_directory);
+        area.Set_Text(Variable::aircraft_path, aircraft_file);
+    }
+    /// Starts a flight from nothing and gives the aircraft's type.
+    std::string Type_Of_New_Flight() {
+        engine->Reset();
+        raised.clear();
+        EXPECT_TRUE(Start());
+        return Once("ATCType");
+    }
+};
+
+TEST_F(Identification, Finds_The_Configuration_By_Simulator_And_Without_Regard_To_Case) {
+    settings->Set_ACARS_ATCModel(true);
+    const std::string root = directory.string();
+    Write("sim/Aircraft/b738/Aircraft.CFG", configuration);
+    Use_Aircraft(root + "\\SIM\\", "AIRCRAFT\\B738\\b738.air");
+    EXPECT_EQ(Type_Of_New_Flight(), "B738");
+    EXPECT_EQ(engine->FS_Path(), root + "\\SIM\\");
+
+    // FSX gives the whole path; later ones share its layout.
+    for (const std::uint16_t version : std::vector<std::uint16_t>{8, 9, 12}) {
+        area.Set_Simulator_Version(version);
+        Use_Aircraft("C:\\elsewhere\\", root + "\\Sim\\Aircraft\\b738\\b738.air");
+        engine->Stop_();
+        EXPECT_EQ(Type_Of_New_Flight(), "B738");
+        EXPECT_EQ(Once("FSVersion"), "FSX");
+    }
+    // On a network share, only the aircraft's folder name counts.
+    Write("share/SimObjects/Airplanes/b738/aircraft.cfg", configuration);
+    Use_Aircraft("\\\\" + root.substr(1) + "\\share\\", "D:\\SimObjects\\Airplanes\\b738\\x.air");
+    EXPECT_EQ(Type_Of_New_Flight(), "B738");
+
+    Use_Aircraft(root + "\\nowhere\\", "D:\\nothing\\x.air");
+    EXPECT_EQ(Type_Of_New_Flight(), "Jet 738");
+}
+
+TEST_F(Identification, In_The_Oldest_Simulator_Takes_The_Title_And_No_Identity) {
+    area.Set_Simulator_Version(2);
+    Write("bin/fs2002.wld", "40.6|-73.8|13|KJFK|Kennedy\r\n");
+    Write("sim/Aircraft/b738/aircraft.cfg", configuration);
+    Use_Aircraft(directory.string() + "/sim/", "Aircraft\\b738\\b738.air");
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(Once("FSVersion"), "FS2000");
+    EXPECT_EQ(Once("ATCType"), "Nordic 738");
+    EXPECT_EQ(Once("ICAODep"), "KJFK Kennedy");
+    EXPECT_EQ(Count("ATCTail") + Count("ATCFlight") + Count("AirlineFlight"), 0U);
+    EXPECT_EQ(engine->World() + " " + engine->WorldUD(), "fs2002.wld fs2002UD.wld");
+}
+
+TEST_F(Identification, Takes_Airline_And_Flight_Number_Once) {
+    settings->Set_Airline_IATA("NV");
+    settings->Set_Airline_IATAPrefix(true);
+    area.Set_Text(Variable::atc_airline, "Nor|vane");
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(Once("ATCFlight"), "Nor/vane - NV101");
+    EXPECT_EQ(Once("AirlineFlight"), "NV101");
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(Count("AirlineFlight"), 1U);
+    EXPECT_EQ(Count("ATCTail"), 2U);
+
+    engine->Reset();
+    raised.clear();
+    area.Set_Text(Variable::atc_flight_number, "");
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(Count("ATCFlight"), 0U);
+    EXPECT_EQ(Once("AirlineFlight"), "");
+}
+
+struct Airport_Case {
+    std::string title;
+    std::string main_file;
+    std::string user_file;  // empty: none
+    std::string found;      // code and name
+    std::size_t reports;
+};
+
+TEST_F(Identification, Looks_For_The_Nearest_Airport) {
+    const std::string near = "40.64|-73.78|13|KJFK|Kennedy\n";
+    const std::string same = "40.64|-73.78|13|KXXX|Twin\n";
+    const std::vector<Airport_Case> cases{
+        {"nearest", "40.2|-73.78|13|AAAA|Far\n" + near, "", "KJFK Kennedy", 0},
+        {"first of equals", near + same, "", "KJFK Kennedy", 0},
+        {"user's equal replaces", near, same + "40.2|-73.78|13|AAAA|Far\n", "KXXX Twin", 0},
+        {"9 ft is near enough", "40.64|-73.78|22|KJFK|Kennedy\n", "", "KJFK Kennedy", 0},
+        {"10 ft is not", "40.64|-73.78|23|KJFK|Kennedy\n40.64|-73.78|3|LOWW|Low\n", "", " ", 0},
+        {"comment behind the fields", "40.64|-73.78|13|KJFK|Kennedy // old\n", "", " ", 0},
+        {"comma is a decimal sign", "40,64|-73,78|13|KJFK|Kennedy\n", "", "KJFK Kennedy", 0},
+        {"across the date line", "40.6|286.2|13|EAST|East\n", "", "EAST East", 0},
+        {"empty file", "", "", " ", 0},
+        {"bad lines are passed over, the first reported",
+         "40.64|-73.78|13|KJFK\nx|-73.78|13|BADX|Bad\n" + near, "|||\n", "KJFK Kennedy", 1},
+        {"binary", std::string("\0\xFF|\x01|||\r|||", 10), near, "KJFK Kennedy", 1},
+    };
+    for (const Airport_Case& airport : cases) {
+        SCOPED_TRACE(airport.title);
+        Write("bin/fs9.wld", airport.main_file);
+        std::filesystem::remove(directory / "bin/fs9UD.wld");
+        if (!airport.user_file.empty())
+            Write("bin/fs9UD.wld", airport.user_file);
+        Replace_Engine();
+        raised.clear();
+        ASSERT_TRUE(Start());
+        EXPECT_EQ(Once("ICAODep"), airport.found);
+        const auto reports = Take_Errors();
+        ASSERT_EQ(reports.size(), airport.reports);
+        for (const auto& report : reports) {
+            EXPECT_NE(report.find("clsACARS.Get_Airport()"), std::string::npos);
+            EXPECT_NE(report.find("fs9.wld, line 1: "), std::string::npos);
+        }
+    }
+}
+
+TEST_F(Identification, Reads_A_Changed_World_File_Again_And_Reports_A_Missing_One) {
+    ASSERT_TRUE(Start());
+    Write("bin/fs9.wld", "40.64|-73.78|13|KNEW|New\n");
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(engine->Departure_ICAO(), "KNEW");
+    std::filesystem::remove(directory / "bin/fs9.wld");
+    ASSERT_TRUE(Start());
+    EXPECT_EQ(engine->Departure_ICAO(), "");
+    EXPECT_EQ(Take_Errors().size(), 1U);
+    EXPECT_EQ(Get_Airport_Name(services, "KJFK"), "");
+    EXPECT_NE(Take_Errors().at(0).find("modFunctions.Get_Airport_Name()"), std::string::npos);
+}
+
+TEST_F(Identification, Keeps_Airports_From_The_Panel_When_The_Network_Plans_The_Flight) {
+    settings->Set_VATSIM_FP(1);
+    ASSERT_TRUE(Start());
+    Fly(moment::parked, moment::in + 1);
+    EXPECT_EQ(Count("ICAODep") + Count("ICAOArr"), 0U);
+    EXPECT_EQ(engine->Departure_ICAO() + engine->Arrival_ICAO(), "KJFKKBOS");
+}
+
+TEST_F(Identification, Lets_Events_Through_During_A_Lookup_But_No_Second_Step) {
+    Write("bin/optimize", "");
+    std::string world;
+    for (int i = 0; i < 1000; ++i)
+        world += fmt::format("{}|-73.78|13|A{:03}|Place\n", 42.0 + i / 1000.0, i);
+    Write("bin/fs9.wld", world);
+    settings->Get_Settings();
+    Timer tick(desktop.Timers(), std::chrono::milliseconds(0));
+    int ticks = 0;
+    bool stepping = true;
+    tick.tick.connect([&] {
+        ++ticks;
+        stepping = stepping && engine->Is_Stepping();
+        engine->Refresh();
+        engine->Send_Message(Message_Type::comment, "typed meanwhile");
+        EXPECT_TRUE(Messages(Message_Type::comment).empty());
+    });
+    tick.Set_Enabled(true);
+    ASSERT_TRUE(Start());
+    tick.Set_Enabled(false);
+    EXPECT_EQ(ticks, 4);
+    EXPECT_TRUE(stepping);
+    EXPECT_EQ(Count("FSTime"), 0U);
+    // What came meanwhile was done after the start.
+    EXPECT_EQ(Messages(Message_Type::comment).size(), 4U);
+}
+
+TEST_F(Identification, Names_An_Airport_By_Its_Code) {
+    Write("bin/fs9.wld", "1|1|1|KBOSX|Other\n2|2|2|kbos|Boston Logan\n3|3|3|KJFK|Kennedy");
+    EXPECT_EQ(Get_Airport_Name(services, "KBOS"), "Boston Logan");
+    EXPECT_EQ(Get_Airport_Name(services, "kjfk"), "Kennedy");
+    EXPECT_EQ(Get_Airport_Name(services, "EGLL"), "");
+    EXPECT_EQ(Get_Airport_Name(services, ""), "");
+}
+
+}  // namespace
+
+}  // namespace norvane::test

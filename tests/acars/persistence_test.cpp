@@ -1,0 +1,161 @@
+// A flight that outlasts the program: what is stored when, and that a flight taken up again ends
+// with the figures of one that was never interrupted.
+
+#include <algorithm>
+#include <set>
+
+#include "engine_world.h"
+
+namespace norvane::test {
+
+namespace {
+
+constexpr std::string_view section = "ACARS";
+
+class Persistence : public Engine_World {
+  protected:
+    std::string Stored(int key) { return store.Get(section, std::to_string(key), "absent"); }
+
+    /// What a row of the log is made of: all figures of the flight, messages and lookups aside.
+    std::set<std::string> Figures() const {
+        std::set<std::string> figures;
+        for (const std::string& line : raised) {
+            const bool of_a_row = !line.starts_with("ACARSMessage") && !line.starts_with("FS") &&
+                                  line != "Start" && line != "Paused";
+            if (of_a_row)
+                figures.insert(line);
+        }
+        return figures;
+    }
+};
+
+TEST_F(Persistence, Stores_Between_Off_And_In_Only) {
+    settings->Set_ACARS_Fuel(unit::kilograms);
+    settings->Set_ACARS_Time(time_kind::local);
+    ASSERT_TRUE(Start());
+    Fly(moment::parked, moment::off);
+    EXPECT_EQ(Stored(45), "absent");
+    Fly(moment::off, moment::off + 1);
+    const std::vector<std::string> expected{
+        "2", "1205", "1217", "", "", "0705", "0717", "", "", "20250",    "19575",    "",
+        "",  "9185", "8879", "", "", "3000", "2900", "", "", "40.63975", "-73.77893"};
+    for (int key = 45; key <= 65; ++key)
+        EXPECT_EQ(Stored(key), expected.at(static_cast<std::size_t>(key - 45))) << key;
+    EXPECT_NEAR(std::stod(Stored(66)), 40.63975, 1e-9);
+    EXPECT_NEAR(std::stod(Stored(67)), -73.77893, 1e-9);
+    Fly(moment::off + 1, moment::on + 1);
+    EXPECT_EQ(Stored(45) + Stored(48), "31340");
+    store.Delete_Section(section);
+    Fly(moment::in, moment::in + 1);
+    engine->Refresh();
+    engine->Paused();
+    EXPECT_EQ(Stored(45), "absent");
+    EXPECT_EQ(store.Depth(), 0);
+}
+
+TEST_F(Persistence, Stores_At_A_Pause) {
+    ASSERT_TRUE(Start());
+    Fly(moment::parked, moment::level);
+    store.Delete_Section(section);
+    engine->Paused();
+    EXPECT_EQ(Stored(47), "1217");
+    EXPECT_EQ(raised.back(), "Paused");
+}
+
+TEST_F(Persistence, Killed_After_Any_Step_Ends_With_The_Same_Figures) {
+    for (const int record_arrival : {0, 1}) {
+        settings->Set_ACARS_RecordArrival(record_arrival);
+        Replace_Engine();
+        Jet_Flight()[moment::parked](area);
+        raised.clear();
+        ASSERT_TRUE(Start());
+        Fly(moment::parked, moment::in + 1);
+        const auto unbroken = Figures();
+        for (std::size_t killed = moment::off + 1; killed <= moment::in; ++killed) {
+            SCOPED_TRACE(killed);
+            store.Delete_Section(section);
+            Replace_Engine();
+            Jet_Flight()[moment::parked](area);
+            raised.clear();
+            ASSERT_TRUE(Start());
+            Fly(moment::parked, killed);
+            Replace_Engine();
+            ASSERT_TRUE(Start(true));
+            EXPECT_EQ(engine->Departure_Name(), "John F Kennedy International");
+            Fly(killed, moment::in + 1);
+            EXPECT_EQ(Figures(), unbroken);
+            EXPECT_EQ(Count("FlightOFF") + Count("FlightON") + Count("ICAOArr"), 3U);
+        }
+    }
+}
+
+TEST_F(Persistence, Takes_Up_A_Flight_Of_Which_Only_The_Numbered_Keys_Are_Stored) {
+    settings->Set_ACARS_RecordArrival(1);
+    settings->Set_WX_URL("FS");
+    const std::vector<std::pair<int, std::string>> stored{
+        {45, "2"}, {46, "1405"}, {47, "1417"}, {66, "40.5"}, {67, "-73.5"}};
+    for (const auto& [key, value] : stored)
+        store.Set(section, std::to_string(key), value);
+    // In the air at the moment of the restart; then down without another climb.
+    Jet_Flight()[moment::off](area);
+    ASSERT_TRUE(Start(true));
+    EXPECT_EQ(Count("WXDep") + Count("ICAODep"), 0U);
+    Fly(moment::on, moment::on + 1);
+    EXPECT_EQ(Count("FlightOFF"), 0U);
+    EXPECT_EQ(Once("FlightON"), "1340 1");
+
+    // Killed after ON: the arrival is looked up again without a word.
+    for (const std::string key : {"ArrivalKnown", "ArrivalICAO", "ArrivalName"})
+        store.Set(section, key, key == "ArrivalKnown" ? "False" : "");
+    Replace_Engine();
+    raised.clear();
+    ASSERT_TRUE(Start(true));
+    EXPECT_EQ(Count("ICAOArr"), 0U);
+    EXPECT_EQ(engine->Arrival_ICAO(), "KBOS");
+    engine->Send_Message(Message_Type::altitude, "");
+    EXPECT_NE(Messages(Message_Type::altitude).at(0).find("/POS 42.36000 -71.01000"),
+              std::string::npos);
+    Fly(moment::in, moment::in + 1);
+    EXPECT_EQ(Once("BlockTimeHHMM"), "23:47");
+    EXPECT_EQ(Once("Distance"), "158");
+}
+
+TEST_F(Persistence, A_Hop_Stored_Before_It_Climbed_Is_Not_Taken_For_A_Landing) {
+    ASSERT_TRUE(Start());
+    Fly(moment::parked, moment::off + 1);  // 20 ft up
+    Replace_Engine();
+    area.Set(Variable::on_ground, 1);
+    ASSERT_TRUE(Start(true));
+    engine->Refresh();
+    EXPECT_EQ(Count("FlightON"), 0U);
+    // Without that knowledge, a flight that was in the air had climbed.
+    store.Delete_Section(section);
+    for (const auto& [key, value] : {std::pair{"45", "2"}, {"66", "1"}, {"67", "1"}})
+        store.Set(section, key, value);
+    Replace_Engine();
+    ASSERT_TRUE(Start(true));
+    engine->Refresh();
+    EXPECT_EQ(Count("FlightON"), 1U);
+}
+
+TEST_F(Persistence, Reports_What_Cannot_Be_Read_And_Goes_On) {
+    ASSERT_TRUE(Start(true));  // nothing stored
+    auto reports = Take_Errors();
+    ASSERT_EQ(reports.size(), 1U);
+    EXPECT_NE(reports[0].find("clsACARS.Restore()"), std::string::npos);
+    EXPECT_NE(reports[0].find("Error Number: 13"), std::string::npos);
+
+    for (const std::string phase : {"", "x", "7", "-1", "1e99"}) {
+        store.Set(section, "45", phase);
+        store.Set(section, "67", "12,5");
+        Replace_Engine();
+        ASSERT_TRUE(Start(true));
+        EXPECT_EQ(Take_Errors().size(), 1U);
+        engine->Refresh();
+        EXPECT_EQ(engine->TIME_OUT(), "") << phase;
+    }
+}
+
+}  // namespace
+
+}  // namespace norvane::test

@@ -1,0 +1,207 @@
+// A step is whole or undone: whatever the link refuses, a flight comes out the same.
+
+#include <algorithm>
+#include <optional>
+
+#include "common/run_error.h"
+#include "engine_world.h"
+
+namespace norvane::test {
+
+namespace {
+
+class Whole_Steps : public Engine_World {
+  protected:
+    Whole_Steps() {
+        settings->Set_WX_URL("FS");
+        transport.on_deliver = [this](std::span<std::byte>) -> std::optional<Delivery> {
+            ++m_exchanges;
+            if (m_exchanges != m_refused)
+                return std::nullopt;
+            return Delivery{Delivery_Outcome::answered, 0};
+        };
+    }
+
+    /// One flight in which exchange number `refused` (from 1; 0: none) is refused. What the panel
+    /// does when the link fails is done here: pause, resume, and the step is taken again.
+    std::vector<std::string> Fly_Refusing(std::size_t refused, std::vector<std::string>& failures) {
+        store.Delete_Section("ACARS");
+        Replace_Engine();
+        Jet_Flight()[moment::parked](area);
+        raised.clear();
+        m_exchanges = 0;
+        m_refused = refused;
+        while (!Start())
+            failures.push_back("Start " + error_text);
+        for (std::size_t i = 0; i <= moment::in; ++i) {
+            if (i == moment::level)
+                engine->Report_Position();
+            Jet_Flight()[i](area);
+            Take_Step(failures);
+        }
+        return Take_Raised();
+    }
+
+    [[nodiscard]] std::size_t Exchanges() const { return m_exchanges; }
+
+  private:
+    void Take_Step(std::vector<std::string>& failures) {
+        while (true) {
+            const std::size_t before = raised.size();
+            engine->Refresh();
+            const bool failed = raised.back().starts_with("FSClosed");
+            if (!failed)
+                return;
+            EXPECT_EQ(raised.size(), before + 1) << "an undone step says nothing else";
+            failures.push_back(raised.back());
+            raised.resize(before);
+            const auto mute = std::vector<std::string>(raised);
+            engine->Paused();
+            engine->Resume_();
+            raised = mute;
+        }
+    }
+
+    std::size_t m_exchanges = 0;
+    std::size_t m_refused = 0;
+};
+
+TEST_F(Whole_Steps, Come_Out_The_Same_Whichever_Exchange_Is_Refused) {
+    std::vector<std::string> failures;
+    const auto unbroken = Fly_Refusing(0, failures);
+    ASSERT_TRUE(failures.empty());
+    const std::size_t exchanges = Exchanges();
+    ASSERT_GT(exchanges, 400U);
+    for (std::size_t refused = 1; refused <= exchanges; ++refused) {
+        SCOPED_TRACE(refused);
+        failures.clear();
+        ASSERT_EQ(Fly_Refusing(refused, failures), unbroken);
+        ASSERT_EQ(failures.size(), 1U);
+        ASSERT_FALSE(failures[0].ends_with(" "));
+    }
+}
+
+TEST_F(Whole_Steps, A_Failed_Start_Leaves_No_Trace) {
+    transport.on_deliver = nullptr;
+    engine->Set_Airline_Flight_Number("kept");
+    area.on_read = [this](std::uint32_t offset, std::uint32_t) {
+        if (offset == Offset_Of(Variable::zero_fuel_weight_lbs)) {
+            transport.on_deliver = [](std::span<std::byte>) {
+                return Delivery{Delivery_Outcome::silent, 0};
+            };
+        }
+    };
+    EXPECT_FALSE(Start());
+    EXPECT_EQ(error_text, modFSUIPC::IPC_ErrorText(ipc_result::timed_out));
+    EXPECT_TRUE(raised.empty());
+    EXPECT_FALSE(link.Is_Open());
+    EXPECT_EQ(engine->FS_VERSION() + engine->Flight_Date() + engine->Departure_ICAO(), "");
+
+    // A link that was open before stays open.
+    area.on_read = nullptr;
+    transport.on_deliver = nullptr;
+    int result = 0;
+    ASSERT_TRUE(link.IPC_Open(0, result));
+    transport.on_deliver = [](std::span<std::byte>) {
+        return Delivery{Delivery_Outcome::answered, 0};
+    };
+    EXPECT_FALSE(Start());
+    EXPECT_TRUE(link.Is_Open());
+    transport.on_deliver = nullptr;
+    EXPECT_TRUE(Start());
+    engine->Stop_();
+    EXPECT_TRUE(link.Is_Open());
+}
+
+TEST_F(Whole_Steps, Open_Only_When_Asked_To) {
+    EXPECT_TRUE(engine->Start(error_text, {false, false, "", ""}));
+    EXPECT_EQ(engine->FS_VERSION(), "FS2004");
+    EXPECT_TRUE(raised.empty());
+    Position place;
+    double elevation_ft = 0;
+    engine->Get_Location(place, elevation_ft);
+    EXPECT_NEAR(place.latitude, 40.63975, 1e-6);
+    EXPECT_EQ(elevation_ft, 13);
+    transport.on_open = [] { return Transport_Opening{ipc_result::no_simulator, false}; };
+    bool success = true;
+    engine->ReStart(success);
+    EXPECT_FALSE(success);
+    EXPECT_FALSE(Start());
+    EXPECT_EQ(error_text, modFSUIPC::IPC_ErrorText(ipc_result::no_simulator));
+    engine->Refresh();
+    EXPECT_EQ(Once("Error"), modFSUIPC::IPC_ErrorText(ipc_result::not_open));
+}
+
+TEST_F(Whole_Steps, Store_The_Listeners_Figures_In_The_Same_Transaction) {
+    ASSERT_TRUE(Start());
+    Fly(moment::parked, moment::off);
+    std::vector<int> depths;
+    const auto note = [&] { depths.push_back(store.Depth()); };
+    engine->events.FlightOFF.connect([&](const std::string&, int) {
+        note();
+        EXPECT_EQ(store.Get("ACARS", "47", "absent"), "absent");
+    });
+    engine->events.FSTime.connect([&](const std::string&) {
+        note();
+        EXPECT_EQ(store.Get("ACARS", "47", "absent"), engine->TIME_OFF());
+    });
+    engine->events.FlightAtGate.connect([&] {
+        note();
+        EXPECT_FALSE(engine->Is_Stepping());
+    });
+    engine->events.FSClosed.connect([&](const std::string&) { note(); });
+    Fly(moment::off, moment::off + 1);
+    EXPECT_EQ(depths, (std::vector<int>{1, 1}));
+    Fly(moment::off + 1, moment::in);
+    depths.clear();
+    Fly(moment::in, moment::in + 1);
+    EXPECT_EQ(depths, (std::vector<int>{1, 0}));
+    transport.on_deliver = [](std::span<std::byte>) {
+        return Delivery{Delivery_Outcome::answered, 0};
+    };
+    depths.clear();
+    engine->Refresh();
+    EXPECT_EQ(depths, std::vector<int>{0});
+}
+
+TEST_F(Whole_Steps, A_Listener_That_Fails_Loses_Nothing_For_Others) {
+    ASSERT_TRUE(Start());
+    engine->events.FlightOUT.connect([](const std::string&, int) -> void {
+        throw Run_Error(error_number::type_mismatch, "Type mismatch");
+    });
+    Fly(moment::parked, moment::off);
+    EXPECT_EQ(Once("FuelOUT"), "20250 0");
+    EXPECT_NE(Take_Errors().at(0).find("clsACARS.Refresh()"), std::string::npos);
+}
+
+TEST_F(Whole_Steps, Commands_Given_During_A_Step_Wait_For_Its_End) {
+    ASSERT_TRUE(Start());
+    engine->events.FlightOUT.connect([&](const std::string&, int) {
+        engine->Refresh();
+        engine->Reset();
+        std::string text;
+        EXPECT_FALSE(engine->Start(text, {}));
+        EXPECT_FALSE(text.empty());
+        EXPECT_EQ(engine->TIME_OUT(), "1205");
+    });
+    Fly(moment::parked, moment::out + 1);
+    EXPECT_EQ(raised.back(), "Reset");
+    EXPECT_EQ(*(raised.end() - 2), "FSTime 1205");
+    EXPECT_EQ(engine->TIME_OUT(), "");
+}
+
+TEST_F(Whole_Steps, A_Message_Without_A_Clock_Carries_The_Last_One) {
+    ASSERT_TRUE(Start());
+    engine->Refresh();
+    raised.clear();
+    transport.on_deliver = [](std::span<std::byte>) {
+        return Delivery{Delivery_Outcome::answered, 0};
+    };
+    engine->Send_Message(Message_Type::comment, "lost");
+    EXPECT_EQ(Messages(Message_Type::comment).at(0).substr(0, 19), "[2026-03-14 12:00Z]");
+    EXPECT_EQ(Count("FSClosed"), 1U);
+}
+
+}  // namespace
+
+}  // namespace norvane::test
