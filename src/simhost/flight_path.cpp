@@ -94,7 +94,7 @@ Flight_Path::Flight_Path(const std::vector<Path_Point>& points, const std::strin
         Add_Straight(from, turn_from);
         const double length = cut / half * std::abs(angle) * radians;
         m_point_m.push_back(End_M() + length / 2);
-        Add_Turn(turn_from, turn_to, Full_Circle(back + 180), angle, length);
+        Add_Turn(turn_from, turn_to, Bearing_Deg(turn_from, corner), angle, length);
         from = turn_to;
     }
     Add_Straight(from, points.back().position);

@@ -11,6 +11,13 @@
 
 namespace norvane {
 
+namespace {
+
+/// Bytes. Nobody writes this much by hand, and a value takes many times its text's memory.
+constexpr std::size_t largest_file = 1'000'000;
+
+}  // namespace
+
 Json_Reader::Json_Reader(const nlohmann::json& value, std::string place)
     : m_value(&value), m_place(std::move(place)) {
     if (!value.is_object())
@@ -134,6 +141,10 @@ void Read_Json_File(const std::filesystem::path& file,
                     const std::function<void(Json_Reader&)>& read) {
     // What the file system reports names the file already.
     const std::string content = Read_File(file);
+    if (content.size() > largest_file)
+        throw Run_Error(error_number::other,
+                        fmt::format("{}: too large, at most {} bytes are expected", From_Path(file),
+                                    largest_file));
     try {
         const nlohmann::json value = nlohmann::json::parse(content);
         Json_Reader reader(value, "");

@@ -1,0 +1,164 @@
+// Scenario files: what is refused and why, and what a client is told about the aircraft.
+
+#include "simhost/scenario.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+#include "common/code_page.h"
+#include "common/line_reader.h"
+#include "common/run_error.h"
+#include "common/text.h"
+#include "simhost/flight_samples.h"
+#include "support/test_world.h"
+
+namespace norvane::test {
+namespace {
+
+class Scenario_File : public Test_World {
+  protected:
+    /// What is raised for a file of this content; empty when it loads.
+    std::string Refusal(const std::string& content) {
+        try {
+            (void)Load_Scenario(Write("flight.json", content), Simulator_Directory());
+        } catch (const Run_Error& error) {
+            return error.Description();
+        }
+        return {};
+    }
+
+    nlohmann::json short_jet =
+        nlohmann::json::parse(Read_File(Repository_File("tests/data/scenarios/short-jet.json")));
+};
+
+TEST_F(Scenario_File, Faults_Are_Named_With_Their_Place) {
+    struct Case {
+        std::string patch;
+        std::string reason;
+    };
+    const std::vector<Case> cases{
+        {R"({"colour": "red"})", "colour: is not known"},
+        {R"({"departure": {"weather": {"fog": 1}}})", "departure.weather.fog: is not known"},
+        {R"({"fuel_lbs": null})", "fuel_lbs: is missing"},
+        {R"({"departure": {"runway": null}})", "departure.runway: is missing"},
+        {R"({"arrival": 7})", "arrival: an object is expected"},
+        {R"({"tail": 7})", "tail: a text is expected"},
+        {R"({"tail": "N1234567890123"})", "tail: 1 to 12 characters are expected"},
+        {R"({"fuel_lbs": "much"})", "fuel_lbs: a number is expected"},
+        {R"({"fuel_lbs": -1})", "fuel_lbs: -1 lies outside 1 to"},
+        {R"({"zero_fuel_weight_lbs": 170000})", "fuel_lbs: makes the aircraft heavier"},
+        {R"({"bounce_s": 60})", "bounce_s: 60 lies outside 0.25 to 3"},
+        {R"({"departure": {"stand": [40.6]}})", "departure.stand: 2 numbers are expected"},
+        {R"({"departure": {"stand": [140, 7]}})", "departure.stand: a latitude"},
+        {R"({"departure": {"taxi": [{"at": [40.63, -73.77], "hold": 1}]}})",
+         "departure.taxi[0].hold: is not known"},
+        {R"({"departure": {"utc_offset_minutes": 0.5}})", "a whole number is expected"},
+        {R"({"arrival": {"weather": {"precipitation": "frogs"}}})", "\"rain\" or \"snow\""},
+        {R"({"arrival": {"weather": {"clouds": [{}, {}, {}]}}})", "at most two layers"},
+        {R"({"start_utc": "yesterday"})", "start_utc: a moment like"},
+        {R"({"cruise": {"steps": [{"at_nm": 3, "altitude_ft": 900}]}})",
+         "cruise.steps[0].altitude_ft: must be higher than before"},
+        {R"({"cruise": {"climb_level_offs": [{"altitude_ft": 9000, "for_nm": 3}]}})",
+         "cruise.climb_level_offs: 9000 ft do not lie between"},
+        {R"({"aircraft": "zeppelin"})", "zeppelin"},
+        {R"({"aircraft": "../secrets"})", "aircraft: the name of a folder is expected"},
+    };
+    ASSERT_EQ(Refusal(short_jet.dump()), "");
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.patch);
+        nlohmann::json patched = short_jet;
+        patched.merge_patch(nlohmann::json::parse(test.patch));
+        const std::string refusal = Refusal(patched.dump());
+        EXPECT_TRUE(Contains(refusal, "flight.json") || Contains(refusal, "aircraft.json"));
+        EXPECT_TRUE(Contains(refusal, test.reason)) << refusal;
+    }
+}
+
+TEST_F(Scenario_File, Flights_That_Cannot_Be_Flown_Are_Refused) {
+    struct Case {
+        std::string patch;
+        std::string reason;
+    };
+    const std::vector<Case> cases{
+        {R"({"fuel_lbs": 60})", "the fuel is used up after"},
+        {R"({"departure": {"runway": {"length_m": 900}}})", "too short for the take-off"},
+        {R"({"cruise": {"altitude_ft": 39000}})", "the descent has to begin before 39000 ft"},
+        {R"({"arrival": {"exit_m": 1300, "taxi": [{"at": [40.779832, -73.87741]}]}})",
+         "the runway's exit comes"},
+        {R"({"fuel_lbs": 20000, "parked_s": 3600, "line_up_s": 3600, "departure": {"taxi": [
+             {"at": [40.6301, -73.7725], "hold_s": 3600}, {"at": [40.6299, -73.7721], "hold_s": 3600},
+             {"at": [40.6297, -73.7717], "hold_s": 3600}, {"at": [40.6295, -73.7713], "hold_s": 3600},
+             {"at": [40.6293, -73.7709], "hold_s": 3600}, {"at": [40.6287, -73.7709], "hold_s": 3600}
+           ]}})",
+         "it takes longer than 8 hours"},
+        {R"({"route": [[40.7, -73.9], [40.7, -73.9]]})", "are the same place"},
+        {R"({"route": [[41.2, -74.9], [40.65, -73.82]]})", "route: turns back on itself at point"},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.patch);
+        nlohmann::json patched = short_jet;
+        patched.merge_patch(nlohmann::json::parse(test.patch));
+        const std::string refusal = Refusal(patched.dump());
+        EXPECT_TRUE(Contains(refusal, "flight.json")) << refusal;
+        EXPECT_TRUE(Contains(refusal, test.reason)) << refusal;
+    }
+}
+
+TEST_F(Scenario_File, Broken_Files_End_In_A_Report) {
+    const std::string whole = short_jet.dump();
+    const std::vector<std::string> contents{
+        "",
+        whole.substr(0, whole.size() / 2),
+        std::string("\x7f\x45\x4c\x46\x00\x01\xff\xfe", 8),
+        std::string(10'000'000, '['),
+        std::string(900'000, '['),
+        "{\"tail\": \"" + std::string(10'000'000, 'x') + "\"}",
+        R"({"fuel_lbs": 1e999})",
+        "[1, 2, 3]",
+        "\"a text\"",
+    };
+    for (const std::string& content : contents) {
+        const std::string refusal = Refusal(content);
+        EXPECT_TRUE(Contains(refusal, "flight.json: ")) << content.substr(0, 40);
+    }
+    EXPECT_THROW((void)Load_Scenario(directory / "missing.json", Simulator_Directory()), Run_Error);
+}
+
+TEST_F(Scenario_File, Clients_Find_The_Aircraft_The_Texts_Name) {
+    for (const Scenario_Facts& facts : All_Scenarios()) {
+        SCOPED_TRACE(facts.file);
+        Offset_Area area;
+        Load_Scenario(Repository_File(facts.file), Simulator_Directory())->Apply(0, area);
+        const std::string simulator = area.Get_Text(Variable::simulator_directory);
+        const std::string model = area.Get_Text(Variable::aircraft_path);
+        ASSERT_TRUE(simulator.starts_with("\\") && simulator.ends_with("\\")) << simulator;
+        const std::string aircraft = simulator + model.substr(0, model.rfind('\\') + 1);
+        const std::string config =
+            Read_File(To_Path(Replace_All(aircraft, "\\", "/") + "aircraft.cfg"));
+        EXPECT_TRUE(Contains(config, "title=" + area.Get_Text(Variable::aircraft_title)));
+        EXPECT_TRUE(Contains(config, "atc_model="));
+        EXPECT_NE(area.Get_Text(Variable::atc_identifier), "");
+    }
+}
+
+TEST_F(Scenario_File, A_Directory_Too_Long_For_The_Field_Is_Left_Out) {
+    const auto text_for = [&](const std::filesystem::path& simulator) {
+        std::filesystem::create_directories(simulator);
+        std::filesystem::copy(Simulator_Directory(), simulator,
+                              std::filesystem::copy_options::recursive);
+        Offset_Area area;
+        Load_Scenario(Repository_File("tests/data/scenarios/short-jet.json"), simulator)
+            ->Apply(0, area);
+        return area.Get_Text(Variable::simulator_directory);
+    };
+    EXPECT_EQ(text_for(directory / std::string(200, 'a') / std::string(80, 'b')), "");
+    EXPECT_EQ(text_for(directory / "back\\slash"), "");
+    EXPECT_TRUE(text_for(directory / "a dir").ends_with("\\a dir\\"));
+}
+
+}  // namespace
+}  // namespace norvane::test
