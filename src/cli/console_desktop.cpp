@@ -1,0 +1,46 @@
+#include "cli/console_desktop.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "common/code_page.h"
+#include "common/text.h"
+
+namespace norvane {
+
+Console_Desktop::Console_Desktop(Clock& clock, Signal_Watch& signals, double speed, bool yes)
+    : m_signals(signals), m_timers(clock, speed), m_yes(yes) {}
+
+void Console_Desktop::Say(std::string_view text) {
+    fmt::print(stderr, "{}\n", To_Utf8(Clean_Field(text, Field_Lines::one)));
+}
+
+Answer Console_Desktop::Show_Message(const Message_Box& box) {
+    const bool question = box.buttons == Buttons::yes_no;
+    Say(box.title + ": " + box.text + (question ? (m_yes ? " [Yes]" : " [No]") : ""));
+    if (!question)
+        return Answer::ok;
+    return m_yes ? Answer::yes : Answer::no;
+}
+
+bool Console_Desktop::Wait_Until(const std::function<bool()>& condition,
+                                 std::chrono::milliseconds at_most) {
+    // Without a timer that is due sooner, signals and the condition are looked at this often.
+    constexpr std::chrono::milliseconds longest_sleep(200);
+    const auto end = m_timers.Now() + m_timers.Scaled(at_most);
+    while (!condition()) {
+        const auto now = m_timers.Now();
+        if (now >= end || m_signals.Raised())
+            return condition();
+        if (m_timers.Run_Due())
+            continue;
+        const auto next = m_timers.Next_Due().value_or(end);
+        m_signals.Sleep(std::min<std::chrono::microseconds>(
+            {end - now, next - now, std::chrono::microseconds(longest_sleep)}));
+    }
+    return true;
+}
+
+}  // namespace norvane

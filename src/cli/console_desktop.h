@@ -1,0 +1,33 @@
+#pragma once
+// The desktop of a program without a window: boxes become lines on standard error ("title: text"),
+// questions are answered No unless the pilot said otherwise, waiting runs the timers. A signal ends
+// every wait.
+
+#include "cli/signal_watch.h"
+#include "common/services.h"
+#include "common/timer_queue.h"
+
+namespace norvane {
+
+class Console_Desktop : public Desktop {
+  public:
+    /// `speed` divides every timer; `yes` answers questions.
+    Console_Desktop(Clock& clock, Signal_Watch& signals, double speed, bool yes);
+
+    void Set_Busy(bool /*busy*/) override {}
+    Answer Show_Message(const Message_Box& box) override;
+    void Process_Events() override { m_timers.Run_Due(); }
+    bool Wait_Until(const std::function<bool()>& condition,
+                    std::chrono::milliseconds at_most) override;
+    [[nodiscard]] Timer_Queue& Timers() override { return m_timers; }
+
+    /// A line on standard error, in UTF-8; line breaks become blanks.
+    static void Say(std::string_view text);
+
+  private:
+    Signal_Watch& m_signals;
+    Timer_Queue m_timers;
+    bool m_yes;
+};
+
+}  // namespace norvane

@@ -1,0 +1,211 @@
+#include "cli/fly_command.h"
+
+#include <fmt/format.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+
+#include "app/program.h"
+#include "cli/exit_status.h"
+#include "cli/resume_check.h"
+#include "cli/sim_process.h"
+#include "common/code_page.h"
+#include "common/log_error.h"
+#include "flightlog/log_columns.h"
+#include "simlink/link_address.h"
+#include "simlink/socket_transport.h"
+
+namespace norvane {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+/// Between two tries to take up a dropped link.
+constexpr milliseconds resume_pause(5000);
+/// A wait that only its condition or a signal ends.
+constexpr milliseconds for_ever = std::chrono::hours(24 * 365);
+
+std::vector<std::string> Stand_In_Arguments(const Fly_Options& options, double speed) {
+    std::vector<std::string> arguments;
+    if (options.replay.empty()) {
+        arguments = {"fly"};
+        if (!options.scenario.empty()) {
+            arguments.insert(arguments.end(), {"--scenario", options.scenario.string()});
+        }
+    } else {
+        arguments = {"replay", options.replay.string()};
+    }
+    arguments.insert(arguments.end(), {"--speed", fmt::format("{}", speed)});
+    return arguments;
+}
+
+void Print(std::string_view text) {
+    fmt::print("{}\n", To_Utf8(Replace_All(text, cr_lf, "\n")));
+    std::fflush(stdout);
+}
+
+/// One flight through the panel of a started program.
+class Flight {
+  public:
+    Flight(Session& session, Program& program, const Fly_Options& options)
+        : m_session(session), m_program(program), m_options(options) {
+        m_program.engine.events.ACARSMessage.connect(
+            [](Message_Type, const std::string& text) { Print(text + "\n"); });
+        m_program.engine.events.FSTime.connect([this](const std::string&) { m_stepped = true; });
+    }
+
+    int Fly();
+
+  private:
+    Desktop& Console() { return m_session.Outside().desktop; }
+    bool Signalled() { return m_session.Signals().Raised(); }
+    bool Switch_On();
+    int Follow_To_The_Gate();
+    bool Take_Up_Dropped_Link();
+    int Log();
+    int Close_On_Signal();
+    void Print_Result();
+
+    Session& m_session;
+    Program& m_program;
+    const Fly_Options& m_options;
+    bool m_stepped = false;
+};
+
+int Flight::Fly() {
+    ucACARS& panel = m_program.panel;
+    if (m_options.start_new)
+        panel.Drop_Stored_Flight();
+    if (!m_options.flight_number.empty()) {
+        panel.txtFlightNumber.Enter(From_Utf8(m_options.flight_number));
+        panel.txtFlightNumber.Leave();
+    }
+    if (!m_options.aircraft.empty())
+        panel.txtAircraftType.Enter(From_Utf8(m_options.aircraft));
+    if (!Switch_On()) {
+        if (Signalled())
+            return Close_On_Signal();
+        m_program.Close(ucACARS::Closing::by_signal);
+        return exit_status::no_simulator;
+    }
+    return Follow_To_The_Gate();
+}
+
+bool Flight::Switch_On() {
+    ucACARS& panel = m_program.panel;
+    if (panel.Is_Resumable()) {
+        Console_Desktop::Say("A stored flight is resumed.");
+        if (!Await_Stored_Flight_In_The_Simulator(m_program.services, m_program.link,
+                                                  [this] { return Signalled(); }))
+            return false;
+    }
+    panel.hypOn.Click();
+    return panel.Is_Active() || panel.Is_At_Gate();
+}
+
+int Flight::Follow_To_The_Gate() {
+    ucACARS& panel = m_program.panel;
+    for (;;) {
+        Console().Wait_Until([&] { return panel.Is_At_Gate() || panel.Is_Paused(); }, for_ever);
+        if (Signalled())
+            return Close_On_Signal();
+        if (panel.Is_At_Gate())
+            return Log();
+        if (panel.Is_Paused() && !Take_Up_Dropped_Link()) {
+            if (Signalled())
+                return Close_On_Signal();
+            Console_Desktop::Say("The simulator did not come back; the flight stays stored.");
+            m_program.Close(ucACARS::Closing::by_signal);
+            return exit_status::no_simulator;
+        }
+    }
+}
+
+bool Flight::Take_Up_Dropped_Link() {
+    ucACARS& panel = m_program.panel;
+    Console_Desktop::Say("The flight is paused; trying to resume it every 5 seconds.");
+    double waited_s = 0;
+    for (;;) {
+        Console().Wait_Until([] { return false; }, resume_pause);
+        if (Signalled())
+            return false;
+        waited_s += std::chrono::duration<double>(resume_pause).count();
+        m_stepped = false;
+        panel.hypPause.Click();
+        Console().Wait_Until([&] { return panel.Is_Paused() || m_stepped; }, for_ever);
+        if (Signalled())
+            return false;
+        if (!panel.Is_Paused()) {
+            Console_Desktop::Say("The flight goes on.");
+            return true;
+        }
+        if (m_options.give_up_s && waited_s >= *m_options.give_up_s)
+            return false;
+    }
+}
+
+int Flight::Log() {
+    ucACARS& panel = m_program.panel;
+    if (!panel.Is_Logged())
+        panel.hypLog.Click();
+    if (!panel.Is_Logged()) {
+        Console_Desktop::Say("The flight was not saved to the log; see the error log.");
+        m_program.Close(ucACARS::Closing::by_signal);
+        return exit_status::failed;
+    }
+    Print_Result();
+    m_program.Close(ucACARS::Closing::by_pilot);
+    return exit_status::done;
+}
+
+int Flight::Close_On_Signal() {
+    Console_Desktop::Say(
+        "Ended by a signal; a flight in the air stays stored and is resumed next time.");
+    m_program.Close(ucACARS::Closing::by_signal);
+    return exit_status::failed;
+}
+
+void Flight::Print_Result() {
+    Print(Log_Line(m_program.log_entry));
+    Print("Flight log: " + From_Path(m_program.settings.FlightLog_Path()));
+    const std::string& pirep = m_program.log_entry.Get(Log_Field::PIREP_FILE_NAME);
+    if (m_program.settings.OPT_PIREP())
+        Print("PIREP: " + pirep);
+    Print("Program directory: " + From_Path(m_session.Places().program_directory));
+}
+
+std::string Simulator_Address(const Session_Options& options) {
+    if (!options.simulator.empty())
+        return options.simulator;
+    const char* environment = std::getenv("NORVANE_SIM");
+    return environment != nullptr ? environment : std::string(default_link_address);
+}
+
+}  // namespace
+
+bool Has_Own_Simulator(const Fly_Options& options) {
+    return options.demo || !options.scenario.empty() || !options.replay.empty();
+}
+
+int Run_Fly(Session& session, const Fly_Options& options) {
+    const double speed = session.Options().time_scale;
+    std::optional<Sim_Process> simulator;
+    if (Has_Own_Simulator(options)) {
+        simulator.emplace(Executable_Directory() / "norvane-sim",
+                          Stand_In_Arguments(options, speed));
+    }
+    Socket_Transport transport(Parse_Link_Address(
+        simulator ? simulator->Address() : Simulator_Address(session.Options())));
+    Program program(session.Outside(), transport);
+    if (program.settings.ACARS_UseTime() == 1 && speed != 1) {
+        Console_Desktop::Say(
+            "--time-scale cannot be used while flights are timed by the real clock "
+            "(ACARS_UseTime is 1)");
+        return exit_status::wrong_usage;
+    }
+    return Flight(session, program, options).Fly();
+}
+
+}  // namespace norvane

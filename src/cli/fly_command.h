@@ -1,0 +1,32 @@
+#pragma once
+// `norvane-cli fly`: one flight from the gate to the gate, driven through the ACARS panel as a
+// pilot would drive it, then logged. Prints each ACARS message, the log row and the files written.
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "cli/session.h"
+
+namespace norvane {
+
+struct Fly_Options {
+    std::string flight_number;
+    std::string aircraft;
+    /// A stored flight is dropped, not resumed.
+    bool start_new = false;
+    /// A stand-in of the program's own; at most one of the three.
+    bool demo = false;
+    std::filesystem::path scenario;
+    std::filesystem::path replay;
+    /// How long a dropped link is tried again, in seconds of the timers' time; empty for ever.
+    std::optional<double> give_up_s;
+};
+
+/// True when the flight has a stand-in of its own, and so places of its own.
+[[nodiscard]] bool Has_Own_Simulator(const Fly_Options& options);
+
+/// The exit status. Raises what keeps the flight from being begun.
+[[nodiscard]] int Run_Fly(Session& session, const Fly_Options& options);
+
+}  // namespace norvane

@@ -1,0 +1,150 @@
+// norvane-cli: the ACARS panel and the flight log without a window.
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+#include "cli/exit_status.h"
+#include "cli/fly_command.h"
+#include "cli/listing_commands.h"
+#include "common/log_error.h"
+#include "common/version.h"
+
+namespace {
+
+using namespace norvane;
+
+/// The command that the command line chose.
+struct Work {
+    Access access = Access::look;
+    std::function<int(Session&)> run;
+};
+
+void Add_Fly(CLI::App& app, Session_Options& session, Fly_Options& fly, Work& work) {
+    auto* command = app.add_subcommand("fly", "Fly one flight to the gate and log it");
+    command->add_option("--flight-number", fly.flight_number, "Airline flight number");
+    command->add_option("--aircraft", fly.aircraft, "Aircraft type");
+    command->add_flag("--new", fly.start_new, "Drop a stored flight instead of resuming it");
+    command
+        ->add_option("--time-scale", session.time_scale, "Run timers and stand-in X times as fast")
+        ->check(CLI::Range(0.01, 1000.0));
+    command
+        ->add_option("--give-up", fly.give_up_s,
+                     "Seconds (of the scaled time) after which a dropped link is given up")
+        ->check(CLI::NonNegativeNumber);
+    auto* demo = command->add_flag("--demo", fly.demo, "Fly the demonstration flight");
+    auto* scenario = command->add_option("--scenario", fly.scenario, "Fly a scenario file")
+                         ->check(CLI::ExistingFile)
+                         ->excludes(demo);
+    command->add_option("--replay", fly.replay, "Fly along with a recording")
+        ->check(CLI::ExistingFile)
+        ->excludes(demo)
+        ->excludes(scenario);
+    command->callback([&] {
+        session.places.demonstration = Has_Own_Simulator(fly);
+        work = {Access::write, [&](Session& open) { return Run_Fly(open, fly); }};
+    });
+}
+
+/// Texts that commands take from the command line; one run has one command.
+struct Words {
+    std::string name;
+    std::string value;
+};
+
+void Add_Log(CLI::App& app, Words& words, Work& work) {
+    auto* log = app.add_subcommand("log", "The flight logs")->require_subcommand(1);
+    auto* rows = log->add_subcommand("rows", "List a log's flights");
+    rows->add_option("NAME", words.name, "The log; the active one unless given");
+    rows->callback([&] {
+        work = {Access::look, [&](Session& open) { return Log_Rows(open, words.name); }};
+    });
+    auto* totals = log->add_subcommand("totals", "Block and flight time of a log");
+    totals->add_option("NAME", words.name, "The log; the active one unless given");
+    totals->callback([&] {
+        work = {Access::look, [&](Session& open) { return Log_Totals_Line(open, words.name); }};
+    });
+}
+
+void Add_Settings(CLI::App& app, Words& words, Work& work) {
+    auto* settings = app.add_subcommand("settings", "The settings")->require_subcommand(1);
+    settings->add_subcommand("list", "List every setting")->callback([&] {
+        work = {Access::look, [&](Session& open) { return Settings_List(open); }};
+    });
+    auto* get = settings->add_subcommand("get", "Print one setting");
+    get->add_option("NAME", words.name)->required();
+    get->callback([&] {
+        work = {Access::look, [&](Session& open) { return Settings_Get(open, words.name); }};
+    });
+    auto* set = settings->add_subcommand("set", "Change one setting");
+    set->add_option("NAME", words.name)->required();
+    set->add_option("VALUE", words.value)->required();
+    set->callback([&] {
+        work = {Access::write,
+                [&](Session& open) { return Settings_Set(open, words.name, words.value); }};
+    });
+}
+
+void Add_Airline(CLI::App& app, Words& words, Work& work) {
+    auto* airline = app.add_subcommand("airline", "The virtual airlines")->require_subcommand(1);
+    airline->add_subcommand("list", "List the airlines")->callback([&] {
+        work = {Access::look, [&](Session& open) { return Airline_List(open); }};
+    });
+    airline->add_subcommand("show", "The active airline's server and fields")->callback([&] {
+        work = {Access::look, [&](Session& open) { return Airline_Show(open); }};
+    });
+    auto* use = airline->add_subcommand("use", "Make an airline the active one");
+    use->add_option("NAME", words.name)->required();
+    use->callback([&] {
+        work = {Access::write, [&](Session& open) { return Airline_Use(open, words.name); }};
+    });
+}
+
+/// Runs the chosen command; what it raises becomes a line, an entry of the error log and a status.
+int Run(const Session_Options& options, const Work& work) {
+    try {
+        Session session(options, work.access);
+        try {
+            return work.run(session);
+        } catch (...) {
+            const Run_Error error = Caught_Error();
+            Console_Desktop::Say(error.Description());
+            Log_Error(session.Outside(), "modMain.Main()", error, Show::silent);
+            return exit_status::failed;
+        }
+    } catch (const Store_In_Use& error) {
+        Console_Desktop::Say(error.Description());
+        return exit_status::store_in_use;
+    } catch (...) {
+        Console_Desktop::Say(Caught_Error().Description());
+        return exit_status::failed;
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Session_Options session;
+    Fly_Options fly;
+    Words words;
+    Work work;
+    CLI::App app("Norvane without a window: flies along with a simulator and keeps the flight log",
+                 "norvane-cli");
+    app.set_version_flag("--version", std::string("norvane-cli ") + norvane::version);
+    app.add_option("--home", session.places.home, "Program directory");
+    app.add_option("--settings", session.places.settings, "Settings store (an SQLite file)");
+    app.add_option(
+        "--sim", session.simulator,
+        "Simulator address, host:port or unix:/path ($NORVANE_SIM, then 127.0.0.1:8338)");
+    app.add_flag("--yes", session.yes, "Answer questions with Yes");
+    app.require_subcommand(1);
+    Add_Fly(app, session, fly, work);
+    Add_Log(app, words, work);
+    Add_Settings(app, words, work);
+    Add_Airline(app, words, work);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? exit_status::done : exit_status::wrong_usage;
+    }
+    return Run(session, work);
+}

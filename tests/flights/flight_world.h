@@ -1,0 +1,74 @@
+#pragma once
+// A whole program in one process, flown by a world on the virtual clock: what a pilot's evening
+// looks like to the code, in milliseconds. The link can be troubled at any exchange, the program
+// killed and started again at any moment.
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/program.h"
+#include "simhost/world_source.h"
+#include "simlink/in_process_transport.h"
+#include "simlink/offset_area.h"
+#include "support/test_world.h"
+
+namespace norvane::test {
+
+/// The world that `norvane-sim replay` plays for a recording of the tests' data.
+[[nodiscard]] std::unique_ptr<World_Source> Recorded_World(const std::string& name);
+/// The world that `norvane-sim fly` plays for a scenario file.
+[[nodiscard]] std::unique_ptr<World_Source> Scenario_World(const std::filesystem::path& file);
+
+class Flight_World : public Test_World {
+  public:
+    /// `step_s`: world seconds from one sampling step to the next.
+    explicit Flight_World(World_Source& world, double step_s = 0.5);
+
+    /// Starts the program, anew when one runs (which is killed: nothing of it is closed).
+    Program& Start();
+    void Kill() { m_program.reset(); }
+    [[nodiscard]] Program& Running() { return *m_program; }
+
+    /// "On", then resumes whenever the flight is paused. True when the gate was reached within
+    /// `at_most` of virtual time.
+    bool Fly_To_Gate(std::chrono::minutes at_most = std::chrono::minutes(180));
+    /// Logs as the pilot does.
+    void Log() { m_program->panel.hypLog.Click(); }
+    /// Fields of the active log's rows.
+    [[nodiscard]] std::vector<std::vector<std::string>> Rows() const;
+
+    /// The error log's entries so far.
+    std::vector<std::string> Take_Reports() { return Take_Errors(); }
+    using Test_World::clock;
+    using Test_World::desktop;
+    using Test_World::directory;
+    using Test_World::store;
+    /// The world's moment: it moves at the end of each of the program's steps, so that what comes
+    /// out does not depend on how long some trouble lasted.
+    [[nodiscard]] double World_Seconds() const { return m_moment_s; }
+
+    /// Asked at each exchange with its number from 0; what it gives takes the answer's place.
+    std::function<std::optional<Delivery>(std::size_t, std::span<std::byte>)> trouble;
+    std::size_t exchanges = 0;
+    /// Called at the end of each step.
+    std::function<void()> on_step;
+    /// ACARS messages of all programs started, in order.
+    std::vector<std::string> messages;
+
+  private:
+    void TestBody() override {}
+    std::optional<Delivery> Exchange(std::span<std::byte> block);
+
+    World_Source& m_world;
+    double m_step_s;
+    Offset_Area m_area;
+    In_Process_Transport m_transport{m_area};
+    double m_moment_s = 0;
+    double m_applied_s = -1;
+    std::optional<Program> m_program;
+};
+
+}  // namespace norvane::test
