@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <exception>
+#include <future>
 #include <utility>
 
 #include "common/code_page.h"
@@ -32,6 +33,15 @@ std::string Report_Of(const Log_Reading& reading, const std::filesystem::path& l
                             Line_Numbers(reading.long_lines));
     }
     return text;
+}
+
+/// A draft that is cut to nothing and filled again is sent to the disk at once, in the way of the
+/// log itself; so a new one is made, but where it leads somewhere else.
+void Begin_Draft(const std::filesystem::path& draft) {
+    if (std::filesystem::is_symlink(draft))
+        Write_File(draft, {});
+    else
+        std::filesystem::remove(draft);
 }
 
 }  // namespace
@@ -63,9 +73,11 @@ bool Log_File::Load_XArray(Log_Table& table) {
 }
 
 void Log_File::Load(Log_Table& table) {
-    Guarded(m_services, "modFunctions.Backup_Log()", Show::box, [&] { Backup_Log(m_path); });
+    // Both only read the log: the copy is made while it is being loaded.
+    auto backup = std::async([&] { Backup_Log(m_path); });
     Log_Reading reading = Parse_Log(Read_File(m_path));
     Sort_XArray(reading.table, 0, m_services.regional.short_date);
+    Guarded(m_services, "modFunctions.Backup_Log()", Show::box, [&] { backup.get(); });
     if (!reading.set_aside.empty()) {
         Log_Error(m_services, load_procedure,
                   {error_number::type_mismatch, Report_Of(reading, m_path)}, Show::silent);
@@ -107,13 +119,16 @@ void Log_File::Save_XArray(const Log_Table& table) {
                         From_Path(m_path) + ": was not loaded to its end and is not written over");
     }
     Keep_Set_Aside();
-    const auto draft = m_services.program_directory / "templog.txt";
-    Write_File(draft, {});
-    For_Each_Piece(table, [&](std::string_view piece) { Append_To_File(draft, piece); });
     std::filesystem::create_directories(m_path.parent_path());
     const std::string notice = Keep_Changed_File();
+    const auto draft = m_services.program_directory / "templog.txt";
+    Begin_Draft(draft);
     Atomic_File file(m_path);
-    For_Each_Piece(table, [&](std::string_view piece) { file.Write(piece); });
+    // The draft takes each piece first: a disk without room for it leaves the log alone.
+    For_Each_Piece(table, [&](std::string_view piece) {
+        Append_To_File(draft, piece);
+        file.Write(piece);
+    });
     file.Commit();
     m_stamp = Stamp_Now();
     if (!notice.empty()) {

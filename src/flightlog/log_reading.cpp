@@ -7,23 +7,9 @@
 #include "common/services.h"
 #include "common/text.h"
 #include "config/log_names.h"
+#include "flightlog/log_line.h"
 
 namespace norvane {
-
-namespace {
-
-/// The length of the first 53 fields.
-std::size_t Length_Of_Fields(std::string_view line) {
-    std::size_t fields = 0;
-    std::size_t place = line.find(field_separator);
-    for (; place != std::string_view::npos; place = line.find(field_separator, place + 1)) {
-        if (++fields == log_column_count)
-            return place;
-    }
-    return line.size();
-}
-
-}  // namespace
 
 Log_Reading Parse_Log(std::string content) {
     Log_Reading reading;
@@ -41,7 +27,7 @@ Log_Reading Parse_Log(std::string content) {
             reading.undated_lines.push_back(reader.Line_Number());
             continue;
         }
-        const std::size_t length = Length_Of_Fields(line);
+        const std::size_t length = First_Fields(line).size();
         if (line.find_first_not_of(field_separator, length) != std::string_view::npos) {
             set_aside(line);
             reading.long_lines.push_back(reader.Line_Number());

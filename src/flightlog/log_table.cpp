@@ -3,12 +3,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstring>
+#include <cstdint>
 #include <limits>
+#include <unordered_map>
 
 #include "common/date_time.h"
 #include "common/run_error.h"
 #include "common/text.h"
+#include "flightlog/log_line.h"
 
 namespace norvane {
 
@@ -16,34 +18,9 @@ namespace {
 
 // Less waste than this is never worth moving the content.
 constexpr std::size_t waste_tolerated = std::size_t{1} << 20;
+// How far ahead the next rows' lines are fetched: after a sort they lie anywhere in the content.
+constexpr std::size_t rows_ahead = 4;
 constexpr std::size_t piece_size = std::size_t{1} << 20;
-
-/// The place of the separator before which `fields` fields stand; npos when there are fewer.
-std::size_t End_Of_Fields(std::string_view line, std::size_t fields) {
-    std::size_t place = std::string_view::npos;
-    for (std::size_t i = 0; i < fields; ++i) {
-        place = line.find(field_separator, place + 1);
-        if (place == std::string_view::npos)
-            return place;
-    }
-    return place;
-}
-
-/// Where a field begins; npos when the line ends before it.
-std::size_t Begin_Of_Field(std::string_view line, std::size_t column) {
-    if (column == 0)
-        return 0;
-    const std::size_t before = End_Of_Fields(line, column);
-    return before == std::string_view::npos ? before : before + 1;
-}
-
-std::string_view Field_At(std::string_view line, std::size_t begin) {
-    return line.substr(begin, line.find(field_separator, begin) - begin);
-}
-
-std::size_t Separators_In(std::string_view line) {
-    return static_cast<std::size_t>(std::count(line.begin(), line.end(), field_separator));
-}
 
 void Check_Column(std::size_t column) {
     if (column >= log_column_count) {
@@ -52,44 +29,46 @@ void Check_Column(std::size_t column) {
     }
 }
 
-struct Key_Value {
-    std::int64_t moment = 0;
-    std::string_view text;
-};
-
-struct Keyed_Row {
-    std::array<Key_Value, 2> keys;
-    Log_Table::Line_Span span;
-};
-
-bool Comes_Before(const Keyed_Row& a, const Keyed_Row& b) {
-    for (std::size_t k = 0; k < a.keys.size(); ++k) {
-        if (a.keys.at(k).moment != b.keys.at(k).moment)
-            return a.keys.at(k).moment < b.keys.at(k).moment;
-        const int order = a.keys.at(k).text.compare(b.keys.at(k).text);
-        if (order != 0)
-            return order < 0;
-    }
-    return false;
+/// The first bytes of a text as a number that compares as they do.
+std::uint64_t First_Bytes(std::string_view text) {
+    std::uint64_t number = 0;
+    for (std::size_t i = 0; i < sizeof number; ++i)
+        number = number << 8U | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0U);
+    return number;
 }
 
-/// Reads dates, remembering the last one: a log holds many flights of the same day in a row.
-class Date_Keys {
+struct Sorted_Row {
+    std::int64_t moment = 0;
+    /// Settles nearly every comparison without a look at the text, which is far away in memory.
+    std::uint64_t first_bytes = 0;
+    std::string_view text;
+    std::size_t row = 0;
+};
+
+bool Comes_Before(const Sorted_Row& a, const Sorted_Row& b) {
+    if (a.moment != b.moment)
+        return a.moment < b.moment;
+    if (a.first_bytes != b.first_bytes)
+        return a.first_bytes < b.first_bytes;
+    return a.text < b.text;
+}
+
+/// Moments of date texts. A log holds many flights of one day, so each text is read once.
+class Moments {
   public:
-    explicit Date_Keys(std::string_view pattern) : m_pattern(pattern) {}
+    explicit Moments(std::string_view short_date) : m_short_date(short_date) {}
     std::int64_t Of(std::string_view text) {
-        if (text != m_text || text.empty()) {
-            const auto moment = Parse_Date_Time(text, m_pattern);
-            m_moment = moment ? Seconds_Of(*moment) : std::numeric_limits<std::int64_t>::max();
-            m_text = text;
+        const auto [place, is_new] = m_known.try_emplace(std::string(text), 0);
+        if (is_new) {
+            const auto moment = Parse_Date_Time(text, m_short_date);
+            place->second = moment ? Seconds_Of(*moment) : std::numeric_limits<std::int64_t>::max();
         }
-        return m_moment;
+        return place->second;
     }
 
   private:
-    std::string_view m_pattern;
-    std::string_view m_text;
-    std::int64_t m_moment = 0;
+    std::string_view m_short_date;
+    std::unordered_map<std::string, std::int64_t> m_known;
 };
 
 }  // namespace
@@ -107,9 +86,7 @@ std::string_view Log_Table::Stored_Line(std::size_t row) const {
 
 std::string_view Log_Table::Get(std::size_t row, std::size_t column) const {
     Check_Column(column);
-    const std::string_view line = Stored_Line(row);
-    const std::size_t begin = Begin_Of_Field(line, column);
-    return begin == std::string_view::npos ? std::string_view() : Field_At(line, begin);
+    return Field_Of(Stored_Line(row), column);
 }
 
 void Log_Table::Set(std::size_t row, std::size_t column, std::string_view text) {
@@ -127,7 +104,7 @@ void Log_Table::Set(std::size_t row, std::size_t column, std::string_view text) 
 void Log_Table::Set_Line(std::size_t row, std::string_view line) {
     m_waste += Stored_Line(row).size();
     // The line may be a view into the content that is about to move.
-    const std::string kept(line.substr(0, End_Of_Fields(line, log_column_count)));
+    const std::string kept(First_Fields(line));
     m_rows[row] = {m_content.size(), kept.size()};
     m_content += kept;
     Drop_Waste();
@@ -166,24 +143,30 @@ std::string Log_Table::Line(std::size_t row) const {
     return line;
 }
 
-void Log_Table::Sort(std::span<const Sort_Key> keys, std::string_view short_date) {
-    std::vector<Keyed_Row> order(m_rows.size());
-    for (std::size_t k = 0; k < keys.size(); ++k) {
-        Date_Keys dates(short_date);
-        for (std::size_t row = 0; row < order.size(); ++row) {
-            const std::string_view text = Get(row, keys[k].column);
-            Key_Value& value = order[row].keys.at(k);
-            if (keys[k].kind == Key_Kind::date)
-                value.moment = dates.Of(text);
-            else
-                value.text = text;
-        }
+void Log_Table::Sort_By_Date(std::size_t date_column, std::size_t text_column,
+                             std::string_view short_date) {
+    Moments moments(short_date);
+    Sort([&](std::string_view line) {
+        return Sorted_Row{moments.Of(Field_Of(line, date_column)), 0, Field_Of(line, text_column)};
+    });
+}
+
+void Log_Table::Sort_By_Text(std::size_t column) {
+    Sort([&](std::string_view line) { return Sorted_Row{0, 0, Field_Of(line, column)}; });
+}
+
+template <class Key_Of>
+void Log_Table::Sort(const Key_Of& key_of) {
+    std::vector<Sorted_Row> order(m_rows.size());
+    for (std::size_t row = 0; row < order.size(); ++row) {
+        order[row] = key_of(Stored_Line(row));
+        order[row].first_bytes = First_Bytes(order[row].text);
+        order[row].row = row;
     }
-    for (std::size_t row = 0; row < order.size(); ++row)
-        order[row].span = m_rows[row];
     std::stable_sort(order.begin(), order.end(), Comes_Before);
-    for (std::size_t row = 0; row < order.size(); ++row)
-        m_rows[row] = order[row].span;
+    const std::vector<Line_Span> before = m_rows;
+    std::transform(order.begin(), order.end(), m_rows.begin(),
+                   [&](const Sorted_Row& sorted) { return before[sorted.row]; });
 }
 
 Log_Totals Log_Table::Totals(const Regional& regional) const {
@@ -218,6 +201,8 @@ void Log_Table::Drop_Waste() {
 void For_Each_Piece(const Log_Table& table, const std::function<void(std::string_view)>& take) {
     std::string piece;
     for (std::size_t row = 0; row < table.Row_Count(); ++row) {
+        if (row + rows_ahead < table.Row_Count())
+            __builtin_prefetch(table.Get(row + rows_ahead, 0).data());
         if (table.Is_Blank(row))
             continue;
         table.Append_Line(row, piece);
@@ -232,13 +217,10 @@ void For_Each_Piece(const Log_Table& table, const std::function<void(std::string
 }
 
 void Sort_XArray(Log_Table& table, int mode, std::string_view short_date) {
-    constexpr std::array by_date{Sort_Key{log_column::date, Key_Kind::date},
-                                 Sort_Key{log_column::time_out, Key_Kind::text}};
-    constexpr std::array by_type{Sort_Key{log_column::aircraft_type, Key_Kind::text}};
     if (mode == 0)
-        table.Sort(by_date, short_date);
+        table.Sort_By_Date(log_column::date, log_column::time_out, short_date);
     else if (mode == 1)
-        table.Sort(by_type, short_date);
+        table.Sort_By_Text(log_column::aircraft_type);
     else
         throw Run_Error(error_number::invalid_call, fmt::format("Sort mode {}", mode));
 }

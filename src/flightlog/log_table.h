@@ -2,11 +2,8 @@
 // A flight log in memory: rows of 53 text cells, kept as the lines they were read as, so that a log
 // takes little more room than its file. Owned by the flight log panel; the grid shows it in place.
 
-#include <array>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,16 +12,6 @@
 #include "flightlog/log_columns.h"
 
 namespace norvane {
-
-enum class Key_Kind {
-    text,  // by character code
-    date,  // by moment; what is no date comes last
-};
-
-struct Sort_Key {
-    std::size_t column = 0;
-    Key_Kind kind = Key_Kind::text;
-};
 
 /// Hours: the sums of those cells that are numbers.
 struct Log_Totals {
@@ -63,15 +50,21 @@ class Log_Table {
     void Append_Line(std::size_t row, std::string& out) const;
     [[nodiscard]] std::string Line(std::size_t row) const;
 
-    /// Ascending by the first key, then by the second; rows equal in both keep their order.
-    /// One or two keys. Dates are read by the short date pattern.
-    void Sort(std::span<const Sort_Key> keys, std::string_view short_date);
+    /// Ascending by the moments of one column, by character code of another where they are equal;
+    /// what is no date comes last, equal rows keep their order. Dates are read by the short date
+    /// pattern.
+    void Sort_By_Date(std::size_t date_column, std::size_t text_column,
+                      std::string_view short_date);
+    /// Ascending by character code; equal rows keep their order.
+    void Sort_By_Text(std::size_t column);
     [[nodiscard]] Log_Totals Totals(const Regional& regional) const;
     /// Bytes the table holds, for those who watch its size.
     [[nodiscard]] std::size_t Bytes_Held() const;
 
   private:
     [[nodiscard]] std::string_view Stored_Line(std::size_t row) const;
+    template <class Key_Of>
+    void Sort(const Key_Of& key_of);
     void Drop_Waste();
 
     std::string m_content;

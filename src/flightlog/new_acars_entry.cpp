@@ -10,6 +10,7 @@
 #include "common/services.h"
 #include "common/text.h"
 #include "flightlog/log_keeping.h"
+#include "flightlog/log_line.h"
 #include "flightlog/uc_flight_log.h"
 #include "logentry/cls_log_entry.h"
 
@@ -24,11 +25,9 @@ constexpr std::array<std::size_t, 5> identity_columns{log_column::time_out, 6, 7
 bool Same_Flight(const std::string& a, const std::string& b) {
     if (a == b)
         return true;
-    const auto fields_of_a = Split(a, field_separator);
-    const auto fields_of_b = Split(b, field_separator);
-    return !fields_of_a.at(log_column::time_out).empty() &&
+    return !Field_Of(a, log_column::time_out).empty() &&
            std::all_of(identity_columns.begin(), identity_columns.end(), [&](std::size_t column) {
-               return fields_of_a.at(column) == fields_of_b.at(column);
+               return Field_Of(a, column) == Field_Of(b, column);
            });
 }
 
@@ -95,9 +94,9 @@ std::optional<std::size_t> ucFlightLog::Row_Of_Failed_Flight(const std::string& 
     const auto tried_before = [&](const std::string& other) { return Same_Flight(line, other); };
     if (std::none_of(m_failed_flights.begin(), m_failed_flights.end(), tried_before))
         return std::nullopt;
-    const auto fields = Split(line, field_separator);
+    const auto time_out = Field_Of(line, log_column::time_out);
     for (std::size_t row = m_table.Row_Count(); row-- > 0;) {
-        if (m_table.Get(row, log_column::time_out) == fields.at(log_column::time_out) &&
+        if (m_table.Get(row, log_column::time_out) == time_out &&
             Same_Flight(line, m_table.Line(row)))
             return row;
     }

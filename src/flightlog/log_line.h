@@ -1,0 +1,20 @@
+#pragma once
+// One line of a flight log: fields with "|" between them, no line end. Pure functions that find
+// their way in it; used by the table and the reading of files.
+
+#include <cstddef>
+#include <string_view>
+
+namespace norvane {
+
+[[nodiscard]] std::size_t Separators_In(std::string_view line);
+/// The first 53 fields; the whole line when it has no more.
+[[nodiscard]] std::string_view First_Fields(std::string_view line);
+/// Where the field of a column begins; npos when the line ends before it.
+[[nodiscard]] std::size_t Begin_Of_Field(std::string_view line, std::size_t column);
+/// The field that begins there.
+[[nodiscard]] std::string_view Field_At(std::string_view line, std::size_t begin);
+/// The field of a column, empty when the line ends before it.
+[[nodiscard]] std::string_view Field_Of(std::string_view line, std::size_t column);
+
+}  // namespace norvane
