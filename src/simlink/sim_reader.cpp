@@ -7,6 +7,7 @@
 
 #include "common/number.h"
 #include "simlink/mod_fsuipc.h"
+#include "simlink/request_block.h"
 
 namespace norvane {
 
@@ -50,6 +51,10 @@ double Sim_Reader::Read_Fuel_Gallons() {
 bool Sim_Reader::Write_Display(const std::string& line, std::int16_t control) {
     if (m_failure)
         return false;
+    // A text queued without its control would stay queued and stop whatever comes after it.
+    constexpr std::size_t around = 2 * write_header_size + 1 + sizeof control + end_record_size;
+    if (line.size() + around > request_block_limit)
+        return Fail(false, ipc_result::block_full);
     int result = 0;
     if (!m_link.IPC_WriteString(Offset_Of(Variable::display_text),
                                 static_cast<std::uint32_t>(line.size() + 1), line, result) ||

@@ -108,5 +108,15 @@ TEST_F(Reader, A_Shown_Line_Goes_Out_With_Its_Nul_And_Control_In_One_Exchange) {
     EXPECT_EQ(area.Get(Variable::display_control), -17);
 }
 
+TEST_F(Reader, A_Line_Beyond_The_Block_Is_Refused_And_Blocks_Nothing) {
+    constexpr std::size_t longest = 32481;
+    for (const std::size_t length : {longest, longest + 1, std::size_t{40000}}) {
+        reader.Begin_Step();
+        EXPECT_EQ(reader.Write_Display(std::string(length, 'x'), 8), length <= longest);
+        reader.Begin_Step();
+        EXPECT_EQ(reader.Read_Whole(Variable::simulator_version), 7);
+    }
+}
+
 }  // namespace
 }  // namespace norvane
