@@ -1,0 +1,165 @@
+// Exit statuses, refusals and failing disks: what scripts around norvane-cli rely on.
+
+#include <sys/mount.h>
+#include <unistd.h>
+
+#include "cli/cli_world.h"
+#include "common/file_writer.h"
+#include "common/line_reader.h"
+#include "common/run_error.h"
+
+namespace norvane::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Cli_Commands : public Cli_World {};
+
+TEST_F(Cli_Commands, Tell_by_their_status_what_went_wrong) {
+    EXPECT_EQ(Run({}).status, 2);
+    EXPECT_EQ(Run({"dance"}).status, 2);
+    EXPECT_EQ(Run({"fly", "--time-scale", "0"}).status, 2);
+    EXPECT_EQ(Run({"--version"}).status, 0);
+    const auto absent = Run({"fly"});
+    EXPECT_EQ(absent.status, 3);
+    EXPECT_NE(absent.errors.find("Unable to connect to FSUIPC."), std::string::npos);
+    EXPECT_NE(Error_Log().find("ucACARS.ACARS_ON()"), std::string::npos);
+    const auto missing = Run({"log", "rows", "No Such Log"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.errors.find("No Such Log"), std::string::npos);
+    EXPECT_NE(Error_Log().find("No Such Log"), std::string::npos);
+}
+
+TEST_F(Cli_Commands, Keep_settings_and_refuse_what_does_not_fit) {
+    EXPECT_EQ(Run({"settings", "set", "PilotName", "Zoë Łukasz"}).status, 0);
+    EXPECT_EQ(Run({"settings", "get", "PilotName"}).output, "Zoë Lukasz\n");
+    EXPECT_EQ(Run({"settings", "set", "OptFields(0)", "Gate^"}).status, 0);
+    EXPECT_EQ(Run({"settings", "get", "OptFields(0)"}).output, "Gate^\n");
+    for (const auto& [name, value] :
+         {std::pair{"ACARS_Fuel", "3"}, std::pair{"ACARS_Fuel", "lbs"},
+          std::pair{"ACARS_TakeOff_Alt", "7"}, std::pair{"FlightLog", "none"},
+          std::pair{"Wings", "2"}, std::pair{"OptFields(5)", "x"}}) {
+        const auto result = Run({"settings", "set", name, value});
+        EXPECT_EQ(result.status, 1) << name;
+        EXPECT_FALSE(result.errors.empty()) << name;
+    }
+    EXPECT_EQ(Run({"settings", "get", "ACARS_Fuel"}).output, "0\n");
+    EXPECT_EQ(Run({"settings", "set", "ACARS_UseTime", "1"}).status, 0);
+    EXPECT_EQ(Run({"fly", "--time-scale", "2"}).status, 2) << "scaled timers, real clock";
+}
+
+TEST_F(Cli_Commands, Switch_between_airlines) {
+    fs::create_directories(home / "VA_Sky");
+    Write_File(home / "VA_Sky" / "server.cfg", "www.sky.example\r\n/pirep.php\r\n\r\n");
+    EXPECT_EQ(Run({"airline", "use", "sky"}).status, 0);
+    EXPECT_NE(Run({"airline", "list"}).output.find("* SKY"), std::string::npos);
+    const auto shown = Run({"airline", "show"}).output;
+    EXPECT_NE(shown.find("Server: www.sky.example\n"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("PIREP script: /pirep.php\n"), std::string::npos);
+    EXPECT_EQ(Run({"airline", "use", "NONE SUCH"}).status, 1);
+}
+
+TEST_F(Cli_Commands, Keep_a_second_writer_away_but_let_others_look) {
+    Start_Simulator();
+    Child_Process flying(Command(fly));
+    ASSERT_TRUE(flying.Read_Until([](const std::string& output) { return !output.empty(); }));
+    const auto second = Run({"settings", "set", "PilotID", "7"});
+    const auto look = Run({"settings", "get", "ACARS_Date"});
+    EXPECT_EQ(flying.Wait(), 0);
+    EXPECT_EQ(second.status, 4) << second.errors;
+    EXPECT_EQ(look.output, "0\n");
+}
+
+/// A log directory that takes nothing more, for root too.
+class Failing_Logs {
+  public:
+    explicit Failing_Logs(const fs::path& logs) : m_logs(logs) {}
+    ~Failing_Logs() {
+        if (m_mounted)
+            ::umount2(m_logs.c_str(), MNT_DETACH);
+        fs::permissions(m_logs, fs::perms::owner_all);
+    }
+    Failing_Logs(const Failing_Logs&) = delete;
+    Failing_Logs& operator=(const Failing_Logs&) = delete;
+
+    void Make_Read_Only() {
+        if (::geteuid() != 0) {
+            fs::permissions(m_logs, fs::perms::owner_read | fs::perms::owner_exec);
+            return;
+        }
+        const char* logs = m_logs.c_str();
+        m_mounted = ::mount(logs, logs, nullptr, MS_BIND, nullptr) == 0;
+        ASSERT_EQ(::mount(nullptr, logs, nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr), 0);
+    }
+    /// False where mounting a small disk is not allowed.
+    bool Make_Full(const std::string& log_content) {
+        if (::mount("tmpfs", m_logs.c_str(), "tmpfs", 0, "size=64k") != 0)
+            return false;
+        m_mounted = true;
+        Write_File(m_logs / "My Flight Log.txt", log_content);
+        try {
+            Write_File(m_logs / "filler", std::string(1U << 20U, 'x'));
+        } catch (const Run_Error&) {
+            return true;
+        }
+        return false;
+    }
+
+  private:
+    fs::path m_logs;
+    bool m_mounted = false;
+};
+
+TEST_F(Cli_Commands, Lose_nothing_when_the_logs_cannot_be_written) {
+    const auto log = home / "logs" / "My Flight Log.txt";
+    for (const bool full : {false, true}) {
+        Start_Anew();
+        Start_Simulator();
+        ASSERT_EQ(Fly().status, 0);
+        const std::string before = Read_File(log);
+        Start_Simulator();
+        {
+            Failing_Logs logs(home / "logs");
+            if (!full)
+                logs.Make_Read_Only();
+            else if (!logs.Make_Full(before))
+                GTEST_SKIP() << "no small disk can be mounted here";
+            const auto result = Fly();
+            EXPECT_EQ(result.status, 1) << result.errors;
+            EXPECT_EQ(Read_File(log), before);
+        }
+        EXPECT_NE(Error_Log().find("ucFlightLog.Grid_Save()"), std::string::npos) << Error_Log();
+        // The flight itself is kept where there is room.
+        EXPECT_NE(Error_Log().find(".unsaved"), std::string::npos) << Error_Log();
+        std::size_t kept = 0;
+        for (const auto& file : fs::directory_iterator(home))
+            kept += file.path().extension() == ".unsaved" ? 1 : 0;
+        EXPECT_EQ(kept, 1U);
+    }
+}
+
+TEST_F(Cli_Commands, Survive_broken_files_of_every_kind) {
+    const std::string kinds[] = {"", std::string("\0\xFF|\x01[\r\n^", 8),
+                                 std::string(10U << 20U, '|'), std::string(10U << 20U, 'x')};
+    for (const auto& content : kinds) {
+        Start_Anew();
+        Write_File(home / "settings.sqlite", content);
+        for (const auto* name : {"logs/My Flight Log.txt", "bin/fs9.wld", "bin/optfields.cfg",
+                                 "bin/ac.cfg", "bin/atcmod.cfg", "VA/server.cfg"}) {
+            fs::create_directories((home / name).parent_path());
+            Write_File(home / name, content);
+        }
+        Start_Simulator();
+        const auto result = Fly();
+        EXPECT_TRUE(result.status == 0 || result.status == 1) << result.status << result.errors;
+        if (result.status == 0) {
+            EXPECT_EQ(Rows().back().size(), 53U);
+        }
+        Kill_Simulator();
+        Write_File(directory / "broken.rec", content);
+        EXPECT_EQ(Run({"fly", "--replay", (directory / "broken.rec").string()}).status, 1);
+    }
+}
+
+}  // namespace
+}  // namespace norvane::test

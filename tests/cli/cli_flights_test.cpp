@@ -1,0 +1,165 @@
+// Flights of norvane-cli beside a simulator that are broken off: by SIGKILL, by SIGTERM, by the
+// simulator's end.
+
+#include <csignal>
+#include <random>
+#include <thread>
+
+#include "cli/cli_world.h"
+#include "common/line_reader.h"
+#include "common/text.h"
+
+namespace norvane::test {
+namespace {
+
+using std::chrono::duration_cast;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+constexpr std::size_t flight_level_column = 23;
+
+bool Has_Message(const std::string& output, const std::string& label) {
+    return output.find("Msg Label: " + label + " ") != std::string::npos;
+}
+bool Took_Off(const std::string& output) {
+    return Has_Message(output, "QB");
+}
+
+class Cli_Flights : public Cli_World {
+  protected:
+    /// The row of an unbroken flight, and how long it took from OFF to IN.
+    void Fly_Unbroken() {
+        Start_Simulator();
+        Child_Process process(Command(fly));
+        ASSERT_TRUE(process.Read_Until(Took_Off)) << process.Errors();
+        const auto off = steady_clock::now();
+        process.Read_Until([](const std::string& output) { return Has_Message(output, "QD"); });
+        off_to_in = duration_cast<milliseconds>(steady_clock::now() - off);
+        ASSERT_EQ(process.Wait(), 0) << process.Errors();
+        ASSERT_EQ(Rows().size(), 1U);
+        unbroken = Rows()[0];
+        Kill_Simulator();
+        Start_Anew();
+    }
+
+    /// The one row of the log as the unbroken flight has it, but for the flight level, which is not
+    /// stored with a flight in progress.
+    void Expect_Same_Row() {
+        auto rows = Rows();
+        ASSERT_EQ(rows.size(), 1U);
+        ASSERT_EQ(rows[0].size(), 53U);
+        rows[0][flight_level_column] = unbroken[flight_level_column];
+        EXPECT_EQ(rows[0], unbroken);
+    }
+
+    std::vector<std::string> unbroken;
+    milliseconds off_to_in{0};
+};
+
+TEST_F(Cli_Flights, Killed_at_fifty_random_moments_in_the_air_end_as_the_same_row) {
+    Fly_Unbroken();
+    std::mt19937 random(20261122);
+    std::uniform_int_distribution<std::int64_t> moment(0, off_to_in.count() * 1000);
+    int killed_in_flight = 0;
+    for (int i = 0; i < 50; ++i) {
+        Start_Simulator();
+        Child_Process first(Command(fly));
+        ASSERT_TRUE(first.Read_Until(Took_Off)) << first.Errors();
+        std::this_thread::sleep_for(std::chrono::microseconds(moment(random)));
+        first.Send(SIGKILL);
+        if (first.Wait() == 128 + SIGKILL && Rows().empty()) {
+            ++killed_in_flight;
+            const auto second = Fly();
+            ASSERT_EQ(second.status, 0) << second.errors;
+            EXPECT_NE(second.errors.find("A stored flight is resumed."), std::string::npos);
+        }
+        Expect_Same_Row();
+        EXPECT_EQ(Error_Log(), "");
+        ASSERT_FALSE(HasFailure()) << "flight " << i;
+        Kill_Simulator();
+        Start_Anew();
+    }
+    EXPECT_GT(killed_in_flight, 40);
+}
+
+TEST_F(Cli_Flights, Go_on_when_the_simulator_comes_back_at_the_same_moment) {
+    Fly_Unbroken();
+    constexpr int in_cruise_s = 300;
+    Start_Simulator();
+    Child_Process process(Command(fly));
+    ASSERT_TRUE(process.Read_Until(Took_Off)) << process.Errors();
+    Kill_Simulator();
+    const bool told = [&] {
+        for (int i = 0; i < 200 && process.Errors().find("Interrupted") == std::string::npos; ++i)
+            process.Read_Until([](const std::string&) { return false; }, milliseconds(50));
+        return process.Errors().find(
+                   "Norvane Interrupted: The connection to Flight Simulator has been interrupted.  "
+                   "Norvane has entered pause mode.  Please click 'Resume' to continue when you "
+                   "verify that Flight Simulator is running.") != std::string::npos;
+    }();
+    EXPECT_TRUE(told) << process.Errors();
+    Start_Simulator(in_cruise_s);
+    ASSERT_EQ(process.Wait(), 0) << process.Errors();
+    EXPECT_NE(process.Errors().find("The flight goes on."), std::string::npos);
+    Expect_Same_Row();
+}
+
+TEST_F(Cli_Flights, Are_given_up_in_time_and_resumed_later) {
+    Fly_Unbroken();
+    Start_Simulator();
+    Child_Process process(Command({"fly", "--time-scale", "1000", "--give-up", "10"}));
+    ASSERT_TRUE(process.Read_Until(Took_Off)) << process.Errors();
+    Kill_Simulator();
+    EXPECT_EQ(process.Wait(), 3);
+    EXPECT_TRUE(Rows().empty());
+    Start_Simulator(300);
+    EXPECT_EQ(Fly().status, 0);
+    Expect_Same_Row();
+}
+
+TEST_F(Cli_Flights, Ended_by_a_signal_are_stored_and_resumed_or_dropped) {
+    Fly_Unbroken();
+    Start_Simulator();
+    for (const bool dropped : {false, true}) {
+        Child_Process process(Command(fly));
+        ASSERT_TRUE(process.Read_Until(Took_Off)) << process.Errors();
+        process.Send(SIGTERM);
+        EXPECT_EQ(process.Wait(), 1);
+        EXPECT_TRUE(Rows().empty());
+        if (!dropped) {
+            EXPECT_EQ(Fly().status, 0);
+            Expect_Same_Row();
+        } else {
+            Kill_Simulator();
+            Start_Simulator();
+            EXPECT_EQ(Run({"fly", "--new", "--time-scale", "1000"}).status, 0);
+            Expect_Same_Row();
+            EXPECT_TRUE(std::filesystem::exists(home / "logs" / "My Flight Log.unsaved"));
+        }
+        Kill_Simulator();
+        Start_Anew();
+        Start_Simulator();
+    }
+}
+
+TEST_F(Cli_Flights, Are_logged_once_with_auto_log_too_and_leave_a_pirep) {
+    for (const auto* name : {"OPT_AutoLog", "OPT_PIREP"})
+        ASSERT_EQ(Run({"settings", "set", name, "True"}).status, 0);
+    Start_Simulator();
+    const auto result =
+        Run({"fly", "--time-scale", "1000", "--flight-number", "NV 7", "--aircraft", "B738"});
+    ASSERT_EQ(result.status, 0) << result.errors;
+    const auto rows = Rows();
+    ASSERT_EQ(rows.size(), 1U);
+    EXPECT_EQ(rows[0][1], "B738");
+    EXPECT_EQ(rows[0][20], "NV 7");
+    const auto mark = result.output.find("PIREP: ");
+    ASSERT_NE(mark, std::string::npos);
+    const std::string path(Before(result.output.substr(mark + 7), "\n"));
+    const std::string line = Read_File(path);
+    EXPECT_EQ(Split(line, '|').size(), 52U);
+    EXPECT_NE(line.find("|" + rows[0][5] + "|"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace norvane::test

@@ -1,0 +1,47 @@
+#pragma once
+// norvane-cli and norvane-sim as a pilot starts them: processes with a program directory, a store
+// and a socket of their own.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/child_process.h"
+
+namespace norvane::test {
+
+class Cli_World : public testing::Test {
+  protected:
+    Cli_World();
+    ~Cli_World() override;
+
+    /// A stand-in that flies the short jet hop and moves on five seconds with each sampling step,
+    /// from `at_s` on. Returns when it listens.
+    void Start_Simulator(int at_s = 0);
+    void Kill_Simulator() { m_simulator.reset(); }
+
+    /// The command line of norvane-cli with this world's places, then `arguments`.
+    [[nodiscard]] std::vector<std::string> Command(std::vector<std::string> arguments) const;
+    [[nodiscard]] Run_Result Run(std::vector<std::string> arguments) const {
+        return Run_Program(Command(std::move(arguments)));
+    }
+    /// Flies to the gate without trouble.
+    [[nodiscard]] Run_Result Fly() const { return Run(fly); }
+    /// The fields of the log's rows.
+    [[nodiscard]] std::vector<std::vector<std::string>> Rows() const;
+    [[nodiscard]] std::string Error_Log() const;
+    /// A program directory and store without a flight.
+    void Start_Anew();
+
+    std::filesystem::path directory;
+    std::filesystem::path home;
+    const std::vector<std::string> fly{"fly", "--time-scale", "1000"};
+
+  private:
+    std::unique_ptr<Child_Process> m_simulator;
+};
+
+}  // namespace norvane::test
