@@ -54,8 +54,8 @@ std::string Decimal_Hours(int minutes) {
 }
 
 std::string Hours_And_Minutes(int minutes) {
-    return Format_Whole(minutes / minutes_per_hour) + ":" +
-           Format_Whole(minutes % minutes_per_hour, 2);
+    const int hours = minutes / minutes_per_hour;
+    return Format_Whole(hours) + ":" + Format_Whole(minutes % minutes_per_hour, 2);
 }
 
 }  // namespace norvane

@@ -39,7 +39,7 @@ std::string_view Last_Component(std::string_view directory) {
 /// The directory that holds "aircraft.cfg", as the simulator writes it, with a final separator.
 std::string Configuration_Directory(const Flight_State& state, const std::string& aircraft_file) {
     const auto cut = aircraft_file.find_last_of(separators);
-    const std::string aircraft_directory =
+    std::string aircraft_directory =
         cut == std::string::npos ? std::string() : aircraft_file.substr(0, cut + 1);
     if (state.simulator_name != "FSX")
         return state.simulator_directory + aircraft_directory;
