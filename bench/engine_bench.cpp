@@ -1,0 +1,170 @@
+// One sampling step of the engine in cruise, within the process and over the Unix socket, its
+// flight stored in SQLite each time. The target over the socket is 1 ms.
+
+#include <benchmark/benchmark.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "acars/cls_acars.h"
+#include "acars/cls_utc.h"
+#include "common/system_clock.h"
+#include "common/timer_queue.h"
+#include "config/cls_app_settings.h"
+#include "config/cls_va_settings.h"
+#include "config/sqlite_store.h"
+#include "simlink/in_process_transport.h"
+#include "simlink/link_server.h"
+#include "simlink/mod_fsuipc.h"
+#include "simlink/offset_area.h"
+#include "simlink/socket_transport.h"
+
+namespace norvane {
+namespace {
+
+class Idle_Desktop : public Desktop {
+  public:
+    explicit Idle_Desktop(Clock& clock) : m_timers(clock) {}
+    void Set_Busy(bool) override {}
+    Answer Show_Message(const Message_Box& box) override { throw std::runtime_error(box.text); }
+    void Process_Events() override {}
+    bool Wait_Until(const std::function<bool()>& condition, std::chrono::milliseconds) override {
+        return condition();
+    }
+    [[nodiscard]] Timer_Queue& Timers() override { return m_timers; }
+
+  private:
+    Timer_Queue m_timers;
+};
+
+/// A report would mean that something else was measured than a step.
+class Fatal_Error_Log : public Error_Log {
+  public:
+    void Append(const std::string& entry) override {
+        std::fprintf(stderr, "%s\n", entry.c_str());
+        std::abort();
+    }
+};
+
+/// A program directory that is gone afterwards, with a world of one airport.
+class Program_Directory {
+  public:
+    Program_Directory() {
+        std::string name =
+            (std::filesystem::temp_directory_path() / "norvane-bench-XXXXXX").string();
+        if (::mkdtemp(name.data()) == nullptr)
+            throw std::runtime_error("no temporary directory");
+        m_path = name;
+        std::filesystem::create_directory(m_path / "bin");
+        std::FILE* world = std::fopen((m_path / "bin" / "fs9.wld").c_str(), "w");
+        if (world == nullptr || std::fputs("0|0|0|NULL|Null Island\n", world) < 0)
+            throw std::runtime_error("no world file");
+        std::fclose(world);
+    }
+    ~Program_Directory() {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    Program_Directory(const Program_Directory&) = delete;
+    Program_Directory& operator=(const Program_Directory&) = delete;
+    [[nodiscard]] const std::filesystem::path& Path() const { return m_path; }
+
+  private:
+    std::filesystem::path m_path;
+};
+
+/// An engine that has been brought to cruise through this transport.
+class Cruise {
+  public:
+    Cruise(Transport& transport, Offset_Area& area)
+        : m_store(m_directory.Path() / "settings.sqlite"),
+          m_services{m_desktop, m_store, m_clock, m_error_log, Regional{}, m_directory.Path()},
+          m_link(transport, m_clock),
+          m_settings(m_services),
+          m_airline(m_services),
+          m_utc(m_clock),
+          m_engine({m_services, m_link, m_settings, m_airline, m_utc}) {
+        area.Set(Variable::parking_brake, 0);
+        area.Set(Variable::on_ground, 1);
+        area.Set(Variable::engine_type, engine_kind::jet);
+        area.Set(Variable::engine_count, 4);
+        std::string failure;
+        if (!m_engine.Start(failure, {}))
+            throw std::runtime_error(failure);
+        m_engine.Refresh();
+        area.Set(Variable::on_ground, 0);
+        area.Set(Variable::altitude_ft, 35000);
+        m_engine.Refresh();
+        if (m_engine.TIME_OFF().empty())
+            throw std::runtime_error("the flight is not in the air");
+        const auto fail = [this](const std::string&) { m_failed = true; };
+        m_engine.events.FSClosed.connect(fail);
+        m_engine.events.Error.connect(fail);
+    }
+
+    void Measure(benchmark::State& state) {
+        std::size_t steps = 0;
+        m_engine.events.FSTime.connect([&](const std::string&) { ++steps; });
+        std::size_t wanted = 0;
+        for (auto _ : state) {
+            m_engine.Refresh();
+            ++wanted;
+        }
+        if (m_failed || steps != wanted)
+            state.SkipWithError("a step failed");
+    }
+
+  private:
+    Program_Directory m_directory;
+    System_Clock m_clock;
+    Idle_Desktop m_desktop{m_clock};
+    Sqlite_Store m_store;
+    Fatal_Error_Log m_error_log;
+    Services m_services;
+    modFSUIPC m_link;
+    clsAppSettings m_settings;
+    clsVASettings m_airline;
+    clsUTC m_utc;
+    clsACARS m_engine;
+    bool m_failed = false;
+};
+
+void Refresh_In_Process(benchmark::State& state) {
+    Offset_Area area;
+    In_Process_Transport transport(area);
+    Cruise(transport, area).Measure(state);
+}
+BENCHMARK(Refresh_In_Process)->UseRealTime()->Unit(benchmark::kMicrosecond);
+
+/// Target: at most 1 ms.
+void Refresh_Over_Unix_Socket(benchmark::State& state) {
+    using namespace std::chrono_literals;
+    const Link_Address address{
+        std::filesystem::temp_directory_path() / ("norvane-step-" + std::to_string(::getpid())), "",
+        0};
+    Offset_Area area;
+    Link_Server server(address, area);
+    const int wake = ::eventfd(0, EFD_CLOEXEC);
+    std::thread simulator([&] {
+        while (!server.Serve(10s, wake)) {
+        }
+    });
+    {
+        Socket_Transport transport(address);
+        Cruise(transport, area).Measure(state);
+    }
+    ::eventfd_write(wake, 1);
+    simulator.join();
+    ::close(wake);
+}
+BENCHMARK(Refresh_Over_Unix_Socket)->UseRealTime()->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+}  // namespace norvane
