@@ -7,10 +7,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -132,24 +134,25 @@ double Sqlite_Seconds(const fs::path& log) {
     return seconds;
 }
 
+/// The best time of each side counts: what else the machine does slows single runs.
 void Load_And_Sort(benchmark::State& state) {
     Big_Log& log = The_Log();
-    double best_sqlite = Sqlite_Seconds(log.path);
-    double ours = 0;
+    double best_sqlite = std::min(Sqlite_Seconds(log.path), Sqlite_Seconds(log.path));
+    double best_ours = std::numeric_limits<double>::max();
     for ([[maybe_unused]] auto iteration : state) {
         Log_File file(log.services, log.path);
         Log_Table table;
-        ours += Timed([&] { file.Load_XArray(table); });
+        best_ours = std::min(best_ours, Timed([&] { file.Load_XArray(table); }));
         if (table.Row_Count() != flights)
             state.SkipWithError("not all flights were loaded");
     }
     best_sqlite = std::min(best_sqlite, Sqlite_Seconds(log.path));
     state.counters["file_MB"] = log.size / 1e6;
     state.counters["sqlite3_s"] = best_sqlite;
-    state.counters["times_faster_than_sqlite3"] =
-        best_sqlite * static_cast<double>(state.iterations()) / ours;
+    state.counters["best_load_s"] = best_ours;
+    state.counters["times_faster_than_sqlite3"] = best_sqlite / best_ours;
 }
-BENCHMARK(Load_And_Sort)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(Load_And_Sort)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2);
 
 void Copy_And_Flush(const fs::path& from, const fs::path& to) {
     Copy_File(from, to);

@@ -43,12 +43,11 @@ fs::path Reserve(const fs::path& log, std::string_view ending) {
     }
 }
 
-/// Fills a name that was taken by `Reserve`; what cannot be filled is given back.
-template <class Fill>
-fs::path Reserve_And_Fill(const fs::path& log, std::string_view ending, const Fill& fill) {
+/// Writes a file under a name of its own; a name that cannot be filled is given back.
+fs::path Write_New(const fs::path& log, std::string_view ending, std::string_view content) {
     fs::path file = Reserve(log, ending);
     try {
-        fill(file);
+        Write_File_Atomically(file, content);
     } catch (...) {
         std::error_code ignored;
         fs::remove(file, ignored);
@@ -57,16 +56,13 @@ fs::path Reserve_And_Fill(const fs::path& log, std::string_view ending, const Fi
     return file;
 }
 
-fs::path Write_New(const fs::path& log, std::string_view ending, std::string_view content) {
-    return Reserve_And_Fill(log, ending,
-                            [&](const fs::path& file) { Write_File_Atomically(file, content); });
-}
-
-/// Copies so that `to` is the old file or the new one.
+/// Copies so that `to` is never half a file.
 void Copy_Whole(const fs::path& from, const fs::path& to) {
     const fs::path half = to.parent_path() / ("." + to.filename().string() + ".half");
     try {
         Copy_File(from, half);
+        // A file renamed over another is sent to the disk at once, which every load would wait for.
+        fs::remove(to);
         fs::rename(half, to);
     } catch (...) {
         std::error_code ignored;
@@ -124,7 +120,7 @@ fs::path Keep_Skipped(const fs::path& log, std::string_view lines) {
 }
 
 fs::path Keep_Other(const fs::path& log) {
-    return Reserve_And_Fill(log, ".other", [&](const fs::path& file) { Copy_Whole(log, file); });
+    return Write_New(log, ".other", Read_File(log));
 }
 
 fs::path Write_Unsaved(Services& services, const fs::path& log, std::string_view lines) {
