@@ -63,7 +63,7 @@ int Log_Totals_Line(Session& session, const std::string& name) {
 int Settings_List(Session& session) {
     const clsAppSettings settings(session.Outside());
     for (const auto& [name, value] : List_Settings(settings))
-        Print(name + "=" + value);
+        Print(fmt::format("{}={}", name, value));
     return exit_status::done;
 }
 

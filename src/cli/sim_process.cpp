@@ -45,6 +45,7 @@ Sim_Process::Sim_Process(const std::filesystem::path& program, std::vector<std::
     arguments.insert(arguments.begin(), program.string());
     arguments.insert(arguments.end(), {"--listen", m_address});
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (auto& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);
