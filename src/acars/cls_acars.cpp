@@ -61,6 +61,10 @@ bool clsACARS::Is_Stepping() const {
     return m_engine->Is_Stepping();
 }
 
+bool clsACARS::Was_Stored() const {
+    return m_engine->Was_Stored();
+}
+
 const std::string& clsACARS::TIME_OUT() const {
     return m_engine->State().At(Block_Event::out).time_utc;
 }

@@ -67,6 +67,9 @@ class clsACARS {
 
     /// True while `Start` or a step runs.
     [[nodiscard]] bool Is_Stepping() const;
+    /// False when what the step before stored, listeners' writes included, was lost with its
+    /// transaction.
+    [[nodiscard]] bool Was_Stored() const;
     [[nodiscard]] const std::string& TIME_OUT() const;
     [[nodiscard]] const std::string& TIME_OFF() const;
     [[nodiscard]] const std::string& TIME_ON() const;

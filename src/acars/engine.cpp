@@ -76,12 +76,11 @@ void ACARS_Engine::Raise_Held_Events(std::string_view procedure, bool end_of_ste
     for (const auto& raise : held)
         Guarded(services, procedure, Show::silent, raise);
     if (end_of_step) {
-        Persist(m_context);
+        Persist(m_context, Show::silent);
         Guarded(services, procedure, Show::silent,
                 [&] { m_context.events.FSTime.emit(m_context.output.simulator_time); });
     }
-    if (batch)
-        Guarded(services, procedure, Show::silent, [&] { batch->Commit(); });
+    m_stored = batch && Guarded(services, procedure, Show::silent, [&] { batch->Commit(); });
 }
 
 /// Ends a step; what waited for its end runs now.
@@ -205,7 +204,7 @@ void ACARS_Engine::ReStart(bool& success) {
 
 void ACARS_Engine::Paused() {
     Run_When_Free([this] {
-        Persist(m_context);
+        Persist(m_context, Show::box);
         m_context.events.Paused.emit();
     });
 }

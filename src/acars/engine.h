@@ -47,6 +47,7 @@ class ACARS_Engine {
     void Write_Message_To_FS(std::string_view text);
 
     [[nodiscard]] bool Is_Stepping() const { return m_stepping; }
+    [[nodiscard]] bool Was_Stored() const { return m_stored; }
     [[nodiscard]] const Flight_State& State() const { return m_context.state; }
 
     std::string form_icao_depart;
@@ -65,6 +66,8 @@ class ACARS_Engine {
 
     Engine_Context m_context;
     bool m_stepping = false;
+    /// The last transaction of a step went through.
+    bool m_stored = true;
     /// Whoever opened the link closes it.
     bool m_opened_link = false;
     /// Why the last `Gather` failed, when it was no read.

@@ -170,7 +170,7 @@ void Initialise(Engine_Context& engine, bool resume) {
 }  // namespace
 
 void Init_ACARS(Engine_Context& engine, bool resume) {
-    Guarded(engine.services, "clsACARS.Init_ACARS()", Show::silent,
+    Guarded(engine.services, "clsACARS.Init_ACARS()", Show::box,
             [&] { Initialise(engine, resume); });
 }
 

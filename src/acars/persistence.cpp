@@ -156,13 +156,13 @@ void Take_Phase(Flight_State& state, const std::string& text) {
 
 }  // namespace
 
-void Persist(Engine_Context& engine) {
+void Persist(Engine_Context& engine, Show show) {
     Flight_State& state = engine.state;
     const bool in_flight =
         !state.At(Block_Event::off).time_utc.empty() && state.At(Block_Event::in).time_utc.empty();
     if (!in_flight)
         return;
-    Guarded(engine.services, "clsACARS.Persist()", Show::silent, [&] {
+    Guarded(engine.services, "clsACARS.Persist()", show, [&] {
         Settings_Batch batch(engine.services.settings);
         engine.services.settings.Set(section, phase_key,
                                      Format_Whole(static_cast<std::int32_t>(state.phase)));
@@ -176,7 +176,7 @@ void Persist(Engine_Context& engine) {
 
 void Restore(Engine_Context& engine) {
     Flight_State& state = engine.state;
-    Guarded(engine.services, "clsACARS.Restore()", Show::silent, [&] {
+    Guarded(engine.services, "clsACARS.Restore()", Show::box, [&] {
         Settings_Store& store = engine.services.settings;
         Take_Phase(state, store.Get(section, phase_key));
         // Where the store does not say otherwise, an aircraft that was flying had climbed.

@@ -7,17 +7,17 @@
 
 #include "acars/flight_state.h"
 #include "common/great_circle.h"
+#include "common/log_error.h"
 
 namespace norvane {
 
 struct Engine_Context;
 struct Services;
 
-/// Writes the flight when it is between OFF and IN, nothing otherwise. Failures are in the error
-/// log.
-void Persist(Engine_Context& engine);
-/// Takes the stored flight into the state. A coordinate that cannot be read ends it and is in the
-/// error log.
+/// Writes the flight when it is between OFF and IN, nothing otherwise. Failures are reported.
+void Persist(Engine_Context& engine, Show show);
+/// Takes the stored flight into the state. A coordinate that cannot be read ends it and is
+/// reported.
 void Restore(Engine_Context& engine);
 
 /// What the store holds of a flight in progress, without taking it up.

@@ -2,6 +2,7 @@
 
 #include "acarspanel/uc_acars.h"
 
+#include <optional>
 #include <string>
 
 #include "acars/cls_acars.h"
@@ -102,9 +103,10 @@ void ucACARS::FlightON() {
     Persist();
 }
 
-/// The step's figures have all arrived: what changed in the air is stored with them.
+/// The step's figures have all arrived: what changed in the air is stored with them, and what a
+/// failed transaction of the step before took away.
 void ucACARS::Step_Ended() {
-    if (m_changed && Airborne())
+    if ((m_changed || !m_objACARS->Was_Stored()) && Airborne())
         Persist();
 }
 
@@ -152,11 +154,13 @@ void ucACARS::Interruption(std::string_view event) {
     Guarded(m_services, event, Show::silent, [&] {
         if (!tmr.Enabled() || m_paused)
             return;
-        {
-            const Settings_Batch batch(m_services.settings);
-            ACARS_MODE();
-            Persist();
-        }
+        // A store that fails must not keep the flight from pausing.
+        std::optional<Settings_Batch> batch;
+        Guarded(m_services, event, Show::silent, [&] { batch.emplace(m_services.settings); });
+        ACARS_MODE();
+        Persist();
+        if (batch)
+            Guarded(m_services, event, Show::silent, [&] { batch->Commit(); });
         Interrupted.emit();
         m_services.desktop.Show_Message(
             {"The connection to Flight Simulator has been interrupted.  "

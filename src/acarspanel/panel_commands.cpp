@@ -126,14 +126,19 @@ bool ucACARS::ACARS_LOG() {
         const Busy_Cursor busy(m_services.desktop);
         m_weather_awaited = false;
         Create_Log_Entry();
+        if (m_finish != Finish::none)
+            Note_Row_To_Be_Logged();
         m_objNewLogEntry.New_Log_Entry_Save();
-        if (m_saved && m_finish != Finish::none) {
+        const bool complete = m_saved && m_finish != Finish::none;
+        if (complete) {
             m_finish = Finish::logged;
             Keep_Old_Values();
-            Delete_Stored_Flight(m_services);
         }
         if (m_settings.OPT_PIREP())
             m_objNewLogEntry.Export_ACARS_Report();
+        // Last, so that a store that fails costs no report.
+        if (complete)
+            Delete_Stored_Flight(m_services);
     });
     return m_saved;
 }

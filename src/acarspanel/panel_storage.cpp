@@ -2,17 +2,49 @@
 
 #include "acarspanel/uc_acars.h"
 
+#include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "acars/cls_acars.h"
 #include "acarspanel/panel_fields.h"
 #include "common/code_page.h"
 #include "common/date_time.h"
+#include "common/line_reader.h"
 #include "common/log_error.h"
 #include "common/services.h"
+#include "flightlog/log_columns.h"
 #include "logentry/cls_log_entry.h"
 
 namespace norvane {
+
+namespace {
+
+constexpr std::string_view logging_key = "Logging";
+
+}  // namespace
+
+/// The log and the store cannot be written in one stroke. A program that ends between the two knows
+/// by this row, when it starts again, that the stored flight is in the log already.
+void ucACARS::Note_Row_To_Be_Logged() {
+    Guarded(m_services, "ucACARS.Persist()", Show::silent, [&] {
+        m_services.settings.Set(flight_section, logging_key, Log_Line(m_objNewLogEntry));
+    });
+}
+
+bool ucACARS::Stored_Flight_Is_Logged() {
+    bool found = false;
+    Guarded(m_services, "ucACARS.Restore()", Show::silent, [&] {
+        const std::string row = m_services.settings.Get(flight_section, logging_key);
+        const std::filesystem::path log = m_settings.FlightLog_Path();
+        if (row.empty() || !std::filesystem::exists(log))
+            return;
+        const std::string content = Read_File(log);
+        for (Line_Reader reader(content); !found && reader.Next();)
+            found = reader.Line() == row;
+    });
+    return found;
+}
 
 void ucACARS::Create_Log_Entry() {
     Guarded(m_services, "ucACARS.Create_Log_Entry()", Show::box, [&] {
@@ -60,7 +92,8 @@ void ucACARS::Persist() {
         if (Airborne()) {
             m_changed = false;
             Create_Log_Entry();
-            m_objNewLogEntry.Persist();
+            if (!m_objNewLogEntry.Persist())
+                m_changed = true;
         } else if (!at_gate || settled) {
             Delete_Stored_Flight(m_services);
         }
@@ -71,6 +104,10 @@ void ucACARS::Restore() {
     Guarded(m_services, "ucACARS.Restore()", Show::box, [&] {
         const clsLogEntry& entry = m_objNewLogEntry;
         m_resume = !entry.Get(Log_Field::FLIGHT_DATE).empty();
+        if (m_resume && Stored_Flight_Is_Logged()) {
+            Delete_Stored_Flight(m_services);
+            m_resume = false;
+        }
         if (!m_resume)
             return;
         for (const Panel_Field& row : Panel_Fields()) {

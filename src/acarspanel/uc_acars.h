@@ -205,6 +205,8 @@ class ucACARS {
     void NewLogEntrySaveFail();
 
     void Create_Log_Entry();
+    void Note_Row_To_Be_Logged();
+    [[nodiscard]] bool Stored_Flight_Is_Logged();
     void Persist();
     void Restore();
     [[nodiscard]] bool Airborne() const;

@@ -117,8 +117,8 @@ bool clsLogEntry::Export_ACARS_Report() {
     });
 }
 
-void clsLogEntry::Persist() {
-    Guarded(m_services, "clsLogEntry.Persist()", Show::box, [&] {
+bool clsLogEntry::Persist() {
+    return Guarded(m_services, "clsLogEntry.Persist()", Show::box, [&] {
         Settings_Batch batch(m_services.settings);
         For_Each_Stored(m_fields, m_optional, m_airline,
                         [&](const std::string& key, const std::string& text) {

@@ -46,7 +46,8 @@ class clsLogEntry {
     bool Export_ACARS_Report();
     /// The 52 values of the PIREP line joined by "|".
     [[nodiscard]] std::string PIREP_Line() const;
-    void Persist();
+    /// Stores the flight in progress; false when that failed (reported).
+    bool Persist();
     void Restore();
 
     sigc::signal<void()> NewLogEntrySave;

@@ -154,6 +154,22 @@ TEST_F(Panel_Commands, A_log_that_cannot_save_is_told_and_the_flight_stays_store
     EXPECT_EQ(desktop.boxes.size(), 1U);
 }
 
+TEST_F(Panel_Commands, A_program_that_ends_behind_its_row_does_not_log_the_flight_again) {
+    log_saves = false;
+    Fly();
+    Panel().hypLog.Click();
+    Kill();
+    Begin();
+    EXPECT_TRUE(Panel().Is_Resumable()) << "the log does not have it yet";
+    // The row stands in the file, but the program did not get to say so.
+    Write(Settings().FlightLog_Path(), "other\r\n" + log.back() + "\r\n");
+    Kill();
+    Begin();
+    EXPECT_FALSE(Panel().Is_Resumable());
+    EXPECT_EQ(Panel().lblTimeOff.Text(), "");
+    EXPECT_FALSE(Is_Stored());
+}
+
 TEST_F(Panel_Commands, The_gate_waits_for_the_weather_but_not_for_ever) {
     Settings().Set_OPT_AutoLog(true);
     Fly_To_The_Runway();
