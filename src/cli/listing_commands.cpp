@@ -8,6 +8,7 @@
 
 #include "cli/exit_status.h"
 #include "common/code_page.h"
+#include "common/run_error.h"
 #include "common/text.h"
 #include "config/airline_list.h"
 #include "config/cls_app_settings.h"
@@ -28,6 +29,21 @@ void Print(std::string_view text) {
 Log_Table Named_Log(Session& session, const std::string& name) {
     const clsAppSettings settings(session.Outside());
     return Read_Log(session.Outside(), name.empty() ? settings.FlightLog() : From_Utf8(name));
+}
+
+/// Figures of one flight have one unit: units stay while a flight waits to be taken up again.
+void Refuse_Units_Of_Stored_Flight(Session& session, std::string_view name) {
+    constexpr std::array<std::string_view, 3> units{"ACARS_Time", "ACARS_Fuel", "ACARS_Weight"};
+    const bool is_unit = std::any_of(units.begin(), units.end(), [&](std::string_view unit) {
+        return Equal_No_Case(unit, name);
+    });
+    if (is_unit && !clsLogEntry(session.Outside()).Get(Log_Field::FLIGHT_DATE).empty()) {
+        throw Run_Error(
+            error_number::permission_denied,
+            fmt::format("{} cannot be changed while a flight is stored: finish it, or drop it with "
+                        "\"fly --new\"",
+                        name));
+    }
 }
 
 /// The names of the values that a PIREP carries, in its order, for those who write "pirep.cfg".
@@ -75,6 +91,7 @@ int Settings_Get(Session& session, const std::string& name) {
 
 int Settings_Set(Session& session, const std::string& name, const std::string& value) {
     clsAppSettings settings(session.Outside());
+    Refuse_Units_Of_Stored_Flight(session, name);
     Set_Setting_Text(settings, From_Utf8(name), From_Utf8(value));
     // A failed save has been reported already.
     return settings.Save_Settings() ? exit_status::done : exit_status::failed;

@@ -7,6 +7,8 @@
 #include "common/file_writer.h"
 #include "common/line_reader.h"
 #include "common/run_error.h"
+#include "config/sqlite_store.h"
+#include "logentry/cls_log_entry.h"
 
 namespace norvane::test {
 namespace {
@@ -44,6 +46,9 @@ TEST_F(Cli_Commands, Keep_settings_and_refuse_what_does_not_fit) {
         EXPECT_FALSE(result.errors.empty()) << name;
     }
     EXPECT_EQ(Run({"settings", "get", "ACARS_Fuel"}).output, "0\n");
+    const auto date_key = std::to_string(Row_Of(Log_Field::FLIGHT_DATE).store_key);
+    Sqlite_Store(home / "settings.sqlite").Set(flight_section, date_key, "3/14/2026");
+    EXPECT_EQ(Run({"settings", "set", "acars_fuel", "1"}).status, 1) << "a flight is stored";
     EXPECT_EQ(Run({"settings", "set", "ACARS_UseTime", "1"}).status, 0);
     EXPECT_EQ(Run({"fly", "--time-scale", "2"}).status, 2) << "scaled timers, real clock";
 }
