@@ -4,6 +4,10 @@
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
+# What the tests of a folder need from outside: net/ talks to servers of its own.
+pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
+set(NORVANE_TEST_LIBRARIES_net PkgConfig::HTTPLIB)
+
 file(GLOB support_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/support/*.cpp")
 if(support_sources)
   # Links common/ alone: what a helper needs beyond that comes from the library of the test that uses it.
@@ -27,7 +31,7 @@ function(norvane_add_tests folder)
   endif()
   set(target test_${folder})
   add_executable(${target} ${sources})
-  target_link_libraries(${target} PRIVATE norvane_test_support GTest::gmock_main)
+  target_link_libraries(${target} PRIVATE norvane_test_support GTest::gmock_main ${NORVANE_TEST_LIBRARIES_${folder}})
 
   set(uses norvane_${folder})
   if(NOT TARGET norvane_${folder} OR folder STREQUAL "app" OR folder STREQUAL "cli")

@@ -1,0 +1,175 @@
+#include "net/http_client.h"
+
+#include <curl/curl.h>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "common/services.h"
+#include "common/text.h"
+#include "net/http_failure.h"
+
+namespace norvane {
+
+using std::chrono::microseconds;
+using std::chrono::milliseconds;
+
+/// One request and its answer, of which a redirected request needs several.
+struct Http_Client::Exchange {
+    std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> easy{curl_easy_init(), &curl_easy_cleanup};
+    std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers{nullptr,
+                                                                        &curl_slist_free_all};
+    std::string answer;
+    std::size_t most_bytes = 0;
+    milliseconds time_left{0};
+    long status = 0;
+    std::string location;
+};
+
+namespace {
+
+using Multi = std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)>;
+
+/// How long the thread may sit waiting for the network before events are handled again.
+constexpr int longest_wait_ms = 5;
+
+/// The program's file name without extension, by which it presents itself to servers.
+std::string Agent_Name() {
+    std::error_code failure;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", failure);
+    return failure ? Lower(product_name) : program.stem().string();
+}
+
+template <class Target>
+std::size_t Take_Bytes(const char* bytes, std::size_t one, std::size_t count, void* target) {
+    auto& exchange = *static_cast<Target*>(target);
+    const std::size_t room = exchange.most_bytes - exchange.answer.size();
+    exchange.answer.append(bytes, std::min(one * count, room));
+    return std::min(one * count, room);
+}
+
+}  // namespace
+
+Http_Client::Http_Client(Desktop& desktop, Http_Options options)
+    : m_desktop(desktop), m_options(std::move(options)) {}
+
+std::string Http_Client::Request(const Http_Request& request) {
+    if (m_busy)
+        throw Run_Error(error_number::invalid_call, "Another request is still running");
+    m_busy = true;
+    m_cancelled = false;
+    const auto free = [](bool* busy) { *busy = false; };
+    const std::unique_ptr<bool, decltype(free)> until_done(&m_busy, free);
+    return Follow(request);
+}
+
+std::string Http_Client::Follow(const Http_Request& request) {
+    Http_Hop hop{request.verb, Request_Address(request.host, request.path)};
+    static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
+    const Multi multi(ready == CURLE_OK ? curl_multi_init() : nullptr, &curl_multi_cleanup);
+    if (!multi)
+        throw Http_Error(internet_open);
+
+    milliseconds time_left = m_options.all_within;
+    for (int redirects = 0; redirects <= m_options.most_redirects; ++redirects) {
+        Exchange exchange;
+        exchange.most_bytes = m_options.most_bytes;
+        exchange.time_left = time_left;
+        Prepare(exchange, hop, request.body);
+        Perform(multi.get(), exchange);
+        const auto next = Next_Hop(hop, exchange.status, exchange.location);
+        if (!next)
+            return std::move(exchange.answer);
+        hop = *next;
+        time_left = exchange.time_left;
+        if (time_left <= milliseconds::zero())
+            break;
+    }
+    throw Http_Error(http_send_request);
+}
+
+void Http_Client::Prepare(Exchange& exchange, const Http_Hop& hop, const std::string& body) const {
+    CURL* easy = exchange.easy.get();
+    if (easy == nullptr)
+        throw Http_Error(internet_open);
+    // A header without a value takes away what the library would send by itself.
+    for (const char* header : {"Accept:", "Expect:", "Pragma: no-cache",
+                               "Content-Type: application/x-www-form-urlencoded"}) {
+        const bool of_post = std::string_view(header).starts_with("Content-Type");
+        if (of_post && hop.verb != Http_Verb::post)
+            continue;
+        curl_slist* longer = curl_slist_append(exchange.headers.get(), header);
+        if (longer == nullptr)
+            throw Http_Error(http_open_request);
+        static_cast<void>(exchange.headers.release());
+        exchange.headers.reset(longer);
+    }
+    if (curl_easy_setopt(easy, CURLOPT_URL, hop.address.c_str()) != CURLE_OK ||
+        curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https") != CURLE_OK)
+        throw Http_Error(http_open_request);
+    if (hop.verb == Http_Verb::post) {
+        curl_easy_setopt(easy, CURLOPT_POST, 1L);
+        curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
+        curl_easy_setopt(easy, CURLOPT_POSTFIELDS, body.c_str());
+    }
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, exchange.headers.get());
+    curl_easy_setopt(easy, CURLOPT_USERAGENT, Agent_Name().c_str());
+    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    curl_easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, 1L);
+    curl_easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, 2L);
+    if (!m_options.trusted_certificates.empty())
+        curl_easy_setopt(easy, CURLOPT_CAINFO, m_options.trusted_certificates.c_str());
+    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS,
+                     static_cast<long>(m_options.connect_within.count()));
+    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(exchange.time_left.count()));
+    // A name that is still being looked up must not hold up the end of the request.
+    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Take_Bytes<Exchange>);
+    curl_easy_setopt(easy, CURLOPT_WRITEDATA, &exchange);
+}
+
+void Http_Client::Perform(void* carrier, Exchange& exchange) {
+    CURL* easy = exchange.easy.get();
+    if (curl_multi_add_handle(carrier, easy) != CURLM_OK)
+        throw Http_Error(internet_open);
+    const auto take_out = [carrier](CURL* added) { curl_multi_remove_handle(carrier, added); };
+    const std::unique_ptr<CURL, decltype(take_out)> added(easy, take_out);
+    const int result = Wait_For(carrier);
+
+    curl_off_t duration_us = 0;
+    curl_off_t ready_after_us = 0;
+    char* location = nullptr;
+    curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &exchange.status);
+    curl_easy_getinfo(easy, CURLINFO_TOTAL_TIME_T, &duration_us);
+    curl_easy_getinfo(easy, CURLINFO_PRETRANSFER_TIME_T, &ready_after_us);
+    curl_easy_getinfo(easy, CURLINFO_REDIRECT_URL, &location);
+    if (m_cancelled)
+        throw Http_Error(http_send_request);
+    const bool status_line_came = exchange.status >= 200;
+    if (result != CURLE_OK && !status_line_came)
+        throw Http_Error(ready_after_us == 0 ? internet_connect : http_send_request);
+    if (location != nullptr)
+        exchange.location = location;
+    exchange.time_left -= std::chrono::duration_cast<milliseconds>(microseconds(duration_us));
+}
+
+int Http_Client::Wait_For(void* carrier) {
+    while (!m_cancelled) {
+        int running = 0;
+        if (curl_multi_perform(carrier, &running) != CURLM_OK)
+            return CURLE_FAILED_INIT;
+        int left = 0;
+        while (const CURLMsg* message = curl_multi_info_read(carrier, &left)) {
+            if (message->msg == CURLMSG_DONE)
+                return message->data.result;
+        }
+        m_desktop.Process_Events();
+        curl_multi_poll(carrier, nullptr, 0, longest_wait_ms, nullptr);
+    }
+    return CURLE_ABORTED_BY_CALLBACK;
+}
+
+}  // namespace norvane

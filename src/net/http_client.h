@@ -1,0 +1,64 @@
+#pragma once
+// One HTTP request at a time, on the program's one thread: while the server is waited for, the
+// desktop goes on handling events. Owned by `clsWinInet`. Certificates are always verified.
+
+#include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <string>
+
+#include "net/http_address.h"
+
+namespace norvane {
+
+class Desktop;
+
+/// The limits of a request. Redirects included, except that each hop connects anew.
+struct Http_Options {
+    std::chrono::milliseconds connect_within{15'000};
+    std::chrono::milliseconds all_within{60'000};
+    std::size_t most_bytes = std::size_t{64} << 20;
+    int most_redirects = 5;
+    /// Certificates to trust instead of the system's; empty: the system's.
+    std::filesystem::path trusted_certificates;
+};
+
+struct Http_Request {
+    Http_Verb verb = Http_Verb::get;
+    /// Both as `Request_Address` takes them.
+    std::string host;
+    std::string path;
+    /// The form of a POST, sent as it is; a GET sends none.
+    std::string body;
+};
+
+class Http_Client {
+  public:
+    explicit Http_Client(Desktop& desktop, Http_Options options = {});
+    Http_Client(const Http_Client&) = delete;
+    Http_Client& operator=(const Http_Client&) = delete;
+
+    /// The answer's bytes whatever its status: an error page is an answer. After the status line no
+    /// failure, time-out or limit is an error; what was read until then is the answer. Raises the
+    /// failures of http_failure.h, and 5 while another request of this client is running.
+    [[nodiscard]] std::string Request(const Http_Request& request);
+    /// Ends the running request, if any, from within an event: it raises `http_send_request`.
+    void Cancel() { m_cancelled = true; }
+    [[nodiscard]] bool Is_Busy() const { return m_busy; }
+
+  private:
+    struct Exchange;
+
+    std::string Follow(const Http_Request& request);
+    void Prepare(Exchange& exchange, const Http_Hop& hop, const std::string& body) const;
+    /// Runs one exchange to its end; raises when no status line came.
+    void Perform(void* carrier, Exchange& exchange);
+    int Wait_For(void* carrier);
+
+    Desktop& m_desktop;
+    Http_Options m_options;
+    bool m_busy = false;
+    bool m_cancelled = false;
+};
+
+}  // namespace norvane

@@ -1,0 +1,34 @@
+#pragma once
+// How a request to a web server fails. Raised by the HTTP client, reported by whoever asked.
+
+#include <string>
+#include <string_view>
+
+#include "common/run_error.h"
+
+namespace norvane {
+
+struct Http_Failure {
+    int number;
+    std::string_view text;
+};
+
+/// Where the numbers of an application's own failures begin: hexadecimal 80040000 in 32 bits.
+inline constexpr int application_error = -2147221504;
+
+/// Neither a host and a path nor a whole address.
+inline constexpr Http_Failure missing_url{application_error + 508, "Missing URL"};
+/// The library cannot be used at all.
+inline constexpr Http_Failure internet_open{application_error + 507, "InternetOpen"};
+/// The host is unknown, refuses, does not answer in time, or its certificate is not trusted.
+inline constexpr Http_Failure internet_connect{application_error + 506, "InternetConnect"};
+/// No request can be made of host and path.
+inline constexpr Http_Failure http_open_request{application_error + 505, "HttpOpenRequest"};
+/// Connected, but no status line came, or the server pointed where no request may go.
+inline constexpr Http_Failure http_send_request{application_error + 504, "HttpSendRequest"};
+
+[[nodiscard]] inline Run_Error Http_Error(const Http_Failure& failure) {
+    return {failure.number, std::string(failure.text)};
+}
+
+}  // namespace norvane
