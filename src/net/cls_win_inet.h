@@ -1,0 +1,84 @@
+#pragma once
+// The program's only network client: reports to the airline, weather, the online network's data.
+// Users make a fresh one for each operation; the ACARS panel keeps one for the network's data. A
+// second operation on a client whose request is still running fails. Operations report their own
+// failures and never raise.
+
+#include <string>
+#include <string_view>
+
+#include "net/http_client.h"
+#include "simdata/cls_ini_file.h"
+
+namespace norvane {
+
+class clsAppSettings;
+class clsVASettings;
+struct Services;
+
+/// What an ACARS report tells besides its addressee.
+struct ACARS_Report {
+    /// Lines separated by CR LF, at least four: time, flight, aircraft or route, kind; then the
+    /// text.
+    std::string message;
+    std::string pilot_id;
+    std::string departure_icao;
+    std::string arrival_icao;
+};
+
+struct Post_Result {
+    /// The request was answered, whatever the script said.
+    bool success = false;
+    /// The answer without blanks around it.
+    std::string answer;
+};
+
+class clsWinInet {
+  public:
+    clsWinInet(Services& services, const clsAppSettings& settings, const clsVASettings& airline,
+               const Http_Options& options = {});
+
+    /// Posts the values of a PIREP, separated by "|", under the active airline's field names, and
+    /// keeps the answer in the file "sr" of the program directory.
+    [[nodiscard]] Post_Result Send_PIREP(std::string_view web_server, std::string_view post_script,
+                                         std::string_view pirep);
+    /// Posts one message as the fields "acars0" to "acars7".
+    [[nodiscard]] Post_Result Send_ACARS_Report(std::string_view web_server,
+                                                std::string_view post_page,
+                                                const ACARS_Report& report);
+
+    /// The airport's METAR from the pilot's weather source, or a line that tells there is none;
+    /// empty when the request or its answer failed, or when the source is "NONE".
+    [[nodiscard]] std::string Get_METAR(std::string_view icao);
+    /// METAR and TAF as a message shows them; empty when the source offers none.
+    [[nodiscard]] std::string Get_WX(std::string_view icao);
+    /// The pilot's line of the online network's data, its ending CR included; empty when the pilot
+    /// is not found, has filed no plan, or the request failed. Field 0 is the call sign, 9 the
+    /// aircraft, 11 and 13 the airports, 12 the altitude, 21 the rules, 30 the route, separated by
+    /// ":".
+    [[nodiscard]] std::string Get_VATSIM_FlightPlan(std::string_view pilot_id);
+
+    /// Ends a running request; its operation fails.
+    void Cancel() { m_client.Cancel(); }
+    [[nodiscard]] bool Is_Busy() const { return m_client.Is_Busy(); }
+
+  private:
+    [[nodiscard]] std::string HTTP_Request(std::string_view host, Http_Verb verb,
+                                           std::string_view path);
+    void Add_Field(std::string_view name, std::string_view value);
+    [[nodiscard]] std::string Get_TAF(std::string_view icao);
+    [[nodiscard]] std::string Get_METAR_TAF(std::string_view icao);
+    /// What a page of the weather source holds as METAR; raises 5 when a mark is missing.
+    [[nodiscard]] std::string Cut_METAR(std::string_view icao, std::string answer);
+    /// Replaces `text` by the text of its first element `tag`, up to any element within.
+    void Strip_HTML(std::string& text, std::string_view tag);
+
+    Services& m_services;
+    const clsAppSettings& m_settings;
+    const clsVASettings& m_airline;
+    Http_Client m_client;
+    clsIniFile m_sources;
+    std::string m_form;
+};
+
+}  // namespace norvane
