@@ -31,8 +31,7 @@ constexpr std::array<Plan_Field, 5> plan_fields{{
 constexpr std::size_t callsign_place = 0;
 constexpr std::size_t pilot_id_place = 1;
 constexpr std::size_t aircraft_place = 9;
-/// One more than the last place used, so that the line's CR stands in a field of its own.
-constexpr std::size_t line_fields = 32;
+constexpr std::size_t line_fields = 31;
 /// How deep a client's entry lies: in a list of the data's outermost object.
 constexpr int entry_depth = 2;
 constexpr int entries_between_events = 50;
@@ -85,7 +84,8 @@ std::string Line_Of(const Json& entry) {
             return {};
         fields.at(field.place) = *value;
     }
-    fields.back() = "\r";
+    // A field of its own, so that no value ends with it.
+    fields.emplace_back("\r");
     return Join(fields, ":");
 }
 

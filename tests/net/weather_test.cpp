@@ -123,24 +123,5 @@ TEST_F(Weather, Nothing_Is_Asked_Without_A_Code_Or_A_Source) {
     EXPECT_THAT(asked, IsEmpty());
 }
 
-TEST_F(Weather, The_Shipped_Sources_Lead_To_Whole_Addresses) {
-    clsIniFile shipped(services);
-    shipped.Set_INI_FilePath(std::filesystem::path(NORVANE_SOURCE_DIR) / "data/bin/url.cfg");
-    const auto address = [&](const char* source, const std::string& (clsIniFile::*path)() const) {
-        shipped.Get_URLs(source);
-        return Request_Address(shipped.URL(), (shipped.*path)() + "KJFK");
-    };
-    const std::string host = "https://aviationweather.gov";
-    EXPECT_EQ(address("NOAA", &clsIniFile::URL_METAR),
-              host + "/api/data/metar?format=raw&ids=KJFK");
-    EXPECT_EQ(address("NOAA", &clsIniFile::URL_TAF), host + "/api/data/taf?format=raw&ids=KJFK");
-    EXPECT_EQ(address("ADDS", &clsIniFile::URL_METAR),
-              host + "/api/data/metar?format=raw&ids=KJFK");
-    EXPECT_EQ(address("ADDS", &clsIniFile::URL_METAR_TAF),
-              host + "/api/data/metar?format=raw&taf=true&ids=KJFK");
-    EXPECT_EQ(address("VATSIM", &clsIniFile::URL_METAR), "https://metar.vatsim.net/KJFK");
-    EXPECT_EQ(shipped.URL_Data(), "https://data.vatsim.net/v3/vatsim-data.json");
-}
-
 }  // namespace
 }  // namespace norvane
