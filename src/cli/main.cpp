@@ -6,6 +6,7 @@
 #include "cli/exit_status.h"
 #include "cli/fly_command.h"
 #include "cli/listing_commands.h"
+#include "cli/plan_command.h"
 #include "common/log_error.h"
 #include "common/version.h"
 
@@ -99,6 +100,14 @@ void Add_Airline(CLI::App& app, Words& words, Work& work) {
     });
 }
 
+void Add_Plan(CLI::App& app, Words& words, Work& work) {
+    auto* plan = app.add_subcommand("plan", "Show what a saved flight plan says");
+    plan->add_option("FILE.pln", words.name, "The simulator's flight plan")->required();
+    plan->callback([&] {
+        work = {Access::look, [&](Session& open) { return Show_Plan(open, words.name); }};
+    });
+}
+
 /// Runs the chosen command; what it raises becomes a line, an entry of the error log and a status.
 int Run(const Session_Options& options, const Work& work) {
     try {
@@ -141,6 +150,7 @@ int main(int argc, char** argv) {
     Add_Log(app, words, work);
     Add_Settings(app, words, work);
     Add_Airline(app, words, work);
+    Add_Plan(app, words, work);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -54,6 +54,11 @@ char To_Byte(char32_t code) {
     return Nearest(code);
 }
 
+/// A combining accent follows the letter it belongs to: the letter alone is the nearest one.
+bool Is_Combining(char32_t code) {
+    return code >= 0x0300 && code <= 0x036F;
+}
+
 void Append_Utf8(std::string& out, char32_t code) {
     if (code < 0x80) {
         out += static_cast<char>(code);
@@ -113,11 +118,37 @@ std::string From_Utf8(std::string_view utf8) {
     result.reserve(utf8.size());
     while (!utf8.empty()) {
         const auto read = Read_Utf8(utf8);
-        const bool combining = read && read->first >= 0x0300 && read->first <= 0x036F;
-        // A combining accent follows the letter it belongs to: the letter alone is the nearest one.
-        if (!combining)
+        if (!read || !Is_Combining(read->first))
             result += read ? To_Byte(read->first) : utf8[0];
         utf8.remove_prefix(read ? read->second : 1);
+    }
+    return result;
+}
+
+bool Is_Utf8(std::string_view text) {
+    constexpr std::size_t longest = 4;
+    while (!text.empty()) {
+        const auto read = Read_Utf8(text);
+        if (!read) {
+            // Cut short: a lead byte, then nothing but bytes that continue it.
+            const auto goes_on = [](char c) {
+                return (static_cast<std::uint8_t>(c) & 0xC0) == 0x80;
+            };
+            return text.size() < longest && static_cast<std::uint8_t>(text[0]) >= 0xC0 &&
+                   std::all_of(text.begin() + 1, text.end(), goes_on);
+        }
+        text.remove_prefix(read->second);
+    }
+    return true;
+}
+
+std::string From_Utf16(std::u16string_view utf16) {
+    std::string result;
+    result.reserve(utf16.size());
+    for (const char16_t unit : utf16) {
+        const bool second_half = unit >= 0xDC00 && unit <= 0xDFFF;
+        if (!Is_Combining(unit) && !second_half)
+            result += To_Byte(unit);
     }
     return result;
 }

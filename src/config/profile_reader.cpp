@@ -1,6 +1,7 @@
 #include "config/profile_reader.h"
 
 #include <system_error>
+#include <utility>
 
 #include "common/line_reader.h"
 #include "common/text.h"
@@ -26,6 +27,11 @@ std::string_view Without_Quotes(std::string_view value) {
     const bool quoted = value.size() > 1 && (value.front() == '"' || value.front() == '\'') &&
                         value.back() == value.front();
     return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+std::string Value_Behind(std::string_view line, std::size_t equals) {
+    const auto value = Without_Quotes(Without_White_Space(line.substr(equals + 1)));
+    return std::string(value.substr(0, value_buffer - 1));
 }
 
 /// Walks the lines of the first section of a name.
@@ -65,17 +71,33 @@ Profile::Profile(const std::filesystem::path& file) {
         m_content = Read_File(file);
 }
 
+Profile Profile::Of_Text(std::string text) {
+    Profile profile;
+    profile.m_content = std::move(text);
+    return profile;
+}
+
 std::string Profile::Value(std::string_view section, std::string_view key) const {
     for (Section_Lines lines(m_content, section); lines.Next();) {
         const auto equals = lines.Line().find('=');
-        if (equals == std::string_view::npos ||
-            !Equal_No_Case(Without_White_Space(lines.Line().substr(0, equals)), key)) {
-            continue;
+        if (equals != std::string_view::npos &&
+            Equal_No_Case(Without_White_Space(lines.Line().substr(0, equals)), key)) {
+            return Value_Behind(lines.Line(), equals);
         }
-        const auto value = Without_Quotes(Without_White_Space(lines.Line().substr(equals + 1)));
-        return std::string(value.substr(0, value_buffer - 1));
     }
     return {};
+}
+
+std::map<std::string, std::string> Profile::Values(std::string_view section) const {
+    std::map<std::string, std::string> values;
+    for (Section_Lines lines(m_content, section); lines.Next();) {
+        const auto equals = lines.Line().find('=');
+        if (equals != std::string_view::npos) {
+            values.try_emplace(Lower(Without_White_Space(lines.Line().substr(0, equals))),
+                               Value_Behind(lines.Line(), equals));
+        }
+    }
+    return values;
 }
 
 std::string Profile::Section(std::string_view section) const {
@@ -101,6 +123,11 @@ std::vector<std::string> Profile::Section_Names() const {
             names.emplace_back(Before(reader.Line().substr(1), "]"));
     }
     return names;
+}
+
+std::string Without_Comment(std::string value) {
+    const auto comment = value.find("//");
+    return comment == std::string::npos ? std::move(value) : Trim(value.substr(0, comment));
 }
 
 }  // namespace norvane

@@ -4,6 +4,7 @@
 // the simulator's files.
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,9 +16,15 @@ class Profile {
     /// Reads the file whole; a missing file is an empty one. Raises when it cannot be read.
     explicit Profile(const std::filesystem::path& file);
 
+    /// A profile of a text that was read (and converted) already.
+    [[nodiscard]] static Profile Of_Text(std::string text);
+
     /// The value without surrounding blanks and without the pair of quotation marks that encloses
     /// it, at most 254 characters; empty when section or key is missing.
     [[nodiscard]] std::string Value(std::string_view section, std::string_view key) const;
+    /// All of a section's values as `Value` gives them, by their keys in lower case: one pass where
+    /// many keys are asked for.
+    [[nodiscard]] std::map<std::string, std::string> Values(std::string_view section) const;
     /// The section's lines as written (surrounding blanks, empty lines and lines that begin with
     /// ";" left out), each followed by a NUL, cut to the 32767 characters of the field's buffer; a
     /// single NUL when there is none.
@@ -26,7 +33,12 @@ class Profile {
     [[nodiscard]] std::vector<std::string> Section_Names() const;
 
   private:
+    Profile() = default;
+
     std::string m_content;
 };
+
+/// A value up to the first "//", trimmed; a value without such a comment as it stands.
+[[nodiscard]] std::string Without_Comment(std::string value);
 
 }  // namespace norvane

@@ -3,6 +3,8 @@
 #include <array>
 #include <system_error>
 
+#include "common/code_page.h"
+#include "common/line_reader.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "common/text.h"
@@ -32,9 +34,9 @@ std::string clsIniFile::Get_String(std::string_view section, std::string_view ke
                                    bool strip_comment) {
     std::string value;
     Guarded(m_services, "clsIniFile.Get_String()", Show::silent, [&] {
-        std::string found = Profile(m_file).Value(section, key);
-        const auto comment = strip_comment ? found.find("//") : std::string::npos;
-        value = comment == std::string::npos ? std::move(found) : Trim(found.substr(0, comment));
+        value = Profile(m_file).Value(section, key);
+        if (strip_comment)
+            value = Without_Comment(std::move(value));
     });
     return value;
 }
@@ -60,6 +62,30 @@ void clsIniFile::Get_URLs(std::string_view section) {
     });
 }
 
+bool clsIniFile::Is_Missing() const {
+    std::error_code failure;
+    return !std::filesystem::exists(m_file, failure) && !failure;
+}
+
+void clsIniFile::Get_Flight_Plan() {
+    if (Is_Missing())
+        return;
+    Guarded(m_services, "clsIniFile.Get_Flight_Plan()", Show::box, [&] {
+        const std::string text = Flight_Plan_Text(Read_File(m_file));
+        if (!Is_Ini_Flight_Plan(text)) {
+            Get_XML_Flight_Plan(text);
+            return;
+        }
+        Read_Ini_Flight_Plan(text, From_Path(m_file), m_plan);
+    });
+}
+
+void clsIniFile::Get_XML_Flight_Plan(const std::string& text) {
+    // The name that error logs of the field have always carried.
+    Guarded(m_services, "clswIniFile.Get_XML_Flight_Plan()", Show::box,
+            [&] { Read_Xml_Flight_Plan(text, From_Path(m_file), m_plan); });
+}
+
 void clsIniFile::Get_Configuration_Info() {
     static constexpr std::array<Layout, 5> layouts{{
         {"ACLOADER", &clsIniFile::Do_ACLoader},
@@ -68,8 +94,7 @@ void clsIniFile::Get_Configuration_Info() {
         {"PASSENGER LOCATION AND WEIGHT", &clsIniFile::Do_DF},
         {"weight /long. tal. vert.", &clsIniFile::Do_Fanda},
     }};
-    std::error_code failure;
-    if (!std::filesystem::exists(m_file, failure) && !failure)
+    if (Is_Missing())
         return;
     m_pax.clear();
     m_baggage_cargo.clear();

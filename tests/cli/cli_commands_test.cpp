@@ -64,6 +64,33 @@ TEST_F(Cli_Commands, Switch_between_airlines) {
     EXPECT_EQ(Run({"airline", "use", "NONE SUCH"}).status, 1);
 }
 
+TEST_F(Cli_Commands, Show_a_flight_plan) {
+    const auto plans = fs::path(NORVANE_SOURCE_DIR) / "tests/data/plans";
+    const auto shown = Run({"plan", (plans / "lfpg-eidw.pln").string()});
+    EXPECT_EQ(shown.status, 0) << shown.errors;
+    EXPECT_EQ(shown.output,
+              "FLIGHT_PLAN: LFPG.ABB.UT225.MID.UN615.STU.EIDW\n"
+              "Flight_Origin_ICAO: LFPG\n"
+              "Flight_Origin_Name: Roissy - Aéroport 'Charles de Gaulle'\n"
+              "Flight_Destination_ICAO: EIDW\n"
+              "Flight_Destination_Name: Dublin O'Connell &amp; Bay\n"
+              "FLIGHT_LEVEL: 35000\n"
+              "Flight_Type: IFR\n");
+    Write_File(directory / "no.pln", "no plan at all");
+    for (const auto& file : {directory / "missing.pln", directory / "no.pln"}) {
+        const auto refused = Run({"plan", file.string()});
+        EXPECT_EQ(refused.status, 1);
+        EXPECT_EQ(refused.output, "");
+        EXPECT_NE(refused.errors.find(file.filename().string()), std::string::npos);
+    }
+    EXPECT_EQ(Run({"plan"}).status, 2);
+    Write_File(directory / "cut.pln", "<FPType>VFR</FPType>\n<DepartureID>KJ");
+    const auto cut = Run({"plan", (directory / "cut.pln").string()});
+    EXPECT_EQ(cut.status, 0);
+    EXPECT_NE(cut.output.find("Flight_Type: VFR\n"), std::string::npos);
+    EXPECT_NE(cut.errors.find("<DepartureID> is not closed in line 2"), std::string::npos);
+}
+
 TEST_F(Cli_Commands, Keep_a_second_writer_away_but_let_others_look) {
     Start_Simulator();
     Child_Process flying(Command(fly));

@@ -1,0 +1,187 @@
+// Saved flight plans of both layouts, whole, damaged and in every encoding that editors leave.
+
+#include "simdata/flight_plan.h"
+
+#include <gmock/gmock.h>
+
+#include "common/line_reader.h"
+#include "common/text.h"
+#include "simdata/cls_ini_file.h"
+#include "support/test_world.h"
+
+namespace norvane {
+namespace {
+
+using namespace std::string_literals;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class Flight_Plans : public test::Test_World {
+  protected:
+    /// "type/level/origin/name/destination/name/route" of a plan file.
+    std::string Read(const std::filesystem::path& file) {
+        clsIniFile plan(services);
+        plan.Set_INI_FilePath(file);
+        plan.Get_Flight_Plan();
+        return Join({plan.Flight_Type(), plan.FLIGHT_LEVEL(), plan.Flight_Origin_ICAO(),
+                     plan.Flight_Origin_Name(), plan.Flight_Destination_ICAO(),
+                     plan.Flight_Destination_Name(), plan.FLIGHT_PLAN()},
+                    "/");
+    }
+    std::string Read_Text(const std::string& content) { return Read(Write("x.pln", content)); }
+    /// An INI plan of these waypoint lines.
+    std::string Read_Waypoints(const std::string& lines) {
+        return Read_Text("[FLIGHTPLAN]\nTYPE=VFR\nCRUISING_ALTITUDE=5500\n" + lines);
+    }
+
+    const std::filesystem::path plans{std::filesystem::path(NORVANE_SOURCE_DIR) /
+                                      "tests/data/plans"};
+    const std::string empty = "//////";
+};
+
+std::string Utf16(const std::string& ascii, bool big) {
+    std::string bytes;
+    for (const char c : ascii)
+        bytes += big ? std::string{'\0', c} : std::string{c, '\0'};
+    return bytes;
+}
+
+TEST_F(Flight_Plans, Sections_And_Keys_In_Both_Waypoint_Layouts) {
+    EXPECT_EQ(Read(plans / "kjfk-kbos.pln"),
+              "IFR/FL270/KJFK/John F Kennedy Intl/KBOS/Logan Int'l/"
+              "KJFK.MERIT.J42.HFD.J42.PUT.KBOS");
+    EXPECT_EQ(Read(plans / "phto-phko-hole.pln"),
+              "VFR/12500/PHTO/Hilo Intl/UPP/Kona Intl/PHTO.CLUTS.V11.UPP")
+        << "the route ends at the hole";
+}
+
+TEST_F(Flight_Plans, Waypoints_Of_Any_Shape) {
+    // Blank airways and identifiers leave no empty place in the route.
+    EXPECT_EQ(Read_Waypoints("WAYPOINT.0= A ,,,,,   // B,,,,,J1\nWaypoint.1=x, B ,,,,,,, J1 ,,\n"
+                             "waypoint.2= ,,,,,\nwaypoint.3=\"C,,,,,J2\"\n"),
+              "VFR/5500/A//C//A.B.J1.C.J2");
+    EXPECT_EQ(Read_Waypoints("WAYPOINT.0=A,,,,,\nWAYPOINT.0=Z,,,,,\nWAYPOINT.1=// gone\n"
+                             "WAYPOINT.2=C,,,,,\n[other]\nWAYPOINT.1=B,,,,,\n"),
+              "VFR/5500/A//A//A")
+        << "the first key counts, a comment is no waypoint, the section has an end";
+    EXPECT_EQ(Read_Waypoints("WAYPOINT.0=A,,,,,J|1\n"), "VFR/5500/A//A//A.J/1");
+    EXPECT_EQ(Read_Waypoints(""), "VFR/5500/////");
+}
+
+TEST_F(Flight_Plans, Misshapen_Values_End_The_Reading) {
+    for (const auto* value : {"A", "A,,,,", "r,A,,,,,", "r,A,,,,,,"}) {
+        EXPECT_EQ(Read_Waypoints("WAYPOINT.0=K,,,,,\nWAYPOINT.1="s + value + "\n"),
+                  "VFR/5500/K////")
+            << value;
+    }
+    EXPECT_THAT(Take_Errors(), testing::Each(AllOf(HasSubstr("clsIniFile.Get_Flight_Plan()"),
+                                                   HasSubstr("WAYPOINT.1"), HasSubstr("x.pln"))));
+    for (const auto* altitude : {"", "CRUISING_ALTITUDE=\n", "CRUISING_ALTITUDE=high\n",
+                                 "CRUISING_ALTITUDE=1e99\n", "CRUISING_ALTITUDE=5000 // ft\n"}) {
+        EXPECT_EQ(Read_Text("[FLIGHTPLAN]\nTYPE=IFR\n"s + altitude +
+                            "DEPARTURE_NAME=X\nWAYPOINT.0=K,,,,,\n"),
+                  "IFR//////")
+            << altitude;
+    }
+    EXPECT_EQ(Take_Errors().size(), 5U);
+    EXPECT_FALSE(desktop.boxes.empty()) << "the pilot asked for the plan and is told";
+}
+
+TEST_F(Flight_Plans, Xml_With_Airways_And_Apostrophes) {
+    EXPECT_EQ(Read(plans / "lfpg-eidw.pln"),
+              "IFR/35000/LFPG/Roissy - A\xE9roport 'Charles de Gaulle'/EIDW/"
+              "Dublin O'Connell &amp; Bay/LFPG.ABB.UT225.MID.UN615.STU.EIDW");
+    EXPECT_EQ(Read_Text("<fptype>IFR</fptype>\n<FPType> VFR </FPType>\r<CRUISINGALT>9|9</x>"),
+              "VFR/9/9/////")
+        << "case is ignored, the later element counts";
+    EXPECT_EQ(Read_Text("<ATCWaypoint id=\"\">\n<ATCWaypoint id=\"A\" x=\"1\">\n<ATCAirway>  "
+                        "</ATCAirway>\n<ATCWaypoint id=\"B\"/>\n"),
+              "//////A.B")
+        << "blank parts leave no empty place, an id ends at its quote";
+}
+
+TEST_F(Flight_Plans, Xml_Without_Lines_Reads_The_Same) {
+    const std::string whole = Read_File(plans / "lfpg-eidw.pln");
+    const std::string expected = Read(plans / "lfpg-eidw.pln");
+    EXPECT_EQ(Read_Text(Replace_All(whole, "\n", "")), expected);
+    std::string packed;
+    for (Line_Reader lines(whole); lines.Next();)
+        packed += Trim(lines.Line());
+    EXPECT_EQ(Read_Text(packed), expected);
+    EXPECT_EQ(Read_Text("<DepartureName></DepartureName><FPType>VFR</FPType>"), "VFR//////")
+        << "an empty element stays whole";
+}
+
+TEST_F(Flight_Plans, Every_Encoding_Becomes_The_Code_Page) {
+    const std::string plan = "<DepartureName>M\xFCnchen</DepartureName>\r\n";
+    const std::string utf8 = Replace_All(plan, "\xFC", "\xC3\xBC");
+    const std::string named = "///M\xFCnchen///";
+    for (const auto& content :
+         {plan, utf8, "\xEF\xBB\xBF" + utf8, "\xFF\xFE" + Utf16(plan, false),
+          "\xFE\xFF" + Utf16(plan, true), Utf16(plan, false), Utf16(plan, true)}) {
+        EXPECT_EQ(Read_Text(content), named);
+    }
+    // Two code page characters that would be one of UTF-8, beside one that is none.
+    EXPECT_EQ(Read_Text("<DepartureName>\xC9\x92 \xFC</DepartureName>"), "///\xC9\x92 \xFC///");
+    EXPECT_EQ(Read_Text("<DepartureName>\xC3\xBC \xC5\x81</DepartureName>\n<Title>\xE2\x82"),
+              "///\xFC L///")
+        << "cut within a character";
+    EXPECT_EQ(Read_Text("\xFF\xFE" + Utf16("<FPType>e", false) + "\x01\x03\x3D\xD8\x00\xDE" +
+                        Utf16("!</FPType>", false)),
+              "e?!//////");
+    EXPECT_EQ(Read_Text("\xFF\xFE" + Utf16("[FlightPlan]\r\nType=IFR\r\nCruising_Altitude=35000\r\n"
+                                           "Waypoint.0=A,,,,,\r\n",
+                                           false)),
+              "IFR/FL350/A//A//A");
+}
+
+TEST_F(Flight_Plans, Cut_In_Half_Keep_What_Came_Before) {
+    const std::string xml = Read_File(plans / "lfpg-eidw.pln");
+    EXPECT_EQ(Read_Text(xml.substr(0, xml.find("port &apos;"))), "IFR/35000/LFPG//EIDW//");
+    for (const auto* torn : {"MID\">", "15</ATCAirway>"}) {
+        EXPECT_TRUE(Read_Text(xml.substr(0, xml.find(torn))).ends_with("&amp; Bay/")) << torn;
+    }
+    const auto errors = Take_Errors();
+    EXPECT_THAT(errors, ElementsAre(AllOf(HasSubstr("clswIniFile.Get_XML_Flight_Plan()"),
+                                          HasSubstr("<DepartureName>"), HasSubstr("line 11 of "),
+                                          HasSubstr("x.pln")),
+                                    HasSubstr("<ATCWaypoint id"), HasSubstr("<ATCAirway>")));
+    // Every cut gives no more than the whole plan, whatever is torn.
+    for (const auto* name : {"lfpg-eidw.pln", "kjfk-kbos.pln"}) {
+        const std::string content = Read_File(plans / name);
+        const auto whole = Split(Read(plans / name), '/');
+        for (std::size_t size = 0; size < content.size(); size += 3) {
+            const auto cut = Split(Read_Text(content.substr(0, size)), '/');
+            EXPECT_TRUE(cut[6].size() <= whole[6].size() && whole[6].starts_with(cut[6]))
+                << name << " cut at " << size << ": " << cut[6];
+        }
+    }
+    Take_Errors();
+}
+
+TEST_F(Flight_Plans, Missing_Or_Broken_Files_Give_Nothing) {
+    EXPECT_EQ(Read(directory / "missing.pln"), empty);
+    EXPECT_THAT(error_log.entries, IsEmpty());
+    EXPECT_EQ(Read(directory), empty);
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsIniFile.Get_Flight_Plan()")));
+    std::string bytes;
+    for (unsigned i = 0; i < 50000; ++i)
+        bytes += static_cast<char>(i * i >> 3U);
+    constexpr std::size_t mega = 1U << 20U;
+    for (const auto& content :
+         {""s, "\0"s, "\xFF\xFE"s, "\xFF\xFE<"s, bytes, std::string(10 * mega, 'x'),
+          std::string(mega, '<'), std::string(mega, '>'), std::string(mega, '\0'),
+          "[FLIGHTPLAN]\n" + std::string(mega, '=')}) {
+        EXPECT_EQ(Read_Text(content), empty) << content.substr(0, 20);
+    }
+    // So many waypoints that looking each one up from the start would take minutes.
+    std::string crowded;
+    for (int i = 0; crowded.size() < mega; ++i)
+        crowded += "WAYPOINT." + std::to_string(i) + "=A,,,,,\n";
+    EXPECT_TRUE(Read_Waypoints(crowded).starts_with("VFR/5500/A//A//A.A.A."));
+}
+
+}  // namespace
+}  // namespace norvane
