@@ -4,10 +4,6 @@
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
-# What the tests of a folder need from outside: net/ talks to servers of its own.
-pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
-set(NORVANE_TEST_LIBRARIES_net PkgConfig::HTTPLIB)
-
 file(GLOB support_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/support/*.cpp")
 if(support_sources)
   # Links common/ alone: what a helper needs beyond that comes from the library of the test that uses it.
@@ -23,6 +19,13 @@ target_link_libraries(norvane_test_support ${support_scope} GTest::gtest GTest::
 if(TARGET norvane_common)
   target_link_libraries(norvane_test_support ${support_scope} norvane_common)
 endif()
+
+# Servers on loopback, for the tests of what talks to the network.
+pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
+add_library(norvane_test_servers STATIC "${PROJECT_SOURCE_DIR}/tests/servers/test_servers.cpp")
+target_link_libraries(norvane_test_servers PUBLIC norvane_test_support PkgConfig::HTTPLIB Threads::Threads)
+set(NORVANE_TEST_LIBRARIES_net norvane_test_servers)
+set(NORVANE_TEST_LIBRARIES_logentry norvane_test_servers)
 
 function(norvane_add_tests folder)
   file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/${folder}/*.cpp")
@@ -61,7 +64,7 @@ endfunction()
 
 file(GLOB test_folders RELATIVE "${PROJECT_SOURCE_DIR}/tests" CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/*")
 foreach(folder IN LISTS test_folders)
-  if(IS_DIRECTORY "${PROJECT_SOURCE_DIR}/tests/${folder}" AND NOT folder MATCHES "^(support|data)$")
+  if(IS_DIRECTORY "${PROJECT_SOURCE_DIR}/tests/${folder}" AND NOT folder MATCHES "^(support|servers|data)$")
     norvane_add_tests(${folder})
   endif()
 endforeach()

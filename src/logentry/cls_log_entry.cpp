@@ -5,10 +5,14 @@
 #include <algorithm>
 
 #include "common/code_page.h"
+#include "common/date_time.h"
 #include "common/file_writer.h"
+#include "common/line_reader.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "common/text.h"
+#include "config/cls_va_settings.h"
+#include "net/cls_win_inet.h"
 
 namespace norvane {
 
@@ -27,6 +31,20 @@ std::string Written(Write_Rule rule, std::string_view text) {
     std::string kept(text);
     std::erase_if(kept, [](char c) { return c == '[' || c == ']'; });
     return Trim(kept);
+}
+
+/// The values of a PIREP line as they are posted: servers read only one form of date.
+std::string With_Posted_Date(std::string_view line, const Regional& regional) {
+    std::vector<std::string> values = Split(line, field_separator);
+    const auto place = static_cast<std::size_t>(Row_Of(Log_Field::FLIGHT_DATE).pirep_place - 1);
+    if (place < values.size()) {
+        if (const auto moment = Parse_Date_Time(values[place], regional.short_date)) {
+            values[place] =
+                fmt::format("{} {:02}:{:02}:{:02}", Format_Iso_Date(moment->date),
+                            moment->time.hour, moment->time.minute, moment->time.second);
+        }
+    }
+    return Join(values, std::string_view(&field_separator, 1));
 }
 
 std::string Slot_Key(std::size_t slot, int ending) {
@@ -115,6 +133,23 @@ bool clsLogEntry::Export_ACARS_Report() {
         Write_File_Atomically(To_Path(Get(Log_Field::PIREP_FILE_NAME)),
                               PIREP_Line() + std::string(cr_lf));
     });
+}
+
+bool clsLogEntry::Send_PIREP(const clsAppSettings& settings, const clsVASettings& airline,
+                             const Http_Options& options) {
+    bool success = false;
+    Guarded(m_services, "clsLogEntry.Send_PIREP()", Show::box, [&] {
+        const std::string file = Read_File(To_Path(Get(Log_Field::PIREP_FILE_NAME)));
+        Line_Reader lines(file);
+        if (!lines.Next() || !Contains(lines.Line(), std::string_view(&field_separator, 1)))
+            return;
+        clsWinInet client(m_services, settings, airline, options);
+        success = client
+                      .Send_PIREP(airline.WebServer(), airline.Script_PIREP(),
+                                  With_Posted_Date(lines.Line(), m_services.regional))
+                      .success;
+    });
+    return success;
 }
 
 bool clsLogEntry::Persist() {

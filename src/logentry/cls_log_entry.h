@@ -12,9 +12,12 @@
 #include <string_view>
 
 #include "logentry/log_fields.h"
+#include "net/http_client.h"
 
 namespace norvane {
 
+class clsAppSettings;
+class clsVASettings;
 struct Services;
 
 /// Settings section that holds the flight in progress, the engine's part and the entry's.
@@ -44,6 +47,11 @@ class clsLogEntry {
     void New_Log_Entry_Save_Result(bool saved);
     /// Writes the PIREP text file; false when it failed (reported).
     bool Export_ACARS_Report();
+    /// Posts the first line of the PIREP text file to the airline's PIREP script, the flight date
+    /// as "YYYY-MM-DD hh:mm:ss". True when the script answered, whatever it said; false when that
+    /// failed (reported) or the file holds no values.
+    [[nodiscard]] bool Send_PIREP(const clsAppSettings& settings, const clsVASettings& airline,
+                                  const Http_Options& options = {});
     /// The 52 values of the PIREP line joined by "|".
     [[nodiscard]] std::string PIREP_Line() const;
     /// Stores the flight in progress; false when that failed (reported).

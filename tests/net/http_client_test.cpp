@@ -10,7 +10,7 @@
 #include "common/run_error.h"
 #include "common/text.h"
 #include "net/http_failure.h"
-#include "net/test_servers.h"
+#include "servers/test_servers.h"
 #include "support/test_world.h"
 
 namespace norvane {

@@ -9,7 +9,7 @@
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
 #include "net/cls_win_inet.h"
-#include "net/test_servers.h"
+#include "servers/test_servers.h"
 #include "support/test_world.h"
 
 namespace norvane::test {

@@ -1,4 +1,4 @@
-#include "net/test_servers.h"
+#include "servers/test_servers.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
