@@ -194,7 +194,7 @@ TEST_F(Http, Certificates_Are_Verified_And_Never_Left_For_Plain_Text) {
 }
 
 TEST_F(Http, What_Came_After_The_Status_Line_Is_The_Answer) {
-    options.all_within = 150ms;
+    options.all_within = 300ms;
     struct Case {
         std::string sent;
         void (*then)(int);
