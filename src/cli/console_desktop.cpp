@@ -14,7 +14,11 @@ Console_Desktop::Console_Desktop(Clock& clock, Signal_Watch& signals, double spe
     : m_signals(signals), m_timers(clock, speed), m_yes(yes) {}
 
 void Console_Desktop::Say(std::string_view text) {
-    fmt::print(stderr, "{}\n", To_Utf8(Clean_Field(text, Field_Lines::one)));
+    // One line; unlike a field of the log, a message keeps its "|".
+    std::string line = Replace_All(text, cr_lf, " ");
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+    fmt::print(stderr, "{}\n", To_Utf8(line));
 }
 
 Answer Console_Desktop::Show_Message(const Message_Box& box) {

@@ -9,6 +9,7 @@
 #include "cli/plan_command.h"
 #include "common/log_error.h"
 #include "common/version.h"
+#include "simlink/link_address.h"
 
 namespace {
 
@@ -31,7 +32,7 @@ void Add_Fly(CLI::App& app, Session_Options& session, Fly_Options& fly, Work& wo
     command
         ->add_option("--give-up", fly.give_up_s,
                      "Seconds (of the scaled time) after which a dropped link is given up")
-        ->check(CLI::NonNegativeNumber);
+        ->check(CLI::Range(0.0, 1e9));
     auto* demo = command->add_flag("--demo", fly.demo, "Fly the demonstration flight");
     auto* scenario = command->add_option("--scenario", fly.scenario, "Fly a scenario file")
                          ->check(CLI::ExistingFile)
@@ -108,6 +109,16 @@ void Add_Plan(CLI::App& app, Words& words, Work& work) {
     });
 }
 
+/// What is wrong with a link address; empty when nothing is.
+std::string Link_Address_Fault(const std::string& text) {
+    try {
+        static_cast<void>(Parse_Link_Address(text));
+        return {};
+    } catch (const Run_Error& error) {
+        return error.Description();
+    }
+}
+
 /// Runs the chosen command; what it raises becomes a line, an entry of the error log and a status.
 int Run(const Session_Options& options, const Work& work) {
     try {
@@ -141,9 +152,9 @@ int main(int argc, char** argv) {
     app.set_version_flag("--version", std::string("norvane-cli ") + norvane::version);
     app.add_option("--home", session.places.home, "Program directory");
     app.add_option("--settings", session.places.settings, "Settings store (an SQLite file)");
-    app.add_option(
-        "--sim", session.simulator,
-        "Simulator address, host:port or unix:/path ($NORVANE_SIM, then 127.0.0.1:8338)");
+    app.add_option("--sim", session.simulator,
+                   "Simulator address, host:port or unix:/path ($NORVANE_SIM, then 127.0.0.1:8338)")
+        ->check(CLI::Validator(Link_Address_Fault, ""));
     app.add_flag("--yes", session.yes, "Answer questions with Yes");
     app.require_subcommand(1);
     Add_Fly(app, session, fly, work);

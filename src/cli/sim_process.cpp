@@ -61,7 +61,7 @@ Sim_Process::Sim_Process(const std::filesystem::path& program, std::vector<std::
     }
 }
 
-void Sim_Process::Await_Listening() const {
+void Sim_Process::Await_Listening() {
     constexpr int tries = 200;
     Socket_Transport probe(Parse_Link_Address(m_address));
     for (int i = 0; i < tries; ++i) {
@@ -69,8 +69,11 @@ void Sim_Process::Await_Listening() const {
             probe.Close();
             return;
         }
-        if (::waitpid(m_child, nullptr, WNOHANG) != 0)
+        if (::waitpid(m_child, nullptr, WNOHANG) != 0) {
+            // Its number may be another process's by now.
+            m_child = -1;
             break;
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     throw Run_Error(error_number::file_not_found,

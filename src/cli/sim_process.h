@@ -23,7 +23,7 @@ class Sim_Process {
     [[nodiscard]] const std::string& Address() const { return m_address; }
 
   private:
-    void Await_Listening() const;
+    void Await_Listening();
     void End();
 
     std::filesystem::path m_directory;

@@ -60,7 +60,8 @@ std::filesystem::path Home() {
 }
 
 void Print_Line(const std::string& line) {
-    fmt::print("{}\n", line);
+    const std::string text = line + "\n";
+    (void)std::fwrite(text.data(), 1, text.size(), stdout);
     (void)std::fflush(stdout);
 }
 
@@ -89,6 +90,19 @@ CLI::Validator Within(double low, double high) {
     return {check, ""};
 }
 
+/// Refuses what is no link address.
+CLI::Validator Link_Address_Text() {
+    const auto check = [](const std::string& text) -> std::string {
+        try {
+            static_cast<void>(Parse_Link_Address(text));
+            return {};
+        } catch (const Run_Error& error) {
+            return error.Description();
+        }
+    };
+    return {check, ""};
+}
+
 void Add_Serving_Options(CLI::App& command, Command_Line& line) {
     command.add_option("--speed", line.speed, "Seconds of the world in a second of the clock")
         ->check(Within(1e-3, 1e6))
@@ -97,6 +111,7 @@ void Add_Serving_Options(CLI::App& command, Command_Line& line) {
         ->check(Within(0, 1e9))
         ->type_name("SECONDS");
     command.add_option("--listen", line.listen, "unix:/path or host:port")
+        ->check(Link_Address_Text())
         ->type_name("ADDRESS")
         ->capture_default_str();
     command
@@ -126,6 +141,7 @@ int Run(int argc, char** argv) {
 
     auto& record = *app.add_subcommand("record", "Record a simulator until it or you stop it");
     record.add_option("--from", line.record_from, "unix:/path or host:port")
+        ->check(Link_Address_Text())
         ->type_name("ADDRESS")
         ->capture_default_str();
     record.add_option("--every", line.record_every_ms, "Milliseconds between two moments")

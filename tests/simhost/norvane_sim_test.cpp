@@ -153,7 +153,7 @@ TEST_F(Norvane_Sim, Wrong_Usage_And_Missing_Files_Are_Told_Apart) {
         {{"replay", "a.rec", "--at", "-1"}, 2},
         {{"replay", "a.rec", "--step", "0"}, 2},
         {{"replay", "missing.rec"}, 1},
-        {{"replay", Data_File("phto-circuit.rec").string(), "--listen", "nowhere"}, 1},
+        {{"replay", Data_File("phto-circuit.rec").string(), "--listen", "nowhere"}, 2},
         {{"fly", "--scenario", "missing.json"}, 1},
         {{"record", "--from", address, "a.rec"}, 1},
     };
