@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "common/code_page.h"
 #include "common/text.h"
@@ -23,7 +24,12 @@ void Console_Desktop::Say(std::string_view text) {
 
 Answer Console_Desktop::Show_Message(const Message_Box& box) {
     const bool question = box.buttons == Buttons::yes_no;
-    Say(box.title + ": " + box.text + (question ? (m_yes ? " [Yes]" : " [No]") : ""));
+    std::string said = box.title + ": " + box.text;
+    if (question)
+        said += m_yes ? " [Yes]" : " [No]";
+    if (question || said != m_last_box)
+        Say(said);
+    m_last_box = std::move(said);
     if (!question)
         return Answer::ok;
     return m_yes ? Answer::yes : Answer::no;

@@ -3,6 +3,9 @@
 // questions are answered No unless the pilot said otherwise, waiting runs the timers. A signal ends
 // every wait.
 
+#include <string>
+#include <string_view>
+
 #include "cli/signal_watch.h"
 #include "common/services.h"
 #include "common/timer_queue.h"
@@ -28,6 +31,9 @@ class Console_Desktop : public Desktop {
     Signal_Watch& m_signals;
     Timer_Queue m_timers;
     bool m_yes;
+    /// The last box, which is not said again while it comes back unchanged (a link that stays
+    /// down).
+    std::string m_last_box;
 };
 
 }  // namespace norvane
