@@ -47,6 +47,15 @@ std::string With_Posted_Date(std::string_view line, const Regional& regional) {
     return Join(values, std::string_view(&field_separator, 1));
 }
 
+/// The PIREP file by the name that the entry states. A text cannot hold every name that the program
+/// directory may have, so that a file in it is found from the directory itself.
+std::filesystem::path PIREP_File(const Services& services, std::string_view stated) {
+    const std::string directory = From_Path(services.program_directory / "");
+    if (!stated.starts_with(directory))
+        return To_Path(stated);
+    return services.program_directory / To_Path(stated.substr(directory.size()));
+}
+
 std::string Slot_Key(std::size_t slot, int ending) {
     return fmt::format("{}{}", slot, ending);
 }
@@ -130,7 +139,7 @@ std::string clsLogEntry::PIREP_Line() const {
 bool clsLogEntry::Export_ACARS_Report() {
     return Guarded(m_services, "clsLogEntry.Export_ACARS_Report()", Show::box, [&] {
         std::filesystem::create_directories(m_services.program_directory / "reports");
-        Write_File_Atomically(To_Path(Get(Log_Field::PIREP_FILE_NAME)),
+        Write_File_Atomically(PIREP_File(m_services, Get(Log_Field::PIREP_FILE_NAME)),
                               PIREP_Line() + std::string(cr_lf));
     });
 }
@@ -139,7 +148,7 @@ bool clsLogEntry::Send_PIREP(const clsAppSettings& settings, const clsVASettings
                              const Http_Options& options) {
     bool success = false;
     Guarded(m_services, "clsLogEntry.Send_PIREP()", Show::box, [&] {
-        const std::string file = Read_File(To_Path(Get(Log_Field::PIREP_FILE_NAME)));
+        const std::string file = Read_File(PIREP_File(m_services, Get(Log_Field::PIREP_FILE_NAME)));
         Line_Reader lines(file);
         if (!lines.Next() || !Contains(lines.Line(), std::string_view(&field_separator, 1)))
             return;

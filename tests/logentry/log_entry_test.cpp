@@ -104,6 +104,12 @@ TEST_F(Log_Entry_Test, Report_creates_its_directory_and_replaces_an_older_one) {
     EXPECT_TRUE(entry.Export_ACARS_Report());
     EXPECT_EQ(Read_File(file), std::string(22, '|') + "caf\xE9" + std::string(29, '|') + "\r\n");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory / "reports"), {}), 1);
+
+    services.program_directory = directory / "\xD0\x9B";  // a letter that the code page lacks
+    const auto there = services.program_directory / "reports" / "x_PIREP.txt";
+    entry.Set(Log_Field::PIREP_FILE_NAME, From_Path(there));
+    EXPECT_TRUE(entry.Export_ACARS_Report());
+    EXPECT_TRUE(std::filesystem::exists(there));
 }
 
 TEST_F(Log_Entry_Test, A_report_that_cannot_be_written_is_reported) {
