@@ -73,6 +73,28 @@ bool Is_Digit(char c) {
     return c >= '0' && c <= '9';
 }
 
+bool Three_Digits_At(std::string_view text, std::size_t place) {
+    std::size_t run = 0;
+    while (place + run < text.size() && Is_Digit(text[place + run]))
+        ++run;
+    return run == 3;
+}
+
+/// The number without the signs that can do nothing but group digits, whatever the country: blank,
+/// no-break blank, apostrophes. Empty where one of them does not.
+std::optional<std::string> Without_Blanks(std::string_view text) {
+    constexpr std::string_view signs = " \xA0'\x92";
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (signs.find(text[i]) == std::string_view::npos)
+            plain += text[i];
+        else if (plain.empty() || !std::all_of(plain.begin(), plain.end(), Is_Digit) ||
+                 !Three_Digits_At(text, i + 1))
+            return std::nullopt;
+    }
+    return plain;
+}
+
 }  // namespace
 
 double Round_Half_Even(double value) {
@@ -127,6 +149,10 @@ std::optional<double> Parse_Pilot_Number(std::string_view text, const Regional& 
             sign = "-";
         text.remove_prefix(1);
     }
+    const auto without_blanks = Without_Blanks(text);
+    if (!without_blanks)
+        return std::nullopt;
+    text = *without_blanks;
     const auto is_sign = [](char c) { return c == '.' || c == ','; };
     const auto marks = std::count_if(text.begin(), text.end(), is_sign);
     const char grouping = regional.grouping_sign;
@@ -141,11 +167,8 @@ std::optional<double> Parse_Pilot_Number(std::string_view text, const Regional& 
             plain += rest[i] == regional.decimal_sign ? '.' : rest[i];
             continue;
         }
-        std::size_t run = 0;
-        while (i + 1 + run < rest.size() && Is_Digit(rest[i + 1 + run]))
-            ++run;
         const bool after_point = plain.find('.') != std::string::npos;
-        grouped = run == 3 && !plain.empty() && !after_point;
+        grouped = Three_Digits_At(rest, i + 1) && !plain.empty() && !after_point;
     }
     if (grouped)
         return Parse_Number(sign + plain);

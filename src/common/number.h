@@ -36,7 +36,8 @@ struct Regional {
 /// As `Parse_Number`, but only for a whole number within 32 bits.
 [[nodiscard]] std::optional<std::int32_t> Parse_Int32(std::string_view text);
 /// A number as the pilot writes it: grouping counts only before exactly three digits; otherwise a
-/// single "." or "," is the decimal sign whatever the country.
+/// single "." or "," is the decimal sign whatever the country. Blanks (0xA0 too) and apostrophes
+/// group digits in every country.
 [[nodiscard]] std::optional<double> Parse_Pilot_Number(std::string_view text, const Regional&);
 
 /// Fixed decimals with ".", rounded as `Round_Half_Up`, at least `min_digits` before the point; a

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "common/code_page.h"
+
 namespace norvane {
 
 namespace {
@@ -49,7 +51,7 @@ Run_Error Caught_Error() {
         return error;
     } catch (const std::filesystem::filesystem_error& error) {
         return {Number_Of_Errno(error.code().value()),
-                error.path1().string() + ": " + error.code().message()};
+                From_Path(error.path1()) + ": " + error.code().message()};
     } catch (const std::system_error& error) {
         return {Number_Of_Errno(error.code().value()), error.what()};
     } catch (const std::out_of_range& error) {

@@ -67,6 +67,12 @@ TEST(Numbers, Grouping_counts_only_before_exactly_three_digits) {
         EXPECT_EQ(Parse_Pilot_Number(text, english), in_english) << text;
         EXPECT_EQ(Parse_Pilot_Number(text, german), in_german) << text;
     }
+    // Blanks and apostrophes group in every country, whole numbers too.
+    for (const auto* text : {"1234,5", "1 234,5", "1\xA0\x32\x33\x34,5", "1'234.5"})
+        EXPECT_EQ(Parse_Pilot_Number(text, german), 1234.5) << text;
+    EXPECT_EQ(Parse_Pilot_Number("-1 234", english), -1234);
+    EXPECT_EQ(Parse_Pilot_Number("1 15", english), std::nullopt);
+    EXPECT_EQ(Parse_Pilot_Number("1.5 123", english), std::nullopt);
     EXPECT_EQ(Format_Pilot(1234.56, 1, german), "1.234,6");
     EXPECT_EQ(Format_Pilot(1234.56, 1, Regional{"", '.', '\0'}), "1234.6");
 }
