@@ -41,8 +41,13 @@ void Write_Opened(const std::filesystem::path& file, std::string_view content, i
 
 std::filesystem::path Final_Target(const std::filesystem::path& target) {
     std::error_code failure;
-    const auto resolved = std::filesystem::canonical(target, failure);
-    return failure ? std::filesystem::absolute(target) : resolved;
+    auto resolved = std::filesystem::canonical(target, failure);
+    if (!failure)
+        return resolved;
+    // A link whose file is missing (a drive that is not there, perhaps) stays a link too.
+    if (failure == std::errc::no_such_file_or_directory && std::filesystem::is_symlink(target))
+        return Final_Target(target.parent_path() / std::filesystem::read_symlink(target));
+    return std::filesystem::absolute(target);
 }
 
 mode_t Usual_Mode() {
@@ -62,7 +67,9 @@ Atomic_File::Atomic_File(const std::filesystem::path& target) : m_target(Final_T
     m_temporary = name;
     struct stat status {};
     const bool exists = ::stat(m_target.c_str(), &status) == 0;
-    if (::fchmod(m_descriptor, exists ? status.st_mode & 07777 : Usual_Mode()) != 0) {
+    // A drive shared with another system may know no modes; what is written there matters more.
+    if (::fchmod(m_descriptor, exists ? status.st_mode & 07777 : Usual_Mode()) != 0 &&
+        errno != EPERM && errno != ENOTSUP) {
         const int reason = errno;
         Discard();
         throw File_Error(reason, From_Path(m_target));

@@ -13,7 +13,8 @@ namespace norvane {
 class Atomic_File {
   public:
     /// Begins a new content for `target`. A symbolic link is followed to the file it leads to,
-    /// whose mode the new file keeps; a missing target is created with the usual mode.
+    /// whose mode the new file keeps; a missing target is created with the usual mode
+    /// (the file that a link leads to, not one in the place of the link).
     explicit Atomic_File(const std::filesystem::path& target);
     ~Atomic_File();
     Atomic_File(const Atomic_File&) = delete;

@@ -47,6 +47,10 @@ TEST_F(Files, An_atomic_write_goes_where_a_link_leads_and_keeps_the_mode) {
     struct stat status {};
     ::stat(file.c_str(), &status);
     EXPECT_EQ(status.st_mode & 0777U, 0640U);
+    fs::create_symlink("real/missing.txt", directory / "dangling.txt");
+    Write_File_Atomically(directory / "dangling.txt", "new");
+    EXPECT_TRUE(fs::is_symlink(directory / "dangling.txt"));
+    EXPECT_EQ(Read("real/missing.txt"), "new");
 }
 
 TEST_F(Files, Unreadable_files_raise_their_own_numbers) {
