@@ -26,8 +26,10 @@ clsAppSettings::clsAppSettings(Services& services) : m_services(services) {
 }
 
 void clsAppSettings::Set_FlightLog(std::string_view value) {
-    m_values.FlightLog = Trim(value);
-    m_services.settings.Set("Options", "Flight Log", m_values.FlightLog);
+    const std::string name = Trim(value);
+    // First the store: where that fails, no one has turned to the other log.
+    m_services.settings.Set("Options", "Flight Log", name);
+    m_values.FlightLog = name;
     ActiveLogChange.emit();
 }
 
@@ -143,12 +145,13 @@ void clsAppSettings::Save(Setting_Step step) {
 void clsAppSettings::Get_Active_FlightLog() {
     const bool done =
         Guarded(m_services, "clsAppSettings.Get_Active_FlightLog()", Show::silent, [&] {
+            // Known before anything can fail: without a name flights would be logged to ".txt".
+            Load(Setting_Step::flight_log);
             for (const auto* directory : {"messagelogs", "logs"})
                 std::filesystem::create_directories(m_services.program_directory / directory);
             const auto default_log = Log_Path(m_services, default_log_name);
             if (!std::filesystem::exists(default_log))
                 Write_File(default_log, cr_lf);
-            Load(Setting_Step::flight_log);
             if (m_values.FlightLog != default_log_name &&
                 !std::filesystem::exists(FlightLog_Path())) {
                 m_values.FlightLog = default_log_name;

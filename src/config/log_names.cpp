@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <system_error>
+#include <utility>
 
 #include "common/code_page.h"
 #include "common/services.h"
@@ -35,9 +36,10 @@ std::filesystem::path Logs_Directory(const Services& services) {
     return services.program_directory / "logs";
 }
 
-/// Names of the regular files of the directory "logs", in name order.
-std::vector<std::string> Log_Files(const Services& services) {
-    std::vector<std::string> names;
+/// Names of the regular files of the directory "logs", in name order, and where they are: a name
+/// may have been written with characters that its text does not have.
+std::vector<std::pair<std::string, std::filesystem::path>> Log_Files(const Services& services) {
+    std::vector<std::pair<std::string, std::filesystem::path>> files;
     std::error_code failure;
     for (std::filesystem::directory_iterator entry(Logs_Directory(services), failure), end;
          !failure && entry != end; entry.increment(failure)) {
@@ -45,11 +47,11 @@ std::vector<std::string> Log_Files(const Services& services) {
         const std::string name = From_Path(entry->path().filename());
         if (entry->is_regular_file(unknown) && name.size() > log_extension.size() &&
             Equal_No_Case(name.substr(name.size() - log_extension.size()), log_extension)) {
-            names.push_back(name);
+            files.emplace_back(name, entry->path());
         }
     }
-    std::sort(names.begin(), names.end());
-    return names;
+    std::sort(files.begin(), files.end());
+    return files;
 }
 
 }  // namespace
@@ -81,9 +83,9 @@ std::string Check_Log_Name(std::string_view name, const std::vector<std::string>
 }
 
 std::vector<std::string> List_Logs(const Services& services) {
-    std::vector<std::string> logs = Log_Files(services);
-    for (auto& name : logs)
-        name.resize(Find_No_Case(name, log_extension));
+    std::vector<std::string> logs;
+    for (const auto& [name, file] : Log_Files(services))
+        logs.push_back(name.substr(0, Find_No_Case(name, log_extension)));
     return logs;
 }
 
@@ -93,9 +95,9 @@ std::filesystem::path Log_Path(const Services& services, std::string_view name) 
     std::error_code failure;
     if (std::filesystem::exists(exact, failure))
         return exact;
-    for (const auto& other : Log_Files(services)) {
+    for (const auto& [other, file] : Log_Files(services)) {
         if (Equal_No_Case(other, file_name))
-            return Logs_Directory(services) / To_Path(other);
+            return file;
     }
     return exact;
 }

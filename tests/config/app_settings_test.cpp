@@ -171,6 +171,11 @@ TEST_F(App_Settings, A_Deleted_Log_Gives_Way_To_The_Default_One) {
     Add_Log("Kept");
     store.Set("Options", "Flight Log", "Kept");
     EXPECT_EQ(clsAppSettings(services).FlightLog(), "Kept");
+    // Nor is its name lost when a directory cannot be made.
+    std::filesystem::remove_all(directory / "messagelogs");
+    Write("messagelogs", "");
+    EXPECT_EQ(clsAppSettings(services).FlightLog(), "Kept");
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsAppSettings.Get_Active_FlightLog()")));
 }
 
 TEST_F(App_Settings, A_Removed_Airline_Takes_Its_Section_Along) {
@@ -271,6 +276,9 @@ TEST_F(App_Settings, A_Save_That_Fails_Raises_No_Event_And_Says_So) {
     EXPECT_FALSE(saved);
     EXPECT_EQ(watched.Depth(), 0);
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsAppSettings.Save_Settings()")));
+    watched.fail_at = "Flight Log";
+    EXPECT_THROW(settings.Set_FlightLog("Winter"), Run_Error);
+    EXPECT_EQ(settings.FlightLog(), "My Flight Log");
     // The change is still to be told.
     watched.fail_at.clear();
     EXPECT_THAT(Events_Of(settings, [&] { settings.Save_Settings(); }),

@@ -88,13 +88,14 @@ TEST_F(Config_Files, Log_Names_Are_Refused_With_The_Fault) {
 TEST_F(Config_Files, Logs_Are_The_Text_Files_Of_Their_Directory) {
     EXPECT_THAT(List_Logs(services), ElementsAre());
     for (const auto* name : {"b.txt", "a.TXT", "My Log.bak", ".txt", "c.txt.unsaved",
-                             "Z\xC3\xBCrich.txt", "d.old.txt"})
+                             "Z\xC3\xBCrich.txt", "d.old.txt", "Cafe\xCC\x81.txt"})
         Write(std::filesystem::path("logs") / name, "");
     std::filesystem::create_directories(directory / "logs" / "e.txt");
-    EXPECT_THAT(List_Logs(services), ElementsAre("Z\xFCrich", "a", "b", "d.old"));
+    EXPECT_THAT(List_Logs(services), ElementsAre("Cafe", "Z\xFCrich", "a", "b", "d.old"));
     EXPECT_EQ(Log_Path(services, "a"), directory / "logs" / "a.TXT");
     EXPECT_EQ(Log_Path(services, "new"), directory / "logs" / "new.txt");
     EXPECT_EQ(Log_Path(services, "Z\xFCrich"), directory / "logs" / "Z\xC3\xBCrich.txt");
+    EXPECT_EQ(Log_Path(services, "Cafe"), directory / "logs" / "Cafe\xCC\x81.txt");
 }
 
 TEST_F(Config_Files, The_Short_Date_Pattern_Is_Taken_Once) {
