@@ -96,7 +96,9 @@ void Grid_Layout::Get_Custom_Captions(const std::filesystem::path& definitions,
         const Field_Definitions read = Read_Field_Definitions(definitions, most);
         for (std::size_t i = 0; i < read.fields.size(); ++i) {
             columns.at(first_column + i).caption = read.fields[i].caption;
-            columns.at(first_column + i).entries = read.fields[i].entries;
+            // A single entry is no choice: the cell is typed into.
+            if (read.fields[i].entries.size() > 1)
+                columns.at(first_column + i).entries = read.fields[i].entries;
         }
         if (!read.failure.empty())
             throw Run_Error(error_number::type_mismatch, read.failure);

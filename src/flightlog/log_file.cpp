@@ -38,10 +38,9 @@ std::string Report_Of(const Log_Reading& reading, const std::filesystem::path& l
 /// A draft that is cut to nothing and filled again is sent to the disk at once, in the way of the
 /// log itself; so a new one is made, but where it leads somewhere else.
 void Begin_Draft(const std::filesystem::path& draft) {
-    if (std::filesystem::is_symlink(draft))
-        Write_File(draft, {});
-    else
+    if (!std::filesystem::is_symlink(draft))
         std::filesystem::remove(draft);
+    Write_File(draft, {});
 }
 
 }  // namespace

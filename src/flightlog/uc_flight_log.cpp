@@ -261,6 +261,8 @@ void ucFlightLog::Write_Cell(std::size_t row, std::size_t column, std::string_vi
     if (m_table.Get(row, column) == text)
         return;
     m_table.Set(row, column, text);
+    // Once more: a save may have come between the edit's begin and its end.
+    m_changed = true;
     m_unsaved_edits = true;
     cell_changed.emit(row, column);
 }

@@ -65,6 +65,11 @@ TEST_F(Panel_Test, Saving_takes_the_edit_in_progress_with_it) {
     log->commit_edit_wanted.connect([&] { log->Commit_Edit(1, 19, "typing"); });
     log->hypACARS[0].Click();
     EXPECT_TRUE(Contains(Read(log_file), "typing"));
+    // An edit that a save came into counts as a change when it ends.
+    log->Begin_Edit(1, 20);
+    log->Grid_Save();
+    log->Commit_Edit(1, 20, "BA 1");
+    EXPECT_TRUE(log->Changed());
 }
 
 TEST_F(Panel_Test, Undo_restores_the_file_and_keeps_what_was_typed_beside_it) {
@@ -164,7 +169,7 @@ TEST_F(Panel_Test, The_layout_returns_from_the_store_and_gives_way_to_the_defaul
 
 TEST_F(Panel_Test, Captions_and_lists_come_from_the_field_definitions) {
     Write("bin/optfields.cfg", "Gate^\r\n\r\nType^Charter|Ferry\r\n3^\r\n4^\r\n5^\r\n6^\r\n");
-    Write("VA/vafields.cfg", "Remarks^\r\nbroken\r\n");
+    Write("VA/vafields.cfg", "Remarks^One\r\nbroken\r\n");
     Start();
     va_settings->Get_VA_Settings("DEFAULT");
     Take_Errors();
@@ -175,6 +180,7 @@ TEST_F(Panel_Test, Captions_and_lists_come_from_the_field_definitions) {
     EXPECT_EQ(columns[42].caption, "5");
     EXPECT_EQ(columns[43].caption, "Remarks");
     EXPECT_TRUE(columns[43].visible);
+    EXPECT_TRUE(columns[43].entries.empty());
     EXPECT_FALSE(columns[44].visible);
     EXPECT_TRUE(Contains(Join(Take_Errors(), ""), "ucACARS.Get_Custom_Captions()"));
 }
