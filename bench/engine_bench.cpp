@@ -15,6 +15,7 @@
 
 #include "acars/cls_acars.h"
 #include "acars/cls_utc.h"
+#include "bench_world.h"
 #include "common/system_clock.h"
 #include "common/timer_queue.h"
 #include "config/cls_app_settings.h"
@@ -28,30 +29,6 @@
 
 namespace norvane {
 namespace {
-
-class Idle_Desktop : public Desktop {
-  public:
-    explicit Idle_Desktop(Clock& clock) : m_timers(clock) {}
-    void Set_Busy(bool) override {}
-    Answer Show_Message(const Message_Box& box) override { throw std::runtime_error(box.text); }
-    void Process_Events() override {}
-    bool Wait_Until(const std::function<bool()>& condition, std::chrono::milliseconds) override {
-        return condition();
-    }
-    [[nodiscard]] Timer_Queue& Timers() override { return m_timers; }
-
-  private:
-    Timer_Queue m_timers;
-};
-
-/// A report would mean that something else was measured than a step.
-class Fatal_Error_Log : public Error_Log {
-  public:
-    void Append(const std::string& entry) override {
-        std::fprintf(stderr, "%s\n", entry.c_str());
-        std::abort();
-    }
-};
 
 /// A program directory that is gone afterwards, with a world of one airport.
 class Program_Directory {

@@ -17,6 +17,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "bench_world.h"
 #include "common/date_time.h"
 #include "common/file_writer.h"
 #include "common/services.h"
@@ -33,30 +34,6 @@ namespace fs = std::filesystem;
 using Seconds = std::chrono::duration<double>;
 
 constexpr int flights = 100'000;
-
-class Silent_Desktop : public Desktop {
-  public:
-    explicit Silent_Desktop(Clock& clock) : m_timers(clock) {}
-    void Set_Busy(bool) override {}
-    Answer Show_Message(const Message_Box& box) override { throw std::runtime_error(box.text); }
-    void Process_Events() override {}
-    bool Wait_Until(const std::function<bool()>& condition, std::chrono::milliseconds) override {
-        return condition();
-    }
-    [[nodiscard]] Timer_Queue& Timers() override { return m_timers; }
-
-  private:
-    Timer_Queue m_timers;
-};
-
-/// A report would mean that something else was measured than a load.
-class Failing_Error_Log : public Error_Log {
-  public:
-    void Append(const std::string& entry) override {
-        std::fprintf(stderr, "%s\n", entry.c_str());
-        std::abort();
-    }
-};
 
 std::string Random_Flight(std::mt19937& random) {
     const Date date = Date_Of_Day_Number(10'000 + static_cast<std::int64_t>(random() % 8'000));
@@ -100,9 +77,9 @@ class Big_Log {
 
   private:
     System_Clock m_clock;
-    Silent_Desktop m_desktop;
+    Idle_Desktop m_desktop;
     Memory_Store m_store;
-    Failing_Error_Log m_error_log;
+    Fatal_Error_Log m_error_log;
 
   public:
     Services services{m_desktop, m_store, m_clock, m_error_log, Regional{}, {}};
