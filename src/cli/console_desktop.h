@@ -6,8 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "cli/signal_watch.h"
+#include "app/signal_watch.h"
 #include "common/services.h"
+#include "common/system_clock.h"
 #include "common/timer_queue.h"
 
 namespace norvane {
@@ -19,6 +20,7 @@ class Console_Desktop : public Desktop {
 
     void Set_Busy(bool /*busy*/) override {}
     Answer Show_Message(const Message_Box& box) override;
+    std::filesystem::path Choose_File(const File_Choice& /*choice*/) override { return {}; }
     void Process_Events() override { m_timers.Run_Due(); }
     bool Wait_Until(const std::function<bool()>& condition,
                     std::chrono::milliseconds at_most) override;
@@ -34,6 +36,16 @@ class Console_Desktop : public Desktop {
     /// The last box, which is not said again while it comes back unchanged (a link that stays
     /// down).
     std::string m_last_box;
+};
+
+/// What a program without a window runs in.
+struct Console {
+    /// As `Console_Desktop`.
+    Console(double speed, bool yes) : desktop(clock, signals, speed, yes) {}
+
+    System_Clock clock;
+    Signal_Watch signals;
+    Console_Desktop desktop;
 };
 
 }  // namespace norvane

@@ -4,12 +4,11 @@
 
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 
 #include "app/program.h"
+#include "app/sim_process.h"
 #include "cli/exit_status.h"
 #include "cli/resume_check.h"
-#include "cli/sim_process.h"
 #include "common/code_page.h"
 #include "common/log_error.h"
 #include "flightlog/log_columns.h"
@@ -49,8 +48,8 @@ void Print(std::string_view text) {
 /// One flight through the panel of a started program.
 class Flight {
   public:
-    Flight(Session& session, Program& program, const Fly_Options& options)
-        : m_session(session), m_program(program), m_options(options) {
+    Flight(Console& console, Session& session, Program& program, const Fly_Options& options)
+        : m_console(console), m_session(session), m_program(program), m_options(options) {
         m_program.engine.events.ACARSMessage.connect(
             [](Message_Type, const std::string& text) { Print(text + "\n"); });
         m_program.engine.events.FSTime.connect([this](const std::string&) { m_stepped = true; });
@@ -59,8 +58,7 @@ class Flight {
     int Fly();
 
   private:
-    Desktop& Console() { return m_session.Outside().desktop; }
-    bool Signalled() { return m_session.Signals().Raised(); }
+    bool Signalled() { return m_console.signals.Raised(); }
     bool Switch_On();
     int Follow_To_The_Gate();
     bool Take_Up_Dropped_Link();
@@ -68,6 +66,7 @@ class Flight {
     int Close_On_Signal();
     void Print_Result();
 
+    Console& m_console;
     Session& m_session;
     Program& m_program;
     const Fly_Options& m_options;
@@ -108,7 +107,8 @@ bool Flight::Switch_On() {
 int Flight::Follow_To_The_Gate() {
     ucACARS& panel = m_program.panel;
     for (;;) {
-        Console().Wait_Until([&] { return panel.Is_At_Gate() || panel.Is_Paused(); }, for_ever);
+        m_console.desktop.Wait_Until([&] { return panel.Is_At_Gate() || panel.Is_Paused(); },
+                                     for_ever);
         if (Signalled())
             return Close_On_Signal();
         if (panel.Is_At_Gate())
@@ -128,13 +128,13 @@ bool Flight::Take_Up_Dropped_Link() {
     Console_Desktop::Say("The flight is paused; trying to resume it every 5 seconds.");
     double waited_s = 0;
     for (;;) {
-        Console().Wait_Until([] { return false; }, resume_pause);
+        m_console.desktop.Wait_Until([] { return false; }, resume_pause);
         if (Signalled())
             return false;
         waited_s += std::chrono::duration<double>(resume_pause).count();
         m_stepped = false;
         panel.hypPause.Click();
-        Console().Wait_Until([&] { return panel.Is_Paused() || m_stepped; }, for_ever);
+        m_console.desktop.Wait_Until([&] { return panel.Is_Paused() || m_stepped; }, for_ever);
         if (Signalled())
             return false;
         if (!panel.Is_Paused()) {
@@ -176,28 +176,21 @@ void Flight::Print_Result() {
     Print("Program directory: " + From_Path(m_session.Places().program_directory));
 }
 
-std::string Simulator_Address(const Session_Options& options) {
-    if (!options.simulator.empty())
-        return options.simulator;
-    const char* environment = std::getenv("NORVANE_SIM");
-    return environment != nullptr ? environment : std::string(default_link_address);
-}
-
 }  // namespace
 
 bool Has_Own_Simulator(const Fly_Options& options) {
     return options.demo || !options.scenario.empty() || !options.replay.empty();
 }
 
-int Run_Fly(Session& session, const Fly_Options& options) {
-    const double speed = session.Options().time_scale;
+int Run_Fly(Console& console, Session& session, const Fly_Options& options) {
+    const double speed = options.time_scale;
     std::optional<Sim_Process> simulator;
     if (Has_Own_Simulator(options)) {
         simulator.emplace(Executable_Directory() / "norvane-sim",
                           Stand_In_Arguments(options, speed));
     }
-    Socket_Transport transport(Parse_Link_Address(
-        simulator ? simulator->Address() : Simulator_Address(session.Options())));
+    Socket_Transport transport(
+        Parse_Link_Address(simulator ? simulator->Address() : options.simulator));
     Program program(session.Outside(), transport);
     if (program.settings.ACARS_UseTime() == 1 && speed != 1) {
         Console_Desktop::Say(
@@ -205,7 +198,7 @@ int Run_Fly(Session& session, const Fly_Options& options) {
             "(ACARS_UseTime is 1)");
         return exit_status::wrong_usage;
     }
-    return Flight(session, program, options).Fly();
+    return Flight(console, session, program, options).Fly();
 }
 
 }  // namespace norvane

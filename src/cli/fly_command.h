@@ -6,13 +6,18 @@
 #include <optional>
 #include <string>
 
-#include "cli/session.h"
+#include "app/session.h"
+#include "cli/console_desktop.h"
 
 namespace norvane {
 
 struct Fly_Options {
     std::string flight_number;
     std::string aircraft;
+    /// The simulator's address, for a flight without a stand-in.
+    std::string simulator;
+    /// Divides every timer.
+    double time_scale = 1;
     /// A stored flight is dropped, not resumed.
     bool start_new = false;
     /// A stand-in of the program's own; at most one of the three.
@@ -27,6 +32,6 @@ struct Fly_Options {
 [[nodiscard]] bool Has_Own_Simulator(const Fly_Options& options);
 
 /// The exit status. Raises what keeps the flight from being begun.
-[[nodiscard]] int Run_Fly(Session& session, const Fly_Options& options);
+[[nodiscard]] int Run_Fly(Console& console, Session& session, const Fly_Options& options);
 
 }  // namespace norvane

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "cli/session.h"
+#include "app/session.h"
 
 namespace norvane {
 

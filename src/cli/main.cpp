@@ -18,7 +18,7 @@ using namespace norvane;
 /// The command that the command line chose.
 struct Work {
     Access access = Access::look;
-    std::function<int(Session&)> run;
+    std::function<int(Console&, Session&)> run;
 };
 
 void Add_Fly(CLI::App& app, Session_Options& session, Fly_Options& fly, Work& work) {
@@ -26,8 +26,7 @@ void Add_Fly(CLI::App& app, Session_Options& session, Fly_Options& fly, Work& wo
     command->add_option("--flight-number", fly.flight_number, "Airline flight number");
     command->add_option("--aircraft", fly.aircraft, "Aircraft type");
     command->add_flag("--new", fly.start_new, "Drop a stored flight instead of resuming it");
-    command
-        ->add_option("--time-scale", session.time_scale, "Run timers and stand-in X times as fast")
+    command->add_option("--time-scale", fly.time_scale, "Run timers and stand-in X times as fast")
         ->check(CLI::Range(0.01, 1000.0));
     command
         ->add_option("--give-up", fly.give_up_s,
@@ -43,7 +42,8 @@ void Add_Fly(CLI::App& app, Session_Options& session, Fly_Options& fly, Work& wo
         ->excludes(scenario);
     command->callback([&] {
         session.places.demonstration = Has_Own_Simulator(fly);
-        work = {Access::write, [&](Session& open) { return Run_Fly(open, fly); }};
+        work = {Access::write,
+                [&](Console& console, Session& open) { return Run_Fly(console, open, fly); }};
     });
 }
 
@@ -58,46 +58,50 @@ void Add_Log(CLI::App& app, Words& words, Work& work) {
     auto* rows = log->add_subcommand("rows", "List a log's flights");
     rows->add_option("NAME", words.name, "The log; the active one unless given");
     rows->callback([&] {
-        work = {Access::look, [&](Session& open) { return Log_Rows(open, words.name); }};
+        work = {Access::look, [&](Console&, Session& open) { return Log_Rows(open, words.name); }};
     });
     auto* totals = log->add_subcommand("totals", "Block and flight time of a log");
     totals->add_option("NAME", words.name, "The log; the active one unless given");
     totals->callback([&] {
-        work = {Access::look, [&](Session& open) { return Log_Totals_Line(open, words.name); }};
+        work = {Access::look,
+                [&](Console&, Session& open) { return Log_Totals_Line(open, words.name); }};
     });
 }
 
 void Add_Settings(CLI::App& app, Words& words, Work& work) {
     auto* settings = app.add_subcommand("settings", "The settings")->require_subcommand(1);
     settings->add_subcommand("list", "List every setting")->callback([&] {
-        work = {Access::look, [&](Session& open) { return Settings_List(open); }};
+        work = {Access::look, [&](Console&, Session& open) { return Settings_List(open); }};
     });
     auto* get = settings->add_subcommand("get", "Print one setting");
     get->add_option("NAME", words.name)->required();
     get->callback([&] {
-        work = {Access::look, [&](Session& open) { return Settings_Get(open, words.name); }};
+        work = {Access::look,
+                [&](Console&, Session& open) { return Settings_Get(open, words.name); }};
     });
     auto* set = settings->add_subcommand("set", "Change one setting");
     set->add_option("NAME", words.name)->required();
     set->add_option("VALUE", words.value)->required();
     set->callback([&] {
-        work = {Access::write,
-                [&](Session& open) { return Settings_Set(open, words.name, words.value); }};
+        work = {Access::write, [&](Console&, Session& open) {
+                    return Settings_Set(open, words.name, words.value);
+                }};
     });
 }
 
 void Add_Airline(CLI::App& app, Words& words, Work& work) {
     auto* airline = app.add_subcommand("airline", "The virtual airlines")->require_subcommand(1);
     airline->add_subcommand("list", "List the airlines")->callback([&] {
-        work = {Access::look, [&](Session& open) { return Airline_List(open); }};
+        work = {Access::look, [&](Console&, Session& open) { return Airline_List(open); }};
     });
     airline->add_subcommand("show", "The active airline's server and fields")->callback([&] {
-        work = {Access::look, [&](Session& open) { return Airline_Show(open); }};
+        work = {Access::look, [&](Console&, Session& open) { return Airline_Show(open); }};
     });
     auto* use = airline->add_subcommand("use", "Make an airline the active one");
     use->add_option("NAME", words.name)->required();
     use->callback([&] {
-        work = {Access::write, [&](Session& open) { return Airline_Use(open, words.name); }};
+        work = {Access::write,
+                [&](Console&, Session& open) { return Airline_Use(open, words.name); }};
     });
 }
 
@@ -105,7 +109,7 @@ void Add_Plan(CLI::App& app, Words& words, Work& work) {
     auto* plan = app.add_subcommand("plan", "Show what a saved flight plan says");
     plan->add_option("FILE.pln", words.name, "The simulator's flight plan")->required();
     plan->callback([&] {
-        work = {Access::look, [&](Session& open) { return Show_Plan(open, words.name); }};
+        work = {Access::look, [&](Console&, Session& open) { return Show_Plan(open, words.name); }};
     });
 }
 
@@ -120,11 +124,11 @@ std::string Link_Address_Fault(const std::string& text) {
 }
 
 /// Runs the chosen command; what it raises becomes a line, an entry of the error log and a status.
-int Run(const Session_Options& options, const Work& work) {
+int Run(const Session_Options& options, Console& console, const Work& work) {
     try {
-        Session session(options, work.access);
+        Session session(options, work.access, console.desktop, console.clock);
         try {
-            return work.run(session);
+            return work.run(console, session);
         } catch (...) {
             const Run_Error error = Caught_Error();
             Console_Desktop::Say(error.Description());
@@ -147,6 +151,7 @@ int main(int argc, char** argv) {
     Fly_Options fly;
     Words words;
     Work work;
+    bool yes = false;
     CLI::App app("Norvane without a window: flies along with a simulator and keeps the flight log",
                  "norvane-cli");
     app.set_version_flag("--version", std::string("norvane-cli ") + norvane::version);
@@ -155,7 +160,7 @@ int main(int argc, char** argv) {
     app.add_option("--sim", session.simulator,
                    "Simulator address, host:port or unix:/path ($NORVANE_SIM, then 127.0.0.1:8338)")
         ->check(CLI::Validator(Link_Address_Fault, ""));
-    app.add_flag("--yes", session.yes, "Answer questions with Yes");
+    app.add_flag("--yes", yes, "Answer questions with Yes");
     app.require_subcommand(1);
     Add_Fly(app, session, fly, work);
     Add_Log(app, words, work);
@@ -167,5 +172,7 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? exit_status::done : exit_status::wrong_usage;
     }
-    return Run(session, work);
+    fly.simulator = Simulator_Address(session);
+    Console console(fly.time_scale, yes);
+    return Run(session, console, work);
 }

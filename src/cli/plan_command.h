@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "cli/session.h"
+#include "app/session.h"
 
 namespace norvane {
 

@@ -2,6 +2,16 @@
 
 namespace norvane {
 
+Wait_Notice::Wait_Notice(Desktop& desktop, std::string_view what) : m_desktop(desktop) {
+    m_desktop.m_waits.emplace_back(what);
+    m_desktop.Wait_Changed();
+}
+
+Wait_Notice::~Wait_Notice() {
+    m_desktop.m_waits.pop_back();
+    m_desktop.Wait_Changed();
+}
+
 std::string Settings_Store::Get(std::string_view section, std::string_view key,
                                 std::string_view otherwise) {
     auto found = Find(section, key);

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "common/date_time.h"
 #include "common/number.h"
@@ -28,6 +29,15 @@ struct Message_Box {
     Buttons buttons = Buttons::ok;
 };
 
+/// A file that the pilot is asked for.
+struct File_Choice {
+    std::string title;
+    /// What is offered and its pattern, separated by "|": "Flight Plans (*.pln)|*.pln".
+    std::string filter;
+    /// Where the dialog opens; empty: anywhere.
+    std::filesystem::path directory;
+};
+
 /// The pilot's screen, or what stands in its place.
 class Desktop {
   public:
@@ -40,6 +50,8 @@ class Desktop {
     /// Shows the box and waits for the answer. An information box that nothing asked for (raised by
     /// a timer) may be shown without waiting.
     virtual Answer Show_Message(const Message_Box& box) = 0;
+    /// Empty when the pilot chose none, or nobody can be asked.
+    virtual std::filesystem::path Choose_File(const File_Choice& choice) = 0;
     /// Handles what has happened: timers that are due, input, repaints.
     virtual void Process_Events() = 0;
     /// Keeps events flowing, without spinning, until `condition` holds (true) or `at_most` of the
@@ -47,6 +59,32 @@ class Desktop {
     virtual bool Wait_Until(const std::function<bool()>& condition,
                             std::chrono::milliseconds at_most) = 0;
     [[nodiscard]] virtual Timer_Queue& Timers() = 0;
+
+    /// What is being waited for; empty when nothing is.
+    [[nodiscard]] std::string_view Waiting_For() const {
+        return m_waits.empty() ? std::string_view() : m_waits.back();
+    }
+
+  protected:
+    /// `Waiting_For` is another one now.
+    virtual void Wait_Changed() {}
+
+  private:
+    friend class Wait_Notice;
+    std::vector<std::string> m_waits;
+};
+
+/// Tells the pilot what is being waited for, for the length of the wait. Waits nest; the innermost
+/// is told.
+class Wait_Notice {
+  public:
+    Wait_Notice(Desktop& desktop, std::string_view what);
+    ~Wait_Notice();
+    Wait_Notice(const Wait_Notice&) = delete;
+    Wait_Notice& operator=(const Wait_Notice&) = delete;
+
+  private:
+    Desktop& m_desktop;
 };
 
 /// The busy cursor for the length of a procedure.

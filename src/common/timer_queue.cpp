@@ -72,9 +72,12 @@ Timer::~Timer() {
 }
 
 void Timer::Set_Enabled(bool enabled) {
-    if (enabled && !m_enabled)
-        m_due = m_queue.Now() + m_queue.Scaled(m_interval);
+    const bool begins = enabled && !m_enabled;
     m_enabled = enabled;
+    if (!begins)
+        return;
+    m_due = m_queue.Now() + m_queue.Scaled(m_interval);
+    m_queue.rescheduled.emit();
 }
 
 void Timer::Run() {

@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace norvane {
@@ -34,6 +35,24 @@ class Timer_Queue {
     [[nodiscard]] std::chrono::microseconds Now() const;
     /// True while a tick runs: what happens then was not asked for by the pilot.
     [[nodiscard]] bool Is_Ticking() const { return m_ticks_running > 0; }
+    /// `Next_Due` may have become earlier; whoever sleeps until then looks again.
+    sigc::signal<void()> rescheduled;
+
+    /// For the length of a nested event loop within a tick: what happens in it is the pilot's
+    /// again.
+    class Ticks_Set_Aside {
+      public:
+        explicit Ticks_Set_Aside(Timer_Queue& queue)
+            : m_queue(queue), m_running(std::exchange(queue.m_ticks_running, 0)) {}
+        ~Ticks_Set_Aside() { m_queue.m_ticks_running = m_running; }
+        Ticks_Set_Aside(const Ticks_Set_Aside&) = delete;
+        Ticks_Set_Aside& operator=(const Ticks_Set_Aside&) = delete;
+
+      private:
+        Timer_Queue& m_queue;
+        int m_running;
+    };
+
     /// True unless the same report was offered less than a minute ago.
     bool First_Within_A_Minute(const std::string& report);
 

@@ -66,6 +66,10 @@ std::string Http_Client::Request(const Http_Request& request) {
     return Follow(request);
 }
 
+bool Http_Client::Is_Given_Up() const {
+    return m_cancelled || (m_options.given_up && m_options.given_up());
+}
+
 std::string Http_Client::Follow(const Http_Request& request) {
     Http_Hop hop{request.verb, Request_Address(request.host, request.path)};
     static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
@@ -146,7 +150,7 @@ void Http_Client::Perform(void* carrier, Exchange& exchange) {
     curl_easy_getinfo(easy, CURLINFO_TOTAL_TIME_T, &duration_us);
     curl_easy_getinfo(easy, CURLINFO_PRETRANSFER_TIME_T, &ready_after_us);
     curl_easy_getinfo(easy, CURLINFO_REDIRECT_URL, &location);
-    if (m_cancelled)
+    if (Is_Given_Up())
         throw Http_Error(http_send_request);
     const bool status_line_came = exchange.status >= 200;
     if (result != CURLE_OK && !status_line_came)
@@ -157,7 +161,7 @@ void Http_Client::Perform(void* carrier, Exchange& exchange) {
 }
 
 int Http_Client::Wait_For(void* carrier) {
-    while (!m_cancelled) {
+    while (!Is_Given_Up()) {
         int running = 0;
         if (curl_multi_perform(carrier, &running) != CURLM_OK)
             return CURLE_FAILED_INIT;

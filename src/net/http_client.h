@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "net/http_address.h"
@@ -21,6 +22,8 @@ struct Http_Options {
     int most_redirects = 5;
     /// Certificates to trust instead of the system's; empty: the system's.
     std::filesystem::path trusted_certificates;
+    /// Asked while a request runs, and before; true ends it as `Cancel` does. None: never.
+    std::function<bool()> given_up;
 };
 
 struct Http_Request {
@@ -49,6 +52,7 @@ class Http_Client {
   private:
     struct Exchange;
 
+    [[nodiscard]] bool Is_Given_Up() const;
     std::string Follow(const Http_Request& request);
     void Prepare(Exchange& exchange, const Http_Hop& hop, const std::string& body) const;
     /// Runs one exchange to its end; raises when no status line came.

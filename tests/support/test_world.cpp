@@ -28,6 +28,15 @@ Answer Scripted_Desktop::Show_Message(const Message_Box& box) {
     return answer;
 }
 
+std::filesystem::path Scripted_Desktop::Choose_File(const File_Choice& choice) {
+    file_choices.push_back(choice);
+    if (chosen_files.empty())
+        return {};
+    const std::filesystem::path chosen = chosen_files.front();
+    chosen_files.pop_front();
+    return chosen;
+}
+
 bool Scripted_Desktop::Wait_Until(const std::function<bool()>& condition,
                                   std::chrono::milliseconds at_most) {
     const auto end = m_timers.Now() + m_timers.Scaled(at_most);

@@ -1,8 +1,11 @@
-#include "cli/session.h"
+#include "app/session.h"
+
+#include <cstdlib>
 
 #include "common/code_page.h"
 #include "common/log_error.h"
 #include "config/regional_settings.h"
+#include "simlink/link_address.h"
 
 namespace norvane {
 
@@ -30,15 +33,20 @@ Store_In_Use::Store_In_Use(const std::filesystem::path& store)
     : Run_Error(error_number::permission_denied,
                 "Another program uses the settings in " + From_Path(store)) {}
 
-Session::Session(Session_Options options, Access access)
-    : m_options(std::move(options)),
-      m_places(Find_Places(Executable_Directory(), m_options.places)),
-      m_desktop(m_clock, m_signals, m_options.time_scale, m_options.yes),
+std::string Simulator_Address(const Session_Options& options) {
+    if (!options.simulator.empty())
+        return options.simulator;
+    const char* environment = std::getenv("NORVANE_SIM");
+    return environment != nullptr ? environment : std::string(default_link_address);
+}
+
+Session::Session(const Session_Options& options, Access access, Desktop& desktop, Clock& clock)
+    : m_places(Find_Places(Executable_Directory(), options.places)),
       m_error_log(m_places.program_directory) {
     Open_Store(access);
     Settings_Store& store = m_looking ? static_cast<Settings_Store&>(*m_looking)
                                       : static_cast<Settings_Store&>(*m_database);
-    m_services.emplace(Services{m_desktop, store, m_clock, m_error_log, Load_Regional(store),
+    m_services.emplace(Services{desktop, store, clock, m_error_log, Load_Regional(store),
                                 m_places.program_directory});
     if (m_database && !m_database->Trouble().empty()) {
         Log_Error(*m_services, "modMain.Main()",

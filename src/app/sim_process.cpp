@@ -1,4 +1,4 @@
-#include "cli/sim_process.h"
+#include "app/sim_process.h"
 
 #include <sys/prctl.h>
 #include <sys/wait.h>

@@ -1,4 +1,4 @@
-#include "cli/signal_watch.h"
+#include "app/signal_watch.h"
 
 #include <poll.h>
 #include <sys/signalfd.h>
