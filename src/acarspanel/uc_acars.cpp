@@ -1,6 +1,7 @@
 #include "acarspanel/uc_acars.h"
 
 #include <filesystem>
+#include <utility>
 
 #include "acars/cls_acars.h"
 #include "acarspanel/panel_fields.h"
@@ -17,14 +18,15 @@ constexpr std::chrono::minutes position_interval(1);
 
 }  // namespace
 
-ucACARS::ucACARS(Services& services, const clsAppSettings& settings, const clsVASettings& airline,
-                 clsLogEntry& log_entry)
-    : tmr(services.desktop.Timers(), step_interval),
-      tmrPos(services.desktop.Timers(), position_interval),
-      m_services(services),
-      m_settings(settings),
-      m_airline(airline),
-      m_objNewLogEntry(log_entry) {
+ucACARS::ucACARS(Parts parts)
+    : tmr(parts.services.desktop.Timers(), step_interval),
+      tmrPos(parts.services.desktop.Timers(), position_interval),
+      m_services(parts.services),
+      m_settings(parts.settings),
+      m_airline(parts.airline),
+      m_objNewLogEntry(parts.log_entry),
+      m_response(parts.response),
+      m_http(std::move(parts.http)) {
     for (const Panel_Field& row : Panel_Fields()) {
         if (Label* label = row.Find_Label(*this))
             m_labels.push_back(label);

@@ -23,6 +23,7 @@
 #include "common/timer_queue.h"
 #include "config/cls_app_settings.h"
 #include "config/field_definitions.h"
+#include "net/http_client.h"
 
 namespace norvane {
 
@@ -31,6 +32,7 @@ struct Services;
 class clsACARS;
 class clsLogEntry;
 class clsVASettings;
+class frmResponse;
 
 /// One position of the pilot's or the airline's own fields: a caption and, of the two inputs, the
 /// one that the field's definition asks for; hidden and disabled without a definition.
@@ -53,8 +55,17 @@ struct Custom_Field {
 
 class ucACARS {
   public:
-    ucACARS(Services& services, const clsAppSettings& settings, const clsVASettings& airline,
-            clsLogEntry& log_entry);
+    /// Who the panel works with, all of it longer lived than the panel.
+    struct Parts {
+        Services& services;
+        const clsAppSettings& settings;
+        clsVASettings& airline;
+        clsLogEntry& log_entry;
+        frmResponse& response;
+        Http_Options http;
+    };
+
+    explicit ucACARS(Parts parts);
     ~ucACARS();
     ucACARS(const ucACARS&) = delete;
     ucACARS& operator=(const ucACARS&) = delete;
@@ -233,8 +244,10 @@ class ucACARS {
 
     Services& m_services;
     const clsAppSettings& m_settings;
-    const clsVASettings& m_airline;
+    clsVASettings& m_airline;
     clsLogEntry& m_objNewLogEntry;
+    frmResponse& m_response;
+    Http_Options m_http;
     clsACARS* m_objACARS = nullptr;
     std::vector<sigc::connection> m_engine_connections;
     std::vector<sigc::connection> m_entry_connections;

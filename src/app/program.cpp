@@ -2,7 +2,7 @@
 
 namespace norvane {
 
-Program::Program(const Services& outside, Transport& transport)
+Program::Program(const Services& outside, Transport& transport, const Http_Options& http)
     : services(outside),
       settings(services),
       airline(services),
@@ -11,12 +11,21 @@ Program::Program(const Services& outside, Transport& transport)
       link(transport, services.clock),
       flight_log(services, settings, airline, log_entry),
       engine({services, link, settings, airline, utc}),
-      panel(services, settings, airline, log_entry) {
+      response(services),
+      panel({services, settings, airline, log_entry, response, Until_Closing(http)}),
+      messages({services, settings, airline, Until_Closing(http)}) {
     airline.Get_VA_Settings(settings.Virtual_Airline());
     flight_log.UCI();
     panel.UCI();
     panel.Set_ACARS(engine);
+    messages.Set_ACARS(engine);
     Connect();
+}
+
+Http_Options Program::Until_Closing(const Http_Options& http) const {
+    Http_Options options = http;
+    options.given_up = [this, outer = http.given_up] { return m_closing || (outer && outer()); };
+    return options;
 }
 
 void Program::Connect() {
@@ -29,6 +38,8 @@ void Program::Connect() {
 }
 
 void Program::Close(ucACARS::Closing how) {
+    m_closing = true;
+    messages.Close();
     panel.Close(how);
     engine.Stop_();
     link.IPC_Close();

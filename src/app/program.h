@@ -1,8 +1,8 @@
 #pragma once
 // The process-wide objects, created once in start-up order and wired to each other: settings,
-// airline, the shared log entry, the clock, the simulator link, the flight log, the engine and the
-// ACARS panel. Owned by the program's `main`; a program without a window and one with it start the
-// same way and end the same way.
+// airline, the shared log entry, the clock, the simulator link, the flight log, the engine, the
+// ACARS panel, the message panel and the response viewer. Owned by the program's `main`; a program
+// without a window and one with it start the same way and end the same way.
 
 #include "acars/cls_acars.h"
 #include "acars/cls_utc.h"
@@ -12,6 +12,8 @@
 #include "config/cls_va_settings.h"
 #include "flightlog/uc_flight_log.h"
 #include "logentry/cls_log_entry.h"
+#include "logentry/frm_response.h"
+#include "net/uc_msg.h"
 #include "simlink/mod_fsuipc.h"
 
 namespace norvane {
@@ -19,7 +21,7 @@ namespace norvane {
 class Program {
   public:
     /// Loads settings and airline, takes a stored flight up onto the panel. No connection is made.
-    Program(const Services& outside, Transport& transport);
+    Program(const Services& outside, Transport& transport, const Http_Options& http = {});
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
@@ -34,10 +36,16 @@ class Program {
     modFSUIPC link;
     ucFlightLog flight_log;
     clsACARS engine;
+    frmResponse response;
     ucACARS panel;
+    ucMSG messages;
 
   private:
+    [[nodiscard]] Http_Options Until_Closing(const Http_Options& http) const;
     void Connect();
+
+    /// From here on no request is waited for any longer.
+    bool m_closing = false;
 };
 
 }  // namespace norvane

@@ -16,7 +16,8 @@ Program::Program(Services& services, Offset_Area& area)
       transport(area),
       link(transport, services.clock),
       engine({services, link, settings, airline, utc}),
-      panel(services, settings, airline, entry) {}
+      response(services),
+      panel({services, settings, airline, entry, response, {}}) {}
 
 Panel_World::Panel_World() {
     Write("bin/fs9.wld", "40.0|-73.0|10|KAAA|Alpha Field\r\n41.0|-73.0|10|KBBB|Bravo Field\r\n");

@@ -12,6 +12,7 @@
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
 #include "logentry/cls_log_entry.h"
+#include "logentry/frm_response.h"
 #include "simlink/in_process_transport.h"
 #include "simlink/mod_fsuipc.h"
 #include "simlink/offset_area.h"
@@ -30,6 +31,7 @@ struct Program {
     In_Process_Transport transport;
     modFSUIPC link;
     clsACARS engine;
+    frmResponse response;
     ucACARS panel;
 };
 

@@ -1,0 +1,84 @@
+#pragma once
+// The ACARS message panel: the traffic of the flight in progress, a command box for comments and
+// weather requests, the message log file at the end of a flight, and the reports to the airline's
+// ACARS script. One object, owned by the program; its controls are public models that the window
+// binds to.
+
+#include <sigc++/sigc++.h>
+
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "acars/acars_events.h"
+#include "common/controls.h"
+#include "common/timer_queue.h"
+#include "net/http_client.h"
+
+namespace norvane {
+
+struct Services;
+class clsACARS;
+class clsAppSettings;
+class clsVASettings;
+
+class ucMSG {
+  public:
+    /// Who the panel works with, all of it longer lived than the panel.
+    struct Parts {
+        Services& services;
+        const clsAppSettings& settings;
+        clsVASettings& airline;
+        Http_Options http;
+    };
+
+    explicit ucMSG(Parts parts);
+    ~ucMSG();
+    ucMSG(const ucMSG&) = delete;
+    ucMSG& operator=(const ucMSG&) = delete;
+
+    /// The engine whose messages are shown from now on; it outlives the panel's use of it.
+    void Set_ACARS(clsACARS& engine);
+
+    /// Hands a message to the engine, which composes and announces it.
+    void Send_Message(Message_Type type, std::string_view text);
+    /// Fetches the weather of the airport in the command box and sends it as a message.
+    void Get_WX();
+    /// Writes the messages of the flight to a new file in "messagelogs".
+    void Export_Message_Log();
+    /// Posts one message to the airline's ACARS script. The pilot is not told how that went.
+    void Send_ACARS_Report(std::string_view text);
+
+    /// Reports are on their way, or wait for their turn. They leave in order, after the step in
+    /// which their messages arose, while sampling goes on.
+    [[nodiscard]] bool Is_Posting() const;
+    /// Ends the running requests and drops what waits; the error log tells how much that was.
+    void Close();
+
+    /// Every message of the flight, each followed by an empty line.
+    [[nodiscard]] const std::string& Log() const { return m_log; }
+    /// The text that was added at the end of `Log`.
+    sigc::signal<void(const std::string&)> Log_Appended;
+    sigc::signal<void()> Log_Cleared;
+
+    Text_Box txtCommand;
+    Link hypComment{"Enter Comment"};
+    Link hypWX{"Request WX"};
+
+    /// Sends the reports that wait, a moment after they arose.
+    Timer tmrPost;
+
+  private:
+    void Enable_Input(bool enabled);
+
+    Services& m_services;
+    const clsAppSettings& m_settings;
+    clsVASettings& m_airline;
+    Http_Options m_http;
+    clsACARS* m_objACARS = nullptr;
+    std::vector<sigc::connection> m_engine_connections;
+    std::string m_log;
+};
+
+}  // namespace norvane
