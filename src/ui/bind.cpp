@@ -1,0 +1,202 @@
+#include "ui/bind.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QTimer>
+#include <utility>
+
+#include "ui/link_button.h"
+#include "ui/qt_text.h"
+#include "ui/value_label.h"
+
+namespace norvane {
+
+namespace {
+
+/// Lives with a widget and ends a connection with it.
+class Kept_Connection : public QObject {
+  public:
+    Kept_Connection(QObject& owner, const sigc::connection& connection)
+        : QObject(&owner), m_connection(connection) {}
+    ~Kept_Connection() override { m_connection.disconnect(); }
+    Kept_Connection(const Kept_Connection&) = delete;
+    Kept_Connection& operator=(const Kept_Connection&) = delete;
+
+  private:
+    sigc::connection m_connection;
+};
+
+/// Sees a widget's events before the widget; true from `handle` keeps an event from it.
+class Event_Watch : public QObject {
+  public:
+    Event_Watch(QObject& watched, std::function<bool(QEvent&)> handle)
+        : QObject(&watched), m_handle(std::move(handle)) {
+        watched.installEventFilter(this);
+    }
+
+  protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override { return m_handle(*event); }
+
+  private:
+    std::function<bool(QEvent&)> m_handle;
+};
+
+/// What the binding does when a box gets or loses the focus.
+template <class Edit>
+void Watch_Focus(Edit& edit, Text_Box& model) {
+    new Event_Watch(edit, [&edit, &model](QEvent& event) {
+        // After the event itself: the press that brought the focus places the cursor.
+        if (event.type() == QEvent::FocusIn)
+            QTimer::singleShot(0, &edit, [&edit] { edit.selectAll(); });
+        if (event.type() == QEvent::FocusOut)
+            model.Leave();
+        return false;
+    });
+}
+
+void Show_State(QWidget& widget, const Control& model) {
+    widget.setEnabled(model.Enabled());
+    widget.setVisible(model.Visible());
+}
+
+}  // namespace
+
+void Keep(QObject& owner, const sigc::connection& connection) {
+    new Kept_Connection(owner, connection);
+}
+
+void Follow(QObject& widget, Control& model, const std::function<void()>& run) {
+    Keep(widget, model.changed.connect(run));
+    run();
+}
+
+void Bind(QLineEdit& edit, Text_Box& model, const QString& caption) {
+    edit.setAccessibleName(caption);
+    Follow(edit, model, [&edit, &model] {
+        const QString text = To_Q(model.Text());
+        if (text != edit.text()) {
+            const int cursor = edit.cursorPosition();
+            edit.setText(text);
+            // What the pilot is typing may have been cleaned; a value of the program's is read from
+            // its beginning.
+            edit.setCursorPosition(edit.hasFocus() ? cursor : 0);
+        }
+        Show_State(edit, model);
+    });
+    QObject::connect(&edit, &QLineEdit::textEdited, &edit,
+                     [&model](const QString& text) { model.Enter(From_Q(text)); });
+    Watch_Focus(edit, model);
+}
+
+void Bind(QPlainTextEdit& edit, Text_Box& model, const QString& caption) {
+    edit.setAccessibleName(caption);
+    edit.setTabChangesFocus(true);
+    Follow(edit, model, [&edit, &model] {
+        const QString text = To_Q(model.Text());
+        if (text != edit.toPlainText()) {
+            const QSignalBlocker quiet(&edit);
+            const int position = edit.textCursor().position();
+            edit.setPlainText(text);
+            QTextCursor cursor = edit.textCursor();
+            cursor.setPosition(edit.hasFocus() ? std::min(position, static_cast<int>(text.size()))
+                                               : 0);
+            edit.setTextCursor(cursor);
+        }
+        Show_State(edit, model);
+    });
+    QObject::connect(&edit, &QPlainTextEdit::textChanged, &edit,
+                     [&edit, &model] { model.Enter(From_Q(edit.toPlainText())); });
+    Watch_Focus(edit, model);
+}
+
+void Bind(QComboBox& list, Combo_Box& model, const QString& caption) {
+    list.setAccessibleName(caption);
+    list.setFocusPolicy(Qt::StrongFocus);
+    Follow(list, model, [&list, &model] {
+        QStringList entries;
+        for (const std::string& entry : model.Entries())
+            entries << To_Q(entry);
+        QStringList shown;
+        for (int i = 0; i < list.count(); ++i)
+            shown << list.itemText(i);
+        if (entries != shown) {
+            list.clear();
+            list.addItems(entries);
+        }
+        list.setCurrentIndex(model.Selected());
+        Show_State(list, model);
+    });
+    QObject::connect(&list, &QComboBox::activated, &list,
+                     [&model](int index) { model.Choose(index); });
+    new Event_Watch(list, [&list, &model](QEvent& event) {
+        if (event.type() == QEvent::KeyPress) {
+            const int key = static_cast<QKeyEvent&>(event).key();
+            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+                list.showPopup();
+                return true;
+            }
+        }
+        // The wheel scrolls the form; it must not change a list that it happens to pass over.
+        if (event.type() == QEvent::Wheel && !list.hasFocus()) {
+            event.ignore();
+            return true;
+        }
+        return false;
+    });
+    // Typing and the arrow keys choose without opening the list.
+    QObject::connect(&list, &QComboBox::currentIndexChanged, &list, [&list, &model](int index) {
+        if (list.hasFocus() && index != model.Selected())
+            model.Choose(index);
+    });
+}
+
+void Bind(QCheckBox& box, Check_Box& model) {
+    Follow(box, model, [&box, &model] {
+        box.setChecked(model.Checked());
+        Show_State(box, model);
+    });
+    QObject::connect(&box, &QCheckBox::clicked, &box, [&box, &model] {
+        model.Click();
+        box.setChecked(model.Checked());
+    });
+}
+
+void Bind(Value_Label& value, Label& model, const QString& caption) {
+    Follow(value, model, [&value, &model, caption] {
+        const QString text = To_Q(model.Text());
+        value.Set_Text(text);
+        value.setAccessibleName(caption + ": " + text);
+        Show_State(value, model);
+    });
+}
+
+void Bind(QLabel& caption, Label& model) {
+    caption.setTextFormat(Qt::PlainText);
+    Follow(caption, model, [&caption, &model] {
+        caption.setText(To_Q(model.Text()));
+        Show_State(caption, model);
+    });
+}
+
+void Bind_Caption(QLabel& caption, Control& follows) {
+    Follow(caption, follows, [&caption, &follows] { Show_State(caption, follows); });
+}
+
+void Bind(Link_Button& link, Link& model) {
+    Follow(link, model, [&link, &model] {
+        link.setText(To_Q(model.Caption()));
+        Show_State(link, model);
+    });
+    QObject::connect(&link, &Link_Button::clicked, &link, [&model] { model.Click(); });
+}
+
+void Bind(QAction& action, Menu_Command& model) {
+    Follow(action, model, [&action, &model] {
+        action.setText(To_Q(model.Caption()));
+        action.setEnabled(model.Enabled());
+        action.setVisible(model.Visible());
+    });
+    QObject::connect(&action, &QAction::triggered, &action, [&model] { model.Choose(); });
+}
+
+}  // namespace norvane

@@ -1,0 +1,162 @@
+#include "ui/qt_desktop.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <algorithm>
+
+#include "common/text.h"
+#include "ui/qt_text.h"
+
+namespace norvane {
+
+namespace {
+
+using std::chrono::ceil;
+using std::chrono::microseconds;
+using std::chrono::milliseconds;
+
+/// An open wait looks at its condition at least this often.
+constexpr milliseconds longest_sleep(200);
+
+QMessageBox::Icon Qt_Icon(Icon icon) {
+    switch (icon) {
+        case Icon::information:
+            return QMessageBox::Information;
+        case Icon::question:
+            return QMessageBox::Question;
+        case Icon::exclamation:
+            return QMessageBox::Warning;
+        case Icon::none:
+            break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+}  // namespace
+
+Qt_Desktop::Qt_Desktop(Clock& clock, double speed) : m_timers(clock, speed) {
+    m_wake.setSingleShot(true);
+    m_wake.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&m_wake, &QTimer::timeout, &m_wake, [this] { Run_Timers(); });
+    m_timers.rescheduled.connect([this] { Arm(); });
+}
+
+void Qt_Desktop::Run_Timers() {
+    m_timers.Run_Due();
+    Arm();
+}
+
+void Qt_Desktop::Arm() {
+    const auto next = m_timers.Next_Due();
+    if (!next) {
+        m_wake.stop();
+        return;
+    }
+    const auto wait = std::max(*next - m_timers.Now(), microseconds::zero());
+    m_wake.start(ceil<milliseconds>(wait));
+}
+
+void Qt_Desktop::Set_Busy(bool busy) {
+    m_busy = std::max(0, m_busy + (busy ? 1 : -1));
+    const bool shown = QApplication::overrideCursor() != nullptr;
+    if (m_busy > 0 && !shown)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    if (m_busy == 0 && shown)
+        QApplication::restoreOverrideCursor();
+}
+
+QMessageBox* Qt_Desktop::Make_Box(const Message_Box& box) {
+    auto* shown = new QMessageBox(Qt_Icon(box.icon), To_Q(box.title), To_Q(box.text),
+                                  box.buttons == Buttons::yes_no
+                                      ? QMessageBox::Yes | QMessageBox::No
+                                      : QMessageBox::StandardButtons(QMessageBox::Ok),
+                                  m_window);
+    // What a server or a file says is no markup.
+    shown->setTextFormat(Qt::PlainText);
+    if (box.buttons == Buttons::yes_no)
+        shown->setEscapeButton(QMessageBox::No);
+    std::erase_if(m_dialogs, [](const auto& dialog) { return dialog.isNull(); });
+    m_dialogs.emplace_back(shown);
+    return shown;
+}
+
+/// Runs a dialog that the pilot has to answer; what happens behind it is not the tick's any longer.
+int Qt_Desktop::Ask(QDialog& dialog) {
+    const Timer_Queue::Ticks_Set_Aside aside(m_timers);
+    const bool busy = m_busy > 0;
+    if (busy)
+        QApplication::changeOverrideCursor(Qt::ArrowCursor);
+    const int result = dialog.exec();
+    if (busy && QApplication::overrideCursor() != nullptr)
+        QApplication::changeOverrideCursor(Qt::WaitCursor);
+    return result;
+}
+
+Answer Qt_Desktop::Show_Message(const Message_Box& box) {
+    const bool question = box.buttons == Buttons::yes_no;
+    if (m_ended)
+        return question ? Answer::no : Answer::ok;
+    QMessageBox* shown = Make_Box(box);
+    if (!question && m_timers.Is_Ticking()) {
+        shown->setAttribute(Qt::WA_DeleteOnClose);
+        shown->setModal(false);
+        shown->show();
+        return Answer::ok;
+    }
+    const int pressed = Ask(*shown);
+    delete shown;
+    if (!question)
+        return Answer::ok;
+    return pressed == QMessageBox::Yes ? Answer::yes : Answer::no;
+}
+
+std::filesystem::path Qt_Desktop::Choose_File(const File_Choice& choice) {
+    if (m_ended)
+        return {};
+    // "words|pattern" as this dialog takes it; letter case does not matter in names.
+    const QStringList filter = To_Q(choice.filter).split('|');
+    QFileDialog dialog(m_window, To_Q(choice.title), Path_To_Q(choice.directory));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    QString pattern = filter.value(1);
+    for (const QChar letter : filter.value(1)) {
+        if (letter.isLetter()) {
+            pattern = filter.value(1) + ' ' + filter.value(1).toUpper();
+            break;
+        }
+    }
+    dialog.setNameFilter(filter.value(0).section(" (", 0, 0) + " (" + pattern + ")");
+    m_dialogs.emplace_back(&dialog);
+    if (Ask(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    return Path_From_Q(dialog.selectedFiles().constFirst());
+}
+
+void Qt_Desktop::End_Dialogs() {
+    m_ended = true;
+    for (const QPointer<QDialog>& dialog : m_dialogs) {
+        if (dialog)
+            dialog->reject();
+    }
+}
+
+void Qt_Desktop::Process_Events() {
+    const Timer_Queue::Ticks_Set_Aside aside(m_timers);
+    QCoreApplication::processEvents();
+}
+
+bool Qt_Desktop::Wait_Until(const std::function<bool()>& condition, milliseconds at_most) {
+    const Timer_Queue::Ticks_Set_Aside aside(m_timers);
+    const auto end = m_timers.Now() + m_timers.Scaled(at_most);
+    QTimer alarm;
+    alarm.setTimerType(Qt::PreciseTimer);
+    while (!condition()) {
+        const auto now = m_timers.Now();
+        if (now >= end)
+            return false;
+        alarm.start(std::min(ceil<milliseconds>(end - now), longest_sleep));
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}
+
+}  // namespace norvane

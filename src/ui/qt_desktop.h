@@ -1,0 +1,56 @@
+#pragma once
+// The desktop of the program with a window: Qt's event loop runs the timers, boxes are Qt's. One
+// object, owned by `main`, older than every window. Boxes that nobody asked for (raised in a
+// timer's tick, with nothing to answer) do not block.
+
+#include <sigc++/sigc++.h>
+
+#include <QMessageBox>
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+#include <vector>
+
+#include "common/services.h"
+#include "common/timer_queue.h"
+
+namespace norvane {
+
+class Qt_Desktop : public Desktop {
+  public:
+    /// `speed` divides every timer.
+    Qt_Desktop(Clock& clock, double speed);
+
+    void Set_Busy(bool busy) override;
+    Answer Show_Message(const Message_Box& box) override;
+    std::filesystem::path Choose_File(const File_Choice& choice) override;
+    void Process_Events() override;
+    bool Wait_Until(const std::function<bool()>& condition,
+                    std::chrono::milliseconds at_most) override;
+    [[nodiscard]] Timer_Queue& Timers() override { return m_timers; }
+
+    /// The window that boxes belong to.
+    void Set_Window(QWidget* window) { m_window = window; }
+    /// Closes the dialogs that are open: questions are answered No, files are not chosen. Those
+    /// that would open later do not.
+    void End_Dialogs();
+
+    /// `Waiting_For` is another one now.
+    sigc::signal<void()> wait_changed;
+
+  private:
+    void Wait_Changed() override { wait_changed.emit(); }
+    void Run_Timers();
+    void Arm();
+    QMessageBox* Make_Box(const Message_Box& box);
+    int Ask(QDialog& dialog);
+
+    Timer_Queue m_timers;
+    QTimer m_wake;
+    QPointer<QWidget> m_window;
+    std::vector<QPointer<QDialog>> m_dialogs;
+    int m_busy = 0;
+    bool m_ended = false;
+};
+
+}  // namespace norvane
