@@ -17,6 +17,8 @@ class Signal_Watch {
     [[nodiscard]] bool Raised();
     /// Sleeps for `span` or until a signal comes.
     void Sleep(std::chrono::microseconds span);
+    /// Can be read once a signal has come; for an event loop that waits for several things.
+    [[nodiscard]] int Descriptor() const { return m_descriptor; }
 
   private:
     int m_descriptor = -1;

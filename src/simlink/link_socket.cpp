@@ -108,7 +108,7 @@ void Remove_Stale(const Link_Address& address) {
     if (!S_ISSOCK(status.st_mode))
         Refuse_To_Listen(address, "a file of that name is there and is no socket");
     int failure = 0;
-    const auto deadline = std::chrono::steady_clock::now() + 1s;
+    const Link_Deadline deadline{std::chrono::steady_clock::now() + 1s};
     const Link_Socket probe = Connect_To(address, deadline, failure);
     if (probe.Is_Open() || failure != ECONNREFUSED)
         Refuse_To_Listen(address, "another program listens there");
@@ -187,15 +187,19 @@ Link_Address Bound_Address(const Link_Socket& listener, const Link_Address& aske
 }
 
 bool Wait_For(const Link_Socket& socket, short events, Link_Deadline deadline) {
+    const bool has_work = deadline.meanwhile != nullptr && *deadline.meanwhile;
+    const std::chrono::milliseconds longest = has_work ? 20ms : 60s;
     for (;;) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(
-            deadline - std::chrono::steady_clock::now());
+            deadline.moment - std::chrono::steady_clock::now());
         pollfd entry{socket.Descriptor(), events, 0};
-        const auto wait = std::clamp<std::int64_t>(left.count(), 0, 1000 * 60);
-        if (::poll(&entry, 1, static_cast<int>(wait)) > 0)
+        const auto wait = std::clamp(left, 0ms, longest);
+        if (::poll(&entry, 1, static_cast<int>(wait.count())) > 0)
             return true;
-        if (std::chrono::steady_clock::now() >= deadline)
+        if (deadline.Has_Passed())
             return false;
+        if (has_work)
+            (*deadline.meanwhile)();
     }
 }
 

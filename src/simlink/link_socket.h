@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <utility>
 
 #include "simlink/link_address.h"
@@ -33,7 +34,14 @@ class Link_Socket {
     int m_descriptor = -1;
 };
 
-using Link_Deadline = std::chrono::steady_clock::time_point;
+/// How long to wait, and what is done every few milliseconds of a wait that lasts.
+struct Link_Deadline {
+    std::chrono::steady_clock::time_point moment;
+    /// None: nothing. Outlives the wait.
+    const std::function<void()>* meanwhile = nullptr;
+
+    [[nodiscard]] bool Has_Passed() const { return std::chrono::steady_clock::now() >= moment; }
+};
 
 /// A socket connected to `address`; closed, with the reason in `errno_value`, when nobody takes the
 /// connection (ETIMEDOUT: not in time) or the host is unknown.

@@ -20,12 +20,19 @@ bool Would_Block() {
 
 }  // namespace
 
-Socket_Transport::Socket_Transport(Link_Address address, std::chrono::milliseconds connect_at_most)
-    : m_address(std::move(address)), m_connect_at_most(connect_at_most) {}
+Socket_Transport::Socket_Transport(Link_Address address, std::chrono::milliseconds connect_at_most,
+                                   std::function<void()> meanwhile)
+    : m_address(std::move(address)),
+      m_connect_at_most(connect_at_most),
+      m_meanwhile(std::move(meanwhile)) {}
+
+Link_Deadline Socket_Transport::Within(std::chrono::milliseconds span) const {
+    return {std::chrono::steady_clock::now() + span, &m_meanwhile};
+}
 
 Transport_Opening Socket_Transport::Open() {
     Close();
-    const auto outcome = Connect(std::chrono::steady_clock::now() + m_connect_at_most);
+    const auto outcome = Connect(Within(m_connect_at_most));
     const bool connected = outcome == Delivery_Outcome::answered;
     return {connected ? ipc_result::okay : ipc_result::no_simulator, false};
 }
@@ -45,11 +52,10 @@ Delivery_Outcome Socket_Transport::Connect(Link_Deadline deadline) {
 }
 
 Delivery Socket_Transport::Deliver(std::span<std::byte> block, std::chrono::milliseconds at_most) {
-    const auto now = std::chrono::steady_clock::now();
-    const auto deadline = now + at_most;
+    const Link_Deadline deadline = Within(at_most);
     auto outcome = Delivery_Outcome::answered;
     if (!m_socket.Is_Open())
-        outcome = Connect(std::min(deadline, now + m_connect_at_most));
+        outcome = Connect(Within(std::min(at_most, m_connect_at_most)));
     if (outcome == Delivery_Outcome::answered)
         outcome = Send(block, deadline);
     Delivery delivery{outcome, 0};
@@ -87,7 +93,7 @@ Delivery Socket_Transport::Receive(std::span<std::byte> block, Link_Deadline dea
     Delivery delivery;
     while (!Take_Answer(block, delivery)) {
         // The deadline also ends an endless stream of stale answers.
-        if (!Wait_For(m_socket, POLLIN, deadline) || std::chrono::steady_clock::now() >= deadline)
+        if (!Wait_For(m_socket, POLLIN, deadline) || deadline.Has_Passed())
             return {Delivery_Outcome::silent, 0};
         const std::size_t kept = m_incoming.size();
         m_incoming.resize(kept + piece);

@@ -3,6 +3,7 @@
 // domain socket or TCP. The program owns it and hands it to modFSUIPC, which repeats what failed.
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "simlink/link_socket.h"
@@ -13,9 +14,12 @@ namespace norvane {
 class Socket_Transport : public Transport {
   public:
     /// Not connected yet. A connection that does not come about within `connect_at_most` counts as
-    /// silence.
-    explicit Socket_Transport(Link_Address address, std::chrono::milliseconds connect_at_most =
-                                                        std::chrono::milliseconds(2000));
+    /// silence. `meanwhile` is done every few milliseconds of a wait that lasts; it must not use
+    /// the transport.
+    explicit Socket_Transport(
+        Link_Address address,
+        std::chrono::milliseconds connect_at_most = std::chrono::milliseconds(2000),
+        std::function<void()> meanwhile = {});
 
     /// Connects; result 2 when nobody answers at the address.
     [[nodiscard]] Transport_Opening Open() override;
@@ -27,6 +31,7 @@ class Socket_Transport : public Transport {
     void Close() override;
 
   private:
+    [[nodiscard]] Link_Deadline Within(std::chrono::milliseconds span) const;
     Delivery_Outcome Connect(Link_Deadline deadline);
     Delivery_Outcome Send(std::span<const std::byte> block, Link_Deadline deadline);
     Delivery Receive(std::span<std::byte> block, Link_Deadline deadline);
@@ -34,6 +39,7 @@ class Socket_Transport : public Transport {
 
     Link_Address m_address;
     std::chrono::milliseconds m_connect_at_most;
+    std::function<void()> m_meanwhile;
     Link_Socket m_socket;
     std::uint32_t m_sequence = 0;
     std::vector<std::byte> m_outgoing;

@@ -42,6 +42,8 @@ Qt_Desktop::Qt_Desktop(Clock& clock, double speed) : m_timers(clock, speed) {
 }
 
 void Qt_Desktop::Run_Timers() {
+    if (m_repainting)
+        return;
     m_timers.Run_Due();
     Arm();
 }
@@ -136,6 +138,27 @@ void Qt_Desktop::End_Dialogs() {
     for (const QPointer<QDialog>& dialog : m_dialogs) {
         if (dialog)
             dialog->reject();
+    }
+}
+
+void Qt_Desktop::Repaint() {
+    if (m_repainting)
+        return;
+    m_repainting = true;
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                    QEventLoop::ExcludeSocketNotifiers);
+    m_repainting = false;
+    // A timer that was due meanwhile was put off.
+    Arm();
+}
+
+void Window_Clock::Sleep(std::chrono::microseconds duration) {
+    constexpr microseconds slice = milliseconds(20);
+    const auto end = Monotonic() + duration;
+    for (auto now = Monotonic(); now < end; now = Monotonic()) {
+        System_Clock::Sleep(std::min(slice, end - now));
+        if (m_desktop != nullptr)
+            m_desktop->Repaint();
     }
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "common/services.h"
+#include "common/system_clock.h"
 #include "common/timer_queue.h"
 
 namespace norvane {
@@ -29,6 +30,9 @@ class Qt_Desktop : public Desktop {
                     std::chrono::milliseconds at_most) override;
     [[nodiscard]] Timer_Queue& Timers() override { return m_timers; }
 
+    /// Repaints, within a wait that nothing may interrupt: no timer runs, and what the pilot does
+    /// is kept for later.
+    void Repaint();
     /// The window that boxes belong to.
     void Set_Window(QWidget* window) { m_window = window; }
     /// Closes the dialogs that are open: questions are answered No, files are not chosen. Those
@@ -51,6 +55,18 @@ class Qt_Desktop : public Desktop {
     std::vector<QPointer<QDialog>> m_dialogs;
     int m_busy = 0;
     bool m_ended = false;
+    bool m_repainting = false;
+};
+
+/// The computer's clock, whose pauses let the window repaint.
+class Window_Clock : public System_Clock {
+  public:
+    void Sleep(std::chrono::microseconds duration) override;
+    /// Until then, and without, pauses repaint nothing.
+    void Set_Desktop(Qt_Desktop* desktop) { m_desktop = desktop; }
+
+  private:
+    Qt_Desktop* m_desktop = nullptr;
 };
 
 }  // namespace norvane

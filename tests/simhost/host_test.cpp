@@ -37,7 +37,7 @@ class Hosts : public testing::Test {
     }
     void Connect() {
         int failure = 0;
-        client = Connect_To(host->Address(), std::chrono::steady_clock::now() + 5s, failure);
+        client = Connect_To(host->Address(), {std::chrono::steady_clock::now() + 5s}, failure);
         ASSERT_TRUE(client.Is_Open());
         host->Serve(1s);
     }

@@ -65,7 +65,8 @@ class Scripted_Peer {
     Scripted_Peer(const Link_Address& listen, std::vector<Act> acts)
         : m_listener(Listen_At(listen)), m_thread([this, acts = std::move(acts)] {
               for (const Act& act : acts) {
-                  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+                  const Link_Deadline deadline{std::chrono::steady_clock::now() +
+                                               std::chrono::seconds(10)};
                   if (!Wait_For(m_listener, POLLIN, deadline))
                       return;
                   const Link_Socket client = Accept_From(m_listener);

@@ -76,6 +76,20 @@ Delivery Deliver_To(const Scripted_Peer::Act& act, std::vector<std::byte>& block
     return transport.Deliver(block, 100ms);
 }
 
+TEST(Socket_Link, A_Window_Goes_On_Repainting_While_A_Simulator_Is_Silent) {
+    const Socket_Directory directory;
+    Scripted_Peer peer(directory.Address(), {[](int socket) {
+                           for (int request = 0; request < 2; ++request)
+                               (void)Receive_Request(socket);
+                       }});
+    int repaints = 0;
+    Socket_Transport transport(directory.Address(), 2s, [&] { ++repaints; });
+    ASSERT_EQ(transport.Open().result, ipc_result::okay);
+    auto block = Read_Block(0x3304, 4);
+    EXPECT_EQ(transport.Deliver(block, 300ms).outcome, Delivery_Outcome::silent);
+    EXPECT_GE(repaints, 1);
+}
+
 TEST(Socket_Link, Misbehaving_Peers_Fail_Or_Are_Silent) {
     const auto wait_for_end = [](int peer) { (void)Receive_Request(peer); };
     const struct {
@@ -235,7 +249,7 @@ TEST(Socket_Link, A_Restarted_Simulator_Is_Found_Within_One_Exchange) {
 TEST(Link_Server_Clients, Who_Breaks_The_Framing_Is_Dropped_Alone) {
     Running_Server running(Any_Port());
     int failure = 0;
-    const auto deadline = std::chrono::steady_clock::now() + 5s;
+    const Link_Deadline deadline{std::chrono::steady_clock::now() + 5s};
     const Link_Socket honest = Connect_To(running.server.Address(), deadline, failure);
     const Link_Socket greedy = Connect_To(running.server.Address(), deadline, failure);
     ASSERT_TRUE(honest.Is_Open() && greedy.Is_Open());
