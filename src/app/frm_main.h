@@ -6,7 +6,6 @@
 #include <sigc++/sigc++.h>
 
 #include <array>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +13,7 @@
 #include "app/program.h"
 #include "app/uc_app_frame.h"
 #include "common/controls.h"
+#include "common/text.h"
 #include "common/timer_queue.h"
 
 namespace norvane {
@@ -44,7 +44,8 @@ class frmMain {
     /// Where the window was left, in twips from the screen's top left corner.
     [[nodiscard]] int Left_Twips() const { return m_left_twips; }
     [[nodiscard]] int Top_Twips() const { return m_top_twips; }
-    /// The window was moved, or minimised, or restored.
+    /// The window was moved, or minimised, or restored. Where a minimised window says it stands is
+    /// no place to come back to and is passed over.
     void Set_Place(int left_twips, int top_twips);
     void Set_Minimised(bool minimised);
     /// The product's name, or "NV " and the ACARS state while minimised.
@@ -52,11 +53,17 @@ class frmMain {
 
     /// True when the key ran a command.
     bool Key(Window_Key key);
-    /// The menus with what they offer now; commands that nothing answers yet are hidden.
-    [[nodiscard]] const std::vector<Menu>& Menus() const { return m_menus; }
+    /// The menus with what they offer now; commands that nothing answers yet are hidden. Asked for
+    /// again when listeners were connected.
+    [[nodiscard]] const std::vector<Menu>& Menus();
+    /// The menu's visible commands, separators only between two of them; empty for a menu that is
+    /// to be left out.
+    [[nodiscard]] static std::vector<Menu_Command*> Shown(const Menu& menu);
 
     /// Ends tracking, keeps the window's place and closes link and flight log, then raises
-    /// `Closed`: at once, or at the end of the step that is running. A second call does nothing.
+    /// `Closed`: at once, or at the end of the step that is running. A second call does nothing,
+    /// also while the pilot is asked about a finished flight. `Closed` may come from deep within a
+    /// procedure of the panel: whoever hears it ends the event loop and destroys nothing yet.
     void Form_Unload(ucACARS::Closing how);
     sigc::signal<void()> Closed;
 
@@ -64,15 +71,16 @@ class frmMain {
         return barStatus[static_cast<std::size_t>(panel)];
     }
     /// Background of each panel's title, 0xBBGGRR.
-    [[nodiscard]] int Title_BackColor() const;
+    [[nodiscard]] int Title_BackColor() const { return m_title_back_color; }
     /// Caption, or the title's colour, is another one.
     sigc::signal<void()> changed;
 
     std::array<Label, status_panel_count> barStatus;
-    ucAppFrame frame;
-    Timer ZTimer;
     Frame_Panel pnlACARS{"ucACARS"};
     Frame_Panel pnlMSG{"ucMSG"};
+    ucAppFrame frame;
+    /// The status bar's UTC clock.
+    Timer ZTimer;
 
     Menu_Command mnuFileFSWorld{"&FS World Locations ..."};
     Menu_Command mnuFileLoadAC{"&Load Aircraft Types from Flight Simulator"};
@@ -83,14 +91,37 @@ class frmMain {
     Menu_Command mnuFlightLogConvert{"&Convert MS Flight Simulator Flight Log ..."};
     Menu_Command mnuHelpICAO{"Airport Name/ICAO &Lookup ..."};
     Menu_Command mnuHelpContents{"&Contents ..."};
-    Menu_Command mnuHelpAbout{"&About Norvane ..."};
+    Menu_Command mnuHelpAbout{"&About " + std::string(product_name) + " ..."};
 
   private:
+    void Form_Initialize();
+    void Add_Menus();
+    void Connect();
+    void Connect_Engine();
+    void Read_Place();
+    void Save_Place();
+    void Apply_Colors();
+    void Hide_Display_VA_Options();
+    void Hide_Unanswered_Commands();
+    bool Run(Menu_Command& command);
+    void Show_Log_Name();
+    void Show_UTC();
+    void Show_Time_And_Date();
+    void Unloaded();
+    void Set_Status(Status_Panel panel, std::string_view text) {
+        barStatus[static_cast<std::size_t>(panel)].Set_Text(text);
+    }
+
     Program& m_program;
+    /// Time of day and date of the status bar.
+    Timer m_clock_timer;
+    std::vector<sigc::connection> m_connections;
     std::vector<Menu> m_menus;
     int m_left_twips = 0;
     int m_top_twips = 0;
+    int m_title_back_color = 0;
     bool m_minimised = false;
+    bool m_unloading = false;
 };
 
 }  // namespace norvane

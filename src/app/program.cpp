@@ -1,5 +1,9 @@
 #include "app/program.h"
 
+#include "common/log_error.h"
+
+#include <utility>
+
 namespace norvane {
 
 Program::Program(const Services& outside, Transport& transport, const Http_Options& http)
@@ -35,15 +39,27 @@ void Program::Connect() {
         panel.VA_Change();
         flight_log.VA_Change();
     });
+    panel.Closed.connect([this] { End_The_Rest(); });
 }
 
 void Program::Close(ucACARS::Closing how) {
-    m_closing = true;
+    if (std::exchange(m_close_called, true))
+        return;
     messages.Close();
     panel.Close(how);
-    engine.Stop_();
-    link.IPC_Close();
-    flight_log.Closing();
+}
+
+/// The panel has ended: a step that was running is over, and what it stored is in the store.
+void Program::End_The_Rest() {
+    // Not before: a flight that is logged on the way out may still be reported to its airline.
+    m_closing = true;
+    const auto end = [this](auto&& part) {
+        Guarded(services, "Program.Close()", Show::silent, part);
+    };
+    end([this] { engine.Stop_(); });
+    end([this] { link.IPC_Close(); });
+    end([this] { flight_log.Closing(); });
+    Closed.emit();
 }
 
 }  // namespace norvane

@@ -4,6 +4,8 @@
 // ACARS panel, the message panel and the response viewer. Owned by the program's `main`; a program
 // without a window and one with it start the same way and end the same way.
 
+#include <sigc++/sigc++.h>
+
 #include "acars/cls_acars.h"
 #include "acars/cls_utc.h"
 #include "acarspanel/uc_acars.h"
@@ -25,8 +27,13 @@ class Program {
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    /// Ends the flight's tracking as closing the main window does: panel, engine, link, flight log.
+    /// Ends the flight's tracking as closing the main window does: panel, engine, link, flight log,
+    /// then raises `Closed`: at once, or at the end of the step that is running. A second call does
+    /// nothing.
     void Close(ucACARS::Closing how);
+    /// Everything has ended. The panel's procedure that raised it is still running: whoever hears
+    /// it destroys nothing yet.
+    sigc::signal<void()> Closed;
 
     Services services;
     clsAppSettings settings;
@@ -43,7 +50,9 @@ class Program {
   private:
     [[nodiscard]] Http_Options Until_Closing(const Http_Options& http) const;
     void Connect();
+    void End_The_Rest();
 
+    bool m_close_called = false;
     /// From here on no request is waited for any longer.
     bool m_closing = false;
 };

@@ -104,7 +104,7 @@ class ucAppFrame {
 
   private:
     [[nodiscard]] int Item_At(int x, int y) const;
-    [[nodiscard]] clsAppFrameItem* Find(std::string_view key);
+    [[nodiscard]] const clsAppFrameItem* Find(std::string_view key) const;
     void Hover(int position);
 
     std::vector<Frame_Panel*> m_contained;

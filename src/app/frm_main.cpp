@@ -1,0 +1,263 @@
+#include "app/frm_main.h"
+
+#include <cfloat>
+#include <cmath>
+#include <exception>
+#include <utility>
+
+#include "acarspanel/panel_fields.h"
+#include "common/log_error.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr std::string_view initialise = "frmMain.Form_Initialize()";
+
+constexpr std::string_view place_section = "AppPos";
+constexpr std::string_view left_key = "MainLeft";
+constexpr std::string_view top_key = "MainTop";
+constexpr int default_place_twips = 1000;
+
+/// One line of the navigation bar: title and description are the same text.
+struct Panel_Row {
+    std::string_view key;
+    std::string_view title;
+    int icon;
+    std::string_view control;
+};
+constexpr std::array panel_rows = {
+    Panel_Row{"ACARS", "ACARS", 1, "ucACARS"},
+    Panel_Row{"ACARS Messages", "ACARS Messages", 4, "ucMSG"},
+};
+
+constexpr std::string_view acars_off = "ACARS: OFF";
+constexpr std::string_view no_simulator = "FS:";
+
+/// A stored place, kept as a single-precision number; the default for a text that is none.
+int Place_Twips(Settings_Store& store, std::string_view key) {
+    const auto value = Parse_Number(store.Get(place_section, key));
+    if (!value || std::fabs(*value) > FLT_MAX)
+        return default_place_twips;
+    return Whole(*value);
+}
+
+}  // namespace
+
+frmMain::frmMain(Program& program)
+    : ZTimer(program.services.desktop.Timers(), std::chrono::seconds(10)),
+      m_program(program),
+      m_clock_timer(program.services.desktop.Timers(), std::chrono::seconds(1)),
+      m_left_twips(default_place_twips),
+      m_top_twips(default_place_twips) {
+    Add_Menus();
+    Connect();
+    Connect_Engine();
+    Guarded(m_program.services, initialise, Show::box, [this] { Form_Initialize(); });
+}
+
+frmMain::~frmMain() {
+    for (sigc::connection& connection : m_connections)
+        connection.disconnect();
+}
+
+void frmMain::Form_Initialize() {
+    frame.Contain(pnlACARS);
+    frame.Contain(pnlMSG);
+    for (const Panel_Row& row : panel_rows)
+        frame.AddItem({row.key, row.title, row.title}, row.icon, row.control);
+    // A store that fails must not keep the window from standing somewhere.
+    Guarded(m_program.services, initialise, Show::box, [this] { Read_Place(); });
+    Show_UTC();
+    Set_Status(Status_Panel::acars, acars_off);
+    Hide_Unanswered_Commands();
+    Apply_Colors();
+    Set_Status(Status_Panel::simulator, no_simulator);
+    Show_Log_Name();
+    Show_Time_And_Date();
+    ZTimer.Set_Enabled(true);
+    m_clock_timer.Set_Enabled(true);
+}
+
+void frmMain::Add_Menus() {
+    m_menus = {
+        {"&File",
+         {&mnuFileFSWorld, &mnuFileLoadAC, nullptr, &mnuFileSendPIREP, nullptr, &mnuFileExit}},
+        {"Flight &Logs", {&mnuFlightLogsManage, &mnuFlightLogsRestoreLog, &mnuFlightLogConvert}},
+        {"&Help", {&mnuHelpContents, &mnuHelpICAO, nullptr, &mnuHelpAbout}},
+    };
+}
+
+void frmMain::Connect() {
+    mnuFileExit.chosen.connect([this] { Form_Unload(ucACARS::Closing::by_pilot); });
+    ZTimer.tick.connect([this] { Show_UTC(); });
+    m_clock_timer.tick.connect([this] { Show_Time_And_Date(); });
+    barStatus[static_cast<std::size_t>(Status_Panel::acars)].changed.connect([this] {
+        if (m_minimised)
+            changed.emit();
+    });
+    m_connections = {
+        m_program.settings.ActiveLogChange.connect([this] { Show_Log_Name(); }),
+        m_program.settings.SettingsChanged.connect([this] { Apply_Colors(); }),
+        m_program.airline.Change.connect([this] { Hide_Display_VA_Options(); }),
+        m_program.Closed.connect([this] { Unloaded(); }),
+    };
+}
+
+void frmMain::Connect_Engine() {
+    ACARS_Events& events = m_program.engine.events;
+    const auto connect = [this](auto& event, auto&& run) {
+        m_connections.push_back(event.connect(run));
+    };
+    const auto show_off = [this] {
+        Set_Status(Status_Panel::simulator, no_simulator);
+        Set_Status(Status_Panel::acars, acars_off);
+    };
+    connect(events.FSTime, [this](const std::string& hhmm) {
+        const bool utc = m_program.settings.ACARS_Time() == time_kind::utc;
+        Set_Status(Status_Panel::simulator,
+                   "FS: " + Shown_Time(hhmm, utc ? time_kind::utc : time_kind::local));
+    });
+    connect(events.Start, [this] { Set_Status(Status_Panel::acars, "ACARS: ON"); });
+    connect(events.Paused, [this] { Set_Status(Status_Panel::acars, "ACARS: PAUSED"); });
+    connect(events.Reset, show_off);
+    connect(events.FlightAtGate, [this, show_off] {
+        // The panel hears this first and may take long (weather, posts): when it comes here, the
+        // pilot may have switched on for the next flight.
+        if (!m_program.panel.Is_Active())
+            show_off();
+    });
+}
+
+void frmMain::Read_Place() {
+    Settings_Store& store = m_program.services.settings;
+    m_left_twips = Place_Twips(store, left_key);
+    m_top_twips = Place_Twips(store, top_key);
+}
+
+void frmMain::Save_Place() {
+    try {
+        Settings_Batch batch(m_program.services.settings);
+        m_program.services.settings.Set(place_section, left_key, Format_Whole(m_left_twips));
+        m_program.services.settings.Set(place_section, top_key, Format_Whole(m_top_twips));
+    } catch (const std::exception&) {
+        // The window's place is not worth a message to a pilot who leaves.
+        return;
+    }
+}
+
+void frmMain::Set_Place(int left_twips, int top_twips) {
+    if (m_minimised)
+        return;
+    m_left_twips = left_twips;
+    m_top_twips = top_twips;
+}
+
+void frmMain::Set_Minimised(bool minimised) {
+    if (std::exchange(m_minimised, minimised) != minimised)
+        changed.emit();
+}
+
+std::string frmMain::Caption() const {
+    return m_minimised ? "NV " + Status(Status_Panel::acars).Text() : std::string(product_name);
+}
+
+void frmMain::Apply_Colors() {
+    const clsAppSettings& settings = m_program.settings;
+    frame.Set_Colors(settings.Color_MenuBar_Back(), settings.Color_MenuBar_Fore());
+    const int before = std::exchange(m_title_back_color, settings.Color_Link_Bar());
+    if (before != m_title_back_color)
+        changed.emit();
+}
+
+void frmMain::Hide_Display_VA_Options() {
+    Guarded(m_program.services, "frmMain.Hide_Display_VA_Options()", Show::box, [this] {
+        mnuFileSendPIREP.Set_Visible(!mnuFileSendPIREP.chosen.empty() &&
+                                     !m_program.airline.Script_PIREP().empty());
+    });
+}
+
+void frmMain::Hide_Unanswered_Commands() {
+    for (const Menu& menu : m_menus) {
+        for (Menu_Command* command : menu.commands) {
+            if (command != nullptr && command != &mnuFileSendPIREP)
+                command->Set_Visible(!command->chosen.empty());
+        }
+    }
+    Hide_Display_VA_Options();
+}
+
+const std::vector<Menu>& frmMain::Menus() {
+    Hide_Unanswered_Commands();
+    return m_menus;
+}
+
+std::vector<Menu_Command*> frmMain::Shown(const Menu& menu) {
+    std::vector<Menu_Command*> shown;
+    bool separated = false;
+    for (Menu_Command* command : menu.commands) {
+        if (command == nullptr) {
+            separated = !shown.empty();
+        } else if (command->Visible()) {
+            if (std::exchange(separated, false))
+                shown.push_back(nullptr);
+            shown.push_back(command);
+        }
+    }
+    return shown;
+}
+
+bool frmMain::Key(Window_Key key) {
+    switch (key) {
+        case Window_Key::f1:
+            return Run(mnuHelpContents);
+        case Window_Key::f2:
+            return Run(mnuHelpICAO);
+        case Window_Key::f3:
+            return Run(mnuFlightLogsManage);
+        case Window_Key::f4:
+            return Run(mnuFileFSWorld);
+        case Window_Key::other:
+            break;
+    }
+    return false;
+}
+
+/// Chooses the command for the pilot; false when it cannot be chosen now.
+bool frmMain::Run(Menu_Command& command) {
+    Hide_Unanswered_Commands();
+    if (!command.Visible() || !command.Enabled())
+        return false;
+    command.Choose();
+    return true;
+}
+
+void frmMain::Show_Log_Name() {
+    Set_Status(Status_Panel::flight_log, "FLIGHT LOG: " + m_program.settings.FlightLog());
+}
+
+void frmMain::Show_UTC() {
+    Set_Status(Status_Panel::local, "LOCAL: " + m_program.utc.GetUTCZ());
+}
+
+void frmMain::Show_Time_And_Date() {
+    const Date_Time now = m_program.services.clock.Local_Now();
+    Set_Status(Status_Panel::time, Shown_Time(Format_Hhmm(now.time), time_kind::local));
+    Set_Status(Status_Panel::date, Format_Date(now.date, m_program.services.regional.short_date));
+}
+
+void frmMain::Form_Unload(ucACARS::Closing how) {
+    if (std::exchange(m_unloading, true))
+        return;
+    if (!m_minimised)
+        Save_Place();
+    m_program.Close(how);
+}
+
+void frmMain::Unloaded() {
+    ZTimer.Set_Enabled(false);
+    m_clock_timer.Set_Enabled(false);
+    Closed.emit();
+}
+
+}  // namespace norvane

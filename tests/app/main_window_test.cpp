@@ -1,0 +1,143 @@
+// The main window without a flight: its place, its menus, its status bar.
+
+#include <gmock/gmock.h>
+
+#include <optional>
+
+#include "app/frm_main.h"
+#include "common/run_error.h"
+#include "simlink/in_process_transport.h"
+#include "simlink/offset_area.h"
+#include "support/test_world.h"
+
+namespace norvane::test {
+namespace {
+
+/// A store that takes nothing more.
+class Full_Store : public Memory_Store {
+  public:
+    void Set(std::string_view section, std::string_view key, std::string_view value) override {
+        if (full)
+            throw Run_Error(error_number::disk_full, "The store is full");
+        Memory_Store::Set(section, key, value);
+    }
+    bool full = false;
+};
+
+class Main_Window : public Test_World {
+  protected:
+    Main_Window() { Open(); }
+
+    void Open() {
+        window.reset();
+        program.reset();
+        program.emplace(
+            Services{desktop, full_store, clock, error_log, services.regional, directory},
+            transport);
+        window.emplace(*program);
+        Take_Errors();
+    }
+    std::vector<std::string> Shown_Captions() {
+        std::vector<std::string> captions;
+        for (const Menu& menu : window->Menus()) {
+            for (const Menu_Command* command : frmMain::Shown(menu))
+                captions.push_back(command == nullptr ? "-" : command->Caption());
+        }
+        return captions;
+    }
+
+    Full_Store full_store;
+    Offset_Area area;
+    In_Process_Transport transport{area};
+    std::optional<Program> program;
+    std::optional<frmMain> window;
+};
+
+TEST_F(Main_Window, Comes_back_where_it_was_left_unless_it_was_minimised) {
+    EXPECT_EQ(window->Left_Twips(), 1000);
+    window->Set_Place(-240, 3330);
+    window->Set_Minimised(true);
+    window->Set_Place(-32000, -32000);
+    EXPECT_EQ(window->Caption(), "NV ACARS: OFF");
+    window->Form_Unload(ucACARS::Closing::by_pilot);
+    EXPECT_EQ(full_store.Find("AppPos", "MainLeft"), std::nullopt);
+
+    Open();
+    window->Set_Place(-240, 3330);
+    window->Form_Unload(ucACARS::Closing::by_pilot);
+    Open();
+    EXPECT_EQ(window->Left_Twips(), -240);
+    EXPECT_EQ(window->Top_Twips(), 3330);
+
+    for (const std::string_view broken : {"wide", "", "1e300", "12,5"}) {
+        full_store.Set("AppPos", "MainLeft", broken);
+        full_store.Set("AppPos", "MainTop", "1234.6");
+        Open();
+        EXPECT_EQ(window->Left_Twips(), 1000) << broken;
+        EXPECT_EQ(window->Top_Twips(), 1235);
+    }
+}
+
+TEST_F(Main_Window, Closes_once_and_without_a_word_when_its_place_cannot_be_stored) {
+    int closed = 0;
+    window->Closed.connect([&] { ++closed; });
+    full_store.full = true;
+    window->mnuFileExit.Choose();
+    window->Form_Unload(ucACARS::Closing::by_signal);
+    EXPECT_EQ(closed, 1);
+    for (const std::string& report : Take_Errors())
+        EXPECT_EQ(report.find("frmMain"), std::string::npos) << report;
+}
+
+TEST_F(Main_Window, Offers_only_what_something_answers) {
+    EXPECT_THAT(Shown_Captions(), testing::ElementsAre("E&xit"));
+    EXPECT_FALSE(window->Key(Window_Key::f4));
+
+    int shown = 0;
+    window->mnuFileFSWorld.chosen.connect([&] { ++shown; });
+    window->mnuFileSendPIREP.chosen.connect([&] { ++shown; });
+    window->mnuHelpAbout.chosen.connect([&] { ++shown; });
+    EXPECT_THAT(Shown_Captions(), testing::ElementsAre("&FS World Locations ...", "-", "E&xit",
+                                                       "&About Norvane ..."));
+    EXPECT_TRUE(window->Key(Window_Key::f4));
+    EXPECT_EQ(shown, 1);
+}
+
+TEST_F(Main_Window, Offers_PIREPs_while_the_airline_takes_them) {
+    Write("VA_POSTING/server.cfg", "host\r\n/pirep\r\n\r\n");
+    program->airline.Get_VA_Settings("POSTING");
+    EXPECT_FALSE(window->mnuFileSendPIREP.Visible()) << "nothing answers it";
+    window->mnuFileSendPIREP.chosen.connect([] {});
+    program->airline.Get_VA_Settings("POSTING");
+    EXPECT_THAT(Shown_Captions(), testing::ElementsAre("&Send PIREP ...", "-", "E&xit"));
+    program->airline.Get_VA_Settings("DEFAULT");
+    EXPECT_THAT(Shown_Captions(), testing::ElementsAre("E&xit"));
+    Take_Errors();
+}
+
+TEST_F(Main_Window, Keeps_clock_colours_and_log_name_current) {
+    const auto status = [&](Status_Panel panel) { return window->Status(panel).Text(); };
+    EXPECT_EQ(status(Status_Panel::local), "LOCAL: 1509Z");
+    EXPECT_EQ(status(Status_Panel::time), "15:09");
+    EXPECT_EQ(status(Status_Panel::date), "3/14/2026");
+    desktop.Run_For(std::chrono::seconds(45));
+    EXPECT_EQ(status(Status_Panel::local), "LOCAL: 1510Z");
+    EXPECT_EQ(status(Status_Panel::time), "15:10");
+
+    EXPECT_EQ(status(Status_Panel::flight_log), "FLIGHT LOG: " + program->settings.FlightLog());
+    program->settings.Set_FlightLog("Gliders");
+    EXPECT_EQ(status(Status_Panel::flight_log), "FLIGHT LOG: Gliders");
+
+    int changes = 0;
+    window->changed.connect([&] { ++changes; });
+    program->settings.Set_Color_Link_Bar(0x123456);
+    program->settings.Set_Color_MenuBar_Back(0x654321);
+    EXPECT_NE(window->Title_BackColor(), 0x123456) << "not before the settings are saved";
+    program->settings.Save_Settings();
+    EXPECT_EQ(window->Title_BackColor(), 0x123456);
+    EXPECT_EQ(window->frame.BackColor(), 0x654321);
+    EXPECT_EQ(changes, 1);
+}
+
+}  // namespace
+}  // namespace norvane::test
