@@ -1,0 +1,183 @@
+#!/usr/bin/env python3
+"""Makes docs/screenshots: flies the demonstration in a real window on a display of its own and takes a picture of each page before
+OUT, in cruise and at the gate. make_screenshots.py [PROGRAM_DIRECTORY], after ./run has built the programs.
+
+Needs the packages xvfb, xdotool and imagemagick. The airline's server and the weather source are this script's own, on loopback.
+"""
+
+import http.server
+import os
+import shutil
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+PICTURES = ROOT / "docs" / "screenshots"
+SIZE = (1024, 640)
+SPEED = 10
+# Of the demonstration's 49 minutes, after OFF: level in the cruise, the step climb behind it.
+CRUISE_AFTER_S = 20 * 60 / SPEED
+FLIGHT_AT_MOST_S = 60 * 60 / SPEED
+
+REPORTS = {
+    "KJFK": "KJFK 231351Z 31008KT 10SM FEW250 12/M02 A3012 RMK AO2 SLP198 T01221022",
+    "KBOS": "KBOS 231554Z 34012KT 10SM FEW045 SCT250 09/M04 A3008 RMK AO2 SLP186 T00891039",
+}
+ANSWER = ("<html><body><h3>Thank you, captain.</h3><p>Flight report received and filed under <b>NV-1024</b>.</p>"
+          "<p>Landing rated: smooth.</p></body></html>")
+
+
+class Server(http.server.BaseHTTPRequestHandler):
+    """The weather source and the airline's scripts."""
+
+    def do_GET(self):
+        code = self.path[-4:].upper()
+        self.answer(REPORTS.get(code, ""), "text/plain")
+
+    def do_POST(self):
+        self.rfile.read(int(self.headers["Content-Length"]))
+        self.answer(ANSWER if self.path == "/pirep" else "OK", "text/html")
+
+    def answer(self, text, kind):
+        body = text.encode("ascii")
+        self.send_response(200)
+        self.send_header("Content-Type", kind)
+        self.send_header("Content-Length", str(len(body)))
+        self.end_headers()
+        self.wfile.write(body)
+
+    def log_message(self, *_):
+        pass
+
+
+class Display:
+    """A display of the script's own, and the one window on it."""
+
+    def __init__(self):
+        reading, writing = os.pipe()
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1100x720x24", "-nolisten", "tcp"],
+                                       pass_fds=[writing], stderr=subprocess.DEVNULL)
+        os.close(writing)
+        with os.fdopen(reading) as number:
+            self.environment = os.environ | {"DISPLAY": ":" + number.readline().strip(), "no_proxy": "*"}
+
+    def xdotool(self, *arguments):
+        return subprocess.run(["xdotool", *map(str, arguments)], env=self.environment, check=True, capture_output=True,
+                              text=True).stdout.split()
+
+    def find_window(self, title):
+        return self.xdotool("search", "--sync", "--onlyvisible", "--name", title)[0]
+
+    def key(self, *keys):
+        self.xdotool("key", *keys)
+        time.sleep(0.15)
+
+    def take(self, window, name):
+        file = PICTURES / f"{name}.png"
+        subprocess.run(["import", "-window", window, "-depth", "8", "-strip", str(file)], env=self.environment, check=True)
+        print(file.relative_to(ROOT), flush=True)
+
+    def close(self):
+        self.server.terminate()
+        self.server.wait()
+
+
+def prepare_home(stage, home, port):
+    """A pilot with an airline, fields of both kinds and a weather source."""
+    shutil.copytree(stage / "bin", home / "bin")
+    airline = home / "VA_TERN AIR"
+    airline.mkdir()
+    (airline / "server.cfg").write_text(f"127.0.0.1:{port}\n/pirep\n/acars\n", encoding="ascii")
+    (airline / "pirep.cfg").write_text("".join(f"Value {i}^value{i}\n" for i in range(1, 42)), encoding="ascii")
+    (airline / "vafields.cfg").write_text("Stand^^stand\nService^Scheduled|Charter|Ferry^service\nCabin crew^^crew\n"
+                                          "Delay code^None|Weather|Traffic|Technical^delay\n", encoding="ascii")
+    (home / "bin" / "url.cfg").write_text(f"[NOAA]\nURL=127.0.0.1:{port}\nMETAR=/metar?ids=\nTAF=/taf?ids=\n",
+                                          encoding="ascii")
+    (home / "bin" / "optfields.cfg").write_text("Gate^\nWeather^Calm|Gusty|Rough\nCatering^\n", encoding="ascii")
+
+    def cli(*arguments):
+        subprocess.run([stage / "norvane-cli", "--home", home, *arguments], check=True)
+
+    cli("airline", "use", "TERN AIR")
+    for name, value in (("WX_URL", "NOAA"), ("OPT_PIREP", "True"), ("OPT_PIREP_SEND", "True"), ("PilotID", "TRN042"),
+                        ("PilotName", "Ada Winter"), ("Airline_IATA", "TR"), ("Airline_ICAO", "TRN")):
+        cli("settings", "set", name, value)
+
+
+def wait_for(what, condition, at_most_s):
+    end = time.monotonic() + at_most_s
+    while not condition():
+        if time.monotonic() > end:
+            sys.exit(f"make_screenshots: {what} did not come within {at_most_s:.0f} s")
+        time.sleep(0.2)
+
+
+def in_the_air(home):
+    """The flight is stored from take-off on."""
+    try:
+        with sqlite3.connect(f"file:{home / 'settings.sqlite'}?mode=ro", uri=True) as store:
+            return store.execute("SELECT count(*) FROM settings WHERE section = 'ACARS'").fetchone()[0] > 0
+    except sqlite3.Error:
+        return False
+
+
+def logged(home):
+    return any(file.stat().st_size > 0 for file in (home / "logs").glob("*.txt"))
+
+
+def take_all_pages(display, window, moment):
+    """Each page of the ACARS panel, then the messages, and back to the first page."""
+    for page in ("figures", "airline", "optional", "airline-fields"):
+        display.take(window, f"{moment}-{page}")
+        display.key("ctrl+Right")
+    display.key("alt+2")
+    display.take(window, f"{moment}-messages")
+    display.key("alt+1", "ctrl+Left", "ctrl+Left", "ctrl+Left")
+
+
+def fly(stage, home, display):
+    program = subprocess.Popen([stage / "norvane", "--home", home, "--demo", "--time-scale", str(SPEED)],
+                               env=display.environment)
+    try:
+        window = display.find_window("^Norvane$")
+        display.xdotool("windowsize", window, *SIZE, "windowmove", window, 10, 10, "windowfocus", window)
+        take_all_pages(display, window, "1-before-out")
+        if in_the_air(home):
+            sys.exit("make_screenshots: the flight was in the air before its first pictures were taken")
+        wait_for("take-off", lambda: in_the_air(home), FLIGHT_AT_MOST_S)
+        time.sleep(CRUISE_AFTER_S)
+        take_all_pages(display, window, "2-cruise")
+        wait_for("the logged flight", lambda: logged(home), FLIGHT_AT_MOST_S)
+        response = display.find_window("^Response from Server")
+        time.sleep(1)
+        display.take(response, "3-gate-response")
+        display.xdotool("windowfocus", window)
+        take_all_pages(display, window, "3-gate")
+    finally:
+        program.terminate()
+        program.wait()
+
+
+def main():
+    stage = Path(sys.argv[1]).resolve() if len(sys.argv) > 1 else ROOT / "build" / "norvane"
+    PICTURES.mkdir(parents=True, exist_ok=True)
+    server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Server)
+    threading.Thread(target=server.serve_forever, daemon=True).start()
+    display = Display()
+    try:
+        with tempfile.TemporaryDirectory() as directory:
+            home = Path(directory)
+            prepare_home(stage, home, server.server_port)
+            fly(stage, home, display)
+    finally:
+        display.close()
+        server.shutdown()
+
+
+if __name__ == "__main__":
+    main()
