@@ -22,6 +22,11 @@ void Console_Desktop::Say(std::string_view text) {
     fmt::print(stderr, "{}\n", To_Utf8(line));
 }
 
+void Console_Desktop::Print(std::string_view text) {
+    fmt::print("{}\n", To_Utf8(Replace_All(Replace_All(text, cr_lf, "\n"), "\r", "\n")));
+    std::fflush(stdout);
+}
+
 Answer Console_Desktop::Show_Message(const Message_Box& box) {
     const bool question = box.buttons == Buttons::yes_no;
     std::string said = box.title + ": " + box.text;
@@ -51,6 +56,12 @@ bool Console_Desktop::Wait_Until(const std::function<bool()>& condition,
             {end - now, next - now, std::chrono::microseconds(longest_sleep)}));
     }
     return true;
+}
+
+Http_Options Console::Until_Signal() {
+    Http_Options options;
+    options.given_up = [this] { return signals.Raised(); };
+    return options;
 }
 
 }  // namespace norvane

@@ -10,6 +10,7 @@
 #include "common/services.h"
 #include "common/system_clock.h"
 #include "common/timer_queue.h"
+#include "net/http_client.h"
 
 namespace norvane {
 
@@ -28,6 +29,8 @@ class Console_Desktop : public Desktop {
 
     /// A line on standard error, in UTF-8; line breaks become blanks.
     static void Say(std::string_view text);
+    /// A result on standard output, in UTF-8 with LF, at once.
+    static void Print(std::string_view text);
 
   private:
     Signal_Watch& m_signals;
@@ -42,6 +45,9 @@ class Console_Desktop : public Desktop {
 struct Console {
     /// As `Console_Desktop`.
     Console(double speed, bool yes) : desktop(clock, signals, speed, yes) {}
+
+    /// Requests that a signal ends. The console outlives them.
+    [[nodiscard]] Http_Options Until_Signal();
 
     System_Clock clock;
     Signal_Watch signals;

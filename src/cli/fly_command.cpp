@@ -3,11 +3,11 @@
 #include <fmt/format.h>
 
 #include <chrono>
-#include <cstdio>
 
 #include "app/program.h"
 #include "app/sim_process.h"
 #include "cli/exit_status.h"
+#include "cli/network_commands.h"
 #include "cli/resume_check.h"
 #include "common/code_page.h"
 #include "common/log_error.h"
@@ -40,18 +40,13 @@ std::vector<std::string> Stand_In_Arguments(const Fly_Options& options, double s
     return arguments;
 }
 
-void Print(std::string_view text) {
-    fmt::print("{}\n", To_Utf8(Replace_All(text, cr_lf, "\n")));
-    std::fflush(stdout);
-}
-
 /// One flight through the panel of a started program.
 class Flight {
   public:
     Flight(Console& console, Session& session, Program& program, const Fly_Options& options)
         : m_console(console), m_session(session), m_program(program), m_options(options) {
         m_program.engine.events.ACARSMessage.connect(
-            [](Message_Type, const std::string& text) { Print(text + "\n"); });
+            [](Message_Type, const std::string& text) { Console_Desktop::Print(text + "\n"); });
         m_program.engine.events.FSTime.connect([this](const std::string&) { m_stepped = true; });
     }
 
@@ -65,6 +60,7 @@ class Flight {
     int Log();
     int Close_On_Signal();
     void Print_Result();
+    void Tell_How_The_PIREP_Went();
 
     Console& m_console;
     Session& m_session;
@@ -109,7 +105,8 @@ int Flight::Follow_To_The_Gate() {
     for (;;) {
         m_console.desktop.Wait_Until([&] { return panel.Is_At_Gate() || panel.Is_Paused(); },
                                      for_ever);
-        if (Signalled())
+        // A flight that is in the log has come to its end, whatever was still being sent.
+        if (Signalled() && !(panel.Is_At_Gate() && panel.Is_Logged()))
             return Close_On_Signal();
         if (panel.Is_At_Gate())
             return Log();
@@ -156,6 +153,7 @@ int Flight::Log() {
         return exit_status::failed;
     }
     Print_Result();
+    Tell_How_The_PIREP_Went();
     m_program.Close(ucACARS::Closing::by_pilot);
     return exit_status::done;
 }
@@ -168,12 +166,27 @@ int Flight::Close_On_Signal() {
 }
 
 void Flight::Print_Result() {
-    Print(Log_Line(m_program.log_entry));
-    Print("Flight log: " + From_Path(m_program.settings.FlightLog_Path()));
+    Console_Desktop::Print(Log_Line(m_program.log_entry));
+    Console_Desktop::Print("Flight log: " + From_Path(m_program.settings.FlightLog_Path()));
     const std::string& pirep = m_program.log_entry.Get(Log_Field::PIREP_FILE_NAME);
     if (m_program.settings.OPT_PIREP())
-        Print("PIREP: " + pirep);
-    Print("Program directory: " + From_Path(m_session.Places().program_directory));
+        Console_Desktop::Print("PIREP: " + pirep);
+    Console_Desktop::Print("Program directory: " + From_Path(m_session.Places().program_directory));
+}
+
+void Flight::Tell_How_The_PIREP_Went() {
+    const clsAppSettings& settings = m_program.settings;
+    if (!settings.OPT_PIREP() || !settings.OPT_PIREP_SEND() ||
+        m_program.airline.Script_PIREP().empty())
+        return;
+    if (!m_program.response.Is_Open()) {
+        Console_Desktop::Say(
+            "The PIREP was not sent; the error log tells why. \"pirep send\" sends its file "
+            "again.");
+        return;
+    }
+    Console_Desktop::Print("The airline's answer to the PIREP:");
+    Print_Server_Answer(m_program.response.Page());
 }
 
 }  // namespace
@@ -191,7 +204,7 @@ int Run_Fly(Console& console, Session& session, const Fly_Options& options) {
     }
     Socket_Transport transport(
         Parse_Link_Address(simulator ? simulator->Address() : options.simulator));
-    Program program(session.Outside(), transport);
+    Program program(session.Outside(), transport, console.Until_Signal());
     if (program.settings.ACARS_UseTime() == 1 && speed != 1) {
         Console_Desktop::Say(
             "--time-scale cannot be used while flights are timed by the real clock "

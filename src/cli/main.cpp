@@ -6,6 +6,7 @@
 #include "cli/exit_status.h"
 #include "cli/fly_command.h"
 #include "cli/listing_commands.h"
+#include "cli/network_commands.h"
 #include "cli/plan_command.h"
 #include "common/log_error.h"
 #include "common/version.h"
@@ -113,6 +114,28 @@ void Add_Plan(CLI::App& app, Words& words, Work& work) {
     });
 }
 
+/// A command that asks the network with one word.
+void Add_Request(CLI::App* command, const std::string& word, Words& words, Work& work,
+                 int (*run)(Console&, Session&, const std::string&)) {
+    command->add_option(word, words.name)->required();
+    command->callback([&words, &work, run] {
+        work = {Access::look, [&words, run](Console& console, Session& open) {
+                    return run(console, open, words.name);
+                }};
+    });
+}
+
+void Add_Requests(CLI::App& app, Words& words, Work& work) {
+    Add_Request(app.add_subcommand("metar", "An airport's METAR"), "ICAO", words, work, Show_METAR);
+    Add_Request(app.add_subcommand("wx", "An airport's METAR and TAF"), "ICAO", words, work,
+                Show_WX);
+    Add_Request(app.add_subcommand("vatsim", "What a pilot has filed with the online network"),
+                "PID", words, work, Show_VATSIM);
+    auto* pirep = app.add_subcommand("pirep", "PIREP files")->require_subcommand(1);
+    Add_Request(pirep->add_subcommand("send", "Send a PIREP file to the active airline"), "FILE",
+                words, work, PIREP_Send);
+}
+
 /// What is wrong with a link address; empty when nothing is.
 std::string Link_Address_Fault(const std::string& text) {
     try {
@@ -167,6 +190,7 @@ int main(int argc, char** argv) {
     Add_Settings(app, words, work);
     Add_Airline(app, words, work);
     Add_Plan(app, words, work);
+    Add_Requests(app, words, work);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -81,4 +81,7 @@ class clsWinInet {
     std::string m_form;
 };
 
+/// True when a text of `Get_METAR` or `Get_WX` holds more than lines that tell there is no report.
+[[nodiscard]] bool Holds_Report(std::string_view weather);
+
 }  // namespace norvane

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <vector>
 
 #include "common/log_error.h"
 #include "common/services.h"
@@ -145,6 +146,13 @@ std::string clsWinInet::Get_WX(std::string_view icao) {
         }
     });
     return result;
+}
+
+bool Holds_Report(std::string_view weather) {
+    const std::vector<std::string> lines = Split(weather, cr_lf);
+    return std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
+        return !Trimmed_View(line).empty() && line != no_report && line != no_server;
+    });
 }
 
 void clsWinInet::Strip_HTML(std::string& text, std::string_view tag) {
