@@ -124,9 +124,9 @@ int Network_Request::Print_Weather(const std::string& weather) {
         return exit_status::done;
     }
     if (!failed) {
-        throw Run_Error(
-            error_number::other,
-            weather.empty() ? "The weather source " + source + " offers no such report" : weather);
+        throw Run_Error(error_number::other,
+                        weather.empty() ? "The weather source " + source + " offers no such report"
+                                        : std::string(Before(weather, cr_lf)));
     }
     return exit_status::failed;
 }
