@@ -60,7 +60,7 @@ class Flight {
     int Log();
     int Close_On_Signal();
     void Print_Result();
-    void Tell_How_The_PIREP_Went();
+    void Tell_How_The_PIREP_Went() const;
 
     Console& m_console;
     Session& m_session;
@@ -174,7 +174,7 @@ void Flight::Print_Result() {
     Console_Desktop::Print("Program directory: " + From_Path(m_session.Places().program_directory));
 }
 
-void Flight::Tell_How_The_PIREP_Went() {
+void Flight::Tell_How_The_PIREP_Went() const {
     const clsAppSettings& settings = m_program.settings;
     if (!settings.OPT_PIREP() || !settings.OPT_PIREP_SEND() ||
         m_program.airline.Script_PIREP().empty())
