@@ -62,6 +62,8 @@ Form_Page* Make_Fields_Page(std::span<Custom_Field> fields, const QString& headi
     }
     for (int pair = 0; pair * fields_per_column < position; ++pair)
         group->Stretch_Values(pair);
+    if (position <= fields_per_column)
+        group->Stretch_After(0);
     page->Rows().addWidget(group);
     page->Rows().addStretch(1);
     return page;

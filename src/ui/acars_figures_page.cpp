@@ -14,7 +14,8 @@ namespace norvane {
 namespace {
 
 constexpr int date_characters = 12;
-constexpr int type_characters = 12;
+constexpr int type_characters = 16;
+constexpr int id_characters = 10;
 constexpr int icao_characters = 6;
 constexpr int flight_digits = 12;
 constexpr int name_digits = 40;
@@ -77,7 +78,7 @@ Form_Group* Identity_Group(ucACARS& panel, Form_Page& page) {
     auto* group = new Form_Group("Flight", page);
     group->Add_Box({0, 0}, "Date", panel.txtDate, date_characters);
     group->Add_Box({0, 1}, "Aircraft Type", panel.txtAircraftType, type_characters);
-    group->Add_Box({0, 2}, "Aircraft ID", panel.txtAircraftID, type_characters);
+    group->Add_Box({0, 2}, "Aircraft ID", panel.txtAircraftID, id_characters);
     QLabel& caption = group->Add_Caption({0, 3}, "ATC Flight");
     auto* flight = new Value_Label(flight_digits, group);
     Keep_Room(caption);
@@ -93,7 +94,7 @@ Form_Group* Identity_Group(ucACARS& panel, Form_Page& page) {
         group->Add_Wide_Value({row, 1, 3}, *name);
         ++row;
     }
-    group->Stretch_After(3);
+    group->Stretch_Values(3);
     return group;
 }
 

@@ -66,6 +66,25 @@ Form_Page::Form_Page(QWidget* parent)
     m_sheet->setMaximumWidth(Digits_Width(*m_sheet, widest_page_digits));
     m_rows->setContentsMargins(page_margin, page_margin, page_margin, page_margin);
     m_rows->setSpacing(group_gap);
+    Set_Grey();
+}
+
+void Form_Page::changeEvent(QEvent* event) {
+    QScrollArea::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        Set_Grey();
+}
+
+/// The figures of a finished flight are grey, and are read all the same: their grey stands half way
+/// between ink and ground, darker than that of most styles.
+void Form_Page::Set_Grey() {
+    const QColor ink = palette().color(QPalette::Active, QPalette::WindowText);
+    const QColor ground = palette().color(QPalette::Active, QPalette::Window);
+    QPalette shown = m_sheet->palette();
+    shown.setColor(QPalette::Disabled, QPalette::WindowText,
+                   {(ink.red() + ground.red()) / 2, (ink.green() + ground.green()) / 2,
+                    (ink.blue() + ground.blue()) / 2});
+    m_sheet->setPalette(shown);
 }
 
 QWidget* Form_Page::Input_Of(const Control& model) const {
@@ -128,6 +147,7 @@ QLineEdit& Form_Group::Add_Box(Cell cell, const QString& caption, Text_Box& mode
 QPlainTextEdit& Form_Group::Add_Text(Cell cell, QWidget& caption, const QString& name,
                                      Text_Box& model) {
     m_grid->addWidget(&caption, cell.row, Caption_Column(cell.pair), Qt::AlignLeft | Qt::AlignTop);
+    caption.setContentsMargins(0, row_gap, 0, 0);
     auto* edit = new QPlainTextEdit(this);
     const int around = 2 * edit->frameWidth() + qRound(2 * edit->document()->documentMargin());
     edit->setMinimumHeight(fewest_lines * edit->fontMetrics().lineSpacing() + around);

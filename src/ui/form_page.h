@@ -31,7 +31,12 @@ class Form_Page : public QScrollArea {
     /// Null when the page has no input for `model`.
     [[nodiscard]] QWidget* Input_Of(const Control& model) const;
 
+  protected:
+    void changeEvent(QEvent* event) override;
+
   private:
+    void Set_Grey();
+
     QWidget* m_sheet;
     QVBoxLayout* m_rows;
     std::map<const Control*, QWidget*> m_inputs;
@@ -56,7 +61,7 @@ class Form_Group : public QWidget {
     /// A box of several lines that grows with the page. The caption is a widget of this group.
     QPlainTextEdit& Add_Text(Cell cell, QWidget& caption, const QString& name, Text_Box& model);
     QLabel& Add_Caption(Cell cell, const QString& text);
-    /// A value, without a caption when it begins left of the value's column.
+    /// The caption is another widget's.
     void Add_Value(Cell cell, QWidget& value, Qt::Alignment alignment = {});
     /// A value that covers its caption's place too.
     void Add_Wide_Value(Cell cell, QWidget& value);

@@ -10,6 +10,8 @@ namespace norvane {
 namespace {
 
 constexpr int margin = 3;
+/// Small, so that a link stands in line with the captions above and below it.
+constexpr int side_margin = 1;
 constexpr QColor navy(0x00, 0x00, 0x80);
 constexpr QColor grey(0x80, 0x80, 0x80);
 /// Grounds darker than this take a lighter ink, of 255.
@@ -34,7 +36,7 @@ QSize Link_Button::sizeHint() const {
     const QFontMetrics metrics = fontMetrics();
     const int width =
         std::max(metrics.horizontalAdvance(text()), metrics.horizontalAdvance(m_reserved));
-    return {width + 2 * margin, metrics.height() + 2 * margin};
+    return {width + 2 * side_margin, metrics.height() + 2 * margin};
 }
 
 QColor Link_Button::Ink() const {
@@ -50,7 +52,7 @@ void Link_Button::paintEvent(QPaintEvent* /*event*/) {
     drawn.setUnderline(isEnabled() && (underMouse() || hasFocus()));
     painter.setFont(drawn);
     painter.setPen(Ink());
-    const QRect inner = rect().adjusted(margin, margin, -margin, -margin);
+    const QRect inner = rect().adjusted(side_margin, margin, -side_margin, -margin);
     painter.drawText(inner, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text());
     if (hasFocus()) {
         QStyleOptionFocusRect option;

@@ -1,0 +1,31 @@
+// What every test of widgets stands on: Qt's application object, drawing into memory.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <optional>
+
+namespace norvane {
+namespace {
+
+class Ui_Environment : public testing::Environment {
+  public:
+    void SetUp() override {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        m_application.emplace(m_count, m_arguments);
+    }
+    void TearDown() override { m_application.reset(); }
+
+  private:
+    char m_name[8] = "test_ui";
+    char* m_arguments[2] = {m_name, nullptr};
+    int m_count = 1;
+    std::optional<QApplication> m_application;
+};
+
+// The framework owns it.
+const testing::Environment* const environment =
+    testing::AddGlobalTestEnvironment(new Ui_Environment);
+
+}  // namespace
+}  // namespace norvane
