@@ -2,13 +2,13 @@
 
 namespace norvane {
 
-Wait_Notice::Wait_Notice(Desktop& desktop, std::string_view what) : m_desktop(desktop) {
-    m_desktop.m_waits.emplace_back(what);
+Wait_Notice::Wait_Notice(Desktop& desktop, std::string_view what)
+    : m_desktop(desktop), m_place(desktop.m_waits.emplace(desktop.m_waits.end(), what)) {
     m_desktop.Wait_Changed();
 }
 
 Wait_Notice::~Wait_Notice() {
-    m_desktop.m_waits.pop_back();
+    m_desktop.m_waits.erase(m_place);
     m_desktop.Wait_Changed();
 }
 

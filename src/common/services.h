@@ -6,6 +6,7 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -71,11 +72,11 @@ class Desktop {
 
   private:
     friend class Wait_Notice;
-    std::vector<std::string> m_waits;
+    std::list<std::string> m_waits;
 };
 
-/// Tells the pilot what is being waited for, for the length of the wait. Waits nest; the innermost
-/// is told.
+/// Tells the pilot what is being waited for, for the length of the wait. Of several the one that
+/// began last is told; they may end in any order.
 class Wait_Notice {
   public:
     Wait_Notice(Desktop& desktop, std::string_view what);
@@ -85,6 +86,7 @@ class Wait_Notice {
 
   private:
     Desktop& m_desktop;
+    std::list<std::string>::iterator m_place;
 };
 
 /// The busy cursor for the length of a procedure.
