@@ -38,6 +38,9 @@ class frmResponse {
     Link hypClose{"Close"};
 
   private:
+    void Open(std::string_view file);
+    void Close_And_Delete();
+
     Services& m_services;
     bool m_open = false;
     std::string m_page;

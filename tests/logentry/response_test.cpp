@@ -1,0 +1,50 @@
+#include "logentry/frm_response.h"
+
+#include <gmock/gmock.h>
+
+#include "support/test_world.h"
+
+namespace norvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class Response : public test::Test_World {
+  protected:
+    [[nodiscard]] bool Is_There(const char* file) const {
+        return std::filesystem::exists(directory / file);
+    }
+    frmResponse response{services};
+};
+
+TEST_F(Response, The_viewer_shows_the_wait_then_the_answer_and_takes_both_files_away) {
+    response.Contact_Server();
+    EXPECT_TRUE(response.Is_Open());
+    EXPECT_EQ(response.Page(), "Contacting Server ...\r\n");
+    EXPECT_EQ(Read("cs"), response.Page());
+    const std::string answer("<p>\xC3\xA9\xE9\0</p>\r\n", 14);
+    Write("sr", answer);
+    std::string seen;
+    response.changed.connect([&] { seen = response.Is_Open() ? response.Page() : "closed"; });
+    response.Show_Response();
+    EXPECT_EQ(seen, answer);
+    std::filesystem::remove(directory / "cs");  // somebody else was faster
+    response.hypClose.Click();
+    EXPECT_EQ(seen, "closed");
+    EXPECT_FALSE(Is_There("sr"));
+    response.Contact_Server();
+    response.hypClose.Click();
+    EXPECT_FALSE(Is_There("cs"));
+}
+
+TEST_F(Response, An_answer_that_cannot_be_read_leaves_no_wait_on_the_screen) {
+    response.Contact_Server();
+    response.Show_Response();
+    EXPECT_FALSE(response.Is_Open());
+    EXPECT_TRUE(Is_There("cs")) << "only the pilot's Close deletes";
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("frmResponse.Show_Response()")));
+}
+
+}  // namespace
+}  // namespace norvane
