@@ -26,6 +26,7 @@ add_library(norvane_test_servers STATIC "${PROJECT_SOURCE_DIR}/tests/servers/tes
 target_link_libraries(norvane_test_servers PUBLIC norvane_test_support PkgConfig::HTTPLIB Threads::Threads)
 set(NORVANE_TEST_LIBRARIES_net norvane_test_servers)
 set(NORVANE_TEST_LIBRARIES_logentry norvane_test_servers)
+set(NORVANE_TEST_LIBRARIES_acarspanel norvane_test_servers)
 set(NORVANE_TEST_LIBRARIES_cli norvane_test_servers)
 
 function(norvane_add_tests folder)

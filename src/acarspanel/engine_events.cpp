@@ -14,9 +14,10 @@ namespace norvane {
 
 namespace {
 
-/// How long a flight at the gate waits for the destination's weather at most.
-constexpr std::chrono::seconds longest_gate_wait(10'000);
+constexpr std::size_t origin = 0;
+constexpr std::size_t destination = 1;
 constexpr int plan_from_network = 1;
+constexpr std::string_view gate_wait = "Waiting for the weather at the destination ...";
 
 }  // namespace
 
@@ -37,10 +38,10 @@ void ucACARS::Connect_Engine() {
         lblATCFlight.Set_Visible(true);
     });
     connect(events.ICAODep, [this](const std::string& code, const std::string& name) {
-        Take_Airport(code, name, txtOrigin, lblOriginName);
+        Take_Airport(origin, code, name);
     });
     connect(events.ICAOArr, [this](const std::string& code, const std::string& name) {
-        Take_Airport(code, name, txtDestination, lblDestinationName);
+        Take_Airport(destination, code, name);
     });
     connect(events.FlightOFF, [this](const std::string&, int) { FlightOFF(); });
     connect(events.FlightON, [this](const std::string&, int) { FlightON(); });
@@ -84,13 +85,15 @@ void ucACARS::Connect_Figure(const Panel_Field& row) {
         connect(&clsAppSettings::ACARS_Weight, &Shown_Weight);
 }
 
-/// An airport as the engine found it: taken unless the pilot named another one.
-void ucACARS::Take_Airport(const std::string& code, const std::string& name, Text_Box& box,
-                           Label& label) {
-    if (!box.Is_Empty() && box.Text() != code)
+/// An airport as the engine or a plan has it: taken unless the pilot named another one.
+void ucACARS::Take_Airport(std::size_t end, const std::string& code, const std::string& name) {
+    const End& at = m_ends.at(end);
+    if (!at.code.Is_Empty() && at.code.Text() != code)
         return;
-    box.Set_Text(code);
-    label.Set_Text(name);
+    at.code.Set_Text(code);
+    at.name.Set_Text(name);
+    if (at.weather.Is_Empty())
+        Schedule_Weather(end);
 }
 
 void ucACARS::FlightOFF() {
@@ -100,6 +103,9 @@ void ucACARS::FlightOFF() {
 
 void ucACARS::FlightON() {
     tmrPos.Set_Enabled(false);
+    // The plan's airport has its weather from before the flight; the arrival's is of now.
+    if (m_plan_read)
+        Schedule_Weather(destination);
     Persist();
 }
 
@@ -112,29 +118,46 @@ void ucACARS::Step_Ended() {
 
 void ucACARS::FlightAtGate() {
     Guarded(m_services, "ucACARS.FlightAtGate()", Show::silent, [&] {
+        // A command that waited for the same step may have ended the flight.
+        if (!m_active || m_closed)
+            return;
         Stop_Timers();
         m_finish = Finish::unlogged;
         m_resume = false;
         Take_Engine_Airports();
-        Await_Destination_Weather();
-        // While it waited the flight may have been reset, or the panel closed.
-        if (m_finish == Finish::none || m_closed)
+        if (m_settings.WX_URL() == "FS" || txtFlightLevel.Is_Empty() ||
+            !Awaits_Destination_Weather()) {
+            Settle_At_Gate();
             return;
-        Set_Active_State(false);
-        if (m_finish == Finish::unlogged)
-            Keep_Old_Values();
-        if (m_settings.OPT_AutoLog() && m_finish == Finish::unlogged)
-            ACARS_LOG();
+        }
+        // Nothing waits here: the request that the flight waits for may itself be waiting for this
+        // procedure to end.
+        hypPause.Set_Enabled(false);
+        m_waiting = true;
+        m_gate_notice.emplace(m_services.desktop, gate_wait);
+        m_gate_timer.Set_Enabled(true);
     });
 }
 
-void ucACARS::Await_Destination_Weather() {
-    if (m_settings.WX_URL() == "FS" || txtFlightLevel.Is_Empty() || !m_weather_awaited)
-        return;
-    hypPause.Set_Enabled(false);
-    m_waiting = true;
-    m_services.desktop.Wait_Until([this] { return !m_weather_awaited; }, longest_gate_wait);
+bool ucACARS::Awaits_Destination_Weather() const {
+    return tmrWX.at(destination).Enabled() || m_ends.at(destination).is_fetching;
+}
+
+/// The flight at the gate has all that it will have.
+void ucACARS::End_Tracking() {
     m_waiting = false;
+    m_gate_timer.Set_Enabled(false);
+    m_gate_notice.reset();
+    Set_Active_State(false);
+    Keep_Old_Values();
+}
+
+void ucACARS::Settle_At_Gate() {
+    Guarded(m_services, "ucACARS.FlightAtGate()", Show::silent, [&] {
+        End_Tracking();
+        if (m_settings.OPT_AutoLog())
+            ACARS_LOG();
+    });
 }
 
 /// A plan that was to come from the network and did not come leaves the airports to the engine.
@@ -142,11 +165,9 @@ void ucACARS::Take_Engine_Airports() {
     if (m_settings.VATSIM_FP() != plan_from_network)
         return;
     if (txtOrigin.Is_Empty())
-        Take_Airport(m_objACARS->Departure_ICAO(), m_objACARS->Departure_Name(), txtOrigin,
-                     lblOriginName);
+        Take_Airport(origin, m_objACARS->Departure_ICAO(), m_objACARS->Departure_Name());
     if (txtDestination.Is_Empty())
-        Take_Airport(m_objACARS->Arrival_ICAO(), m_objACARS->Arrival_Name(), txtDestination,
-                     lblDestinationName);
+        Take_Airport(destination, m_objACARS->Arrival_ICAO(), m_objACARS->Arrival_Name());
 }
 
 /// The link to the simulator dropped: the flight pauses until the pilot resumes it.

@@ -54,7 +54,9 @@ void ucACARS::ACARS_ON() {
         if (m_objACARS == nullptr || (m_finish != Finish::none && !Begin_New_Flight()))
             return;
         const Busy_Cursor busy(m_services.desktop);
-        m_weather_awaited = false;
+        Drop_Requests();
+        m_plan_read = m_resume;
+        m_network_plan = m_network_plan && m_resume;
         std::string failure;
         const bool started =
             m_objACARS->Start(failure, {true, m_resume, Without_Placeholder(txtFlightNumber.Text()),
@@ -96,6 +98,7 @@ void ucACARS::ACARS_MODE() {
         Set_Paused(!m_paused);
         tmr.Set_Enabled(!m_paused);
         tmrPos.Set_Enabled(!m_paused && Airborne_By_Engine());
+        tmrVATSIM.Set_Enabled(!m_paused && Polls_Network());
         // Last, so that the panel agrees with its caption even when the engine fails.
         if (m_paused)
             m_objACARS->Paused();
@@ -124,7 +127,11 @@ bool ucACARS::ACARS_LOG() {
     m_saved = false;
     Guarded(m_services, "ucACARS.ACARS_LOG()", Show::box, [&] {
         const Busy_Cursor busy(m_services.desktop);
-        m_weather_awaited = false;
+        if (m_waiting)
+            End_Tracking();
+        // What comes from now on would be the panel's alone.
+        if (m_finish != Finish::none)
+            Drop_Requests();
         Create_Log_Entry();
         if (m_finish != Finish::none)
             Note_Row_To_Be_Logged();
@@ -134,11 +141,15 @@ bool ucACARS::ACARS_LOG() {
             m_finish = Finish::logged;
             Keep_Old_Values();
         }
-        if (m_settings.OPT_PIREP())
-            m_objNewLogEntry.Export_ACARS_Report();
-        // Last, so that a store that fails costs no report.
-        if (complete)
-            Delete_Stored_Flight(m_services);
+        const bool has_pirep = m_settings.OPT_PIREP() && m_objNewLogEntry.Export_ACARS_Report();
+        // Before the post, which takes its time: a program killed meanwhile has nothing left to
+        // log. Behind the export, which a store that fails does not cost.
+        if (complete) {
+            Guarded(m_services, "ucACARS.ACARS_LOG()", Show::box,
+                    [&] { Delete_Stored_Flight(m_services); });
+        }
+        if (has_pirep && m_saved && m_settings.OPT_PIREP_SEND())
+            Queue_PIREP();
     });
     return m_saved;
 }
@@ -147,11 +158,15 @@ void ucACARS::ACARS_RESET() {
     Guarded(m_services, "ucACARS.ACARS_RESET()", Show::box, [&] {
         const Busy_Cursor busy(m_services.desktop);
         Stop_Timers();
-        m_weather_awaited = false;
+        Drop_Requests();
+        if (m_waiting)
+            End_Tracking();
         if (m_finish == Finish::unlogged)
             Save_Row_As_Unsaved();
         m_finish = Finish::none;
         m_resume = false;
+        m_plan_read = false;
+        m_network_plan = false;
         if (m_objACARS != nullptr) {
             m_objACARS->Send_Disconnect_Message();
             m_objACARS->Reset();
@@ -171,6 +186,7 @@ void ucACARS::Drop_Stored_Flight() {
         Save_Row_As_Unsaved();
         m_finish = Finish::none;
         m_resume = false;
+        m_network_plan = false;
         Clear_All_Fields();
         Delete_Stored_Flight(m_services);
     });
@@ -184,17 +200,18 @@ void ucACARS::Close_Now(Closing how) {
     if (std::exchange(m_closed, true))
         return;
     Stop_Timers();
-    m_weather_awaited = false;
+    Drop_Requests();
     Guarded(m_services, "ucACARS.Close()", Show::box, [&] {
         // A flight that was on its way into the log is logged without asking.
-        if (m_waiting && m_finish == Finish::unlogged && m_settings.OPT_AutoLog())
-            ACARS_LOG();
+        if (m_waiting)
+            Settle_At_Gate();
         if (how == Closing::by_pilot)
             May_Drop_Finished_Flight();
         else if (m_finish == Finish::unlogged)
             Save_Row_As_Unsaved();
     });
     Persist();
+    End_Posts(how);
     Closed.emit();
 }
 

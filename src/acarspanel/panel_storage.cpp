@@ -21,6 +21,9 @@ namespace norvane {
 namespace {
 
 constexpr std::string_view logging_key = "Logging";
+/// The online network's plan was applied to the stored flight.
+constexpr std::string_view network_plan_key = "Network Plan";
+constexpr std::string_view applied = "1";
 
 }  // namespace
 
@@ -90,10 +93,14 @@ void ucACARS::Persist() {
         const bool at_gate = !lblTimeIn.Text().empty();
         const bool settled = m_finish == Finish::logged || m_finish == Finish::given_up;
         if (Airborne()) {
-            m_changed = false;
+            m_changed = true;
             Create_Log_Entry();
-            if (!m_objNewLogEntry.Persist())
-                m_changed = true;
+            Settings_Batch batch(m_services.settings);
+            if (m_network_plan)
+                m_services.settings.Set(flight_section, network_plan_key, applied);
+            const bool stored = m_objNewLogEntry.Persist();
+            batch.Commit();
+            m_changed = !stored;
         } else if (!at_gate || settled) {
             Delete_Stored_Flight(m_services);
         }
@@ -118,6 +125,7 @@ void ucACARS::Restore() {
             else
                 row.Find_Box(*this)->Set_Text(entry.Get(*row.field));
         }
+        m_network_plan = m_services.settings.Get(flight_section, network_plan_key) == applied;
         chkIFR.Set_Checked(entry.Get(Log_Field::IFR_VFR) == "IFR");
         chkVFR.Set_Checked(!chkIFR.Checked());
         for (std::size_t i = 0; i < optFields.size(); ++i)

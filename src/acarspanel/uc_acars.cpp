@@ -15,18 +15,32 @@ namespace {
 
 constexpr std::chrono::milliseconds step_interval(500);
 constexpr std::chrono::minutes position_interval(1);
+constexpr std::chrono::seconds weather_delay(1);
+constexpr std::chrono::seconds network_interval(10);
+/// How long a flight at the gate waits for the destination's weather at most.
+constexpr std::chrono::seconds longest_gate_wait(10'000);
+constexpr std::chrono::milliseconds post_delay(1);
 
 }  // namespace
 
 ucACARS::ucACARS(Parts parts)
     : tmr(parts.services.desktop.Timers(), step_interval),
       tmrPos(parts.services.desktop.Timers(), position_interval),
+      tmrWX{{{parts.services.desktop.Timers(), weather_delay},
+             {parts.services.desktop.Timers(), weather_delay}}},
+      tmrVATSIM(parts.services.desktop.Timers(), network_interval),
       m_services(parts.services),
       m_settings(parts.settings),
       m_airline(parts.airline),
       m_objNewLogEntry(parts.log_entry),
       m_response(parts.response),
-      m_http(std::move(parts.http)) {
+      m_http(std::move(parts.http)),
+      m_gate_timer(m_services.desktop.Timers(), longest_gate_wait),
+      m_network(m_services, m_settings, m_airline,
+                Until([this] { return m_polled_in_round != m_request_round; })),
+      m_ends{{{txtOrigin, lblOriginName, txtWXOrigin, {}},
+              {txtDestination, lblDestinationName, txtWXDestination, {}}}},
+      m_post_timer(m_services.desktop.Timers(), post_delay) {
     for (const Panel_Field& row : Panel_Fields()) {
         if (Label* label = row.Find_Label(*this))
             m_labels.push_back(label);
@@ -55,8 +69,11 @@ void ucACARS::UCI() {
     Guarded(m_services, "ucACARS.UCI()", Show::box, [&] {
         m_has_optional_fields = std::filesystem::exists(Optional_Fields_File());
         Stop_Timers();
+        Drop_Requests();
         Set_Paused(false);
         m_resume = false;
+        m_plan_read = false;
+        m_network_plan = false;
         m_finish = Finish::none;
         m_position_minutes = 0;
         Show_Page(0);
@@ -92,10 +109,16 @@ void ucACARS::Connect_Controls() {
     command(hypPause, &ucACARS::ACARS_MODE);
     command(hypLog, &ucACARS::Log_Flight);
     command(hypReset, &ucACARS::ACARS_RESET);
+    command(hypFP, &ucACARS::Load_Flight_Plan);
     hypNext.clicked.connect([this] { Move_To_Page(Page_Beside(+1)); });
     hypBack.clicked.connect([this] { Move_To_Page(Page_Beside(-1)); });
     tmr.tick.connect(sigc::mem_fun(*this, &ucACARS::Tick));
     tmrPos.tick.connect(sigc::mem_fun(*this, &ucACARS::Position_Tick));
+    for (std::size_t end = 0; end < tmrWX.size(); ++end)
+        tmrWX.at(end).tick.connect([this, end] { Weather_Tick(end); });
+    tmrVATSIM.tick.connect(sigc::mem_fun(*this, &ucACARS::VATSIM_Tick));
+    m_gate_timer.tick.connect(sigc::mem_fun(*this, &ucACARS::Settle_At_Gate));
+    m_post_timer.tick.connect(sigc::mem_fun(*this, &ucACARS::Post_PIREPs));
     mnuPosition.chosen.connect([this] {
         After_Step([this] {
             if (m_objACARS != nullptr)
@@ -142,8 +165,10 @@ void ucACARS::Set_Active_State(bool on) {
     }
     hypOn.Set_Enabled(!on);
     hypPause.Set_Enabled(on);
+    hypFP.Set_Enabled(on);
     Active_State.emit(on);
     tmr.Set_Enabled(on);
+    tmrVATSIM.Set_Enabled(on && Polls_Network());
 }
 
 void ucACARS::Set_Paused(bool paused) {
@@ -154,6 +179,7 @@ void ucACARS::Set_Paused(bool paused) {
 void ucACARS::Stop_Timers() {
     tmr.Set_Enabled(false);
     tmrPos.Set_Enabled(false);
+    tmrVATSIM.Set_Enabled(false);
 }
 
 void ucACARS::Clear_All_Fields() {

@@ -10,28 +10,30 @@
 #include <sigc++/sigc++.h>
 
 #include <array>
+#include <cstddef>
 #include <deque>
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "common/controls.h"
+#include "common/services.h"
 #include "common/timer_queue.h"
 #include "config/cls_app_settings.h"
 #include "config/field_definitions.h"
+#include "net/cls_win_inet.h"
 #include "net/http_client.h"
 
 namespace norvane {
 
 struct Panel_Field;
-struct Services;
 class clsACARS;
 class clsLogEntry;
-class clsVASettings;
 class frmResponse;
 
 /// One position of the pilot's or the airline's own fields: a caption and, of the two inputs, the
@@ -102,9 +104,20 @@ class ucACARS {
     [[nodiscard]] bool Context_Menu_Opens() const { return tmrPos.Enabled(); }
     /// 0 identity and figures, 1 airline page, 2 optional fields, 3 airline fields.
     [[nodiscard]] int Page() const { return m_page; }
-    /// A flight that reaches the gate while the destination's weather is awaited stays there until
-    /// the weather is no longer awaited; logging, "Reset" and closing end the wait too.
-    void Set_Destination_Weather_Awaited(bool awaited) { m_weather_awaited = awaited; }
+    /// PIREPs of logged flights are on their way to the airline, or wait for their turn.
+    [[nodiscard]] bool Is_Posting() const { return m_posting || !m_posts.empty(); }
+
+    /// Asks for a flight plan file; empty when the pilot chose none.
+    [[nodiscard]] std::filesystem::path Get_Flight_Plan();
+    /// Takes route, airports, level and rules from a flight plan file, in place of what the fields
+    /// hold; a file that is missing empties them.
+    void Read_Flight_Plan(const std::filesystem::path& file);
+    /// Takes the same from the pilot's line of the online network's data, and the call sign and the
+    /// aircraft type; a line that ends too soon is applied as far as it goes.
+    void Read_VATSIM_Data(std::string_view line);
+    /// The airport's report as `clsWinInet::Get_METAR` gives it; empty when the flight that it was
+    /// asked for is over before the answer is there.
+    [[nodiscard]] std::string Get_WX(std::string_view icao);
 
     /// Tracking became active (true) or stopped.
     sigc::signal<void(bool)> Active_State;
@@ -117,11 +130,16 @@ class ucACARS {
 
     Timer tmr;
     Timer tmrPos;
+    /// Fetch the weather once, a moment after they were enabled: of the origin, the destination.
+    std::array<Timer, 2> tmrWX;
+    /// Looks for the pilot's plan in the online network's data until it is there.
+    Timer tmrVATSIM;
 
     Link hypOn{"On"};
     Link hypPause{"Pause"};
     Link hypLog{"Log Flight"};
     Link hypReset{"Reset"};
+    Link hypFP{"Flight Plan:"};
     Link hypNext{"==>"};
     Link hypBack{"<=="};
     Menu_Command mnuPosition{"&Position Report"};
@@ -185,6 +203,24 @@ class ucACARS {
     /// What became of the flight that reached the gate.
     enum class Finish { none, unlogged, logged, given_up };
 
+    /// One end of the flight.
+    struct End {
+        Text_Box& code;
+        Label& name;
+        Text_Box& weather;
+        /// The report that was fetched last: what the field shows beside it is the pilot's.
+        std::string fetched;
+        bool is_fetching = false;
+    };
+
+    /// A PIREP that waits to be posted.
+    struct PIREP_Post {
+        std::string file;
+        std::string airline;
+        /// The pilot logged the flight and is told what fails.
+        bool by_pilot = false;
+    };
+
     void Connect_Controls();
     void Connect_Engine();
     void Connect_Figure(const Panel_Field& row);
@@ -201,19 +237,34 @@ class ucACARS {
     void Save_Row_As_Unsaved();
     void Tick();
     void Position_Tick();
+    void Weather_Tick(std::size_t end);
+    void VATSIM_Tick();
+    void Load_Flight_Plan();
+    void Set_Rules(bool instrument);
     void After_Step(std::function<void()> work);
     void Run_What_Waited();
 
     void FlightOFF();
     void FlightON();
     void FlightAtGate();
-    void Await_Destination_Weather();
+    [[nodiscard]] bool Awaits_Destination_Weather() const;
+    void End_Tracking();
+    void Settle_At_Gate();
     void Interruption(std::string_view event);
     void Step_Ended();
-    void Take_Airport(const std::string& code, const std::string& name, Text_Box& box,
-                      Label& label);
+    void Take_Airport(std::size_t end, const std::string& code, const std::string& name);
     void Take_Engine_Airports();
     void NewLogEntrySaveFail();
+
+    void Schedule_Weather(std::size_t end);
+    void Take_Weather(std::size_t end, const std::string& report);
+    [[nodiscard]] bool Polls_Network() const;
+    void Drop_Requests();
+    [[nodiscard]] Http_Options Until(std::function<bool()> over) const;
+    void Queue_PIREP();
+    void Post_PIREPs();
+    void Post_PIREP(const PIREP_Post& post);
+    void End_Posts(Closing how);
 
     void Create_Log_Entry();
     void Note_Row_To_Be_Logged();
@@ -262,13 +313,27 @@ class ucACARS {
     bool m_active = false;
     bool m_paused = false;
     bool m_resume = false;
-    bool m_weather_awaited = false;
+    /// At the gate, for the destination's weather.
     bool m_waiting = false;
+    std::optional<Wait_Notice> m_gate_notice;
+    Timer m_gate_timer;
     bool m_closed = false;
     bool m_saved = false;
     /// A field changed since the flight was stored.
     bool m_changed = false;
     Finish m_finish = Finish::none;
+    /// The codes of the flight were taken from a plan, or with a stored flight.
+    bool m_plan_read = false;
+    bool m_network_plan = false;
+    /// Grows when what was asked for the flight so far is of no use any longer.
+    int m_request_round = 0;
+    int m_polled_in_round = 0;
+    clsWinInet m_network;
+    std::array<End, 2> m_ends;
+    std::deque<PIREP_Post> m_posts;
+    bool m_posting = false;
+    /// A post takes up to a minute: it has a timer of its own, beside which all others go on.
+    Timer m_post_timer;
     /// Minutes counted by `tmrPos` since the last position report was asked for.
     int m_position_minutes = 0;
     int m_page = 0;

@@ -8,7 +8,7 @@
 
 namespace norvane::test {
 
-Program::Program(Services& services, Offset_Area& area)
+Program::Program(Services& services, Offset_Area& area, const Http_Options& http)
     : settings(services),
       airline(services),
       entry(services),
@@ -17,7 +17,7 @@ Program::Program(Services& services, Offset_Area& area)
       link(transport, services.clock),
       engine({services, link, settings, airline, utc}),
       response(services),
-      panel({services, settings, airline, entry, response, {}}) {}
+      panel({services, settings, airline, entry, response, http}) {}
 
 Panel_World::Panel_World() {
     Write("bin/fs9.wld", "40.0|-73.0|10|KAAA|Alpha Field\r\n41.0|-73.0|10|KBBB|Bravo Field\r\n");
@@ -34,7 +34,7 @@ Panel_World::Panel_World() {
 }
 
 void Panel_World::Begin(const std::string& airline) {
-    program = std::make_unique<Program>(services, area);
+    program = std::make_unique<Program>(services, area, http);
     program->airline.Get_VA_Settings(airline);
     program->transport.on_deliver = [this](std::span<std::byte>) -> std::optional<Delivery> {
         return linked ? std::nullopt : std::optional(Delivery{Delivery_Outcome::failed, 0});

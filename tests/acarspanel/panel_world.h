@@ -22,7 +22,7 @@ namespace norvane::test {
 
 /// One run of the program.
 struct Program {
-    Program(Services& services, Offset_Area& area);
+    Program(Services& services, Offset_Area& area, const Http_Options& http);
 
     clsAppSettings settings;
     clsVASettings airline;
@@ -70,6 +70,8 @@ class Panel_World : public Test_World {
     void Fly();
 
     Offset_Area area;
+    /// How the panel's requests go out.
+    Http_Options http;
     /// The simulator answers.
     bool linked = true;
     /// What the flight log answers.

@@ -1,0 +1,172 @@
+// What the panel asks of the web: the weather of both ends of the flight, the online network's
+// plan, and the way of a finished flight to the airline.
+
+#include "acarspanel/uc_acars.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "acars/cls_acars.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "config/cls_va_settings.h"
+#include "logentry/cls_log_entry.h"
+#include "logentry/frm_response.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr std::size_t destination = 1;
+constexpr int plan_from_network = 1;
+
+}  // namespace
+
+/// The limits of a request that is given up as well when `over` holds.
+Http_Options ucACARS::Until(std::function<bool()> over) const {
+    Http_Options options = m_http;
+    options.given_up = [over = std::move(over), outer = m_http.given_up] {
+        return over() || (outer && outer());
+    };
+    return options;
+}
+
+/// What was asked for the flight so far is of no use any longer, answers on their way included.
+void ucACARS::Drop_Requests() {
+    ++m_request_round;
+    for (Timer& timer : tmrWX)
+        timer.Set_Enabled(false);
+    for (End& end : m_ends)
+        end.fetched.clear();
+}
+
+/// Fetches the weather of one end in a moment, unless the simulator tells it or the pilot typed it.
+void ucACARS::Schedule_Weather(std::size_t end) {
+    const End& at = m_ends.at(end);
+    const std::string& source = m_settings.WX_URL();
+    const bool is_typed = !at.weather.Is_Empty() && at.weather.Text() != at.fetched;
+    if (!at.code.Is_Empty() && source != "FS" && source != "NONE" && !is_typed)
+        tmrWX.at(end).Set_Enabled(true);
+}
+
+void ucACARS::Weather_Tick(std::size_t end) {
+    Guarded(m_services, "ucACARS.tmrWX_Timer()", Show::silent, [&] {
+        tmrWX.at(end).Set_Enabled(false);
+        End& at = m_ends.at(end);
+        const int round = m_request_round;
+        const std::string code = at.code.Text();
+        at.is_fetching = true;
+        const std::string report = Get_WX(code);
+        if (round == m_request_round && at.code.Text() == code)
+            Take_Weather(end, report);
+    });
+    m_ends.at(end).is_fetching = false;
+    if (m_waiting && !Awaits_Destination_Weather())
+        Settle_At_Gate();
+}
+
+/// A report that did not come leaves the one that is there.
+void ucACARS::Take_Weather(std::size_t end, const std::string& report) {
+    End& at = m_ends.at(end);
+    const bool is_typed = !at.weather.Is_Empty() && at.weather.Text() != at.fetched;
+    if (report.empty() || is_typed)
+        return;
+    at.weather.Set_Text(report);
+    at.fetched = at.weather.Text();
+    // The finished flight's, however late it comes.
+    if (m_finish != Finish::none)
+        m_old_values[&at.weather] = at.fetched;
+}
+
+std::string ucACARS::Get_WX(std::string_view icao) {
+    const Wait_Notice notice(m_services.desktop,
+                             fmt::format("Fetching the weather of {} ...", icao));
+    const auto is_over = [this, round = m_request_round] { return round != m_request_round; };
+    clsWinInet client(m_services, m_settings, m_airline, Until(is_over));
+    return client.Get_METAR(icao);
+}
+
+bool ucACARS::Polls_Network() const {
+    return m_settings.VATSIM_FP() == plan_from_network && !m_network_plan;
+}
+
+void ucACARS::VATSIM_Tick() {
+    Guarded(m_services, "ucACARS.tmrVATSIM_Timer()", Show::silent, [&] {
+        const std::string pilot_id = m_settings.VATSIM_PID();
+        if (pilot_id.empty()) {
+            tmrVATSIM.Set_Enabled(false);
+            return;
+        }
+        m_polled_in_round = m_request_round;
+        const Wait_Notice notice(m_services.desktop,
+                                 "Looking for your flight plan on the network ...");
+        const std::string line = m_network.Get_VATSIM_FlightPlan(pilot_id);
+        After_Step([this, line, round = m_polled_in_round] {
+            // The flight may have been reset while the answer was on its way, or be at the gate.
+            const bool is_wanted = round == m_request_round && m_active && m_finish == Finish::none;
+            if (line.empty() || !is_wanted)
+                return;
+            tmrVATSIM.Set_Enabled(false);
+            Read_VATSIM_Data(line);
+        });
+    });
+}
+
+void ucACARS::Queue_PIREP() {
+    m_posts.push_back({m_objNewLogEntry.Get(Log_Field::PIREP_FILE_NAME),
+                       m_settings.Virtual_Airline(), !m_services.desktop.Timers().Is_Ticking()});
+    m_post_timer.Set_Enabled(true);
+}
+
+void ucACARS::Post_PIREPs() {
+    m_post_timer.Set_Enabled(false);
+    m_posting = true;
+    while (!m_posts.empty()) {
+        const PIREP_Post post = std::move(m_posts.front());
+        m_posts.pop_front();
+        Post_PIREP(post);
+    }
+    m_posting = false;
+}
+
+void ucACARS::Post_PIREP(const PIREP_Post& post) {
+    std::optional<Timer_Queue::Ticks_Set_Aside> aside;
+    if (post.by_pilot)
+        aside.emplace(m_services.desktop.Timers());
+    Guarded(m_services, "ucACARS.ACARS_LOG()", Show::box, [&] {
+        // A change of the airline on the panel would take its fields away from the next flight.
+        clsVASettings of_flight(m_services);
+        if (m_airline.Name() != post.airline)
+            of_flight.Get_VA_Settings(post.airline);
+        const clsVASettings& airline = m_airline.Name() == post.airline ? m_airline : of_flight;
+        if (airline.Script_PIREP().empty())
+            return;
+        const Busy_Cursor busy(m_services.desktop);
+        const Wait_Notice notice(m_services.desktop, "Contacting the airline's server ...");
+        // An entry of its own: the shared one may be the next flight's before the post is over.
+        clsLogEntry entry(m_services);
+        entry.Set(Log_Field::PIREP_FILE_NAME, post.file);
+        m_response.Contact_Server();
+        // Closing ends a post, but not one that began with it.
+        const auto is_over = [this, began_closed = m_closed] { return m_closed && !began_closed; };
+        const bool is_answered = entry.Send_PIREP(m_settings, airline, Until(is_over));
+        if (is_answered && !m_closed)
+            m_response.Show_Response();
+        else
+            m_response.Close();
+    });
+}
+
+/// Sends what waits; a post that is under way is given up, and what waits behind it.
+void ucACARS::End_Posts(Closing how) {
+    m_post_timer.Set_Enabled(false);
+    if (!m_posting && how == Closing::by_pilot)
+        Post_PIREPs();
+    for (const PIREP_Post& post : std::exchange(m_posts, {})) {
+        Log_Error(m_services, "ucACARS.Close()",
+                  {error_number::other, "The PIREP was not sent: " + post.file}, Show::silent);
+    }
+}
+
+}  // namespace norvane

@@ -1,0 +1,109 @@
+// Flight plans: from a file that the pilot chooses, and from the online network's data.
+
+#include "acarspanel/uc_acars.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "acars/cls_acars.h"
+#include "common/code_page.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "simdata/cls_ini_file.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr std::size_t origin = 0;
+constexpr std::size_t destination = 1;
+
+constexpr std::string_view plan_section = "Flight Plan";
+constexpr std::string_view directory_key = "Directory";
+
+// Places in a line of the online network's data.
+constexpr std::size_t callsign_place = 0;
+constexpr std::size_t aircraft_place = 9;
+constexpr std::size_t departure_place = 11;
+constexpr std::size_t altitude_place = 12;
+constexpr std::size_t arrival_place = 13;
+constexpr std::size_t rules_place = 21;
+constexpr std::size_t route_place = 30;
+
+}  // namespace
+
+void ucACARS::Load_Flight_Plan() {
+    Guarded(m_services, "ucACARS.hypFP_Click()", Show::box, [&] {
+        const int round = m_request_round;
+        const std::filesystem::path file = Get_Flight_Plan();
+        // The flight goes on behind the dialog: it may be over.
+        if (!file.empty() && m_active && round == m_request_round)
+            Read_Flight_Plan(file);
+    });
+}
+
+std::filesystem::path ucACARS::Get_Flight_Plan() {
+    std::filesystem::path chosen;
+    Guarded(m_services, "ucACARS.Get_Flight_Plan()", Show::box, [&] {
+        const std::string folder = m_services.settings.Get(plan_section, directory_key);
+        chosen = m_services.desktop.Choose_File(
+            {"Get FS Flight Plan ", "MSFS Flight Plans (*.pln)|*.pln", To_Path(folder)});
+        m_services.settings.Set(
+            plan_section, directory_key,
+            chosen.empty() ? std::string() : From_Path(chosen.parent_path() / ""));
+    });
+    return chosen;
+}
+
+void ucACARS::Read_Flight_Plan(const std::filesystem::path& file) {
+    Guarded(m_services, "ucACARS.Read_Flight_Plan()", Show::box, [&] {
+        m_plan_read = true;
+        clsIniFile plan(m_services);
+        plan.Set_INI_FilePath(file);
+        plan.Get_Flight_Plan();
+        for (End& end : m_ends)
+            end.code.Set_Text({});
+        Take_Airport(origin, plan.Flight_Origin_ICAO(), plan.Flight_Origin_Name());
+        Take_Airport(destination, plan.Flight_Destination_ICAO(), plan.Flight_Destination_Name());
+        txtFlightPlan.Set_Text(plan.FLIGHT_PLAN());
+        txtFlightLevel.Set_Text(plan.FLIGHT_LEVEL());
+        Set_Rules(plan.Flight_Type() == "IFR");
+    });
+}
+
+void ucACARS::Read_VATSIM_Data(std::string_view line) {
+    Guarded(m_services, "ucACARS.Read_VATSIM_Data()", Show::silent, [&] {
+        m_plan_read = true;
+        m_network_plan = true;
+        m_changed = true;
+        // The network's line comes with its end, which is no part of the last field.
+        const std::vector<std::string> fields = Split(line.substr(0, line.find('\r')), ':');
+        const auto field = [&](std::size_t place) {
+            if (place >= fields.size()) {
+                throw Run_Error(error_number::subscript_out_of_range,
+                                fmt::format("The network's line has {} fields, none at {}",
+                                            fields.size(), place));
+            }
+            return fields[place];
+        };
+        const auto airport = [&](std::size_t end, const std::string& code) {
+            Take_Airport(end, code, Get_Airport_Name(m_services, code));
+        };
+        lblATCFlight.Set_Text(field(callsign_place));
+        lblATCFlight.Set_Visible(true);
+        txtAircraftType.Set_Text(field(aircraft_place));
+        airport(origin, field(departure_place));
+        airport(destination, field(arrival_place));
+        txtFlightPlan.Set_Text(field(route_place));
+        txtFlightLevel.Set_Text(field(altitude_place));
+        Set_Rules(field(rules_place) == "I");
+    });
+}
+
+void ucACARS::Set_Rules(bool instrument) {
+    chkIFR.Set_Checked(instrument);
+    chkVFR.Set_Checked(!instrument);
+}
+
+}  // namespace norvane
