@@ -27,9 +27,9 @@ class Acars_View : public QWidget {
 
     ucACARS& m_panel;
     QMenu* m_menu;
-    QStackedWidget* m_stack;
+    QStackedWidget* m_stack = nullptr;
     /// By the panel's page number.
-    std::array<Form_Page*, 4> m_pages;
+    std::array<Form_Page*, 4> m_pages{};
 };
 
 }  // namespace norvane

@@ -80,7 +80,7 @@ void Form_Page::changeEvent(QEvent* event) {
 void Form_Page::Set_Grey() {
     const QColor ink = palette().color(QPalette::Active, QPalette::WindowText);
     const QColor ground = palette().color(QPalette::Active, QPalette::Window);
-    QPalette shown = m_sheet->palette();
+    QPalette shown;
     shown.setColor(QPalette::Disabled, QPalette::WindowText,
                    {(ink.red() + ground.red()) / 2, (ink.green() + ground.green()) / 2,
                     (ink.blue() + ground.blue()) / 2});
