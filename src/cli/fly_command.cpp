@@ -55,11 +55,14 @@ class Flight {
   private:
     bool Signalled() { return m_console.signals.Raised(); }
     bool Switch_On();
+    void Read_Plan(bool resumed);
     int Follow_To_The_Gate();
     bool Take_Up_Dropped_Link();
     int Log();
     int Close_On_Signal();
     void Print_Result();
+    bool Is_Posting() const;
+    void Await_Posts();
     void Tell_How_The_PIREP_Went() const;
 
     Console& m_console;
@@ -90,14 +93,27 @@ int Flight::Fly() {
 
 bool Flight::Switch_On() {
     ucACARS& panel = m_program.panel;
-    if (panel.Is_Resumable()) {
+    const bool resumed = panel.Is_Resumable();
+    if (resumed) {
         Console_Desktop::Say("A stored flight is resumed.");
         if (!Await_Stored_Flight_In_The_Simulator(m_program.services, m_program.link,
                                                   [this] { return Signalled(); }))
             return false;
     }
     panel.hypOn.Click();
-    return panel.Is_Active() || panel.Is_At_Gate();
+    if (!panel.Is_Active() && !panel.Is_At_Gate())
+        return false;
+    if (!m_options.plan.empty())
+        Read_Plan(resumed);
+    return true;
+}
+
+/// A resumed flight keeps what was known about it.
+void Flight::Read_Plan(bool resumed) {
+    if (resumed)
+        Console_Desktop::Say("The flight plan is not read: the flight was under way already.");
+    else
+        m_program.panel.Read_Flight_Plan(m_options.plan);
 }
 
 int Flight::Follow_To_The_Gate() {
@@ -153,6 +169,7 @@ int Flight::Log() {
         return exit_status::failed;
     }
     Print_Result();
+    Await_Posts();
     Tell_How_The_PIREP_Went();
     m_program.Close(ucACARS::Closing::by_pilot);
     return exit_status::done;
@@ -172,6 +189,19 @@ void Flight::Print_Result() {
     if (m_program.settings.OPT_PIREP())
         Console_Desktop::Print("PIREP: " + pirep);
     Console_Desktop::Print("Program directory: " + From_Path(m_session.Places().program_directory));
+}
+
+bool Flight::Is_Posting() const {
+    return m_program.panel.Is_Posting();
+}
+
+/// The PIREP and what the flight reported last may still be on their way to the airline.
+void Flight::Await_Posts() {
+    if (!Is_Posting())
+        return;
+    Console_Desktop::Say("Waiting until the airline has all reports of the flight.");
+    if (!m_console.desktop.Wait_Until([this] { return !Is_Posting(); }, for_ever))
+        Console_Desktop::Say("Ended by a signal; the error log tells what was not sent.");
 }
 
 void Flight::Tell_How_The_PIREP_Went() const {

@@ -24,6 +24,8 @@ struct Fly_Options {
     bool demo = false;
     std::filesystem::path scenario;
     std::filesystem::path replay;
+    /// A saved flight plan for a flight that begins; empty: none.
+    std::filesystem::path plan;
     /// How long a dropped link is tried again, in seconds of the timers' time; empty for ever.
     std::optional<double> give_up_s;
 };

@@ -41,6 +41,8 @@ void Add_Fly(CLI::App& app, Session_Options& session, Fly_Options& fly, Work& wo
         ->check(CLI::ExistingFile)
         ->excludes(demo)
         ->excludes(scenario);
+    command->add_option("--plan", fly.plan, "Read a saved flight plan when the flight begins")
+        ->check(CLI::ExistingFile);
     command->callback([&] {
         session.places.demonstration = Has_Own_Simulator(fly);
         work = {Access::write,

@@ -179,5 +179,26 @@ TEST_F(Cli_Flights, Are_logged_once_with_auto_log_too_and_leave_a_pirep) {
     EXPECT_NE(line.find("|" + rows[0][5] + "|"), std::string::npos);
 }
 
+TEST_F(Cli_Flights, Take_a_plan_when_they_begin_and_never_when_resumed) {
+    const auto plans = std::filesystem::path(NORVANE_SOURCE_DIR) / "tests/data/plans";
+    const auto planned = [&](const std::string& plan) {
+        return std::vector<std::string>{"fly", "--time-scale", "1000", "--plan",
+                                        (plans / plan).string()};
+    };
+    EXPECT_EQ(Run(planned("missing.pln")).status, 2);
+    Start_Simulator();
+    Child_Process process(Command(planned("lfpg-eidw.pln")));
+    ASSERT_TRUE(process.Read_Until(Took_Off)) << process.Errors();
+    Await_Stored_Take_Off();
+    process.Send(SIGTERM);
+    EXPECT_EQ(process.Wait(), 1);
+    const auto resumed = Run(planned("kjfk-kbos.pln"));
+    ASSERT_EQ(resumed.status, 0) << resumed.errors;
+    EXPECT_NE(resumed.errors.find("The flight plan is not read"), std::string::npos);
+    const auto row = Join(Rows().at(0), "|");
+    EXPECT_NE(row.find("|LFPG.ABB.UT225.MID.UN615.STU.EIDW|"), std::string::npos) << row;
+    EXPECT_NE(row.find("|LFPG|"), std::string::npos) << row;
+}
+
 }  // namespace
 }  // namespace norvane::test
