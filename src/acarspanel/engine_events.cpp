@@ -14,9 +14,6 @@ namespace norvane {
 
 namespace {
 
-constexpr std::size_t origin = 0;
-constexpr std::size_t destination = 1;
-constexpr int plan_from_network = 1;
 constexpr std::string_view gate_wait = "Waiting for the weather at the destination ...";
 
 }  // namespace

@@ -16,13 +16,6 @@
 
 namespace norvane {
 
-namespace {
-
-constexpr std::size_t destination = 1;
-constexpr int plan_from_network = 1;
-
-}  // namespace
-
 /// The limits of a request that is given up as well when `over` holds.
 Http_Options ucACARS::Until(std::function<bool()> over) const {
     Http_Options options = m_http;
@@ -55,6 +48,8 @@ void ucACARS::Weather_Tick(std::size_t end) {
         tmrWX.at(end).Set_Enabled(false);
         End& at = m_ends.at(end);
         const int round = m_request_round;
+        if (at.code.Is_Empty())
+            return;
         const std::string code = at.code.Text();
         at.is_fetching = true;
         const std::string report = Get_WX(code);

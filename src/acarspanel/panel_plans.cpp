@@ -16,9 +16,6 @@ namespace norvane {
 
 namespace {
 
-constexpr std::size_t origin = 0;
-constexpr std::size_t destination = 1;
-
 constexpr std::string_view plan_section = "Flight Plan";
 constexpr std::string_view directory_key = "Directory";
 

@@ -203,7 +203,12 @@ class ucACARS {
     /// What became of the flight that reached the gate.
     enum class Finish { none, unlogged, logged, given_up };
 
-    /// One end of the flight.
+    // Places in the arrays of both ends.
+    static constexpr std::size_t origin = 0;
+    static constexpr std::size_t destination = 1;
+    /// The setting that has the plan taken from the online network.
+    static constexpr int plan_from_network = 1;
+
     struct End {
         Text_Box& code;
         Label& name;

@@ -30,8 +30,6 @@ Answer Scripted_Desktop::Show_Message(const Message_Box& box) {
 
 std::filesystem::path Scripted_Desktop::Choose_File(const File_Choice& choice) {
     file_choices.push_back(choice);
-    if (on_choice)
-        on_choice();
     if (chosen_files.empty())
         return {};
     const std::filesystem::path chosen = chosen_files.front();

@@ -59,8 +59,6 @@ class Scripted_Desktop : public Desktop {
     /// Files that were asked for, and what is chosen, in order; none when the script is at its end.
     std::vector<File_Choice> file_choices;
     std::deque<std::filesystem::path> chosen_files;
-    /// Called when a file is asked for.
-    std::function<void()> on_choice;
     /// Called when a box is shown, before it is answered.
     std::function<void(const Message_Box&)> on_box;
 
