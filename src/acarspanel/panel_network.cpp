@@ -7,7 +7,6 @@
 
 #include <utility>
 
-#include "acars/cls_acars.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "config/cls_va_settings.h"

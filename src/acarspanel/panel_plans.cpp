@@ -4,8 +4,6 @@
 
 #include <fmt/format.h>
 
-#include <utility>
-
 #include "acars/cls_acars.h"
 #include "common/code_page.h"
 #include "common/log_error.h"
