@@ -138,16 +138,6 @@ void Add_Requests(CLI::App& app, Words& words, Work& work) {
                 words, work, PIREP_Send);
 }
 
-/// What is wrong with a link address; empty when nothing is.
-std::string Link_Address_Fault(const std::string& text) {
-    try {
-        static_cast<void>(Parse_Link_Address(text));
-        return {};
-    } catch (const Run_Error& error) {
-        return error.Description();
-    }
-}
-
 /// Runs the chosen command; what it raises becomes a line, an entry of the error log and a status.
 int Run(const Session_Options& options, Console& console, const Work& work) {
     try {

@@ -57,4 +57,13 @@ Link_Address Parse_Link_Address(std::string_view text) {
     return address;
 }
 
+std::string Link_Address_Fault(const std::string& text) {
+    try {
+        static_cast<void>(Parse_Link_Address(text));
+        return {};
+    } catch (const Run_Error& error) {
+        return error.Description();
+    }
+}
+
 }  // namespace norvane

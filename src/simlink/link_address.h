@@ -26,4 +26,7 @@ struct Link_Address {
 /// Reads `unix:/path`, `host:port` or `[address]:port`. Raises 5 with what is wrong.
 [[nodiscard]] Link_Address Parse_Link_Address(std::string_view text);
 
+/// What is wrong with the text of an address; empty when nothing is.
+[[nodiscard]] std::string Link_Address_Fault(const std::string& text);
+
 }  // namespace norvane
