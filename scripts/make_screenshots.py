@@ -134,10 +134,10 @@ def take_all_pages(display, window, moment):
     """Each page of the ACARS panel, then the messages, and back to the first page."""
     for page in ("figures", "airline", "optional", "airline-fields"):
         display.take(window, f"{moment}-{page}")
-        display.key("ctrl+Right")
+        display.key("alt+Right")
     display.key("alt+2")
     display.take(window, f"{moment}-messages")
-    display.key("alt+1", "ctrl+Left", "ctrl+Left", "ctrl+Left")
+    display.key("alt+1", "alt+Left", "alt+Left", "alt+Left")
 
 
 def fly(stage, home, display):

@@ -20,6 +20,15 @@ Link_Button* Add_Link(Title_Bar& title, Link& model) {
     return link;
 }
 
+void Add_Page_Link(Title_Bar& title, Link& model, const QString& meaning,
+                   const QKeySequence& keys) {
+    Link_Button* link = Add_Link(title, model);
+    link->setAccessibleDescription(meaning);
+    link->setToolTip(meaning + " (" + keys.toString(QKeySequence::NativeText) + ")");
+    auto* shortcut = new QShortcut(keys, link);
+    QObject::connect(shortcut, &QShortcut::activated, link, [&model] { model.Click(); });
+}
+
 }  // namespace
 
 Acars_View::Acars_View(ucACARS& panel, frmMain& window, QWidget* parent)
@@ -49,8 +58,8 @@ QWidget* Acars_View::Make_Title(frmMain& window) {
     Add_Link(*title, m_panel.hypLog);
     Add_Link(*title, m_panel.hypReset);
     title->Add_Stretch();
-    Add_Link(*title, m_panel.hypBack)->setAccessibleDescription("Previous page");
-    Add_Link(*title, m_panel.hypNext)->setAccessibleDescription("Next page");
+    Add_Page_Link(*title, m_panel.hypBack, "Previous page", Qt::ALT | Qt::Key_Left);
+    Add_Page_Link(*title, m_panel.hypNext, "Next page", Qt::ALT | Qt::Key_Right);
 
     title->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(title, &QWidget::customContextMenuRequested, this,
