@@ -45,7 +45,7 @@ class Cli_Network : public Cli_World {
     }
     /// The default airline, with a field "f1" to "f41" for each value that every PIREP has.
     void Airline_At(const std::string& host) const {
-        Write("VA/server.cfg", host + "\r\n/pirep.php\r\n/acars.php\r\n");
+        Write("VA/server.cfg", host + "\r\n/pirep.php\r\n\r\n");
         std::string fields;
         for (int i = 1; i <= 41; ++i)
             fields += "Label^f" + std::to_string(i) + "\r\n";
@@ -172,6 +172,76 @@ TEST_F(Cli_Network, A_signal_ends_a_request_at_once) {
         EXPECT_EQ(process.Wait(), 1);
         EXPECT_LT(steady_clock::now() - before, seconds(2)) << command[0];
         EXPECT_THAT(process.Errors(), HasSubstr("Ended by a signal."));
+    }
+}
+
+TEST_F(Cli_Network, A_flight_is_reported_to_its_airline) {
+    std::mutex mutex;
+    std::vector<std::string> pireps;
+    Web_Server server;
+    server->Post("/pirep.php", [&](const httplib::Request& request, httplib::Response& response) {
+        const std::lock_guard lock(mutex);
+        pireps.push_back(request.body);
+        response.set_content("<p>Danke, J\xC3\xB6rg</p>\r\n", "text/html");
+    });
+    server.Start();
+    Airline_At(server.Host());
+    Report_Flights();
+    Start_Simulator();
+    const auto flown = Fly();
+    ASSERT_EQ(flown.status, 0) << flown.errors;
+    ASSERT_EQ(Rows().size(), 1U);
+    EXPECT_THAT(flown.output, HasSubstr("The airline's answer to the PIREP:\n<p>Danke, Jörg</p>"));
+    EXPECT_EQ(Error_Log(), "");
+
+    const auto mark = flown.output.find("PIREP: ");
+    ASSERT_NE(mark, std::string::npos);
+    const std::string line =
+        Read_Lines(std::string(Before(flown.output.substr(mark + 7), "\n"))).at(0);
+    const auto values = Split(line, '|');
+    ASSERT_EQ(values.size(), 52U);
+    EXPECT_EQ(values[3], "6/30/2026");
+    std::string form;
+    for (std::size_t i = 0; i < 41; ++i) {
+        form += 'f' + std::to_string(i + 1) + '=' +
+                Encode_URL(i == 3 ? "2026-06-30 00:00:00" : values[i]) + '&';
+    }
+    EXPECT_THAT(pireps, testing::ElementsAre(form));
+}
+
+TEST_F(Cli_Network, A_flight_is_logged_whatever_the_airlines_server_does) {
+    Report_Flights();
+    for (const bool hanging : {false, true}) {
+        std::atomic<int> asked = 0;
+        Raw_Server server([&](int socket) {
+            ++asked;
+            if (hanging)
+                Hang(socket);
+            else
+                Reset(socket);
+        });
+        Airline_At(server.Host());
+        std::filesystem::remove_all(home / "logs");
+        std::filesystem::remove(home / "ErrorLog.Log");
+        Start_Simulator();
+        Child_Process process(Command(fly));
+        if (hanging) {
+            const auto log = home / "logs" / "My Flight Log.txt";
+            for (int i = 0; i < 6000 && (asked == 0 || !std::filesystem::exists(log)); ++i)
+                std::this_thread::sleep_for(milliseconds(5));
+            ASSERT_FALSE(Rows().empty()) << "a hanging report holds the flight up";
+            const auto before = steady_clock::now();
+            process.Send(SIGINT);
+            EXPECT_EQ(process.Wait(), 0) << process.Errors();
+            EXPECT_LT(steady_clock::now() - before, seconds(2));
+        } else {
+            EXPECT_EQ(process.Wait(), 0) << process.Errors();
+        }
+        EXPECT_EQ(Rows().size(), 1U);
+        EXPECT_THAT(process.Errors(), HasSubstr("The PIREP was not sent"));
+        EXPECT_THAT(Error_Log(), HasSubstr("clsWinInet.Send_PIREP()"));
+        EXPECT_THAT(Error_Log(), HasSubstr("HttpSendRequest"));
+        Kill_Simulator();
     }
 }
 
