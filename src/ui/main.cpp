@@ -1,0 +1,188 @@
+// norvane: the companion with its window.
+
+#include <CLI/CLI.hpp>
+#include <QApplication>
+#include <QMessageBox>
+#include <QSessionManager>
+#include <QSocketNotifier>
+#include <QSplashScreen>
+#include <QTimer>
+#include <clocale>
+#include <memory>
+#include <optional>
+
+#include "app/frm_main.h"
+#include "app/program.h"
+#include "app/session.h"
+#include "app/signal_watch.h"
+#include "app/sim_process.h"
+#include "common/log_error.h"
+#include "common/version.h"
+#include "config/airline_list.h"
+#include "simlink/link_address.h"
+#include "simlink/socket_transport.h"
+#include "ui/main_window.h"
+#include "ui/qt_desktop.h"
+#include "ui/qt_text.h"
+#include "ui/splash.h"
+
+namespace {
+
+using namespace norvane;
+
+struct Window_Options {
+    Session_Options session;
+    bool demo = false;
+    /// How much faster the demonstration flies; without it the timers keep the pilot's time.
+    double demo_speed = 20;
+};
+
+/// The exit status when the command line asks for no window (help, version, a fault in it).
+std::optional<int> Read_Command_Line(int argc, char** argv, Window_Options& options,
+                                     bool with_the_toolkits_own) {
+    CLI::App line("Norvane: flies along with a simulator and keeps the flight log", "norvane");
+    line.set_version_flag("--version", std::string("norvane ") + norvane::version);
+    line.add_option("--home", options.session.places.home, "Program directory");
+    line.add_option("--settings", options.session.places.settings,
+                    "Settings store (an SQLite file)");
+    line.add_option("--sim", options.session.simulator,
+                    "Simulator address, host:port or unix:/path ($NORVANE_SIM, then "
+                    "127.0.0.1:8338)")
+        ->check(CLI::Validator(Link_Address_Fault, ""));
+    line.allow_extras(with_the_toolkits_own);
+    auto* demo = line.add_flag("--demo", options.demo, "Show a whole flight at speed");
+    line.add_option("--time-scale", options.demo_speed, "Fly the demonstration X times as fast")
+        ->check(CLI::Range(0.01, 1000.0))
+        ->needs(demo);
+    try {
+        line.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        constexpr int wrong_usage = 2;
+        return line.exit(error) == 0 ? 0 : wrong_usage;
+    }
+    options.session.places.demonstration = options.demo;
+    return std::nullopt;
+}
+
+/// The simulator the program flies with: one that runs, or the demonstration's own.
+class Simulator {
+  public:
+    Simulator(const Window_Options& options, Qt_Desktop& desktop)
+        : m_stand_in(Start(options)),
+          m_transport(Parse_Link_Address(m_stand_in ? m_stand_in->Address()
+                                                    : Simulator_Address(options.session)),
+                      connect_at_most, [&desktop] { desktop.Repaint(); }) {}
+
+    Transport& Link() { return m_transport; }
+
+  private:
+    static std::unique_ptr<Sim_Process> Start(const Window_Options& options) {
+        if (!options.demo)
+            return nullptr;
+        return std::make_unique<Sim_Process>(
+            Executable_Directory() / "norvane-sim",
+            std::vector<std::string>{"fly", "--speed", std::to_string(options.demo_speed)});
+    }
+
+    static constexpr std::chrono::seconds connect_at_most{2};
+
+    std::unique_ptr<Sim_Process> m_stand_in;
+    Socket_Transport m_transport;
+};
+
+/// A signal, or the end of the desktop's session, closes the window without a question.
+void Close_On_Signals(QApplication& application, Signal_Watch& signals, Qt_Desktop& desktop,
+                      frmMain& window) {
+    const auto close = [&] {
+        desktop.End_Dialogs();
+        window.Form_Unload(ucACARS::Closing::by_signal);
+    };
+    auto* notifier = new QSocketNotifier(signals.Descriptor(), QSocketNotifier::Read, &application);
+    QObject::connect(notifier, &QSocketNotifier::activated, &application, [&signals, close] {
+        if (signals.Raised())
+            close();
+    });
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, close,
+                     Qt::DirectConnection);
+}
+
+/// What an earlier demonstration left in the air is not this one's.
+void Begin_Demonstration(Program& program) {
+    program.panel.Drop_Stored_Flight();
+    program.settings.Set_OPT_AutoLog(true);
+    program.panel.hypOn.Click();
+}
+
+/// Timers at another speed than the flight's clock would measure nothing.
+void Refuse_Speed_By_Real_Clocks(const Program& program, const Window_Options& options) {
+    if (options.demo && options.demo_speed != 1 && program.settings.ACARS_UseTime() == 1) {
+        throw Run_Error(error_number::invalid_call,
+                        "The demonstration cannot be flown at speed while flights are timed by the "
+                        "real clock (ACARS_UseTime is 1)");
+    }
+}
+
+int Show_Window(QApplication& application, Signal_Watch& signals, Qt_Desktop& desktop,
+                Session& session, const Window_Options& options) {
+    std::optional<Busy_Cursor> starting(std::in_place, desktop);
+    const std::string airline =
+        session.Outside().settings.Get("Virtual Airline", "Current", stored_default_airline);
+    const std::unique_ptr<QSplashScreen> splash =
+        Show_Splash(session.Outside(),
+                    airline == stored_default_airline ? airline : Airline_Directory(airline));
+    Simulator simulator(options, desktop);
+    Program program(session.Outside(), simulator.Link());
+    Refuse_Speed_By_Real_Clocks(program, options);
+    splash->repaint();
+    frmMain form(program);
+    Main_Window window(form, program, desktop);
+    Close_On_Signals(application, signals, desktop, form);
+    splash->close();
+    window.show();
+    starting.reset();
+    if (options.demo)
+        QTimer::singleShot(0, &window, [&program] { Begin_Demonstration(program); });
+    return QApplication::exec();
+}
+
+int Run(QApplication& application, Signal_Watch& signals, const Window_Options& options) {
+    Window_Clock clock;
+    Qt_Desktop desktop(clock, options.demo ? options.demo_speed : 1);
+    clock.Set_Desktop(&desktop);
+    // A second program on the same store ends here, before anything is shown.
+    Session session(options.session, Access::write, desktop, clock);
+    try {
+        return Show_Window(application, signals, desktop, session, options);
+    } catch (...) {
+        Log_Error(session.Outside(), "modMain.Main()", Caught_Error(), Show::box);
+        return 1;
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // First of all, so that no thread of a library takes the signals.
+    Signal_Watch signals;
+    Window_Options options;
+    // Help and faults of the command line need no display.
+    if (const auto status = Read_Command_Line(argc, argv, options, true))
+        return *status;
+    QApplication application(argc, argv);
+    // The toolkit speaks the pilot's language; numbers in files do not.
+    std::setlocale(LC_NUMERIC, "C");
+    QApplication::setApplicationName("norvane");
+    QApplication::setApplicationDisplayName(To_Q(product_name));
+    QApplication::setApplicationVersion(norvane::version);
+    // The toolkit has taken its arguments out; what is left must be ours.
+    if (const auto status = Read_Command_Line(argc, argv, options, false))
+        return *status;
+    try {
+        return Run(application, signals, options);
+    } catch (const Store_In_Use&) {
+        return 0;
+    } catch (...) {
+        QMessageBox::critical(nullptr, To_Q(product_name), To_Q(Caught_Error().Description()));
+        return 1;
+    }
+}

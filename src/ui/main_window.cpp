@@ -1,0 +1,185 @@
+#include "ui/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QScreen>
+#include <QShortcut>
+#include <QStatusBar>
+#include <array>
+
+#include "ui/acars_view.h"
+#include "ui/bind.h"
+#include "ui/frame_view.h"
+#include "ui/look.h"
+#include "ui/message_view.h"
+#include "ui/pictures.h"
+#include "ui/qt_desktop.h"
+#include "ui/qt_text.h"
+#include "ui/response_view.h"
+#include "ui/value_label.h"
+
+namespace norvane {
+
+namespace {
+
+constexpr int width_twips = 15000;
+
+/// A panel of the status bar: what it is called and how many digits it has room for.
+struct Status_Row {
+    Status_Panel panel;
+    const char* name;
+    int characters;
+};
+constexpr std::array status_rows = {
+    Status_Row{Status_Panel::flight_log, "Flight log", 30},
+    Status_Row{Status_Panel::acars, "ACARS state", 15},
+    Status_Row{Status_Panel::simulator, "Simulator time", 10},
+    Status_Row{Status_Panel::local, "UTC of this computer", 14},
+    Status_Row{Status_Panel::time, "Time of day", 6},
+    Status_Row{Status_Panel::date, "Date", 11},
+};
+
+struct Key_Row {
+    Qt::Key key;
+    Window_Key meaning;
+};
+constexpr std::array key_rows = {
+    Key_Row{Qt::Key_F1, Window_Key::f1},
+    Key_Row{Qt::Key_F2, Window_Key::f2},
+    Key_Row{Qt::Key_F3, Window_Key::f3},
+    Key_Row{Qt::Key_F4, Window_Key::f4},
+};
+
+}  // namespace
+
+Main_Window::Main_Window(frmMain& form, Program& program, Qt_Desktop& desktop)
+    : m_form(form),
+      m_desktop(desktop),
+      m_frame(new Frame_View(form.frame, this)),
+      m_wait(new QLabel(this)) {
+    setWindowIcon(Program_Icon());
+    setCentralWidget(m_frame);
+    Add_Panels(program);
+    Add_Menus();
+    Add_Keys();
+    Add_Status_Bar();
+    Place();
+    Keep(*this, m_form.changed.connect([this] { Show_Caption(); }));
+    Keep(*this, m_form.Closed.connect([this] { End(); }));
+    Show_Caption();
+    desktop.Set_Window(this);
+    new Response_View(program.response, this);
+}
+
+Main_Window::~Main_Window() {
+    m_desktop.Set_Window(nullptr);
+}
+
+void Main_Window::Add_Panels(Program& program) {
+    m_frame->Put(m_form.pnlACARS, new Acars_View(program.panel, m_form, m_frame));
+    m_frame->Put(m_form.pnlMSG, new Message_View(program.messages, m_form, m_frame));
+}
+
+void Main_Window::Add_Menus() {
+    for (const Menu& menu : m_form.Menus()) {
+        if (frmMain::Shown(menu).empty())
+            continue;
+        QMenu* shown = menuBar()->addMenu(To_Q(menu.caption));
+        // Which commands there are may change with the airline.
+        connect(shown, &QMenu::aboutToShow, shown, [shown, &menu] {
+            shown->clear();
+            for (Menu_Command* command : frmMain::Shown(menu)) {
+                if (command == nullptr)
+                    shown->addSeparator();
+                else
+                    Bind(*shown->addAction(QString()), *command);
+            }
+        });
+    }
+}
+
+void Main_Window::Add_Keys() {
+    for (const Key_Row& row : key_rows) {
+        auto* shortcut = new QShortcut(row.key, this);
+        connect(shortcut, &QShortcut::activated, this,
+                [this, row] { static_cast<void>(m_form.Key(row.meaning)); });
+    }
+    const auto step = [this](const QKeySequence& keys, int items) {
+        auto* shortcut = new QShortcut(keys, this);
+        connect(shortcut, &QShortcut::activated, this, [this, items] { m_form.frame.Step(items); });
+    };
+    step(Qt::CTRL | Qt::Key_PageDown, +1);
+    step(Qt::CTRL | Qt::Key_PageUp, -1);
+    for (int position = 1; position <= static_cast<int>(m_form.frame.Items().size()); ++position) {
+        const auto digit = static_cast<Qt::Key>(Qt::Key_0 + position);
+        auto* shortcut = new QShortcut(Qt::ALT | digit, this);
+        connect(shortcut, &QShortcut::activated, this,
+                [this, position] { m_frame->Activate(position); });
+    }
+}
+
+void Main_Window::Add_Status_Bar() {
+    // The line of waits takes what the panels leave, so that it never moves them.
+    m_wait->setTextFormat(Qt::PlainText);
+    m_wait->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_wait->setAccessibleName("Waiting for");
+    statusBar()->addWidget(m_wait, 1);
+    statusBar()->setSizeGripEnabled(false);
+    for (const Status_Row& row : status_rows) {
+        auto* value = new Value_Label(row.characters, this);
+        Bind(*value, m_form.barStatus[static_cast<std::size_t>(row.panel)], row.name);
+        statusBar()->addPermanentWidget(value);
+    }
+    const auto show = [this] { m_wait->setText(To_Q(m_desktop.Waiting_For())); };
+    Keep(*this, m_desktop.wait_changed.connect(show));
+    show();
+}
+
+/// Where the window was left, if that is on a screen that is there.
+void Main_Window::Place() {
+    resize(Twips_To_Pixels(*this, width_twips), Twips_To_Pixels(*this, frmMain::height_twips));
+    const QPoint left(Twips_To_Pixels(*this, m_form.Left_Twips()),
+                      Twips_To_Pixels(*this, m_form.Top_Twips()));
+    const QScreen* screen = QGuiApplication::screenAt(left);
+    if (screen == nullptr)
+        screen = QGuiApplication::primaryScreen();
+    const QRect room = screen->availableGeometry();
+    const QPoint last = room.bottomRight() - QPoint(width(), height());
+    move(std::clamp(left.x(), room.left(), std::max(room.left(), last.x())),
+         std::clamp(left.y(), room.top(), std::max(room.top(), last.y())));
+    m_placed = true;
+}
+
+void Main_Window::Show_Caption() {
+    setWindowTitle(To_Q(m_form.Caption()));
+}
+
+void Main_Window::moveEvent(QMoveEvent* event) {
+    QMainWindow::moveEvent(event);
+    if (m_placed && !isMinimized())
+        m_form.Set_Place(Pixels_To_Twips(*this, x()), Pixels_To_Twips(*this, y()));
+}
+
+void Main_Window::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::WindowStateChange)
+        m_form.Set_Minimised(isMinimized());
+    QMainWindow::changeEvent(event);
+}
+
+void Main_Window::closeEvent(QCloseEvent* event) {
+    // The program ends behind the window; a step that is running keeps it open until it is over.
+    if (!m_ended) {
+        event->ignore();
+        m_form.Form_Unload(ucACARS::Closing::by_pilot);
+    }
+}
+
+void Main_Window::End() {
+    m_ended = true;
+    hide();
+    m_desktop.End_Dialogs();
+    QCoreApplication::quit();
+}
+
+}  // namespace norvane
