@@ -1,11 +1,33 @@
 #include "net/uc_msg.h"
 
+#include <fmt/format.h>
+
+#include <filesystem>
 #include <utility>
 
 #include "acars/cls_acars.h"
+#include "common/file_writer.h"
+#include "common/log_error.h"
 #include "common/services.h"
+#include "common/text.h"
+#include "config/cls_app_settings.h"
+#include "config/cls_va_settings.h"
 
 namespace norvane {
+
+namespace {
+
+/// A message log of this moment that is not there yet: flights may end within one second.
+std::filesystem::path New_Log_File(const Services& services) {
+    const std::filesystem::path directory = services.program_directory / "messagelogs";
+    const std::string name = Format_File_Stamp(services.clock.Local_Now()) + "_ACARS";
+    std::filesystem::path file = directory / (name + ".txt");
+    for (int number = 2; std::filesystem::exists(file); ++number)
+        file = directory / fmt::format("{}-{}.txt", name, number);
+    return file;
+}
+
+}  // namespace
 
 ucMSG::ucMSG(Parts parts)
     : tmrPost(parts.services.desktop.Timers(), std::chrono::milliseconds(1)),
@@ -13,6 +35,7 @@ ucMSG::ucMSG(Parts parts)
       m_settings(parts.settings),
       m_airline(parts.airline),
       m_http(std::move(parts.http)) {
+    Connect_Controls();
     Enable_Input(false);
 }
 
@@ -21,18 +44,160 @@ ucMSG::~ucMSG() {
         connection.disconnect();
 }
 
+void ucMSG::Connect_Controls() {
+    hypComment.clicked.connect([this] { Enter_Comment(); });
+    hypWX.clicked.connect([this] { Get_WX(); });
+    tmrPost.tick.connect([this] { Post_Next(); });
+}
+
 void ucMSG::Set_ACARS(clsACARS& engine) {
     for (sigc::connection& connection : std::exchange(m_engine_connections, {}))
         connection.disconnect();
     m_objACARS = &engine;
+    ACARS_Events& events = engine.events;
+    m_engine_connections = {
+        events.ACARSMessage.connect(
+            [this](Message_Type type, const std::string& text) { Take_Message(type, text); }),
+        events.Start.connect([this] { Enable_Input(!m_closed); }),
+        events.FlightAtGate.connect([this] { Enable_Input(false); }),
+        events.Reset.connect([this] { Clear_Log(); }),
+    };
+}
+
+void ucMSG::Take_Message(Message_Type type, const std::string& text) {
+    const std::string added = text + "\r\n\r\n";
+    m_log += added;
+    Log_Appended.emit(added);
+    if (m_settings.OPT_MessageLog() && type == Message_Type::times)
+        Export_Message_Log();
+    Send_ACARS_Report(added);
+}
+
+void ucMSG::Clear_Log() {
+    Enable_Input(false);
+    m_log.clear();
+    Log_Cleared.emit();
+}
+
+void ucMSG::Enter_Comment() {
+    if (m_objACARS == nullptr)
+        return;
+    Send_Message(Message_Type::comment, txtCommand.Text());
+    txtCommand.Set_Text({});
+}
+
+void ucMSG::Send_Message(Message_Type type, std::string_view text) {
+    if (m_objACARS == nullptr)
+        return;
+    Guarded(m_services, "ucMSG.Send_Message()", Show::silent,
+            [&] { m_objACARS->Send_Message(type, text); });
+}
+
+void ucMSG::Get_WX() {
+    const std::string typed = txtCommand.Text();
+    const std::string code = Trim(typed);
+    if (m_objACARS == nullptr || code.empty() || m_fetching)
+        return;
+    m_fetching = true;
+    Guarded(m_services, "ucMSG.Get_WX()", Show::box, [&] {
+        const auto is_over = [this, round = m_input_round] { return round != m_input_round; };
+        std::string report;
+        {
+            const Wait_Notice notice(m_services.desktop,
+                                     fmt::format("Fetching the weather of {} ...", code));
+            clsWinInet client(m_services, m_settings, m_airline, Until(is_over));
+            report = client.Get_WX(code);
+        }
+        if (is_over())
+            return;
+        Send_Message(Message_Type::weather, report);
+        // What the pilot typed while the weather was on its way is another command.
+        if (txtCommand.Text() == typed)
+            txtCommand.Set_Text({});
+    });
+    m_fetching = false;
+}
+
+void ucMSG::Export_Message_Log() {
+    Guarded(m_services, "ucMSG.Export_Message_Log()", Show::box,
+            [&] { Write_File_Atomically(New_Log_File(m_services), m_log + std::string(cr_lf)); });
+}
+
+void ucMSG::Send_ACARS_Report(std::string_view text) {
+    Guarded(m_services, "ucMSG.Send_ACARS_Report()", Show::silent, [&] {
+        const std::string airline = m_settings.Virtual_Airline();
+        // Another airline's script is not known before that airline is loaded.
+        const bool has_script = m_airline.Name() != airline || !m_airline.Script_ACARS().empty();
+        if (m_objACARS == nullptr || !has_script)
+            return;
+        if (m_closed)
+            throw Run_Error(error_number::other, "An ACARS message came too late to be sent");
+        m_reports.push_back({airline,
+                             {std::string(text), m_settings.PilotID(),
+                              m_objACARS->Form_ICAO_Depart(), m_objACARS->Form_ICAO_Arrive()}});
+        tmrPost.Set_Enabled(true);
+    });
+}
+
+bool ucMSG::Is_Posting() const {
+    return m_posting || !m_reports.empty();
+}
+
+/// One report a tick: between two of them whoever waits around this tick gets its turn.
+void ucMSG::Post_Next() {
+    if (!m_reports.empty()) {
+        m_posting = true;
+        const Waiting_Report waiting = std::move(m_reports.front());
+        m_reports.pop_front();
+        Post(waiting);
+        m_posting = false;
+    }
+    tmrPost.Set_Enabled(!m_reports.empty());
+}
+
+void ucMSG::Post(const Waiting_Report& waiting) {
+    Guarded(m_services, "ucMSG.Send_ACARS_Report()", Show::silent, [&] {
+        // A change of the airline on the panel would take its fields away from the flight.
+        clsVASettings of_message(m_services);
+        const bool is_loaded = m_airline.Name() == waiting.airline;
+        if (!is_loaded)
+            of_message.Get_VA_Settings(waiting.airline);
+        const clsVASettings& airline = is_loaded ? m_airline : of_message;
+        if (airline.Script_ACARS().empty())
+            return;
+        const Wait_Notice notice(m_services.desktop, "Sending an ACARS message to the airline ...");
+        // What the pilot does meanwhile is his own doing, not this tick's.
+        const Timer_Queue::Ticks_Set_Aside aside(m_services.desktop.Timers());
+        clsWinInet client(m_services, m_settings, airline, Until([this] { return m_closed; }));
+        static_cast<void>(
+            client.Send_ACARS_Report(airline.WebServer(), airline.Script_ACARS(), waiting.report));
+    });
+}
+
+/// The limits of a request that is given up as well when `over` holds.
+Http_Options ucMSG::Until(std::function<bool()> over) const {
+    Http_Options options = m_http;
+    options.given_up = [over = std::move(over), outer = m_http.given_up] {
+        return over() || (outer && outer());
+    };
+    return options;
 }
 
 void ucMSG::Close() {
+    m_closed = true;
     tmrPost.Set_Enabled(false);
     Enable_Input(false);
+    const std::size_t unsent = std::exchange(m_reports, {}).size();
+    if (unsent == 0)
+        return;
+    Log_Error(m_services, "ucMSG.Close()",
+              {error_number::other, fmt::format("ACARS messages not sent: {}", unsent)},
+              Show::silent);
 }
 
 void ucMSG::Enable_Input(bool enabled) {
+    if (!enabled)
+        ++m_input_round;
     txtCommand.Set_Enabled(enabled);
     hypComment.Set_Enabled(enabled);
     hypWX.Set_Enabled(enabled);

@@ -7,6 +7,7 @@
 #include <sigc++/sigc++.h>
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "acars/acars_events.h"
 #include "common/controls.h"
 #include "common/timer_queue.h"
+#include "net/cls_win_inet.h"
 #include "net/http_client.h"
 
 namespace norvane {
@@ -47,7 +49,8 @@ class ucMSG {
     void Get_WX();
     /// Writes the messages of the flight to a new file in "messagelogs".
     void Export_Message_Log();
-    /// Posts one message to the airline's ACARS script. The pilot is not told how that went.
+    /// Puts one message in the queue to the ACARS script of the airline that is active now, with
+    /// the pilot and the airports of now. The pilot is not told how that went.
     void Send_ACARS_Report(std::string_view text);
 
     /// Reports are on their way, or wait for their turn. They leave in order, after the step in
@@ -70,7 +73,19 @@ class ucMSG {
     Timer tmrPost;
 
   private:
+    struct Waiting_Report {
+        std::string airline;
+        ACARS_Report report;
+    };
+
+    void Connect_Controls();
+    void Take_Message(Message_Type type, const std::string& text);
+    void Clear_Log();
+    void Enter_Comment();
     void Enable_Input(bool enabled);
+    void Post_Next();
+    void Post(const Waiting_Report& waiting);
+    [[nodiscard]] Http_Options Until(std::function<bool()> over) const;
 
     Services& m_services;
     const clsAppSettings& m_settings;
@@ -79,6 +94,12 @@ class ucMSG {
     clsACARS* m_objACARS = nullptr;
     std::vector<sigc::connection> m_engine_connections;
     std::string m_log;
+    std::deque<Waiting_Report> m_reports;
+    bool m_posting = false;
+    bool m_fetching = false;
+    bool m_closed = false;
+    /// Counts how often the input was disabled: weather asked for before is of no use then.
+    int m_input_round = 0;
 };
 
 }  // namespace norvane
