@@ -1,12 +1,10 @@
 #include "ui/message_view.h"
 
-#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
-#include "net/uc_msg.h"
 #include "ui/bind.h"
 #include "ui/link_button.h"
 #include "ui/look.h"
@@ -17,71 +15,74 @@ namespace norvane {
 namespace {
 
 constexpr int margin = 8;
+constexpr int link_gap = 14;
 
-QFont Teleprinter_Font() {
+/// What messages are written in: columns of a weather report or a position stand below each other.
+QFont Message_Font(const QWidget& widget) {
     QFont font("Courier New");
     font.setStyleHint(QFont::Monospace);
-    font.setPointSizeF(QFontDatabase::systemFont(QFontDatabase::FixedFont).pointSizeF());
+    font.setPointSizeF(widget.font().pointSizeF());
     return font;
-}
-
-/// At the end, without taking the view away from a pilot who reads further up.
-void Append(QPlainTextEdit& log, const QString& text) {
-    QScrollBar& bar = *log.verticalScrollBar();
-    const bool at_end = bar.value() == bar.maximum();
-    QTextCursor end(log.document());
-    end.movePosition(QTextCursor::End);
-    end.insertText(text);
-    if (at_end)
-        bar.setValue(bar.maximum());
 }
 
 }  // namespace
 
-Message_View::Message_View(ucMSG& panel, frmMain& window, QWidget* parent)
-    : QWidget(parent), m_panel(panel) {
+Message_View::Message_View(ucMSG& messages, frmMain& window, QWidget* parent) : QWidget(parent) {
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
     rows->addWidget(new Title_Bar(window, "ACARS Messages", this));
-    rows->addWidget(Make_Command_Row());
-    auto* around = new QVBoxLayout;
-    around->setContentsMargins(margin, 0, margin, margin);
-    around->addWidget(Make_Log());
-    rows->addLayout(around, 1);
+    rows->addWidget(Make_Command_Row(messages));
+    Make_Log(messages);
+    rows->addWidget(m_log, 1);
 }
 
-QWidget* Message_View::Make_Command_Row() {
+QWidget* Message_View::Make_Command_Row(ucMSG& messages) {
     auto* row = new QWidget(this);
-    auto* line = new QHBoxLayout(row);
-    line->setContentsMargins(margin, margin, margin, margin);
-    line->setSpacing(margin);
+    auto* cells = new QHBoxLayout(row);
+    cells->setContentsMargins(margin, margin, margin, margin);
+    cells->setSpacing(link_gap);
     auto* command = new QLineEdit(row);
-    command->setFont(Teleprinter_Font());
-    command->setPlaceholderText("Comment, or the code of an airport");
-    Bind(*command, m_panel.txtCommand, "Comment or airport code");
-    connect(command, &QLineEdit::returnPressed, command, [this] { m_panel.hypComment.Click(); });
-    line->addWidget(command, 1);
-    for (Link* link : {&m_panel.hypComment, &m_panel.hypWX}) {
-        auto* button = new Link_Button({}, row);
-        Bind(*button, *link);
-        line->addWidget(button);
+    command->setFont(Message_Font(*command));
+    Bind(*command, messages.txtCommand, "Comment or airport");
+    connect(command, &QLineEdit::returnPressed, command,
+            [&messages] { messages.hypComment.Click(); });
+    cells->addWidget(command, 1);
+    for (Link* model : {&messages.hypComment, &messages.hypWX}) {
+        auto* link = new Link_Button({}, row);
+        Bind(*link, *model);
+        cells->addWidget(link);
     }
     return row;
 }
 
-QPlainTextEdit* Message_View::Make_Log() {
-    auto* log = new QPlainTextEdit(this);
-    log->setReadOnly(true);
-    log->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    log->setFont(Teleprinter_Font());
-    log->setAccessibleName("ACARS messages");
-    log->setPlaceholderText("No messages yet. They appear when ACARS is on.");
-    Append(*log, To_Q(m_panel.Log()));
-    Keep(*log, m_panel.Log_Appended.connect(
-                   [log](const std::string& text) { Append(*log, To_Q(text)); }));
-    Keep(*log, m_panel.Log_Cleared.connect([log] { log->clear(); }));
-    return log;
+void Message_View::Make_Log(ucMSG& messages) {
+    m_log = new QPlainTextEdit(this);
+    m_log->setReadOnly(true);
+    // A message is copied, and the log read, without a mouse too.
+    m_log->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_log->setTabChangesFocus(true);
+    m_log->setUndoRedoEnabled(false);
+    m_log->setFont(Message_Font(*m_log));
+    m_log->setAccessibleName("ACARS messages");
+    m_log->setPlaceholderText("No messages yet");
+    m_log->setFrameShape(QFrame::NoFrame);
+    m_log->document()->setDocumentMargin(margin);
+    Append(To_Q(messages.Log()));
+    Keep(*this,
+         messages.Log_Appended.connect([this](const std::string& text) { Append(To_Q(text)); }));
+    Keep(*this, messages.Log_Cleared.connect([this] { m_log->clear(); }));
+}
+
+void Message_View::Append(const QString& text) {
+    QScrollBar& bar = *m_log->verticalScrollBar();
+    const int place = bar.value();
+    const bool follows = place == bar.maximum();
+    // The pilot's own cursor stays, and with it what is selected.
+    QTextCursor end(m_log->document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(text);
+    bar.setValue(follows ? bar.maximum() : place);
 }
 
 }  // namespace norvane

@@ -1,23 +1,28 @@
 #pragma once
-// The message panel on the screen: the command box with its links over the flight's messages.
+// The ACARS message panel as the pilot sees it: a title bar, the command box with its two links,
+// and below them the messages of the flight.
 
 #include <QPlainTextEdit>
 #include <QWidget>
 
+#include "net/uc_msg.h"
+
 namespace norvane {
 
 class frmMain;
-class ucMSG;
 
 class Message_View : public QWidget {
   public:
-    Message_View(ucMSG& panel, frmMain& window, QWidget* parent);
+    /// The models live longer than the view.
+    Message_View(ucMSG& messages, frmMain& window, QWidget* parent);
 
   private:
-    QWidget* Make_Command_Row();
-    QPlainTextEdit* Make_Log();
+    [[nodiscard]] QWidget* Make_Command_Row(ucMSG& messages);
+    void Make_Log(ucMSG& messages);
+    /// Follows the messages for as long as the pilot looks at the last one.
+    void Append(const QString& text);
 
-    ucMSG& m_panel;
+    QPlainTextEdit* m_log;
 };
 
 }  // namespace norvane

@@ -2,12 +2,11 @@
 
 #include <QPainter>
 #include <QSvgRenderer>
-#include <map>
+#include <array>
 
-#include "common/text.h"
-
-/// The drawings are linked with a library that nothing refers to but this call.
-static void Load_Pictures() {
+/// A library's resources are not registered by themselves. The macro works outside of all
+/// namespaces only.
+static void Register_Pictures() {
     Q_INIT_RESOURCE(pictures);
 }
 
@@ -15,64 +14,55 @@ namespace norvane {
 
 namespace {
 
-/// By icon index.
-const std::map<int, QString> item_files = {
-    {1, ":/icons/acars.svg"},
-    {4, ":/icons/messages.svg"},
+/// What desktops ask of a program's icon.
+constexpr std::array icon_sizes = {16, 22, 24, 32, 48, 64, 128, 256};
+
+struct Item_Row {
+    int icon_index;
+    const char* drawing;
+};
+constexpr std::array item_rows = {
+    Item_Row{1, "acars"},
+    Item_Row{4, "messages"},
 };
 
-constexpr QSize splash_size(480, 270);
-
-QPixmap Blank(const QSize& size, qreal device_pixel_ratio) {
-    QPixmap picture(size * device_pixel_ratio);
+QPixmap Drawn(const QString& drawing, const QSize& size, qreal pixel_ratio) {
+    Register_Pictures();
+    QSvgRenderer renderer(":/icons/" + drawing + ".svg");
+    renderer.setAspectRatioMode(Qt::KeepAspectRatioByExpanding);
+    QPixmap picture(size * pixel_ratio);
     picture.fill(Qt::transparent);
-    picture.setDevicePixelRatio(device_pixel_ratio);
+    QPainter painter(&picture);
+    renderer.render(&painter);
+    painter.end();
+    picture.setDevicePixelRatio(pixel_ratio);
     return picture;
 }
 
 }  // namespace
 
-QPixmap Item_Picture(int icon_index, int size, const QColor& ink, qreal device_pixel_ratio) {
-    Load_Pictures();
-    const auto found = item_files.find(icon_index);
-    if (found == item_files.end())
-        return {};
-    QPixmap picture = Blank({size, size}, device_pixel_ratio);
-    const QRectF all(0, 0, size, size);
-    QPainter painter(&picture);
-    QSvgRenderer(found->second).render(&painter, all);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(all, ink);
-    return picture;
+QPixmap Item_Picture(int icon_index, int size, const QColor& ink, qreal pixel_ratio) {
+    for (const Item_Row& row : item_rows) {
+        if (row.icon_index != icon_index)
+            continue;
+        QPixmap picture = Drawn(row.drawing, {size, size}, pixel_ratio);
+        QPainter painter(&picture);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(QRect(0, 0, size, size), ink);
+        return picture;
+    }
+    return {};
 }
 
 QIcon Program_Icon() {
-    Load_Pictures();
     QIcon icon;
-    for (const int size : {16, 24, 32, 48, 64, 128}) {
-        QPixmap picture = Blank({size, size}, 1);
-        QPainter painter(&picture);
-        QSvgRenderer(QString(":/icons/norvane.svg")).render(&painter);
-        painter.end();
-        icon.addPixmap(picture);
-    }
+    for (const int size : icon_sizes)
+        icon.addPixmap(Drawn("norvane", {size, size}, 1));
     return icon;
 }
 
-QPixmap Standard_Splash(qreal device_pixel_ratio) {
-    Load_Pictures();
-    QPixmap picture = Blank(splash_size, device_pixel_ratio);
-    const QRectF all(QPointF(0, 0), QSizeF(splash_size));
-    QPainter painter(&picture);
-    QSvgRenderer(QString(":/icons/splash.svg")).render(&painter, all);
-    QFont font = painter.font();
-    font.setPixelSize(40);
-    font.setLetterSpacing(QFont::AbsoluteSpacing, 3);
-    painter.setFont(font);
-    painter.setPen(Qt::white);
-    painter.drawText(all.adjusted(28, 24, 0, 0), Qt::AlignLeft | Qt::AlignTop,
-                     QString::fromLatin1(product_name.data(), product_name.size()));
-    return picture;
+QPixmap Splash_Picture(const QSize& size, qreal pixel_ratio) {
+    return Drawn("splash", size, pixel_ratio);
 }
 
 }  // namespace norvane

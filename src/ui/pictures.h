@@ -1,5 +1,6 @@
 #pragma once
-// The program's own drawings: the items' pictures, in the ink they are asked for, and its icon.
+// The program's own pictures. They are drawings without measures, rendered for the size and the
+// pixel ratio at which they are shown.
 
 #include <QColor>
 #include <QIcon>
@@ -7,12 +8,11 @@
 
 namespace norvane {
 
-/// The picture of an item of the navigation bar by its icon index (1 ACARS, 4 messages), `size`
-/// pixels of the screen's own measure wide; null for an index without one.
-[[nodiscard]] QPixmap Item_Picture(int icon_index, int size, const QColor& ink,
-                                   qreal device_pixel_ratio);
+/// The picture of a navigation item, all of it in `ink`. Empty when no item has this index.
+/// `size` is in pixels of the desktop; the picture has `pixel_ratio` times as many.
+[[nodiscard]] QPixmap Item_Picture(int icon_index, int size, const QColor& ink, qreal pixel_ratio);
 [[nodiscard]] QIcon Program_Icon();
-/// What is shown while the program starts, with its name.
-[[nodiscard]] QPixmap Standard_Splash(qreal device_pixel_ratio);
+/// What the standard splash shows behind the program's name.
+[[nodiscard]] QPixmap Splash_Picture(const QSize& size, qreal pixel_ratio);
 
 }  // namespace norvane

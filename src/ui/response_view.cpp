@@ -1,11 +1,12 @@
 #include "ui/response_view.h"
 
 #include <QHBoxLayout>
+#include <QImage>
+#include <QLocale>
+#include <QRegularExpression>
 #include <QVBoxLayout>
-#include <algorithm>
 
 #include "common/code_page.h"
-#include "logentry/frm_response.h"
 #include "ui/bind.h"
 #include "ui/link_button.h"
 #include "ui/qt_text.h"
@@ -14,77 +15,106 @@ namespace norvane {
 
 namespace {
 
-/// Bytes that are laid out well below the time in which the window must handle events.
-constexpr std::size_t most_shown = 32 * 1024;
-constexpr QSize first_size(560, 400);
+constexpr QSize opening_size(640, 440);
+/// As much as is laid out at once; an answer that a pilot reads is far shorter.
+constexpr std::size_t shown_bytes = 64 * 1024;
 
-bool Is_Control(QChar character) {
-    return character.category() == QChar::Other_Control && character != '\n' && character != '\t';
+/// A page that asks for nothing: pictures, style sheets and other pages stay where they are.
+class Quiet_Page : public QTextBrowser {
+  public:
+    using QTextBrowser::QTextBrowser;
+
+    QVariant loadResource(int type, const QUrl& /*name*/) override {
+        if (type != QTextDocument::ImageResource)
+            return {};
+        // For want of a picture Qt would look for a file of that name.
+        QImage nothing(1, 1, QImage::Format_ARGB32);
+        nothing.fill(Qt::transparent);
+        return nothing;
+    }
+};
+
+bool Has_Markup(const QString& text) {
+    static const QRegularExpression tag(
+        "<!doctype\\b|</?(html|head|title|body|p|br|b|i|u|a|div|span|table|tr|td|ul|ol|li|font|"
+        "center|pre|hr|img|strong|em|h[1-6])\\b[^<>]*>",
+        QRegularExpression::CaseInsensitiveOption);
+    return text.contains(tag);
 }
 
 }  // namespace
 
-Shown_Page Page_To_Show(const std::string& answer) {
-    const std::string_view shown = std::string_view(answer).substr(0, most_shown);
-    Shown_Page page;
-    page.left_out = answer.size() - shown.size();
-    page.text = Is_Utf8(shown)
-                    ? QString::fromUtf8(shown.data(), static_cast<qsizetype>(shown.size()))
-                    : To_Q(shown);
-    page.text.replace("\r\n", "\n").replace('\r', '\n');
-    page.text.removeIf(Is_Control);
-    page.is_markup = Qt::mightBeRichText(page.text);
-    return page;
+QString Readable_Page(const std::string& bytes) {
+    const std::string_view begin = std::string_view(bytes).substr(0, shown_bytes);
+    const std::string utf8 = Is_Utf8(begin) ? std::string(begin) : To_Utf8(begin);
+    QString text = QString::fromStdString(utf8);
+    text.replace("\r\n", "\n").replace('\r', '\n');
+    text.removeIf([](QChar letter) {
+        const bool blank = letter == '\n' || letter == '\t';
+        return (letter.category() == QChar::Other_Control && !blank) ||
+               letter == QChar::ByteOrderMark || letter == QChar::ReplacementCharacter;
+    });
+    return text;
 }
 
-Closed_Browser::Closed_Browser(QWidget* parent) : QTextBrowser(parent) {
-    setOpenLinks(false);
-    setOpenExternalLinks(false);
-}
-
-Response_View::Response_View(frmResponse& model, QWidget* parent)
+Response_View::Response_View(frmResponse& response, QWidget* parent)
     : QDialog(parent),
-      m_model(model),
-      m_browser(new Closed_Browser(this)),
-      m_remark(new QLabel(this)) {
+      m_response(response),
+      m_page(new Quiet_Page(this)),
+      m_length(new QLabel(this)) {
     setWindowTitle(To_Q(frmResponse::title));
-    setModal(false);
-    m_browser->setAccessibleName("The server's answer");
-    m_remark->setWordWrap(true);
-    auto* close = new Link_Button({}, this);
-    Bind(*close, model.hypClose);
+    resize(opening_size);
+    m_page->setOpenLinks(false);
+    m_page->setUndoRedoEnabled(false);
+    m_page->setTabChangesFocus(true);
+    m_page->setAccessibleName(windowTitle());
+    // Servers write their pages for a white ground.
+    QPalette paper = m_page->palette();
+    paper.setColor(QPalette::Base, Qt::white);
+    paper.setColor(QPalette::Text, Qt::black);
+    paper.setColor(QPalette::Link, QColor(0x00, 0x00, 0x80));
+    m_page->setPalette(paper);
+    m_length->setTextFormat(Qt::PlainText);
+    m_length->setWordWrap(true);
+
     auto* rows = new QVBoxLayout(this);
-    rows->addWidget(m_browser, 1);
+    rows->addWidget(m_page, 1);
     auto* below = new QHBoxLayout;
-    below->addWidget(m_remark, 1);
+    below->addWidget(m_length, 1);
+    auto* close = new Link_Button({}, this);
+    Bind(*close, response.hypClose);
     below->addWidget(close, 0, Qt::AlignRight);
     rows->addLayout(below);
-    resize(first_size);
-    Keep(*this, model.changed.connect([this] { Show_Model(); }));
-    Show_Model();
-}
 
-void Response_View::Show_Model() {
-    if (!m_model.Is_Open()) {
-        hide();
-        return;
-    }
-    const Shown_Page page = Page_To_Show(m_model.Page());
-    if (page.is_markup)
-        m_browser->setHtml(page.text);
-    else
-        m_browser->setPlainText(page.text);
-    m_remark->setText(page.left_out == 0
-                          ? QString()
-                          : QString("The answer has %1 bytes more; all of it stands in the file "
-                                    "\"sr\" of the program directory.")
-                                .arg(page.left_out));
-    show();
+    Keep(*this, response.changed.connect([this] { Show_State(); }));
+    Show_State();
 }
 
 void Response_View::reject() {
-    m_model.hypClose.Click();
-    QDialog::reject();
+    m_response.hypClose.Click();
+}
+
+void Response_View::Show_State() {
+    if (m_response.Is_Open())
+        Show_Page(m_response.Page());
+    setVisible(m_response.Is_Open());
+}
+
+void Response_View::Show_Page(const std::string& bytes) {
+    const QString text = Readable_Page(bytes);
+    if (Has_Markup(text))
+        m_page->setHtml(text);
+    else
+        m_page->setPlainText(text);
+    const bool cut = bytes.size() > shown_bytes;
+    if (cut) {
+        const QString length = QLocale(QLocale::English).toString(bytes.size());
+        m_length->setText("This is the beginning of an answer of " + length +
+                          " bytes. All of it stands in the file \"sr\" of the program's "
+                          "directory.");
+    } else {
+        m_length->clear();
+    }
 }
 
 }  // namespace norvane

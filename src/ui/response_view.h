@@ -1,47 +1,33 @@
 #pragma once
-// The response viewer on the screen: the airline's answer as a page that runs no scripts and loads
-// nothing, neither from the network nor from files.
+// The response viewer's window: what the airline's PIREP script answered, drawn as the page it is,
+// and a link that closes it. Nothing that the page names is loaded or followed.
 
 #include <QDialog>
 #include <QLabel>
-#include <QString>
 #include <QTextBrowser>
-#include <string>
+
+#include "logentry/frm_response.h"
 
 namespace norvane {
 
-class frmResponse;
-
-/// What of a server's answer is shown.
-struct Shown_Page {
-    QString text;
-    bool is_markup = false;
-    /// How many bytes the answer has more than are shown.
-    std::size_t left_out = 0;
-};
-/// An answer in UTF-8 or the core's code page; without control characters, and no longer than can
-/// be laid out at once.
-[[nodiscard]] Shown_Page Page_To_Show(const std::string& answer);
-
-/// A page whose pictures, styles and links lead nowhere.
-class Closed_Browser : public QTextBrowser {
-  public:
-    explicit Closed_Browser(QWidget* parent);
-    QVariant loadResource(int /*type*/, const QUrl& /*name*/) override { return {}; }
-};
+/// The bytes of an answer as text: without control characters, at most about 64 KiB of it.
+[[nodiscard]] QString Readable_Page(const std::string& bytes);
 
 class Response_View : public QDialog {
   public:
-    Response_View(frmResponse& model, QWidget* parent);
-    /// Closing the window, by whatever means, is the model's "Close".
+    /// Shows itself, without blocking, while the viewer is open. The model lives longer.
+    Response_View(frmResponse& response, QWidget* parent);
+
+    /// Closing the window is the link's click.
     void reject() override;
 
   private:
-    void Show_Model();
+    void Show_State();
+    void Show_Page(const std::string& bytes);
 
-    frmResponse& m_model;
-    Closed_Browser* m_browser;
-    QLabel* m_remark;
+    frmResponse& m_response;
+    QTextBrowser* m_page;
+    QLabel* m_length;
 };
 
 }  // namespace norvane

@@ -1,5 +1,6 @@
 #pragma once
-// What is shown while the program starts: the airline's picture, or our own.
+// The picture while the program starts: the airline's own, or the standard one. Owned by `main`,
+// gone when the window is there.
 
 #include <QSplashScreen>
 #include <memory>
@@ -9,8 +10,8 @@ namespace norvane {
 
 struct Services;
 
-/// Shows the file "splash" of the airline's directory, in any format the toolkit reads; our own
-/// drawing when there is none, or none that can be read. Returns at once.
+/// Shown and painted. The airline's picture is the file "splash" in its directory below the program
+/// directory, in any format that Qt reads; one that cannot be read is passed over.
 [[nodiscard]] std::unique_ptr<QSplashScreen> Show_Splash(Services& services,
                                                          std::string_view airline_directory);
 
