@@ -100,7 +100,7 @@ void ucACARS::Connect_Controls() {
         // A click that had to wait for a step's end counts only if the link is still usable then.
         link.clicked.connect([this, &link, run] {
             After_Step([this, &link, run] {
-                if (link.Enabled())
+                if (link.Enabled() && !m_closed)
                     (this->*run)();
             });
         });

@@ -6,6 +6,13 @@
 
 namespace norvane {
 
+namespace {
+
+/// How long a pilot who leaves waits for the airline to take his last messages.
+constexpr std::chrono::seconds longest_farewell(3);
+
+}  // namespace
+
 Program::Program(const Services& outside, Transport& transport, const Http_Options& http)
     : services(outside),
       settings(services),
@@ -45,18 +52,19 @@ void Program::Connect() {
 void Program::Close(ucACARS::Closing how) {
     if (std::exchange(m_close_called, true))
         return;
-    messages.Close();
+    m_farewell = how == ucACARS::Closing::by_pilot ? longest_farewell : std::chrono::seconds(0);
     panel.Close(how);
 }
 
 /// The panel has ended: a step that was running is over, and what it stored is in the store.
 void Program::End_The_Rest() {
-    // Not before: a flight that is logged on the way out may still be reported to its airline.
-    m_closing = true;
     const auto end = [this](auto&& part) {
         Guarded(services, "Program.Close()", Show::silent, part);
     };
     end([this] { engine.Stop_(); });
+    // The flight's last message is the engine's that it ended.
+    end([this] { messages.Close(m_farewell); });
+    m_closing = true;
     end([this] { link.IPC_Close(); });
     end([this] { flight_log.Closing(); });
     Closed.emit();

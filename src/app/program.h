@@ -55,6 +55,7 @@ class Program {
     bool m_close_called = false;
     /// From here on no request is waited for any longer.
     bool m_closing = false;
+    std::chrono::milliseconds m_farewell{0};
 };
 
 }  // namespace norvane

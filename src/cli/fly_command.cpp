@@ -23,6 +23,8 @@ using std::chrono::milliseconds;
 
 /// Between two tries to take up a dropped link.
 constexpr milliseconds resume_pause(5000);
+/// How long a logged flight waits for the airline's server, beyond the report on its way.
+constexpr std::chrono::seconds longest_posting(60);
 /// A wait that only its condition or a signal ends.
 constexpr milliseconds for_ever = std::chrono::hours(24 * 365);
 
@@ -48,6 +50,8 @@ class Flight {
         m_program.engine.events.ACARSMessage.connect(
             [](Message_Type, const std::string& text) { Console_Desktop::Print(text + "\n"); });
         m_program.engine.events.FSTime.connect([this](const std::string&) { m_stepped = true; });
+        m_gate_watch.tick.connect([this] { Log_At_Gate(); });
+        m_gate_watch.Set_Enabled(true);
     }
 
     int Fly();
@@ -58,6 +62,7 @@ class Flight {
     void Read_Plan(bool resumed);
     int Follow_To_The_Gate();
     bool Take_Up_Dropped_Link();
+    void Log_At_Gate();
     int Log();
     int Close_On_Signal();
     void Print_Result();
@@ -69,6 +74,8 @@ class Flight {
     Session& m_session;
     Program& m_program;
     const Fly_Options& m_options;
+    /// Looks for the gate from within a request to the airline too, however long that hangs.
+    Timer m_gate_watch{m_console.desktop.Timers(), std::chrono::seconds(1)};
     bool m_stepped = false;
 };
 
@@ -159,6 +166,16 @@ bool Flight::Take_Up_Dropped_Link() {
     }
 }
 
+void Flight::Log_At_Gate() {
+    if (!m_program.panel.Is_At_Gate())
+        return;
+    m_gate_watch.Set_Enabled(false);
+    // What fails now is told: the pilot asked for it with the command.
+    const Timer_Queue::Ticks_Set_Aside aside(m_console.desktop.Timers());
+    if (!m_program.panel.Is_Logged())
+        m_program.panel.hypLog.Click();
+}
+
 int Flight::Log() {
     ucACARS& panel = m_program.panel;
     if (!panel.Is_Logged())
@@ -192,7 +209,7 @@ void Flight::Print_Result() {
 }
 
 bool Flight::Is_Posting() const {
-    return m_program.panel.Is_Posting();
+    return m_program.panel.Is_Posting() || m_program.messages.Is_Posting();
 }
 
 /// The PIREP and what the flight reported last may still be on their way to the airline.
@@ -200,8 +217,12 @@ void Flight::Await_Posts() {
     if (!Is_Posting())
         return;
     Console_Desktop::Say("Waiting until the airline has all reports of the flight.");
-    if (!m_console.desktop.Wait_Until([this] { return !Is_Posting(); }, for_ever))
-        Console_Desktop::Say("Ended by a signal; the error log tells what was not sent.");
+    // By the clock on the wall: servers know nothing of scaled time.
+    const auto end = m_console.clock.Monotonic() + longest_posting;
+    m_console.desktop.Wait_Until(
+        [&] { return !Is_Posting() || m_console.clock.Monotonic() >= end; }, for_ever);
+    if (Is_Posting())
+        Console_Desktop::Say("The error log tells what was not sent.");
 }
 
 void Flight::Tell_How_The_PIREP_Went() const {

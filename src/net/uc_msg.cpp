@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -145,17 +146,23 @@ bool ucMSG::Is_Posting() const {
 
 /// One report a tick: between two of them whoever waits around this tick gets its turn.
 void ucMSG::Post_Next() {
-    if (!m_reports.empty()) {
-        m_posting = true;
-        const Waiting_Report waiting = std::move(m_reports.front());
-        m_reports.pop_front();
-        Post(waiting);
-        m_posting = false;
-    }
+    if (!m_reports.empty())
+        Post_First();
     tmrPost.Set_Enabled(!m_reports.empty());
 }
 
-void ucMSG::Post(const Waiting_Report& waiting) {
+/// True when the airline's script took the report, or there is none.
+bool ucMSG::Post_First() {
+    m_posting = true;
+    const Waiting_Report waiting = std::move(m_reports.front());
+    m_reports.pop_front();
+    const bool sent = Post(waiting);
+    m_posting = false;
+    return sent;
+}
+
+bool ucMSG::Post(const Waiting_Report& waiting) {
+    bool sent = false;
     Guarded(m_services, "ucMSG.Send_ACARS_Report()", Show::silent, [&] {
         // A change of the airline on the panel would take its fields away from the flight.
         clsVASettings of_message(m_services);
@@ -163,15 +170,18 @@ void ucMSG::Post(const Waiting_Report& waiting) {
         if (!is_loaded)
             of_message.Get_VA_Settings(waiting.airline);
         const clsVASettings& airline = is_loaded ? m_airline : of_message;
-        if (airline.Script_ACARS().empty())
+        if (airline.Script_ACARS().empty()) {
+            sent = true;
             return;
+        }
         const Wait_Notice notice(m_services.desktop, "Sending an ACARS message to the airline ...");
         // What the pilot does meanwhile is his own doing, not this tick's.
         const Timer_Queue::Ticks_Set_Aside aside(m_services.desktop.Timers());
         clsWinInet client(m_services, m_settings, airline, Until([this] { return m_closed; }));
-        static_cast<void>(
-            client.Send_ACARS_Report(airline.WebServer(), airline.Script_ACARS(), waiting.report));
+        sent = client.Send_ACARS_Report(airline.WebServer(), airline.Script_ACARS(), waiting.report)
+                   .success;
     });
+    return sent;
 }
 
 /// The limits of a request that is given up as well when `over` holds.
@@ -183,10 +193,17 @@ Http_Options ucMSG::Until(std::function<bool()> over) const {
     return options;
 }
 
-void ucMSG::Close() {
-    m_closed = true;
+void ucMSG::Close(std::chrono::milliseconds farewell) {
     tmrPost.Set_Enabled(false);
     Enable_Input(false);
+    const auto end = m_services.clock.Monotonic() + farewell;
+    m_http.all_within = std::min(m_http.all_within, farewell);
+    // Behind a request that is running nothing more can be sent.
+    while (!m_posting && !m_reports.empty() && m_services.clock.Monotonic() < end) {
+        if (!Post_First())
+            break;
+    }
+    m_closed = true;
     const std::size_t unsent = std::exchange(m_reports, {}).size();
     if (unsent == 0)
         return;

@@ -56,8 +56,9 @@ class ucMSG {
     /// Reports are on their way, or wait for their turn. They leave in order, after the step in
     /// which their messages arose, while sampling goes on.
     [[nodiscard]] bool Is_Posting() const;
-    /// Ends the running requests and drops what waits; the error log tells how much that was.
-    void Close();
+    /// Sends what waits, for `farewell` at most and until the first report that fails; then ends
+    /// the running requests and drops the rest. The error log tells how many reports that were.
+    void Close(std::chrono::milliseconds farewell = {});
 
     /// Every message of the flight, each followed by an empty line.
     [[nodiscard]] const std::string& Log() const { return m_log; }
@@ -84,7 +85,8 @@ class ucMSG {
     void Enter_Comment();
     void Enable_Input(bool enabled);
     void Post_Next();
-    void Post(const Waiting_Report& waiting);
+    bool Post(const Waiting_Report& waiting);
+    bool Post_First();
     [[nodiscard]] Http_Options Until(std::function<bool()> over) const;
 
     Services& m_services;

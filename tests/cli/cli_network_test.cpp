@@ -45,7 +45,7 @@ class Cli_Network : public Cli_World {
     }
     /// The default airline, with a field "f1" to "f41" for each value that every PIREP has.
     void Airline_At(const std::string& host) const {
-        Write("VA/server.cfg", host + "\r\n/pirep.php\r\n\r\n");
+        Write("VA/server.cfg", host + "\r\n/pirep.php\r\n/acars.php\r\n");
         std::string fields;
         for (int i = 1; i <= 41; ++i)
             fields += "Label^f" + std::to_string(i) + "\r\n";
@@ -175,15 +175,32 @@ TEST_F(Cli_Network, A_signal_ends_a_request_at_once) {
     }
 }
 
+/// A message of standard output as the airline is to receive it, up to the arrival's code.
+std::string Report_Of(const std::string& message) {
+    const auto lines = Split(message, '\n');
+    std::string text;
+    for (std::size_t i = 4; i < lines.size(); ++i)
+        text += lines[i] + ' ';
+    std::string form = "acars0=" + Encode_URL(Replace_All(lines[0], "Z", ":00"));
+    for (const std::size_t i : {1U, 2U, 3U})
+        form += "&acars" + std::to_string(i) + '=' + Encode_URL(lines.at(i));
+    return form + "&acars4=" + Encode_URL(text + "  ") + "&acars5=P%261&acars6=KJFK&acars7=";
+}
+
 TEST_F(Cli_Network, A_flight_is_reported_to_its_airline) {
     std::mutex mutex;
     std::vector<std::string> pireps;
+    std::vector<std::string> reports;
     Web_Server server;
-    server->Post("/pirep.php", [&](const httplib::Request& request, httplib::Response& response) {
-        const std::lock_guard lock(mutex);
-        pireps.push_back(request.body);
-        response.set_content("<p>Danke, J\xC3\xB6rg</p>\r\n", "text/html");
-    });
+    const auto keep = [&](std::vector<std::string>& where) {
+        return [&](const httplib::Request& request, httplib::Response& response) {
+            const std::lock_guard lock(mutex);
+            where.push_back(request.body);
+            response.set_content("<p>Danke, J\xC3\xB6rg</p>\r\n", "text/html");
+        };
+    };
+    server->Post("/pirep.php", keep(pireps));
+    server->Post("/acars.php", keep(reports));
     server.Start();
     Airline_At(server.Host());
     Report_Flights();
@@ -207,6 +224,16 @@ TEST_F(Cli_Network, A_flight_is_reported_to_its_airline) {
                 Encode_URL(i == 3 ? "2026-06-30 00:00:00" : values[i]) + '&';
     }
     EXPECT_THAT(pireps, testing::ElementsAre(form));
+
+    // Each message stands before an empty line; the last one, of the end, behind the log row.
+    auto messages = Split(flown.output, std::string_view("\n\n"));
+    ASSERT_GT(messages.size(), 5U);
+    messages.pop_back();
+    messages.back().erase(0, messages.back().rfind("\n[") + 1);
+    ASSERT_EQ(reports.size(), messages.size());
+    for (std::size_t i = 0; i < reports.size(); ++i)
+        EXPECT_THAT(reports[i], StartsWith(Report_Of(messages[i])));
+    EXPECT_THAT(reports.back(), testing::EndsWith("&acars7=KLGA&"));
 }
 
 TEST_F(Cli_Network, A_flight_is_logged_whatever_the_airlines_server_does) {
@@ -226,8 +253,7 @@ TEST_F(Cli_Network, A_flight_is_logged_whatever_the_airlines_server_does) {
         Start_Simulator();
         Child_Process process(Command(fly));
         if (hanging) {
-            const auto log = home / "logs" / "My Flight Log.txt";
-            for (int i = 0; i < 6000 && (asked == 0 || !std::filesystem::exists(log)); ++i)
+            for (int i = 0; i < 6000 && (asked == 0 || Rows().empty()); ++i)
                 std::this_thread::sleep_for(milliseconds(5));
             ASSERT_FALSE(Rows().empty()) << "a hanging report holds the flight up";
             const auto before = steady_clock::now();
@@ -236,6 +262,7 @@ TEST_F(Cli_Network, A_flight_is_logged_whatever_the_airlines_server_does) {
             EXPECT_LT(steady_clock::now() - before, seconds(2));
         } else {
             EXPECT_EQ(process.Wait(), 0) << process.Errors();
+            EXPECT_THAT(Error_Log(), HasSubstr("clsWinInet.Send_ACARS_Report()"));
         }
         EXPECT_EQ(Rows().size(), 1U);
         EXPECT_THAT(process.Errors(), HasSubstr("The PIREP was not sent"));
