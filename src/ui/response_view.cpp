@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "common/code_page.h"
 #include "ui/bind.h"
@@ -18,6 +19,9 @@ namespace {
 constexpr QSize opening_size(640, 440);
 /// As much as is laid out at once; an answer that a pilot reads is far shorter.
 constexpr std::size_t shown_bytes = 64 * 1024;
+/// Pages nest no deeper than this; laying out a table takes twice as long for each one around it.
+constexpr int deepest_table = 8;
+constexpr int deepest_element = 60;
 
 /// A page that asks for nothing: pictures, style sheets and other pages stay where they are.
 class Quiet_Page : public QTextBrowser {
@@ -40,6 +44,43 @@ bool Has_Markup(const QString& text) {
         "center|pre|hr|img|strong|em|h[1-6])\\b[^<>]*>",
         QRegularExpression::CaseInsensitiveOption);
     return text.contains(tag);
+}
+
+/// False for a page that was made, or cut off, so that drawing it would not end.
+bool Can_Be_Drawn(const QString& page) {
+    // Elements that need no end are not counted.
+    static const QRegularExpression element(
+        "<(/?)(?!(?:p|br|hr|img|li|dt|dd|tr|td|th|input|meta|link|option)\\b)(\\w+)",
+        QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression huge_span("rowspan\\s*=\\W*\\d{2}|colspan\\s*=\\W*\\d{3}",
+                                              QRegularExpression::CaseInsensitiveOption);
+    if (page.contains(huge_span))
+        return false;
+    int depth = 0;
+    int tables = 0;
+    for (auto found = element.globalMatch(page); found.hasNext();) {
+        const QRegularExpressionMatch match = found.next();
+        const int step = match.capturedLength(1) == 0 ? +1 : -1;
+        depth = std::max(0, depth + step);
+        if (match.capturedView(2).compare(QLatin1String("table"), Qt::CaseInsensitive) == 0)
+            tables = std::max(0, tables + step);
+        if (depth > deepest_element || tables > deepest_table)
+            return false;
+    }
+    return true;
+}
+
+/// Pictures are not fetched, and need no room.
+QString Without_Pictures(QString page) {
+    static const QRegularExpression picture("<img\\b[^<>]*>",
+                                            QRegularExpression::CaseInsensitiveOption);
+    return page.remove(picture);
+}
+
+/// What a page says, when it cannot be drawn.
+QString Without_Markup(QString page) {
+    static const QRegularExpression tag("<[^<>]*>");
+    return page.remove(tag).trimmed();
 }
 
 }  // namespace
@@ -72,8 +113,8 @@ Response_View::Response_View(frmResponse& response, QWidget* parent)
     QPalette paper = m_page->palette();
     paper.setColor(QPalette::Base, Qt::white);
     paper.setColor(QPalette::Text, Qt::black);
-    paper.setColor(QPalette::Link, QColor(0x00, 0x00, 0x80));
     m_page->setPalette(paper);
+    m_page->document()->setDefaultStyleSheet("a { color: #000080 }");
     m_length->setTextFormat(Qt::PlainText);
     m_length->setWordWrap(true);
 
@@ -102,10 +143,12 @@ void Response_View::Show_State() {
 
 void Response_View::Show_Page(const std::string& bytes) {
     const QString text = Readable_Page(bytes);
-    if (Has_Markup(text))
-        m_page->setHtml(text);
-    else
+    if (!Has_Markup(text))
         m_page->setPlainText(text);
+    else if (Can_Be_Drawn(text))
+        m_page->setHtml(Without_Pictures(text));
+    else
+        m_page->setPlainText(Without_Markup(text));
     const bool cut = bytes.size() > shown_bytes;
     if (cut) {
         const QString length = QLocale(QLocale::English).toString(bytes.size());
