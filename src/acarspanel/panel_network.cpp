@@ -15,15 +15,6 @@
 
 namespace norvane {
 
-/// The limits of a request that is given up as well when `over` holds.
-Http_Options ucACARS::Until(std::function<bool()> over) const {
-    Http_Options options = m_http;
-    options.given_up = [over = std::move(over), outer = m_http.given_up] {
-        return over() || (outer && outer());
-    };
-    return options;
-}
-
 /// What was asked for the flight so far is of no use any longer, answers on their way included.
 void ucACARS::Drop_Requests() {
     ++m_request_round;
@@ -77,7 +68,7 @@ std::string ucACARS::Get_WX(std::string_view icao) {
     const Wait_Notice notice(m_services.desktop,
                              fmt::format("Fetching the weather of {} ...", icao));
     const auto is_over = [this, round = m_request_round] { return round != m_request_round; };
-    clsWinInet client(m_services, m_settings, m_airline, Until(is_over));
+    clsWinInet client(m_services, m_settings, m_airline, Given_Up_When(is_over, m_http));
     return client.Get_METAR(icao);
 }
 
@@ -144,7 +135,8 @@ void ucACARS::Post_PIREP(const PIREP_Post& post) {
         m_response.Contact_Server();
         // Closing ends a post, but not one that began with it.
         const auto is_over = [this, began_closed = m_closed] { return m_closed && !began_closed; };
-        const bool is_answered = entry.Send_PIREP(m_settings, airline, Until(is_over));
+        const bool is_answered =
+            entry.Send_PIREP(m_settings, airline, Given_Up_When(is_over, m_http));
         if (is_answered && !m_closed)
             m_response.Show_Response();
         else

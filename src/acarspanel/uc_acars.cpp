@@ -37,7 +37,7 @@ ucACARS::ucACARS(Parts parts)
       m_http(std::move(parts.http)),
       m_gate_timer(m_services.desktop.Timers(), longest_gate_wait),
       m_network(m_services, m_settings, m_airline,
-                Until([this] { return m_polled_in_round != m_request_round; })),
+                Given_Up_When([this] { return m_polled_in_round != m_request_round; }, m_http)),
       m_ends{{{txtOrigin, lblOriginName, txtWXOrigin, {}},
               {txtDestination, lblDestinationName, txtWXDestination, {}}}},
       m_post_timer(m_services.desktop.Timers(), post_delay) {

@@ -265,7 +265,6 @@ class ucACARS {
     void Take_Weather(std::size_t end, const std::string& report);
     [[nodiscard]] bool Polls_Network() const;
     void Drop_Requests();
-    [[nodiscard]] Http_Options Until(std::function<bool()> over) const;
     void Queue_PIREP();
     void Post_PIREPs();
     void Post_PIREP(const PIREP_Post& post);

@@ -23,8 +23,9 @@ Program::Program(const Services& outside, Transport& transport, const Http_Optio
       flight_log(services, settings, airline, log_entry),
       engine({services, link, settings, airline, utc}),
       response(services),
-      panel({services, settings, airline, log_entry, response, Until_Closing(http)}),
-      messages({services, settings, airline, Until_Closing(http)}) {
+      http_limits(Limits(http)),
+      panel({services, settings, airline, log_entry, response, http_limits}),
+      messages({services, settings, airline, http_limits}) {
     airline.Get_VA_Settings(settings.Virtual_Airline());
     flight_log.UCI();
     panel.UCI();
@@ -33,9 +34,10 @@ Program::Program(const Services& outside, Transport& transport, const Http_Optio
     Connect();
 }
 
-Http_Options Program::Until_Closing(const Http_Options& http) const {
-    Http_Options options = http;
-    options.given_up = [this, outer = http.given_up] { return m_closing || (outer && outer()); };
+Http_Options Program::Limits(const Http_Options& http) const {
+    Http_Options options = Given_Up_When([this] { return m_closing; }, http);
+    if (!options.together)
+        options.together = std::make_shared<Http_Transfers>();
     return options;
 }
 

@@ -44,11 +44,13 @@ class Program {
     ucFlightLog flight_log;
     clsACARS engine;
     frmResponse response;
+    Http_Options http_limits;
     ucACARS panel;
     ucMSG messages;
 
   private:
-    [[nodiscard]] Http_Options Until_Closing(const Http_Options& http) const;
+    /// Until the program closes; every request together with the others.
+    [[nodiscard]] Http_Options Limits(const Http_Options& http) const;
     void Connect();
     void End_The_Rest();
 

@@ -31,8 +31,6 @@ struct Http_Client::Exchange {
 
 namespace {
 
-using Multi = std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)>;
-
 /// How long the thread may sit waiting for the network before events are handled again.
 constexpr int longest_wait_ms = 5;
 
@@ -72,18 +70,15 @@ bool Http_Client::Is_Given_Up() const {
 
 std::string Http_Client::Follow(const Http_Request& request) {
     Http_Hop hop{request.verb, Request_Address(request.host, request.path)};
-    static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
-    const Multi multi(ready == CURLE_OK ? curl_multi_init() : nullptr, &curl_multi_cleanup);
-    if (!multi)
-        throw Http_Error(internet_open);
-
+    if (!m_options.together)
+        m_options.together = std::make_shared<Http_Transfers>();
     milliseconds time_left = m_options.all_within;
     for (int redirects = 0; redirects <= m_options.most_redirects; ++redirects) {
         Exchange exchange;
         exchange.most_bytes = m_options.most_bytes;
         exchange.time_left = time_left;
         Prepare(exchange, hop, request.body);
-        Perform(multi.get(), exchange);
+        Perform(exchange);
         const auto next = Next_Hop(hop, exchange.status, exchange.location);
         if (!next)
             return std::move(exchange.answer);
@@ -129,19 +124,22 @@ void Http_Client::Prepare(Exchange& exchange, const Http_Hop& hop, const std::st
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS,
                      static_cast<long>(m_options.connect_within.count()));
     curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(exchange.time_left.count()));
+    // Nothing is kept for a next request: each one connects anew.
+    curl_easy_setopt(easy, CURLOPT_FORBID_REUSE, 1L);
     // A name that is still being looked up must not hold up the end of the request.
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &Take_Bytes<Exchange>);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, &exchange);
 }
 
-void Http_Client::Perform(void* carrier, Exchange& exchange) {
+void Http_Client::Perform(Exchange& exchange) {
     CURL* easy = exchange.easy.get();
-    if (curl_multi_add_handle(carrier, easy) != CURLM_OK)
+    Http_Transfers& transfers = *m_options.together;
+    if (!transfers.Add(easy))
         throw Http_Error(internet_open);
-    const auto take_out = [carrier](CURL* added) { curl_multi_remove_handle(carrier, added); };
+    const auto take_out = [&transfers](CURL* added) { transfers.Remove(added); };
     const std::unique_ptr<CURL, decltype(take_out)> added(easy, take_out);
-    const int result = Wait_For(carrier);
+    const int result = Wait_For(exchange);
 
     curl_off_t duration_us = 0;
     curl_off_t ready_after_us = 0;
@@ -160,20 +158,24 @@ void Http_Client::Perform(void* carrier, Exchange& exchange) {
     exchange.time_left -= std::chrono::duration_cast<milliseconds>(microseconds(duration_us));
 }
 
-int Http_Client::Wait_For(void* carrier) {
+int Http_Client::Wait_For(const Exchange& exchange) {
+    Http_Transfers& transfers = *m_options.together;
     while (!Is_Given_Up()) {
-        int running = 0;
-        if (curl_multi_perform(carrier, &running) != CURLM_OK)
-            return CURLE_FAILED_INIT;
-        int left = 0;
-        while (const CURLMsg* message = curl_multi_info_read(carrier, &left)) {
-            if (message->msg == CURLMSG_DONE)
-                return message->data.result;
-        }
+        transfers.Drive();
+        if (const auto result = transfers.Result(exchange.easy.get()))
+            return *result;
         m_desktop.Process_Events();
-        curl_multi_poll(carrier, nullptr, 0, longest_wait_ms, nullptr);
+        transfers.Wait(longest_wait_ms);
     }
     return CURLE_ABORTED_BY_CALLBACK;
+}
+
+Http_Options Given_Up_When(std::function<bool()> over, const Http_Options& options) {
+    Http_Options result = options;
+    result.given_up = [over = std::move(over), outer = options.given_up] {
+        return over() || (outer && outer());
+    };
+    return result;
 }
 
 }  // namespace norvane

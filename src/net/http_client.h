@@ -6,9 +6,11 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "net/http_address.h"
+#include "net/http_transfers.h"
 
 namespace norvane {
 
@@ -24,7 +26,13 @@ struct Http_Options {
     std::filesystem::path trusted_certificates;
     /// Asked while a request runs, and before; true ends it as `Cancel` does. None: never.
     std::function<bool()> given_up;
+    /// With which other requests this one is driven while they wait within one another; none:
+    /// alone.
+    std::shared_ptr<Http_Transfers> together;
 };
+
+/// The limits of a request that is given up as well when `over` holds.
+[[nodiscard]] Http_Options Given_Up_When(std::function<bool()> over, const Http_Options& options);
 
 struct Http_Request {
     Http_Verb verb = Http_Verb::get;
@@ -56,8 +64,9 @@ class Http_Client {
     std::string Follow(const Http_Request& request);
     void Prepare(Exchange& exchange, const Http_Hop& hop, const std::string& body) const;
     /// Runs one exchange to its end; raises when no status line came.
-    void Perform(void* carrier, Exchange& exchange);
-    int Wait_For(void* carrier);
+    void Perform(Exchange& exchange);
+    /// How the exchange ended, as libcurl tells it.
+    int Wait_For(const Exchange& exchange);
 
     Desktop& m_desktop;
     Http_Options m_options;

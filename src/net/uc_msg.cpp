@@ -106,7 +106,7 @@ void ucMSG::Get_WX() {
         {
             const Wait_Notice notice(m_services.desktop,
                                      fmt::format("Fetching the weather of {} ...", code));
-            clsWinInet client(m_services, m_settings, m_airline, Until(is_over));
+            clsWinInet client(m_services, m_settings, m_airline, Given_Up_When(is_over, m_http));
             report = client.Get_WX(code);
         }
         if (is_over())
@@ -146,7 +146,7 @@ bool ucMSG::Is_Posting() const {
 
 /// One report a tick: between two of them whoever waits around this tick gets its turn.
 void ucMSG::Post_Next() {
-    if (!m_reports.empty())
+    if (!m_posting && !m_reports.empty())
         Post_First();
     tmrPost.Set_Enabled(!m_reports.empty());
 }
@@ -177,32 +177,34 @@ bool ucMSG::Post(const Waiting_Report& waiting) {
         const Wait_Notice notice(m_services.desktop, "Sending an ACARS message to the airline ...");
         // What the pilot does meanwhile is his own doing, not this tick's.
         const Timer_Queue::Ticks_Set_Aside aside(m_services.desktop.Timers());
-        clsWinInet client(m_services, m_settings, airline, Until([this] { return m_closed; }));
+        clsWinInet client(m_services, m_settings, airline,
+                          Given_Up_When([this] { return m_closed; }, m_http));
         sent = client.Send_ACARS_Report(airline.WebServer(), airline.Script_ACARS(), waiting.report)
                    .success;
     });
     return sent;
 }
 
-/// The limits of a request that is given up as well when `over` holds.
-Http_Options ucMSG::Until(std::function<bool()> over) const {
-    Http_Options options = m_http;
-    options.given_up = [over = std::move(over), outer = m_http.given_up] {
-        return over() || (outer && outer());
-    };
-    return options;
+/// Behind a request that is running nothing can be sent. A script that takes one report too long
+/// gets no other.
+void ucMSG::Send_Farewell(std::chrono::milliseconds at_most) {
+    using std::chrono::milliseconds;
+    const auto end = m_services.clock.Monotonic() + at_most;
+    while (!m_posting && !m_reports.empty()) {
+        const auto left =
+            std::chrono::duration_cast<milliseconds>(end - m_services.clock.Monotonic());
+        if (left <= milliseconds::zero())
+            return;
+        m_http.all_within = std::min(m_http.all_within, left);
+        if (!Post_First())
+            return;
+    }
 }
 
 void ucMSG::Close(std::chrono::milliseconds farewell) {
     tmrPost.Set_Enabled(false);
     Enable_Input(false);
-    const auto end = m_services.clock.Monotonic() + farewell;
-    m_http.all_within = std::min(m_http.all_within, farewell);
-    // Behind a request that is running nothing more can be sent.
-    while (!m_posting && !m_reports.empty() && m_services.clock.Monotonic() < end) {
-        if (!Post_First())
-            break;
-    }
+    Send_Farewell(farewell);
     m_closed = true;
     const std::size_t unsent = std::exchange(m_reports, {}).size();
     if (unsent == 0)

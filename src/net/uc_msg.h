@@ -87,7 +87,7 @@ class ucMSG {
     void Post_Next();
     bool Post(const Waiting_Report& waiting);
     bool Post_First();
-    [[nodiscard]] Http_Options Until(std::function<bool()> over) const;
+    void Send_Farewell(std::chrono::milliseconds at_most);
 
     Services& m_services;
     const clsAppSettings& m_settings;
