@@ -44,6 +44,8 @@ Qt_Desktop::Qt_Desktop(Clock& clock, double speed) : m_timers(clock, speed) {
 void Qt_Desktop::Run_Timers() {
     if (m_repainting)
         return;
+    // A tick may wait for something; the other timers go on meanwhile.
+    Arm();
     m_timers.Run_Due();
     Arm();
 }

@@ -52,9 +52,11 @@ bool Can_Be_Drawn(const QString& page) {
     static const QRegularExpression element(
         "<(/?)(?!(?:p|br|hr|img|li|dt|dd|tr|td|th|input|meta|link|option)\\b)(\\w+)",
         QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression huge_span("rowspan\\s*=\\W*\\d{2}|colspan\\s*=\\W*\\d{3}",
-                                              QRegularExpression::CaseInsensitiveOption);
-    if (page.contains(huge_span))
+    static const QRegularExpression huge(
+        "rowspan\\s*=\\W*\\d{2}|colspan\\s*=\\W*\\d{3}|"
+        "(width|height|size|padding|spacing)\\s*[=:]\\W*\\d{5}",
+        QRegularExpression::CaseInsensitiveOption);
+    if (page.contains(huge))
         return false;
     int depth = 0;
     int tables = 0;

@@ -1,0 +1,134 @@
+#include "ui/response_view.h"
+
+#include <arpa/inet.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <optional>
+
+#include "support/test_world.h"
+#include "ui/qt_text.h"
+
+namespace norvane {
+namespace {
+
+/// A port of this machine at which nobody answers, but where a knock is heard.
+class Silent_Port {
+  public:
+    Silent_Port() {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* generic = reinterpret_cast<sockaddr*>(&address);
+        if (::bind(m_socket, generic, size) != 0 || ::listen(m_socket, 5) != 0 ||
+            ::getsockname(m_socket, generic, &size) != 0)
+            throw std::runtime_error("no port");
+        host = "127.0.0.1:" + std::to_string(::ntohs(address.sin_port));
+    }
+    ~Silent_Port() { ::close(m_socket); }
+    Silent_Port(const Silent_Port&) = delete;
+    Silent_Port& operator=(const Silent_Port&) = delete;
+
+    [[nodiscard]] bool Was_Asked() const {
+        const int accepted = ::accept(m_socket, nullptr, nullptr);
+        if (accepted >= 0)
+            ::close(accepted);
+        return accepted >= 0;
+    }
+    std::string host;
+
+  private:
+    int m_socket = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
+};
+
+class Response_View_Test : public test::Test_World {
+  protected:
+    /// What the viewer shows of an answer.
+    std::string Shown(const std::string& answer) {
+        Write("sr", answer);
+        QElapsedTimer taken;
+        taken.start();
+        response.Show_Response();
+        QApplication::processEvents();
+        m_slowest_ms = std::max(m_slowest_ms, taken.elapsed());
+        return From_Q(Page().toPlainText());
+    }
+    QTextBrowser& Page() { return *view.findChild<QTextBrowser*>(); }
+    /// What stands below the page.
+    std::string Note() { return From_Q(view.findChild<QLabel*>()->text()); }
+
+    frmResponse response{services};
+    Response_View view{response, nullptr};
+    qint64 m_slowest_ms = 0;
+};
+
+TEST_F(Response_View_Test, Neither_the_network_nor_the_disk_is_asked_for_what_a_page_names) {
+    QImage red(200, 200, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    const std::string picture = (directory / "red.png").string();
+    ASSERT_TRUE(red.save(QString::fromStdString(picture), "PNG"));
+    Write("red.css", "body { background-color: red }");
+    const Silent_Port port;
+    const std::string remote = "http://" + port.host;
+    Shown("<html><head><link rel=\"stylesheet\" href=\"" + remote + "/x.css\"><style>@import \"" +
+          directory.string() + "/red.css\";</style></head><body background=\"" + picture +
+          "\"><img src=\"" + remote + "/x\"><img src=\"" + picture + "\"><img src=\"file://" +
+          picture + "\"><p style=\"background-image:url(" + picture + ")\">Accepted</p></body>");
+    const QImage drawn = view.grab().toImage();
+    for (int y = 0; y < drawn.height(); ++y) {
+        for (int x = 0; x < drawn.width(); ++x)
+            ASSERT_NE(drawn.pixel(x, y), red.pixel(0, 0)) << x << ", " << y;
+    }
+    EXPECT_EQ(From_Q(Page().toPlainText()), "Accepted");
+    EXPECT_FALSE(port.Was_Asked());
+}
+
+TEST_F(Response_View_Test, Any_answer_is_shown_quickly_and_cleanly) {
+    EXPECT_EQ(Shown("Caf\xe9 <ops@example.org>\r\n2 < 3\r\n"),
+              "Caf\xe9 <ops@example.org>\r\n2 < 3\r\n");
+    EXPECT_EQ(Shown("<!DOCTYPE html>\n<title>x</title><p>Caf\xc3\xa9 &amp; bar"), "Caf\xe9 & bar");
+    EXPECT_EQ(Shown(std::string("a\0\x1b[1m\x7f\xff!", 9)), "a[1m\xff!");
+
+    std::string all_bytes;
+    for (int i = 0; i < 300'000; ++i)
+        all_bytes += static_cast<char>(i * 7919 >> 3);
+    Shown(all_bytes);
+    std::string long_page = "<html>";
+    while (long_page.size() < 10'000'000)
+        long_page += "<p>Flight <b>accepted</b></p>";
+    EXPECT_EQ(Shown(long_page).substr(0, 15), "Flight accepted");
+    EXPECT_NE(Note().find(QLocale(QLocale::English).toString(long_page.size()).toStdString()),
+              std::string::npos);
+    // Pages that would take minutes to lay out are shown as what they say.
+    std::string nested;
+    for (int i = 0; i < 4000; ++i)
+        nested += "<table><tr><td>";
+    EXPECT_EQ(Shown(nested + "Accepted"), "Accepted");
+    EXPECT_EQ(Note(), "");
+    std::string spans = "<table>";
+    for (int i = 0; i < 2000; ++i)
+        spans += "<tr><td rowspan=20000>";
+    EXPECT_EQ(Shown(spans + "Accepted"), "Accepted");
+    // Many times what it takes on a busy machine, and far less than what it took.
+    EXPECT_LT(m_slowest_ms, 2000);
+}
+
+TEST_F(Response_View_Test, Closing_the_window_is_the_link_and_a_failed_post_closes_it_alone) {
+    response.Contact_Server();
+    EXPECT_TRUE(view.isVisible());
+    EXPECT_FALSE(view.isModal());
+    response.Close();
+    EXPECT_FALSE(view.isVisible());
+    EXPECT_EQ(Read("cs"), "Contacting Server ...\r\n");
+    response.Contact_Server();
+    view.close();
+    EXPECT_FALSE(view.isVisible());
+    EXPECT_FALSE(response.Is_Open());
+    EXPECT_FALSE(std::filesystem::exists(directory / "cs"));
+}
+
+}  // namespace
+}  // namespace norvane
