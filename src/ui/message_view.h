@@ -22,7 +22,7 @@ class Message_View : public QWidget {
     /// Follows the messages for as long as the pilot looks at the last one.
     void Append(const QString& text);
 
-    QPlainTextEdit* m_log;
+    QPlainTextEdit* m_log = nullptr;
 };
 
 }  // namespace norvane
