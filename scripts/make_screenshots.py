@@ -127,7 +127,7 @@ def in_the_air(home):
 
 
 def logged(home):
-    return any(file.stat().st_size > 0 for file in (home / "logs").glob("*.txt"))
+    return any(b"|" in file.read_bytes() for file in (home / "logs").glob("*.txt"))
 
 
 def take_all_pages(display, window, moment):

@@ -15,8 +15,9 @@ namespace norvane {
 
 namespace {
 
-constexpr int picture_twips = 480;
+constexpr int picture_twips = 420;
 constexpr int heading_margin = 10;
+constexpr int title_layout = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
 /// How much of the fore colour marks the active item's ground, of 255.
 constexpr int active_tint = 48;
 
@@ -116,16 +117,14 @@ void Frame_Item::paintEvent(QPaintEvent* /*event*/) {
         painter.fillRect(rect(), tint);
     }
     const int size = Twips_To_Pixels(*this, picture_twips);
-    const int text_height = fontMetrics().height();
-    const int top = (height() - size - text_height) / 2;
+    const QRect words = fontMetrics().boundingRect({0, 0, width(), height()}, title_layout, text());
+    const int top = (height() - size - words.height()) / 2;
     const QRect picture((width() - size) / 2, top, size, size);
     painter.drawPixmap(picture, Item_Picture(Item().IconIndex, size, ink, devicePixelRatioF()));
     painter.setPen(ink);
     if (m_frame.Hovered() == static_cast<int>(m_index) + 1)
         painter.drawRect(picture.adjusted(-4, -3, 3, 2));
-    const QRect words(0, top + size, width(), text_height + 2);
-    painter.drawText(words, Qt::AlignHCenter | Qt::AlignBottom,
-                     fontMetrics().elidedText(text(), Qt::ElideRight, width()));
+    painter.drawText(QRect(0, picture.bottom() + 1, width(), words.height()), title_layout, text());
     if (hasFocus()) {
         QPen dotted(ink, 1, Qt::DotLine);
         painter.setPen(dotted);
@@ -144,7 +143,7 @@ Frame_View::Frame_View(ucAppFrame& frame, QWidget* parent)
     m_heading->setFont(bold);
     m_heading->setContentsMargins(heading_margin, 0, heading_margin, 0);
     m_heading->setAutoFillBackground(true);
-    m_heading->setBackgroundRole(QPalette::Mid);
+    m_heading->setBackgroundRole(QPalette::Button);
     Bind(*m_heading, frame.lblHeading);
     Keep(*this, frame.changed.connect([this] { Lay_Out(); }));
 }

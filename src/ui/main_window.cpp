@@ -32,10 +32,10 @@ struct Status_Row {
     int characters;
 };
 constexpr std::array status_rows = {
-    Status_Row{Status_Panel::flight_log, "Flight log", 30},
-    Status_Row{Status_Panel::acars, "ACARS state", 15},
-    Status_Row{Status_Panel::simulator, "Simulator time", 10},
-    Status_Row{Status_Panel::local, "UTC of this computer", 14},
+    Status_Row{Status_Panel::flight_log, "Flight log", 24},
+    Status_Row{Status_Panel::acars, "ACARS state", 14},
+    Status_Row{Status_Panel::simulator, "Simulator time", 9},
+    Status_Row{Status_Panel::local, "UTC of this computer", 12},
     Status_Row{Status_Panel::time, "Time of day", 6},
     Status_Row{Status_Panel::date, "Date", 11},
 };
@@ -126,6 +126,7 @@ void Main_Window::Add_Status_Bar() {
     m_wait->setAccessibleName("Waiting for");
     statusBar()->addWidget(m_wait, 1);
     statusBar()->setSizeGripEnabled(false);
+    statusBar()->setContentsMargins(6, 0, 6, 0);
     for (const Status_Row& row : status_rows) {
         auto* value = new Value_Label(row.characters, this);
         Bind(*value, m_form.barStatus[static_cast<std::size_t>(row.panel)], row.name);
@@ -179,7 +180,9 @@ void Main_Window::End() {
     m_ended = true;
     hide();
     m_desktop.End_Dialogs();
-    QCoreApplication::quit();
+    // Not quit(): that would close the windows one by one, and the response viewer delete its
+    // files.
+    QCoreApplication::exit();
 }
 
 }  // namespace norvane

@@ -25,6 +25,8 @@ class Window_Process : public testing::Test {
     Window_Process() {
         std::string name = testing::TempDir() + "norvane-window-XXXXXX";
         home = ::mkdtemp(name.data());
+        // The toolkit remarks on its absence where nobody is logged in.
+        ::setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
     }
     ~Window_Process() override { std::filesystem::remove_all(home); }
 
@@ -54,7 +56,9 @@ class Window_Process : public testing::Test {
         return std::filesystem::exists(home / relative) ? Read_File(home / relative)
                                                         : std::string();
     }
-    [[nodiscard]] std::string Log() const { return Content("logs/My Flight Log.txt"); }
+    [[nodiscard]] bool Is_Logged() const {
+        return Content("logs/My Flight Log.txt").find('|') != std::string::npos;
+    }
 
     std::filesystem::path home;
 };
@@ -76,7 +80,7 @@ TEST_F(Window_Process, A_Second_One_Ends_Silently_And_A_Killed_One_Leaves_No_Loc
 
 TEST_F(Window_Process, A_Demonstration_Ends_In_The_Log) {
     Child_Process window(Command({"--demo", "--time-scale", "400"}));
-    EXPECT_TRUE(Comes([&] { return !Log().empty(); })) << window.Errors();
+    EXPECT_TRUE(Comes([&] { return Is_Logged(); })) << window.Errors();
     window.Send(SIGTERM);
     EXPECT_EQ(window.Wait(), 0) << window.Errors();
     EXPECT_FALSE(Is_Stored());
@@ -93,7 +97,7 @@ TEST_F(Window_Process, A_Flight_In_The_Air_Outlives_Kills_And_Windows_That_Do_No
     idle.Send(SIGTERM);
     EXPECT_EQ(idle.Wait(), 0);
     EXPECT_TRUE(Is_Stored());
-    EXPECT_EQ(Log(), "");
+    EXPECT_FALSE(Is_Logged());
 }
 
 }  // namespace
