@@ -18,7 +18,7 @@ namespace {
 
 constexpr QSize opening_size(640, 440);
 /// As much as is laid out at once; an answer that a pilot reads is far shorter.
-constexpr std::size_t shown_bytes = 64 * 1024;
+constexpr std::size_t shown_bytes = 32 * 1024;
 /// Pages nest no deeper than this; laying out a table takes twice as long for each one around it.
 constexpr int deepest_table = 8;
 constexpr int deepest_element = 60;

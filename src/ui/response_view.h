@@ -10,7 +10,7 @@
 
 namespace norvane {
 
-/// The bytes of an answer as text: without control characters, at most about 64 KiB of it.
+/// The bytes of an answer as text: without control characters, at most about 32 KiB of it.
 [[nodiscard]] QString Readable_Page(const std::string& bytes);
 
 class Response_View : public QDialog {
