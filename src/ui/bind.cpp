@@ -1,6 +1,7 @@
 #include "ui/bind.h"
 
 #include <QEvent>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QTimer>
 #include <utility>
@@ -41,12 +42,19 @@ class Event_Watch : public QObject {
     std::function<bool(QEvent&)> m_handle;
 };
 
+/// The pilot returns to a box that he had not left: from another window, or a menu. Selecting all
+/// of it then would let his next letter replace what he was typing.
+bool Comes_Back(const QFocusEvent& event) {
+    return event.reason() == Qt::ActiveWindowFocusReason ||
+           event.reason() == Qt::PopupFocusReason || event.reason() == Qt::MenuBarFocusReason;
+}
+
 /// What the binding does when a box gets or loses the focus.
 template <class Edit>
 void Watch_Focus(Edit& edit, Text_Box& model) {
     new Event_Watch(edit, [&edit, &model](QEvent& event) {
         // After the event itself: the press that brought the focus places the cursor.
-        if (event.type() == QEvent::FocusIn)
+        if (event.type() == QEvent::FocusIn && !Comes_Back(static_cast<QFocusEvent&>(event)))
             QTimer::singleShot(0, &edit, [&edit] { edit.selectAll(); });
         if (event.type() == QEvent::FocusOut)
             model.Leave();
