@@ -242,6 +242,18 @@ TEST_F(Http, The_Thread_Stays_Free_While_A_Server_Hangs_Or_Floods) {
     EXPECT_TRUE(Ask(flooding.Host()) == flood.substr(0, options.most_bytes));
 }
 
+TEST_F(Http, A_Request_Within_Another_Does_Not_Keep_It_From_Moving) {
+    // It takes the outer connection first, and no other one until that has its answer.
+    Raw_Server server(
+        [](int socket) { test::Send(socket, "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok"); });
+    options.together = std::make_shared<Http_Transfers>();
+    options.all_within = 5s;
+    std::string inner;
+    watched.on_events = [&] { inner = Failure(server.Host(), "/inner"); };
+    EXPECT_EQ(Ask(server.Host(), "/outer"), "ok");
+    EXPECT_EQ(inner, "answered: ok");
+}
+
 TEST_F(Http, A_Busy_Client_Refuses_And_A_Cancelled_One_Ends) {
     Raw_Server hanging(test::Hang);
     Http_Client client(watched, options);
