@@ -20,8 +20,8 @@ ROOT = Path(__file__).resolve().parent.parent
 PICTURES = ROOT / "docs" / "screenshots"
 SIZE = (1024, 640)
 SPEED = 10
-# Of the demonstration's 49 minutes, after OFF: level in the cruise, the step climb behind it.
-CRUISE_AFTER_S = 20 * 60 / SPEED
+# After OFF the demonstration is level for the first time, before its step climb.
+CRUISE_AFTER_S = 11 * 60 / SPEED
 FLIGHT_AT_MOST_S = 60 * 60 / SPEED
 
 REPORTS = {

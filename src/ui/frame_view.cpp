@@ -30,6 +30,19 @@ QRect Pixels(const QWidget& widget, const Frame_Area& area) {
     return {corner, end - QPoint(1, 1)};
 }
 
+/// Where the pilot was in the panel, else its first control: the keyboard goes with the panel.
+void Focus_Within(QWidget& view) {
+    QWidget* at = view.focusWidget();
+    for (QWidget* next = view.nextInFocusChain(); at == nullptr && next != &view;
+         next = next->nextInFocusChain()) {
+        if (view.isAncestorOf(next) && next->isEnabled() && next->isVisibleTo(&view) &&
+            (next->focusPolicy() & Qt::TabFocus) != 0)
+            at = next;
+    }
+    if (at != nullptr)
+        at->setFocus(Qt::ShortcutFocusReason);
+}
+
 }  // namespace
 
 Frame_Bar::Frame_Bar(ucAppFrame& frame, QWidget* parent) : QWidget(parent), m_frame(frame) {
@@ -151,7 +164,12 @@ Frame_View::Frame_View(ucAppFrame& frame, QWidget* parent)
 void Frame_View::Put(Frame_Panel& panel, QWidget* view) {
     view->setParent(this);
     m_views.push_back(view);
-    Follow(*view, panel, [view, &panel] { view->setVisible(panel.Visible()); });
+    Follow(*view, panel, [this, view, &panel] {
+        const bool pilot_is_here = isActiveWindow() && !m_bar->isAncestorOf(focusWidget());
+        view->setVisible(panel.Visible());
+        if (panel.Visible() && pilot_is_here)
+            Focus_Within(*view);
+    });
     Lay_Out();
 }
 

@@ -57,7 +57,8 @@ Main_Window::Main_Window(frmMain& form, Program& program, Qt_Desktop& desktop)
     : m_form(form),
       m_desktop(desktop),
       m_frame(new Frame_View(form.frame, this)),
-      m_wait(new QLabel(this)) {
+      m_wait(new QLabel(this)),
+      m_response(new Response_View(program.response, this)) {
     setWindowIcon(Program_Icon());
     setCentralWidget(m_frame);
     Add_Panels(program);
@@ -69,7 +70,6 @@ Main_Window::Main_Window(frmMain& form, Program& program, Qt_Desktop& desktop)
     Keep(*this, m_form.Closed.connect([this] { End(); }));
     Show_Caption();
     desktop.Set_Window(this);
-    new Response_View(program.response, this);
 }
 
 Main_Window::~Main_Window() {

@@ -39,6 +39,7 @@ class Main_Window : public QMainWindow {
     Qt_Desktop& m_desktop;
     Frame_View* m_frame;
     QLabel* m_wait;
+    QWidget* m_response;
     bool m_placed = false;
     bool m_ended = false;
 };
