@@ -15,7 +15,9 @@ namespace norvane {
 
 namespace {
 
-constexpr int picture_twips = 420;
+constexpr int picture_twips = 390;
+/// Between a picture and its title, where the frame of the hovered item runs.
+constexpr int title_gap = 4;
 constexpr int heading_margin = 10;
 constexpr int title_layout = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
 /// How much of the fore colour marks the active item's ground, of 255.
@@ -131,13 +133,14 @@ void Frame_Item::paintEvent(QPaintEvent* /*event*/) {
     }
     const int size = Twips_To_Pixels(*this, picture_twips);
     const QRect words = fontMetrics().boundingRect({0, 0, width(), height()}, title_layout, text());
-    const int top = (height() - size - words.height()) / 2;
+    const int top = (height() - size - title_gap - words.height()) / 2;
     const QRect picture((width() - size) / 2, top, size, size);
     painter.drawPixmap(picture, Item_Picture(Item().IconIndex, size, ink, devicePixelRatioF()));
     painter.setPen(ink);
     if (m_frame.Hovered() == static_cast<int>(m_index) + 1)
         painter.drawRect(picture.adjusted(-4, -3, 3, 2));
-    painter.drawText(QRect(0, picture.bottom() + 1, width(), words.height()), title_layout, text());
+    painter.drawText(QRect(0, picture.bottom() + 1 + title_gap, width(), words.height()),
+                     title_layout, text());
     if (hasFocus()) {
         QPen dotted(ink, 1, Qt::DotLine);
         painter.setPen(dotted);

@@ -180,9 +180,9 @@ void Main_Window::End() {
     m_ended = true;
     hide();
     m_desktop.End_Dialogs();
-    // Not quit(): that would close the windows one by one, and the response viewer delete its
-    // files.
-    QCoreApplication::exit();
+    // A window that is open would be closed, which for the response viewer deletes its files.
+    m_response->hide();
+    QCoreApplication::quit();
 }
 
 }  // namespace norvane

@@ -89,7 +89,7 @@ TEST_F(Response_View_Test, Any_answer_is_shown_cleanly_and_none_without_end) {
 
     std::string all_bytes;
     for (int i = 0; i < 300'000; ++i)
-        all_bytes += static_cast<char>(i * 7919 >> 3);
+        all_bytes += static_cast<char>(i * 7919LL >> 3);
     Shown(all_bytes);
     std::string long_page = "<html>";
     while (long_page.size() < 10'000'000)

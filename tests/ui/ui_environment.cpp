@@ -13,6 +13,8 @@ class Ui_Environment : public testing::Environment {
     void SetUp() override {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         m_application.emplace(m_count, m_arguments);
+        // As the program: a window that closes ends no event loop by itself.
+        QApplication::setQuitOnLastWindowClosed(false);
     }
     void TearDown() override { m_application.reset(); }
 
