@@ -19,9 +19,9 @@ TRACKED_S = 30
 
 
 def memory_mib(process):
-    """The process's share of the memory in use (PSS), in MiB."""
+    """The memory the process has in use (RSS), in MiB; its share (PSS) depends on who else runs."""
     for line in Path(f"/proc/{process.pid}/smaps_rollup").read_text(encoding="ascii").splitlines():
-        if line.startswith("Pss:"):
+        if line.startswith("Rss:"):
             return int(line.split()[1]) / 1024
     raise RuntimeError("the kernel does not tell the memory of a process")
 

@@ -121,12 +121,12 @@ void frmMain::Connect_Engine() {
     connect(events.Start, [this] { Set_Status(Status_Panel::acars, "ACARS: ON"); });
     connect(events.Paused, [this] { Set_Status(Status_Panel::acars, "ACARS: PAUSED"); });
     connect(events.Reset, show_off);
-    connect(events.FlightAtGate, [this, show_off] {
-        // The panel hears this first and may take long (weather, posts): when it comes here, the
-        // pilot may have switched on for the next flight.
-        if (!m_program.panel.Is_Active())
+    connect(events.FlightAtGate, show_off);
+    // The time of the gate's step comes behind it; and a flight may also end by "Reset".
+    m_connections.push_back(m_program.panel.Active_State.connect([show_off](bool active) {
+        if (!active)
             show_off();
-    });
+    }));
 }
 
 void frmMain::Read_Place() {

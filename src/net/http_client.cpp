@@ -72,6 +72,7 @@ std::string Http_Client::Follow(const Http_Request& request) {
     Http_Hop hop{request.verb, Request_Address(request.host, request.path)};
     if (!m_options.together)
         m_options.together = std::make_shared<Http_Transfers>();
+    m_options.together->Open();
     milliseconds time_left = m_options.all_within;
     for (int redirects = 0; redirects <= m_options.most_redirects; ++redirects) {
         Exchange exchange;

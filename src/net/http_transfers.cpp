@@ -6,7 +6,9 @@
 
 namespace norvane {
 
-Http_Transfers::Http_Transfers() {
+void Http_Transfers::Open() {
+    if (m_multi != nullptr)
+        return;
     static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
     m_multi = ready == CURLE_OK ? curl_multi_init() : nullptr;
     if (m_multi == nullptr)

@@ -11,12 +11,14 @@ namespace norvane {
 
 class Http_Transfers {
   public:
-    /// Raises `internet_open` when the library cannot be used.
-    Http_Transfers();
+    /// The library is not woken before the first request: it takes more memory than the window.
+    Http_Transfers() = default;
     ~Http_Transfers();
     Http_Transfers(const Http_Transfers&) = delete;
     Http_Transfers& operator=(const Http_Transfers&) = delete;
 
+    /// Wakes the library, and raises `internet_open` when it cannot be used. Before `Add`.
+    void Open();
     /// A prepared handle of libcurl; false when it cannot be taken in.
     [[nodiscard]] bool Add(void* handle);
     void Remove(void* handle);
@@ -28,7 +30,7 @@ class Http_Transfers {
     void Wait(int at_most_ms);
 
   private:
-    void* m_multi;
+    void* m_multi = nullptr;
     /// Of the handles that are in; empty while the transfer runs.
     std::map<void*, std::optional<int>> m_results;
 };
