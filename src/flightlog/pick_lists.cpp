@@ -42,6 +42,8 @@ Airport_Picks Read_Airport_Picks(const std::filesystem::path& file) {
         picks.airports.push_back(
             {std::string(fields.at(code_field)), std::string(fields.at(code_field + 1))});
     }
+    // The list stays for as long as the program runs.
+    picks.airports.shrink_to_fit();
     return picks;
 }
 
