@@ -132,6 +132,7 @@ void Main_Window::Add_Status_Bar() {
         Bind(*value, m_form.barStatus[static_cast<std::size_t>(row.panel)], row.name);
         statusBar()->addPermanentWidget(value);
     }
+    setMinimumWidth(statusBar()->sizeHint().width());
     const auto show = [this] { m_wait->setText(To_Q(m_desktop.Waiting_For())); };
     Keep(*this, m_desktop.wait_changed.connect(show));
     show();
