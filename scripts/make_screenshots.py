@@ -156,8 +156,9 @@ def fly(stage, home, display):
         response = display.find_window("^Response from Server")
         time.sleep(1)
         display.take(response, "3-gate-response")
-        display.xdotool("windowfocus", response)
-        display.key("Escape")
+        for box in (response, display.find_window("Save Flight Log$")):
+            display.xdotool("windowfocus", box)
+            display.key("Escape")
         display.xdotool("windowfocus", window)
         take_all_pages(display, window, "3-gate")
     finally:

@@ -176,6 +176,13 @@ void Frame_View::Put(Frame_Panel& panel, QWidget* view) {
     Lay_Out();
 }
 
+void Frame_View::Focus_Panel() {
+    for (QWidget* view : m_views) {
+        if (!view->isHidden())
+            Focus_Within(*view);
+    }
+}
+
 void Frame_View::Activate(int position) {
     if (position >= 1 && position <= static_cast<int>(m_frame.Items().size()))
         m_frame.SetActivePanel(m_frame.Items()[static_cast<std::size_t>(position) - 1].Key);

@@ -53,6 +53,8 @@ class Frame_View : public QWidget {
 
     /// Shows `view` where and when the frame shows `panel`.
     void Put(Frame_Panel& panel, QWidget* view);
+    /// Gives the keyboard to the panel that is shown.
+    void Focus_Panel();
     /// Shows the item at `position`, from 1; nothing when there is none.
     void Activate(int position);
 

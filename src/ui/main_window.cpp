@@ -69,6 +69,7 @@ Main_Window::Main_Window(frmMain& form, Program& program, Qt_Desktop& desktop)
     Keep(*this, m_form.changed.connect([this] { Show_Caption(); }));
     Keep(*this, m_form.Closed.connect([this] { End(); }));
     Show_Caption();
+    m_frame->Focus_Panel();
     desktop.Set_Window(this);
 }
 
