@@ -20,8 +20,6 @@ void ucACARS::Drop_Requests() {
     ++m_request_round;
     for (Timer& timer : tmrWX)
         timer.Set_Enabled(false);
-    for (End& end : m_ends)
-        end.fetched.clear();
 }
 
 /// Fetches the weather of one end in a moment, unless the simulator tells it or the pilot typed it.

@@ -2,6 +2,7 @@
 
 #include "acarspanel/uc_acars.h"
 
+#include <array>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -24,6 +25,10 @@ constexpr std::string_view logging_key = "Logging";
 /// The online network's plan was applied to the stored flight.
 constexpr std::string_view network_plan_key = "Network Plan";
 constexpr std::string_view applied = "1";
+/// By end: the stored weather was fetched, not typed, and gives way to a newer report.
+constexpr std::array<std::string_view, 2> fetched_keys{"Fetched WX Origin",
+                                                       "Fetched WX Destination"};
+constexpr std::string_view fetched = "1";
 
 }  // namespace
 
@@ -98,6 +103,12 @@ void ucACARS::Persist() {
             Settings_Batch batch(m_services.settings);
             if (m_network_plan)
                 m_services.settings.Set(flight_section, network_plan_key, applied);
+            for (std::size_t end = 0; end < m_ends.size(); ++end) {
+                const End& at = m_ends.at(end);
+                const bool is_fetched = !at.weather.Is_Empty() && at.weather.Text() == at.fetched;
+                m_services.settings.Set(flight_section, fetched_keys.at(end),
+                                        is_fetched ? fetched : "");
+            }
             const bool stored = m_objNewLogEntry.Persist();
             batch.Commit();
             m_changed = !stored;
@@ -126,6 +137,11 @@ void ucACARS::Restore() {
                 row.Find_Box(*this)->Set_Text(entry.Get(*row.field));
         }
         m_network_plan = m_services.settings.Get(flight_section, network_plan_key) == applied;
+        for (std::size_t end = 0; end < m_ends.size(); ++end) {
+            End& at = m_ends.at(end);
+            if (m_services.settings.Get(flight_section, fetched_keys.at(end)) == fetched)
+                at.fetched = at.weather.Text();
+        }
         chkIFR.Set_Checked(entry.Get(Log_Field::IFR_VFR) == "IFR");
         chkVFR.Set_Checked(!chkIFR.Checked());
         for (std::size_t i = 0; i < optFields.size(); ++i)

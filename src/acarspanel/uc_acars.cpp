@@ -192,6 +192,8 @@ void ucACARS::Clear_All_Fields() {
         list->Select(-1);
     chkIFR.Set_Checked(false);
     chkVFR.Set_Checked(false);
+    for (End& end : m_ends)
+        end.fetched.clear();
 }
 
 void ucACARS::Keep_Old_Values() {
@@ -220,6 +222,8 @@ void ucACARS::Clear_Old_Values() {
     }
     for (Label* label : m_labels)
         label->Set_Text({});
+    for (End& end : m_ends)
+        end.fetched.clear();
     Derive_Name(txtOrigin, lblOriginName);
     Derive_Name(txtDestination, lblDestinationName);
 }

@@ -171,6 +171,31 @@ TEST_F(Panel_Network, A_plan_fills_the_panel_and_has_the_arrivals_weather_fetche
     EXPECT_EQ(Panel().txtWXDestination.Text(), "KBBB 141500Z SN");
 }
 
+TEST_F(Panel_Network, A_resumed_flight_has_fetched_weather_renewed_at_landing_and_typed_kept) {
+    for (const bool is_typed : {false, true}) {
+        Stand();
+        Panel().hypOn.Click();
+        desktop.chosen_files = {Plan("35000")};
+        Panel().hypFP.Click();
+        Pass(2);
+        if (is_typed)
+            Panel().txtWXDestination.Enter("typed");
+        Roll();
+        Lift_Off();
+        Panel().Close(ucACARS::Closing::by_pilot);
+        Begin();
+        Settings().Set_WX_URL("NOAA");
+        EXPECT_EQ(Panel().txtWXDestination.Text(), is_typed ? "typed" : "KBBB 141200Z RA");
+        Panel().hypOn.Click();
+        Set_Page("/wx/KBBB", "KBBB 141500Z SN");
+        Touch_Down();
+        Pass(2);
+        EXPECT_EQ(Panel().txtWXDestination.Text(), is_typed ? "typed" : "KBBB 141500Z SN");
+        Panel().hypReset.Click();
+        Set_Page("/wx/KBBB", "KBBB 141200Z RA");
+    }
+}
+
 TEST_F(Panel_Network, The_networks_plan_is_looked_for_until_it_is_there_and_then_no_more) {
     Settings().Set_VATSIM_FP(1);
     Settings().Set_WX_URL("FS");
