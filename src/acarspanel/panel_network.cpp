@@ -7,6 +7,7 @@
 
 #include <utility>
 
+#include "acars/cls_acars.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "config/cls_va_settings.h"
@@ -31,7 +32,15 @@ void ucACARS::Schedule_Weather(std::size_t end) {
         tmrWX.at(end).Set_Enabled(true);
 }
 
+/// A request begun while a step lets events through would hold the step up until its answer. The
+/// timers are still enabled and tick again.
+bool ucACARS::May_Ask() const {
+    return m_objACARS == nullptr || !m_objACARS->Is_Stepping();
+}
+
 void ucACARS::Weather_Tick(std::size_t end) {
+    if (!May_Ask())
+        return;
     Guarded(m_services, "ucACARS.tmrWX_Timer()", Show::silent, [&] {
         tmrWX.at(end).Set_Enabled(false);
         End& at = m_ends.at(end);
@@ -75,6 +84,8 @@ bool ucACARS::Polls_Network() const {
 }
 
 void ucACARS::VATSIM_Tick() {
+    if (!May_Ask())
+        return;
     Guarded(m_services, "ucACARS.tmrVATSIM_Timer()", Show::silent, [&] {
         const std::string pilot_id = m_settings.VATSIM_PID();
         if (pilot_id.empty()) {
@@ -103,6 +114,8 @@ void ucACARS::Queue_PIREP() {
 }
 
 void ucACARS::Post_PIREPs() {
+    if (!May_Ask())
+        return;
     m_post_timer.Set_Enabled(false);
     m_posting = true;
     while (!m_posts.empty()) {

@@ -263,6 +263,7 @@ class ucACARS {
 
     void Schedule_Weather(std::size_t end);
     void Take_Weather(std::size_t end, const std::string& report);
+    [[nodiscard]] bool May_Ask() const;
     [[nodiscard]] bool Polls_Network() const;
     void Drop_Requests();
     void Queue_PIREP();

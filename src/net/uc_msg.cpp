@@ -146,6 +146,9 @@ bool ucMSG::Is_Posting() const {
 
 /// One report a tick: between two of them whoever waits around this tick gets its turn.
 void ucMSG::Post_Next() {
+    // Within a step the request would hold the step up; this timer ticks again at once.
+    if (m_objACARS != nullptr && m_objACARS->Is_Stepping())
+        return;
     if (!m_posting && !m_reports.empty())
         Post_First();
     tmrPost.Set_Enabled(!m_reports.empty());
