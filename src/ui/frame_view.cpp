@@ -1,5 +1,6 @@
 #include "ui/frame_view.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -168,9 +169,11 @@ void Frame_View::Put(Frame_Panel& panel, QWidget* view) {
     view->setParent(this);
     m_views.push_back(view);
     Follow(*view, panel, [this, view, &panel] {
-        const bool pilot_is_here = isActiveWindow() && !m_bar->isAncestorOf(focusWidget());
+        // The panel that is left goes first, and the keyboard with it.
+        if (!panel.Visible())
+            m_keyboard_goes_along = view->isAncestorOf(QApplication::focusWidget());
         view->setVisible(panel.Visible());
-        if (panel.Visible() && pilot_is_here)
+        if (panel.Visible() && m_keyboard_goes_along)
             Focus_Within(*view);
     });
     Lay_Out();

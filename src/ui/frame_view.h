@@ -70,6 +70,8 @@ class Frame_View : public QWidget {
     Frame_Bar* m_bar;
     QLabel* m_heading;
     std::vector<QWidget*> m_views;
+    /// The pilot was in the panel that was left last, not on the bar.
+    bool m_keyboard_goes_along = false;
 };
 
 }  // namespace norvane
