@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "acars/cls_acars.h"
@@ -15,6 +16,13 @@
 #include "logentry/frm_response.h"
 
 namespace norvane {
+
+namespace {
+
+/// How long a pilot who leaves waits for the airline to take his last PIREP, whose file remains.
+constexpr std::chrono::milliseconds longest_last_post(15'000);
+
+}  // namespace
 
 /// What was asked for the flight so far is of no use any longer, answers on their way included.
 void ucACARS::Drop_Requests() {
@@ -146,8 +154,10 @@ void ucACARS::Post_PIREP(const PIREP_Post& post) {
         m_response.Contact_Server();
         // Closing ends a post, but not one that began with it.
         const auto is_over = [this, began_closed = m_closed] { return m_closed && !began_closed; };
-        const bool is_answered =
-            entry.Send_PIREP(m_settings, airline, Given_Up_When(is_over, m_http));
+        Http_Options limits = Given_Up_When(is_over, m_http);
+        if (m_closed)
+            limits.all_within = std::min(limits.all_within, longest_last_post);
+        const bool is_answered = entry.Send_PIREP(m_settings, airline, limits);
         if (is_answered && !m_closed)
             m_response.Show_Response();
         else

@@ -247,9 +247,7 @@ void frmMain::Show_Time_And_Date() {
 }
 
 void frmMain::Form_Unload(ucACARS::Closing how) {
-    if (std::exchange(m_unloading, true))
-        return;
-    if (!m_minimised)
+    if (!std::exchange(m_unloading, true) && !m_minimised)
         Save_Place();
     m_program.Close(how);
 }

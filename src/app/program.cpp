@@ -52,8 +52,11 @@ void Program::Connect() {
 }
 
 void Program::Close(ucACARS::Closing how) {
-    if (std::exchange(m_close_called, true))
+    if (std::exchange(m_close_called, true)) {
+        // Whoever asks again without patience waits for no server.
+        m_closing = m_closing || how == ucACARS::Closing::by_signal;
         return;
+    }
     m_farewell = how == ucACARS::Closing::by_pilot ? longest_farewell : std::chrono::seconds(0);
     panel.Close(how);
 }

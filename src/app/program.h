@@ -28,8 +28,8 @@ class Program {
     Program& operator=(const Program&) = delete;
 
     /// Ends the flight's tracking as closing the main window does: panel, engine, link, flight log,
-    /// then raises `Closed`: at once, or at the end of the step that is running. A second call does
-    /// nothing.
+    /// then raises `Closed`: at once, or at the end of the step that is running. A second call by
+    /// a signal ends the requests that the first one waits for; any other does nothing.
     void Close(ucACARS::Closing how);
     /// Everything has ended. The panel's procedure that raised it is still running: whoever hears
     /// it destroys nothing yet.

@@ -149,9 +149,10 @@ void Main_Window::Place() {
         screen = QGuiApplication::primaryScreen();
     const QRect room = screen->availableGeometry();
     const QPoint last = room.bottomRight() - QPoint(width(), height());
-    move(std::clamp(left.x(), room.left(), std::max(room.left(), last.x())),
-         std::clamp(left.y(), room.top(), std::max(room.top(), last.y())));
-    m_placed = true;
+    const QPoint place(std::clamp(left.x(), room.left(), std::max(room.left(), last.x())),
+                       std::clamp(left.y(), room.top(), std::max(room.top(), last.y())));
+    m_own_place = place;
+    move(place);
 }
 
 void Main_Window::Show_Caption() {
@@ -160,7 +161,8 @@ void Main_Window::Show_Caption() {
 
 void Main_Window::moveEvent(QMoveEvent* event) {
     QMainWindow::moveEvent(event);
-    if (m_placed && !isMinimized())
+    // A place that was corrected to fit this screen is not the pilot's choice.
+    if (pos() != m_own_place && !isMinimized())
         m_form.Set_Place(Pixels_To_Twips(*this, x()), Pixels_To_Twips(*this, y()));
 }
 

@@ -40,7 +40,8 @@ class Main_Window : public QMainWindow {
     Frame_View* m_frame;
     QLabel* m_wait;
     QWidget* m_response;
-    bool m_placed = false;
+    /// Where the window put itself.
+    QPoint m_own_place;
     bool m_ended = false;
 };
 
