@@ -54,6 +54,7 @@ void ucACARS::ACARS_ON() {
         if (m_objACARS == nullptr || (m_finish != Finish::none && !Begin_New_Flight()))
             return;
         const Busy_Cursor busy(m_services.desktop);
+        const Wait_Notice notice(m_services.desktop, "Connecting to the simulator ...");
         Drop_Requests();
         m_plan_read = m_resume;
         m_network_plan = m_network_plan && m_resume;

@@ -163,8 +163,9 @@ void ucACARS::Set_Active_State(bool on) {
         if (row.Is_Figure())
             row.Find_Label(*this)->Set_Enabled(on);
     }
-    hypOn.Set_Enabled(!on);
-    hypPause.Set_Enabled(on);
+    // What becomes usable comes first: the keyboard goes from the one to the other.
+    (on ? hypPause : hypOn).Set_Enabled(true);
+    (on ? hypOn : hypPause).Set_Enabled(false);
     hypFP.Set_Enabled(on);
     Active_State.emit(on);
     tmr.Set_Enabled(on);
