@@ -32,6 +32,7 @@ std::filesystem::path New_Log_File(const Services& services) {
 
 ucMSG::ucMSG(Parts parts)
     : tmrPost(parts.services.desktop.Timers(), std::chrono::milliseconds(1)),
+      m_wx_timer(parts.services.desktop.Timers(), std::chrono::milliseconds(1)),
       m_services(parts.services),
       m_settings(parts.settings),
       m_airline(parts.airline),
@@ -49,6 +50,10 @@ void ucMSG::Connect_Controls() {
     hypComment.clicked.connect([this] { Enter_Comment(); });
     hypWX.clicked.connect([this] { Get_WX(); });
     tmrPost.tick.connect([this] { Post_Next(); });
+    m_wx_timer.tick.connect([this] {
+        m_wx_timer.Set_Enabled(false);
+        Get_WX();
+    });
 }
 
 void ucMSG::Set_ACARS(clsACARS& engine) {
@@ -99,6 +104,11 @@ void ucMSG::Get_WX() {
     const std::string code = Trim(typed);
     if (m_objACARS == nullptr || code.empty() || m_fetching)
         return;
+    // A step is not kept waiting for a server.
+    if (m_objACARS->Is_Stepping()) {
+        m_wx_timer.Set_Enabled(true);
+        return;
+    }
     m_fetching = true;
     Guarded(m_services, "ucMSG.Get_WX()", Show::box, [&] {
         const auto is_over = [this, round = m_input_round] { return round != m_input_round; };
@@ -206,6 +216,7 @@ void ucMSG::Send_Farewell(std::chrono::milliseconds at_most) {
 
 void ucMSG::Close(std::chrono::milliseconds farewell) {
     tmrPost.Set_Enabled(false);
+    m_wx_timer.Set_Enabled(false);
     Enable_Input(false);
     Send_Farewell(farewell);
     m_closed = true;

@@ -89,6 +89,8 @@ class ucMSG {
     bool Post_First();
     void Send_Farewell(std::chrono::milliseconds at_most);
 
+    /// Asks for the weather again that was asked for within a step.
+    Timer m_wx_timer;
     Services& m_services;
     const clsAppSettings& m_settings;
     clsVASettings& m_airline;

@@ -36,6 +36,8 @@ QRect Pixels(const QWidget& widget, const Frame_Area& area) {
 /// Where the pilot was in the panel, else its first control: the keyboard goes with the panel.
 void Focus_Within(QWidget& view) {
     QWidget* at = view.focusWidget();
+    if (at != nullptr && !at->isEnabled())
+        at = nullptr;
     for (QWidget* next = view.nextInFocusChain(); at == nullptr && next != &view;
          next = next->nextInFocusChain()) {
         if (view.isAncestorOf(next) && next->isEnabled() && next->isVisibleTo(&view) &&
