@@ -140,10 +140,8 @@ void ucACARS::Post_PIREP(const PIREP_Post& post) {
         aside.emplace(m_services.desktop.Timers());
     Guarded(m_services, "ucACARS.ACARS_LOG()", Show::box, [&] {
         // A change of the airline on the panel would take its fields away from the next flight.
-        clsVASettings of_flight(m_services);
-        if (m_airline.Name() != post.airline)
-            of_flight.Get_VA_Settings(post.airline);
-        const clsVASettings& airline = m_airline.Name() == post.airline ? m_airline : of_flight;
+        const Airline_By_Name of_flight(m_services, m_airline, post.airline);
+        const clsVASettings& airline = of_flight.Get();
         if (airline.Script_PIREP().empty())
             return;
         const Busy_Cursor busy(m_services.desktop);

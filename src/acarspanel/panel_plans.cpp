@@ -8,6 +8,7 @@
 #include "common/code_page.h"
 #include "common/log_error.h"
 #include "common/services.h"
+#include "net/vatsim_data.h"
 #include "simdata/cls_ini_file.h"
 
 namespace norvane {
@@ -17,19 +18,10 @@ namespace {
 constexpr std::string_view plan_section = "Flight Plan";
 constexpr std::string_view directory_key = "Directory";
 
-// Places in a line of the online network's data.
-constexpr std::size_t callsign_place = 0;
-constexpr std::size_t aircraft_place = 9;
-constexpr std::size_t departure_place = 11;
-constexpr std::size_t altitude_place = 12;
-constexpr std::size_t arrival_place = 13;
-constexpr std::size_t rules_place = 21;
-constexpr std::size_t route_place = 30;
-
 }  // namespace
 
 void ucACARS::Load_Flight_Plan() {
-    Guarded(m_services, "ucACARS.hypFP_Click()", Show::box, [&] {
+    Guarded(m_services, "ucACARS.hypFP_Click()", Show::silent, [&] {
         const int round = m_request_round;
         const std::filesystem::path file = Get_Flight_Plan();
         // The flight goes on behind the dialog: it may be over.
@@ -40,7 +32,7 @@ void ucACARS::Load_Flight_Plan() {
 
 std::filesystem::path ucACARS::Get_Flight_Plan() {
     std::filesystem::path chosen;
-    Guarded(m_services, "ucACARS.Get_Flight_Plan()", Show::box, [&] {
+    Guarded(m_services, "ucACARS.Get_Flight_Plan()", Show::silent, [&] {
         const std::string folder = m_services.settings.Get(plan_section, directory_key);
         chosen = m_services.desktop.Choose_File(
             {"Get FS Flight Plan ", "MSFS Flight Plans (*.pln)|*.pln", To_Path(folder)});
@@ -52,7 +44,7 @@ std::filesystem::path ucACARS::Get_Flight_Plan() {
 }
 
 void ucACARS::Read_Flight_Plan(const std::filesystem::path& file) {
-    Guarded(m_services, "ucACARS.Read_Flight_Plan()", Show::box, [&] {
+    Guarded(m_services, "ucACARS.Read_Flight_Plan()", Show::silent, [&] {
         m_plan_read = true;
         clsIniFile plan(m_services);
         plan.Set_INI_FilePath(file);
@@ -85,14 +77,14 @@ void ucACARS::Read_VATSIM_Data(std::string_view line) {
         const auto airport = [&](std::size_t end, const std::string& code) {
             Take_Airport(end, code, Get_Airport_Name(m_services, code));
         };
-        lblATCFlight.Set_Text(field(callsign_place));
+        lblATCFlight.Set_Text(field(vatsim_place::callsign));
         lblATCFlight.Set_Visible(true);
-        txtAircraftType.Set_Text(field(aircraft_place));
-        airport(origin, field(departure_place));
-        airport(destination, field(arrival_place));
-        txtFlightPlan.Set_Text(field(route_place));
-        txtFlightLevel.Set_Text(field(altitude_place));
-        Set_Rules(field(rules_place) == "I");
+        txtAircraftType.Set_Text(field(vatsim_place::aircraft));
+        airport(origin, field(vatsim_place::departure));
+        airport(destination, field(vatsim_place::arrival));
+        txtFlightPlan.Set_Text(field(vatsim_place::route));
+        txtFlightLevel.Set_Text(field(vatsim_place::altitude));
+        Set_Rules(field(vatsim_place::rules) == "I");
     });
 }
 

@@ -19,6 +19,7 @@
 #include "logentry/cls_log_entry.h"
 #include "net/cls_win_inet.h"
 #include "net/http_failure.h"
+#include "net/vatsim_data.h"
 
 namespace norvane {
 
@@ -137,13 +138,13 @@ int Network_Request::Print_Plan(const std::string& line, const std::string& pilo
         std::size_t place;
     };
     static constexpr std::array<Value, 7> values{{
-        {"Callsign", 0},
-        {"Aircraft", 9},
-        {"Origin_ICAO", 11},
-        {"Destination_ICAO", 13},
-        {"Altitude", 12},
-        {"Flight_Type", 21},
-        {"Route", 30},
+        {"Callsign", vatsim_place::callsign},
+        {"Aircraft", vatsim_place::aircraft},
+        {"Origin_ICAO", vatsim_place::departure},
+        {"Destination_ICAO", vatsim_place::arrival},
+        {"Altitude", vatsim_place::altitude},
+        {"Flight_Type", vatsim_place::rules},
+        {"Route", vatsim_place::route},
     }};
     if (line.empty() && Tell_Reasons("The network's data"))
         return exit_status::failed;

@@ -138,4 +138,11 @@ const clsVASettings::Field& clsVASettings::Entry(int index) const {
     return m_fields[static_cast<std::size_t>(index)];
 }
 
+Airline_By_Name::Airline_By_Name(Services& services, const clsVASettings& loaded,
+                                 std::string_view name)
+    : m_loaded(loaded) {
+    if (loaded.Name() != name)
+        m_apart.emplace(services).Get_VA_Settings(name);
+}
+
 }  // namespace norvane

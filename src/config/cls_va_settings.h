@@ -5,6 +5,7 @@
 #include <sigc++/sigc++.h>
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -64,6 +65,18 @@ class clsVASettings {
     std::string m_script_acars;
     std::vector<Field> m_fields{2};
     bool m_url_encode = true;
+};
+
+/// The airline of a name for the length of a procedure: the one that is loaded, or one read apart,
+/// so that what the pilot has loaded stays as it is.
+class Airline_By_Name {
+  public:
+    Airline_By_Name(Services& services, const clsVASettings& loaded, std::string_view name);
+    [[nodiscard]] const clsVASettings& Get() const { return m_apart ? *m_apart : m_loaded; }
+
+  private:
+    const clsVASettings& m_loaded;
+    std::optional<clsVASettings> m_apart;
 };
 
 }  // namespace norvane

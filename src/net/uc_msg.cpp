@@ -114,6 +114,7 @@ void ucMSG::Get_WX() {
         const auto is_over = [this, round = m_input_round] { return round != m_input_round; };
         std::string report;
         {
+            const Busy_Cursor busy(m_services.desktop);
             const Wait_Notice notice(m_services.desktop,
                                      fmt::format("Fetching the weather of {} ...", code));
             clsWinInet client(m_services, m_settings, m_airline, Given_Up_When(is_over, m_http));
@@ -178,11 +179,8 @@ bool ucMSG::Post(const Waiting_Report& waiting) {
     bool sent = false;
     Guarded(m_services, "ucMSG.Send_ACARS_Report()", Show::silent, [&] {
         // A change of the airline on the panel would take its fields away from the flight.
-        clsVASettings of_message(m_services);
-        const bool is_loaded = m_airline.Name() == waiting.airline;
-        if (!is_loaded)
-            of_message.Get_VA_Settings(waiting.airline);
-        const clsVASettings& airline = is_loaded ? m_airline : of_message;
+        const Airline_By_Name of_message(m_services, m_airline, waiting.airline);
+        const clsVASettings& airline = of_message.Get();
         if (airline.Script_ACARS().empty()) {
             sent = true;
             return;

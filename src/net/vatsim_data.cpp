@@ -22,16 +22,13 @@ struct Plan_Field {
 };
 
 constexpr std::array<Plan_Field, 5> plan_fields{{
-    {11, "departure"},
-    {12, "altitude"},
-    {13, "arrival"},
-    {21, "flight_rules"},
-    {30, "route"},
+    {vatsim_place::departure, "departure"},
+    {vatsim_place::altitude, "altitude"},
+    {vatsim_place::arrival, "arrival"},
+    {vatsim_place::rules, "flight_rules"},
+    {vatsim_place::route, "route"},
 }};
-constexpr std::size_t callsign_place = 0;
-constexpr std::size_t pilot_id_place = 1;
-constexpr std::size_t aircraft_place = 9;
-constexpr std::size_t line_fields = 31;
+constexpr std::size_t line_fields = vatsim_place::route + 1;
 /// How deep a client's entry lies: in a list of the data's outermost object.
 constexpr int entry_depth = 2;
 constexpr int entries_between_events = 50;
@@ -75,9 +72,9 @@ std::string Line_Of(const Json& entry) {
     if (!callsign || !aircraft)
         return {};
     std::vector<std::string> fields(line_fields);
-    fields[callsign_place] = *callsign;
-    fields[pilot_id_place] = Value(entry, "cid").value_or("");
-    fields[aircraft_place] = *aircraft;
+    fields[vatsim_place::callsign] = *callsign;
+    fields[vatsim_place::pilot_id] = Value(entry, "cid").value_or("");
+    fields[vatsim_place::aircraft] = *aircraft;
     for (const Plan_Field& field : plan_fields) {
         const auto value = Value(*plan, field.key);
         if (!value)

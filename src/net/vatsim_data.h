@@ -8,6 +8,18 @@
 
 namespace norvane {
 
+/// Where the network's values stand in a line, from 0.
+namespace vatsim_place {
+inline constexpr std::size_t callsign = 0;
+inline constexpr std::size_t pilot_id = 1;
+inline constexpr std::size_t aircraft = 9;
+inline constexpr std::size_t departure = 11;
+inline constexpr std::size_t altitude = 12;
+inline constexpr std::size_t arrival = 13;
+inline constexpr std::size_t rules = 21;
+inline constexpr std::size_t route = 30;
+}  // namespace vatsim_place
+
 /// The pilot's line, its ending CR included; empty when there is none. In the line format it is the
 /// line of the first occurrence of the ID. An answer that begins with "{" is JSON: the pilot's
 /// filed plan, connected or not, becomes such a line; a plan that is missing or incomplete, or

@@ -121,13 +121,7 @@ std::filesystem::path Qt_Desktop::Choose_File(const File_Choice& choice) {
     const QStringList filter = To_Q(choice.filter).split('|');
     QFileDialog dialog(m_window, To_Q(choice.title), Path_To_Q(choice.directory));
     dialog.setFileMode(QFileDialog::ExistingFile);
-    QString pattern = filter.value(1);
-    for (const QChar letter : filter.value(1)) {
-        if (letter.isLetter()) {
-            pattern = filter.value(1) + ' ' + filter.value(1).toUpper();
-            break;
-        }
-    }
+    const QString pattern = filter.value(1) + ' ' + filter.value(1).toUpper();
     dialog.setNameFilter(filter.value(0).section(" (", 0, 0) + " (" + pattern + ")");
     m_dialogs.emplace_back(&dialog);
     if (Ask(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty())

@@ -53,6 +53,19 @@ class Main_Window : public Test_World {
     std::optional<frmMain> window;
 };
 
+TEST_F(Main_Window, Shows_off_when_the_flight_has_settled_at_the_gate) {
+    ACARS_Events& events = program->engine.events;
+    events.Start.emit();
+    events.FSTime.emit("1405");
+    EXPECT_EQ(window->Status(Status_Panel::simulator).Text(), "FS: 1405Z");
+    // The gate's own step ends behind its event, and the weather may be awaited for longer.
+    events.FlightAtGate.emit();
+    events.FSTime.emit("1406");
+    program->panel.Active_State.emit(false);
+    EXPECT_EQ(window->Status(Status_Panel::simulator).Text(), "FS:");
+    EXPECT_EQ(window->Status(Status_Panel::acars).Text(), "ACARS: OFF");
+}
+
 TEST_F(Main_Window, Comes_back_where_it_was_left_unless_it_was_minimised) {
     EXPECT_EQ(window->Left_Twips(), 1000);
     window->Set_Place(-240, 3330);
