@@ -17,6 +17,7 @@ class Idle_Desktop : public Desktop {
     void Set_Busy(bool) override {}
     Answer Show_Message(const Message_Box& box) override { throw std::runtime_error(box.text); }
     std::filesystem::path Choose_File(const File_Choice& /*choice*/) override { return {}; }
+    void Open_File(const std::filesystem::path& /*file*/) override {}
     void Process_Events() override {}
     bool Wait_Until(const std::function<bool()>& condition, std::chrono::milliseconds) override {
         return condition();

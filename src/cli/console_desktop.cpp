@@ -27,6 +27,10 @@ void Console_Desktop::Print(std::string_view text) {
     std::fflush(stdout);
 }
 
+void Console_Desktop::Open_File(const std::filesystem::path& file) {
+    Print(From_Path(file));
+}
+
 Answer Console_Desktop::Show_Message(const Message_Box& box) {
     const bool question = box.buttons == Buttons::yes_no;
     std::string said = box.title + ": " + box.text;

@@ -1,5 +1,6 @@
 #include "common/controls.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace norvane {
@@ -101,6 +102,36 @@ void Link::Set_Caption(std::string_view caption) {
 void Link::Click() {
     if (Enabled() && Visible())
         clicked.emit();
+}
+
+int Text_Combo::Selected() const {
+    const auto place = std::find(m_entries.begin(), m_entries.end(), m_text);
+    return place == m_entries.end() ? -1 : static_cast<int>(place - m_entries.begin());
+}
+
+void Text_Combo::Set_Entries(std::vector<std::string> entries) {
+    m_entries = std::move(entries);
+    m_text.clear();
+    changed.emit();
+}
+
+void Text_Combo::Add_Entry(std::string entry) {
+    m_entries.push_back(std::move(entry));
+    changed.emit();
+}
+
+void Text_Combo::Set_Text(std::string_view text) {
+    if (m_text == text)
+        return;
+    m_text = text;
+    changed.emit();
+}
+
+void Text_Combo::Enter(std::string_view text) {
+    if (!Enabled())
+        return;
+    Set_Text(text);
+    edited.emit();
 }
 
 void Menu_Command::Choose() {

@@ -93,6 +93,27 @@ class Combo_Box : public Control {
     int m_selected = -1;
 };
 
+/// A list whose entries the pilot picks, or types over with a text of his own.
+class Text_Combo : public Control {
+  public:
+    [[nodiscard]] const std::vector<std::string>& Entries() const { return m_entries; }
+    [[nodiscard]] const std::string& Text() const { return m_text; }
+    /// The index of the entry that the text is, -1 when it is none.
+    [[nodiscard]] int Selected() const;
+    /// Other entries, and no text.
+    void Set_Entries(std::vector<std::string> entries);
+    void Add_Entry(std::string entry);
+    void Set_Text(std::string_view text);
+    /// The pilot's text or choice: as `Set_Text`, then `edited`.
+    void Enter(std::string_view text);
+
+    sigc::signal<void()> edited;
+
+  private:
+    std::vector<std::string> m_entries;
+    std::string m_text;
+};
+
 class Check_Box : public Control {
   public:
     [[nodiscard]] bool Checked() const { return m_checked; }

@@ -53,6 +53,9 @@ class Desktop {
     virtual Answer Show_Message(const Message_Box& box) = 0;
     /// Empty when the pilot chose none, or nobody can be asked.
     virtual std::filesystem::path Choose_File(const File_Choice& choice) = 0;
+    /// Opens a file with the program that the pilot's desktop has for its kind, a report in the
+    /// browser; shown and forgotten.
+    virtual void Open_File(const std::filesystem::path& file) = 0;
     /// Handles what has happened: timers that are due, input, repaints.
     virtual void Process_Events() = 0;
     /// Keeps events flowing, without spinning, until `condition` holds (true) or `at_most` of the

@@ -30,8 +30,10 @@ ucFlightLog::ucFlightLog(Services& services, clsAppSettings& settings, clsVASett
       m_log_entry(log_entry),
       m_layout(services),
       m_file(std::in_place, services, settings.FlightLog_Path()) {
-    hypACARS[0].clicked.connect([this] { Grid_Save(); });
-    hypACARS[1].clicked.connect([this] { Grid_Undo(); });
+    hypACARS[save].clicked.connect([this] { Grid_Save(); });
+    hypACARS[undo].clicked.connect([this] { Grid_Undo(); });
+    Connect_Reports();
+    Connect_Pop_Up();
 }
 
 ucFlightLog::~ucFlightLog() {
@@ -42,7 +44,9 @@ void ucFlightLog::UCI() {
     Guarded(m_services, "ucFlightLog.UCI()", Show::box, [&] {
         m_changed = false;
         m_unsaved_edits = false;
+        m_page_set_up = false;
         Make_Grid(false);
+        Make_Report_Field_List();
         m_subscription.disconnect();
         m_subscription = m_log_entry.NewLogEntrySave.connect([this] { NewACARS_Entry(); });
         m_table.Clear();
@@ -58,6 +62,9 @@ void ucFlightLog::Closing() {
             Prompt_Save_Changes();
         Keep_Unsaved_Flights();
     });
+    // What a printout hides is not what the pilot hid.
+    if (m_printing)
+        Fields_To_Print(true);
     Save_Grid_Settings();
     m_subscription.disconnect();
     m_table.Clear();
@@ -85,6 +92,7 @@ void ucFlightLog::FlightLog_Change() {
         m_table.Clear();
         m_file.emplace(m_services, m_settings.FlightLog_Path());
         Grid_Load();
+        Make_Report_Field_List();
     });
 }
 
@@ -158,6 +166,7 @@ bool ucFlightLog::Grid_Save() {
             saved = true;
             m_changed = false;
             m_unsaved_edits = false;
+            lblStatus.Set_Text("");
             Total_FlightTime();
         }
         m_services.desktop.Show_Message(
@@ -200,14 +209,6 @@ void ucFlightLog::Total_FlightTime() {
     Guarded(m_services, "ucFlightLog.Total_FlightTime()", Show::silent, [&] {
         const Regional& regional = m_services.regional;
         tdbLogCaption.Set_Text(Totals_Caption(m_table.Totals(regional), regional));
-    });
-}
-
-void ucFlightLog::Delete_LogEntry(std::size_t row) {
-    Guarded(m_services, "ucFlightLog.Delete_LogEntry()", Show::box, [&] {
-        m_table.Delete_Row(row);
-        table_changed.emit();
-        Total_FlightTime();
     });
 }
 
@@ -272,8 +273,10 @@ void ucFlightLog::Keep_Unsaved_Edits() {
         return;
     std::string lines;
     For_Each_Piece(m_table, [&](std::string_view piece) { lines += piece; });
-    if (!lines.empty())
-        Write_Unsaved(m_services, m_file->Path(), lines);
+    if (!lines.empty()) {
+        const auto kept = Write_Unsaved(m_services, m_file->Path(), lines);
+        lblStatus.Set_Text("The log as it stood unsaved is kept in " + From_Path(kept));
+    }
     m_unsaved_edits = false;
     m_failed_flights.clear();
 }

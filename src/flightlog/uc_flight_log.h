@@ -13,7 +13,10 @@
 #include <string_view>
 #include <vector>
 
+#include "acars/cls_acars.h"
 #include "common/controls.h"
+#include "flightlog/frm_log.h"
+#include "flightlog/frm_report.h"
 #include "flightlog/grid_layout.h"
 #include "flightlog/log_file.h"
 #include "flightlog/log_table.h"
@@ -26,8 +29,19 @@ class clsAppSettings;
 class clsLogEntry;
 class clsVASettings;
 
+/// How the grid is to be printed: its visible columns, all rows.
+struct Print_Job {
+    /// Over every page.
+    std::string heading;
+    /// The pilot has not set pages up in this run: print in landscape.
+    bool default_page = true;
+};
+
 class ucFlightLog {
   public:
+    /// Places in `hypACARS`.
+    enum Command { save, undo, page_setup, print_preview, print, create_report, statistics };
+
     ucFlightLog(Services& services, clsAppSettings& settings, clsVASettings& va_settings,
                 clsLogEntry& log_entry);
     ~ucFlightLog();
@@ -49,8 +63,13 @@ class ucFlightLog {
     void Save_Grid_Settings();
     /// Fills the list of aircraft types from the simulator's models or titles, by the setting.
     void Load_Aircraft();
-    /// A missing "bin\ac.cfg" leaves the list as it is.
+    /// A missing "bin\ac.cfg" is made first; where that fails the list stays as it is.
     void Load_FS_AC_Titles();
+    /// Where the titles of the simulator's aircraft can be had; without it none are.
+    void Set_Simulator(const clsACARS::Parts& simulator) { m_simulator.emplace(simulator); }
+    /// Writes "bin\ac.cfg" with the titles of all aircraft of the simulator; false when it cannot
+    /// be reached or has none.
+    bool Load_FS_AC();
 
     void Grid_Load();
     /// True when the log stands in its file.
@@ -65,7 +84,8 @@ class ucFlightLog {
     /// Adds the log entry's flight as the last row, saves, and answers the entry. A flight whose
     /// save failed before takes its own row again.
     void NewACARS_Entry();
-    void Delete_LogEntry(std::size_t row);
+    /// Deletes the current row, if there is one.
+    void Delete_LogEntry();
     /// An empty row at the end; its index.
     std::size_t Add_Row();
 
@@ -77,6 +97,33 @@ class ucFlightLog {
     /// into the cell, its name into the one to the right.
     void Pick_Airport(std::size_t row, std::size_t column, const Airport_Pick& airport);
 
+    /// The row that the pop-up menu and the deleting key work on; none outside the table.
+    void Set_Current_Row(std::optional<std::size_t> row) { m_current_row = row; }
+    [[nodiscard]] std::optional<std::size_t> Current_Row() const;
+    /// To be called before the pop-up menu opens; false when it must not.
+    [[nodiscard]] bool Prepare_Pop_Up();
+    /// There is a log to copy a row to.
+    [[nodiscard]] bool Enable_Copy();
+    /// Asks for a simulator's flight plan; empty when the pilot chose none.
+    [[nodiscard]] std::filesystem::path Get_Flight_Plan();
+    /// Takes a flight plan into the current row; what is filled is overwritten only when the pilot
+    /// says so. A plan that cannot be read leaves the row as it was.
+    void Read_Flight_Plan(const std::filesystem::path& file);
+    /// Adds the current row to another log's file; false when it is not there.
+    bool Copy_To_Log(const std::string& name);
+
+    /// The reports go to "report.html" in the program directory and are shown.
+    void Create_Report_File();
+    void Create_Statistics_Report();
+    /// Of the current row.
+    void Create_ACARS_Report();
+    void Grid_Page_Setup();
+    void Grid_Print_Preview();
+    void Grid_Print();
+    /// The columns that reports may hold, as the captions are now.
+    void Make_Report_Field_List();
+    [[nodiscard]] const std::vector<Report_Field>& Report_Fields() const { return lvwLog; }
+
     [[nodiscard]] const Log_Table& Table() const { return m_table; }
     [[nodiscard]] const Log_File& File() const { return *m_file; }
     /// The pilot's sizes and visibilities are written straight into it.
@@ -86,8 +133,20 @@ class ucFlightLog {
     /// What the close question goes by: cleared by a save and at the start only.
     [[nodiscard]] bool Changed() const { return m_changed; }
 
-    /// "Save" and "Undo" of the command bar.
-    std::array<Link, 2> hypACARS{Link("Save"), Link("Undo")};
+    std::array<Link, 7> hypACARS{
+        Link("Save"),  Link("Undo"),          Link("Page Setup"),       Link("Print Preview"),
+        Link("Print"), Link("Create Report"), Link("Flight Statistics")};
+    /// The grid's pop-up menu, in its order.
+    Menu_Command mnuPopReport{"ACARS &Report"};
+    Menu_Command mnuPopPlan{"&Import Flight Plan"};
+    Menu_Command mnuPopCopy{"&Copy Flight to Log ..."};
+    Menu_Command mnuPopDelete{"&Delete Log Entry"};
+    Menu_Command mnuPopExit{"E&xit"};
+    frmReport field_chooser;
+    frmLog log_chooser;
+    /// What became of edits that were not saved, for the line under the window; empty when nothing
+    /// has to be told.
+    Label lblStatus;
     /// The grid's caption: both totals.
     Label tdbLogCaption;
 
@@ -99,8 +158,19 @@ class ucFlightLog {
     /// The grid must commit, or drop, an edit in progress.
     sigc::signal<void()> commit_edit_wanted;
     sigc::signal<void()> drop_edit_wanted;
+    /// The listener shows the dialog, or prints, and returns when that is over.
+    sigc::signal<void(const Print_Job&)> page_setup_wanted;
+    sigc::signal<void(const Print_Job&)> preview_wanted;
+    sigc::signal<void(const Print_Job&)> print_wanted;
 
   private:
+    void Connect_Pop_Up();
+    void Connect_Reports();
+    void Copy_Flight();
+    [[nodiscard]] bool Has_Entries();
+    void Fields_To_Print(bool visible);
+    [[nodiscard]] Print_Job Print_Setup() const;
+    void Print_Grid(const sigc::signal<void(const Print_Job&)>& wanted);
     void Load_ATC_Models();
     void Load_List(std::string_view procedure, std::string_view relative);
     void Load_ICAO_List();
@@ -125,6 +195,13 @@ class ucFlightLog {
     std::vector<Airport_Pick> m_airports;
     std::vector<std::string> m_types;
     sigc::connection m_subscription;
+    std::optional<clsACARS::Parts> m_simulator;
+    std::optional<std::size_t> m_current_row;
+    std::vector<Report_Field> lvwLog;
+    /// The pilot has set pages up in this run.
+    bool m_page_set_up = false;
+    /// Columns are hidden for the time of a printout.
+    bool m_printing = false;
     bool m_changed = false;
     /// The table holds something that the file does not.
     bool m_unsaved_edits = false;

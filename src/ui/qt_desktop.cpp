@@ -1,9 +1,13 @@
 #include "ui/qt_desktop.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <QFileDialog>
+#include <QUrl>
 #include <algorithm>
 
+#include "common/code_page.h"
+#include "common/run_error.h"
 #include "common/text.h"
 #include "ui/qt_text.h"
 
@@ -123,10 +127,24 @@ std::filesystem::path Qt_Desktop::Choose_File(const File_Choice& choice) {
     dialog.setFileMode(QFileDialog::ExistingFile);
     const QString pattern = filter.value(1) + ' ' + filter.value(1).toUpper();
     dialog.setNameFilter(filter.value(0).section(" (", 0, 0) + " (" + pattern + ")");
-    m_dialogs.emplace_back(&dialog);
-    if (Ask(dialog) != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    if (!Run_Dialog(dialog) || dialog.selectedFiles().isEmpty())
         return {};
     return Path_From_Q(dialog.selectedFiles().constFirst());
+}
+
+bool Qt_Desktop::Run_Dialog(QDialog& dialog) {
+    if (m_ended)
+        return false;
+    std::erase_if(m_dialogs, [](const auto& other) { return other.isNull(); });
+    m_dialogs.emplace_back(&dialog);
+    return Ask(dialog) == QDialog::Accepted;
+}
+
+void Qt_Desktop::Open_File(const std::filesystem::path& file) {
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(Path_To_Q(file)))) {
+        throw Run_Error(error_number::other,
+                        From_Path(file) + " cannot be shown: the desktop has no program for it");
+    }
 }
 
 void Qt_Desktop::End_Dialogs() {

@@ -25,6 +25,7 @@ class Qt_Desktop : public Desktop {
     void Set_Busy(bool busy) override;
     Answer Show_Message(const Message_Box& box) override;
     std::filesystem::path Choose_File(const File_Choice& choice) override;
+    void Open_File(const std::filesystem::path& file) override;
     void Process_Events() override;
     bool Wait_Until(const std::function<bool()>& condition,
                     std::chrono::milliseconds at_most) override;
@@ -33,8 +34,11 @@ class Qt_Desktop : public Desktop {
     /// Repaints, within a wait that nothing may interrupt: no timer runs, and what the pilot does
     /// is kept for later.
     void Repaint();
+    /// Runs a dialog until the pilot closes it, or the program ends; whether it was accepted.
+    bool Run_Dialog(QDialog& dialog);
     /// The window that boxes belong to.
     void Set_Window(QWidget* window) { m_window = window; }
+    [[nodiscard]] QWidget* Window() const { return m_window; }
     /// Closes the dialogs that are open: questions are answered No, files are not chosen. Those
     /// that would open later do not.
     void End_Dialogs();

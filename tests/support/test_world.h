@@ -41,6 +41,7 @@ class Scripted_Desktop : public Desktop {
     void Set_Busy(bool value) override { busy = value; }
     Answer Show_Message(const Message_Box& box) override;
     std::filesystem::path Choose_File(const File_Choice& choice) override;
+    void Open_File(const std::filesystem::path& file) override { opened_files.push_back(file); }
     void Process_Events() override { m_timers.Run_Due(); }
     bool Wait_Until(const std::function<bool()>& condition,
                     std::chrono::milliseconds at_most) override;
@@ -59,6 +60,7 @@ class Scripted_Desktop : public Desktop {
     /// Files that were asked for, and what is chosen, in order; none when the script is at its end.
     std::vector<File_Choice> file_choices;
     std::deque<std::filesystem::path> chosen_files;
+    std::vector<std::filesystem::path> opened_files;
     /// Called when a box is shown, before it is answered.
     std::function<void(const Message_Box&)> on_box;
 

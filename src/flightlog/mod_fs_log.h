@@ -1,0 +1,22 @@
+#pragma once
+// Turns a flight log of the simulator, a file of fixed columns, into one of ours. Used by the
+// conversion dialog and the command line.
+
+#include <filesystem>
+#include <string_view>
+
+namespace norvane {
+
+struct Services;
+
+namespace modFSLog {
+
+/// Writes "convertedlogs" / `name` + ".txt" in the program directory, replacing an older one, and
+/// returns its path. `name` is code page text that can be a log's name, else 5 is raised; raises
+/// too when a file cannot be read or written. What was written until then stays.
+std::filesystem::path Convert(Services& services, const std::filesystem::path& source,
+                              std::string_view name);
+
+}  // namespace modFSLog
+
+}  // namespace norvane

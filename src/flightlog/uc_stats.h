@@ -1,0 +1,51 @@
+#pragma once
+// The statistics panel, "Time by AC Type": block time of the active flight log by aircraft type,
+// and its report. It reads the log's file itself. Owned by the program; the window binds a grid to
+// it. Failures are reported under "ucStats." and the operation's name.
+
+#include <sigc++/sigc++.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "common/controls.h"
+
+namespace norvane {
+
+struct Services;
+class clsAppSettings;
+
+class ucStats {
+  public:
+    /// A row of the grid; the time is in decimal hours, written with the pilot's signs.
+    struct Type_Total {
+        std::string aircraft_type;
+        std::string total_time;
+    };
+
+    /// The grid's columns.
+    static constexpr std::array<std::string_view, 2> captions{"Aircraft Type", "Total Time"};
+    static constexpr int type_width_twips = 5500;
+
+    ucStats(Services& services, const clsAppSettings& settings);
+
+    void Display_Flight_Stats();
+    void Create_Report();
+
+    /// Empty until the first refresh.
+    [[nodiscard]] const std::vector<Type_Total>& Totals() const { return m_totals; }
+    sigc::signal<void()> totals_changed;
+
+    /// The grid's caption, "Total Flight Time: " and the sum.
+    Label tdbTimeCaption;
+    std::array<Link, 2> hypACARS{Link("Refresh Flight Totals by Aircraft Type"),
+                                 Link("Flight Time Report")};
+
+  private:
+    Services& m_services;
+    const clsAppSettings& m_settings;
+    std::vector<Type_Total> m_totals;
+};
+
+}  // namespace norvane
