@@ -27,6 +27,7 @@ Program::Program(const Services& outside, Transport& transport, const Http_Optio
       panel({services, settings, airline, log_entry, response, http_limits}),
       messages({services, settings, airline, http_limits}) {
     airline.Get_VA_Settings(settings.Virtual_Airline());
+    flight_log.Set_Simulator({services, link, settings, airline, utc});
     flight_log.UCI();
     panel.UCI();
     panel.Set_ACARS(engine);

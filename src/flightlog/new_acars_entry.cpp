@@ -37,6 +37,8 @@ void ucFlightLog::NewACARS_Entry() {
     bool saved = false;
     Guarded(m_services, "ucFlightLog.NewACARS_Entry()", Show::box, [&] {
         const Busy_Cursor busy(m_services.desktop);
+        // What the pilot types just now, perhaps the date of a last row, comes first.
+        commit_edit_wanted.emit();
         const std::string line = Log_Line(m_log_entry);
         // What kept the file from being read may be over.
         if (!m_file->Loaded_To_Its_End() && !m_unsaved_edits)

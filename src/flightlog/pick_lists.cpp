@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::size_t code_field = 3;
 constexpr std::size_t fields_needed = 5;
-constexpr char list_separator = '@';
 
 }  // namespace
 

@@ -5,11 +5,17 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace norvane {
 
 struct Services;
+
+/// The names of the simulator's aircraft, in the program directory.
+inline constexpr std::string_view aircraft_list_file = "bin\\ac.cfg";
+/// Between the entries of a list file.
+inline constexpr char list_separator = '@';
 
 struct Airport_Pick {
     std::string icao;

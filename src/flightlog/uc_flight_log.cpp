@@ -119,7 +119,11 @@ void ucFlightLog::Load_ATC_Models() {
 }
 
 void ucFlightLog::Load_FS_AC_Titles() {
-    Load_List("ucFlightLog.Load_FS_AC_Titles()", "bin\\ac.cfg");
+    const auto file = Find_Path(m_services, m_services.program_directory, aircraft_list_file);
+    std::error_code unknown;
+    if (!std::filesystem::exists(file, unknown))
+        Load_FS_AC();
+    Load_List("ucFlightLog.Load_FS_AC_Titles()", aircraft_list_file);
 }
 
 void ucFlightLog::Load_List(std::string_view procedure, std::string_view relative) {

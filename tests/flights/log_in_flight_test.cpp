@@ -1,0 +1,87 @@
+// What the pilot does with the log while a flight is tracked.
+
+#include <gmock/gmock.h>
+
+#include "common/line_reader.h"
+#include "flights/flight_world.h"
+
+namespace norvane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::SizeIs;
+
+class Log_In_Flight : public testing::Test {
+  protected:
+    Log_In_Flight() : world(Scenario_World(Data_File("scenarios/short-jet.json"))) {}
+
+    std::unique_ptr<World_Source> world;
+};
+
+TEST_F(Log_In_Flight,
+       What_is_typed_when_the_flight_is_logged_and_the_flight_stand_in_the_log_once) {
+    Flight_World flight(*world, 5);
+    Program& program = flight.Start();
+    ucFlightLog& log = program.flight_log;
+    program.settings.Set_OPT_AutoLog(true);
+    std::size_t row = 0;
+    std::size_t commits = 0;
+    // The cell editor's text goes into the table when the panel asks for it, once.
+    log.commit_edit_wanted.connect([&] {
+        if (++commits == 1) {
+            EXPECT_TRUE(log.Commit_Edit(row, log_column::date, "1/2/2008"));
+        }
+    });
+    flight.on_step = [&, begun = false]() mutable {
+        if (begun || program.panel.Is_At_Gate())
+            return;
+        begun = true;
+        row = log.Add_Row();
+        log.Begin_Edit(row, log_column::date);
+    };
+    ASSERT_TRUE(flight.Fly_To_Gate());
+    flight.desktop.Run_For(std::chrono::minutes(2));
+    ASSERT_TRUE(program.panel.Is_Logged());
+    EXPECT_GT(commits, 0U);
+    const auto rows = flight.Rows();
+    ASSERT_THAT(rows, SizeIs(2));
+    EXPECT_EQ(rows[0][log_column::date], "1/2/2008");
+    EXPECT_EQ(rows[1][log_column::origin], program.engine.Departure_ICAO());
+
+    log.Begin_Edit(1, 19);
+    ASSERT_TRUE(log.Commit_Edit(1, 19, "smooth"));
+    ASSERT_TRUE(log.Grid_Save());
+    log.Grid_Load();
+    EXPECT_EQ(log.Table().Row_Count(), 2U);
+    EXPECT_EQ(log.Table().Get(1, 19), "smooth");
+}
+
+TEST_F(Log_In_Flight, Aircraft_titles_come_from_the_simulator_without_touching_the_flights_link) {
+    Flight_World flight(*world, 5);
+    Program& program = flight.Start();
+    // The start found no list and made it.
+    const auto list = flight.directory / "bin" / "ac.cfg";
+    const auto titles = program.flight_log.Aircraft_Types();
+    EXPECT_THAT(titles, testing::Contains("Norvane Twin Jet 150"));
+    EXPECT_FALSE(program.link.Is_Open());
+
+    std::filesystem::remove(list);
+    program.panel.hypOn.Click();
+    flight.desktop.Run_For(std::chrono::seconds(5));
+    ASSERT_TRUE(program.flight_log.Load_FS_AC());
+    EXPECT_TRUE(program.link.Is_Open());
+    EXPECT_TRUE(std::filesystem::exists(list));
+    const std::size_t exchanges = flight.exchanges;
+    flight.desktop.Run_For(std::chrono::seconds(5));
+    EXPECT_GT(flight.exchanges, exchanges);
+
+    program.Close(ucACARS::Closing::by_signal);
+    flight.trouble = [](std::size_t, std::span<std::byte>) {
+        return std::optional(Delivery{Delivery_Outcome::failed, 0});
+    };
+    EXPECT_FALSE(program.flight_log.Load_FS_AC());
+    EXPECT_THAT(Read_Lines(list), SizeIs(1));
+}
+
+}  // namespace
+}  // namespace norvane::test
