@@ -5,6 +5,7 @@
 #include <array>
 
 #include "common/text.h"
+#include "config/units.h"
 
 namespace norvane {
 
@@ -65,14 +66,8 @@ constexpr auto panel_fields = std::to_array<Panel_Field>({
     {{}, &Panel::lblATCFlight, apart, {}, {}},
 });
 
-/// By unit code.
-constexpr std::array<std::string_view, 3> fuel_suffixes{" lbs", " kg", " gal"};
-constexpr std::array<std::string_view, 2> weight_suffixes{" lbs", " kg"};
-
-std::string With_Unit(std::string_view value, int code, std::span<const std::string_view> units) {
-    if (code < 0 || code >= static_cast<int>(units.size()))
-        return {};
-    return fmt::format("{}{}", value, units[static_cast<std::size_t>(code)]);
+std::string With_Unit(std::string_view value, std::string_view unit) {
+    return unit.empty() ? std::string() : fmt::format("{}{}", value, unit);
 }
 
 template <class Control_Kind>
@@ -108,11 +103,11 @@ std::string Shown_Time(std::string_view hhmm, int code) {
 }
 
 std::string Shown_Fuel(std::string_view value, int code) {
-    return With_Unit(value, code, fuel_suffixes);
+    return With_Unit(value, Unit_Of(fuel_units, code));
 }
 
 std::string Shown_Weight(std::string_view value, int code) {
-    return With_Unit(value, code, weight_suffixes);
+    return With_Unit(value, Unit_Of(weight_units, code));
 }
 
 }  // namespace norvane

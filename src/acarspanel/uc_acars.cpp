@@ -109,6 +109,7 @@ void ucACARS::Connect_Controls() {
     command(hypPause, &ucACARS::ACARS_MODE);
     command(hypLog, &ucACARS::Log_Flight);
     command(hypReset, &ucACARS::ACARS_RESET);
+    command(hypReport, &ucACARS::ACARS_REPORT);
     command(hypFP, &ucACARS::Load_Flight_Plan);
     hypNext.clicked.connect([this] { Move_To_Page(Page_Beside(+1)); });
     hypBack.clicked.connect([this] { Move_To_Page(Page_Beside(-1)); });

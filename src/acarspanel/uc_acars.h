@@ -139,6 +139,7 @@ class ucACARS {
     Link hypPause{"Pause"};
     Link hypLog{"Log Flight"};
     Link hypReset{"Reset"};
+    Link hypReport{"ACARS Report"};
     Link hypFP{"Flight Plan:"};
     Link hypNext{"==>"};
     Link hypBack{"<=="};
@@ -236,6 +237,7 @@ class ucACARS {
     void Log_Flight();
     bool ACARS_LOG();
     void ACARS_RESET();
+    void ACARS_REPORT();
     void Close_Now(Closing how);
     bool Begin_New_Flight();
     bool May_Drop_Finished_Flight();

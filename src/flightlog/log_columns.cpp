@@ -1,8 +1,11 @@
 #include "flightlog/log_columns.h"
 
+#include <fmt/format.h>
+
 #include <array>
 
 #include "common/date_time.h"
+#include "common/run_error.h"
 #include "common/text.h"
 #include "logentry/cls_log_entry.h"
 
@@ -89,6 +92,15 @@ std::string_view Value_For(const Log_Column& column, const clsLogEntry& entry) {
 
 std::span<const Log_Column, log_column_count> All_Log_Columns() {
     return columns;
+}
+
+std::size_t Column_Of(Log_Field field) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (columns[i].source == Column_Source::field && columns[i].field == field)
+            return i;
+    }
+    throw Run_Error(error_number::subscript_out_of_range,
+                    fmt::format("{} has no column", Row_Of(field).name));
 }
 
 std::string Log_Line(const clsLogEntry& entry) {

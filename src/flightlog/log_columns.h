@@ -47,6 +47,8 @@ struct Log_Column {
 };
 
 [[nodiscard]] std::span<const Log_Column, log_column_count> All_Log_Columns();
+/// The column that a field of the entry goes to; 9 is raised for one that goes to none.
+[[nodiscard]] std::size_t Column_Of(Log_Field field);
 
 /// A flight as a line of a log: 53 fields with "|" between them, without line end. "|" in a value
 /// becomes "/", a line break a blank.

@@ -89,6 +89,18 @@ std::string_view Log_Table::Get(std::size_t row, std::size_t column) const {
     return Field_Of(Stored_Line(row), column);
 }
 
+std::array<std::string_view, log_column_count> Log_Table::Cells(std::size_t row) const {
+    std::array<std::string_view, log_column_count> cells;
+    std::string_view rest = Stored_Line(row);
+    for (std::string_view& cell : cells) {
+        cell = Field_At(rest, 0);
+        if (cell.size() == rest.size())
+            break;
+        rest.remove_prefix(cell.size() + 1);
+    }
+    return cells;
+}
+
 void Log_Table::Set(std::size_t row, std::size_t column, std::string_view text) {
     Check_Column(column);
     std::string line(Stored_Line(row));

@@ -2,6 +2,7 @@
 // A flight log in memory: rows of 53 text cells, kept as the lines they were read as, so that a log
 // takes little more room than its file. Owned by the flight log panel; the grid shows it in place.
 
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -36,6 +37,8 @@ class Log_Table {
     /// The cell's text, valid until the table is written to. A row or column outside raises 9, here
     /// and below.
     [[nodiscard]] std::string_view Get(std::size_t row, std::size_t column) const;
+    /// All of a row's cells, for those who need many of them; valid as long as those of `Get`.
+    [[nodiscard]] std::array<std::string_view, log_column_count> Cells(std::size_t row) const;
     /// "|" and line breaks are cleaned out of the text.
     void Set(std::size_t row, std::size_t column, std::string_view text);
     /// Replaces all cells of a row by the fields of a line; what is past the 53rd is dropped.

@@ -7,6 +7,7 @@
 #include "common/services.h"
 #include "common/text.h"
 #include "config/cls_app_settings.h"
+#include "flightlog/log_reports.h"
 #include "flightlog/uc_flight_log.h"
 
 namespace norvane {
@@ -15,16 +16,50 @@ void ucFlightLog::Connect_Reports() {
     hypACARS[page_setup].clicked.connect([this] { Grid_Page_Setup(); });
     hypACARS[print_preview].clicked.connect([this] { Grid_Print_Preview(); });
     hypACARS[print].clicked.connect([this] { Grid_Print(); });
+    hypACARS[create_report].clicked.connect([this] { Create_Report_File(); });
+    hypACARS[statistics].clicked.connect([this] { Create_Statistics_Report(); });
+    mnuPopReport.chosen.connect([this] { Create_ACARS_Report(); });
 }
 
 void ucFlightLog::Make_Report_Field_List() {
-    Guarded(m_services, "ucFlightLog.Make_Report_Field_List()", Show::box, [&] {
-        lvwLog.clear();
-        for (std::size_t column = 0; column < m_layout.columns.size(); ++column) {
-            const std::string& caption = m_layout.columns.at(column).caption;
-            if (!caption.empty())
-                lvwLog.push_back({caption, column, true});
-        }
+    Guarded(m_services, "ucFlightLog.Make_Report_Field_List()", Show::box,
+            [&] { lvwLog = All_Report_Fields(m_layout); });
+}
+
+/// Writes a report and opens it: nothing is opened that is not whole.
+template <class Write>
+void ucFlightLog::Show_Report(const Write& write) {
+    const std::filesystem::path report = [&] {
+        const Busy_Cursor busy(m_services.desktop);
+        return write();
+    }();
+    m_services.desktop.Open_File(report);
+}
+
+void ucFlightLog::Create_Report_File() {
+    Guarded(m_services, "ucFlightLog.Create_Report_File()", Show::box, [&] {
+        commit_edit_wanted.emit();
+        if (!Has_Entries() || !field_chooser.Get_Selections(lvwLog))
+            return;
+        Show_Report(
+            [&] { return Write_Logbook(m_services, m_table, lvwLog, tdbLogCaption.Text()); });
+    });
+}
+
+void ucFlightLog::Create_Statistics_Report() {
+    Guarded(m_services, "ucFlightLog.Create_Statistics_Report()", Show::box, [&] {
+        commit_edit_wanted.emit();
+        Show_Report([&] { return Write_Statistics(m_services, m_settings, m_table); });
+    });
+}
+
+void ucFlightLog::Create_ACARS_Report() {
+    Guarded(m_services, "ucFlightLog.Create_ACARS_Report()", Show::box, [&] {
+        commit_edit_wanted.emit();
+        const auto row = Current_Row();
+        if (!row)
+            return;
+        Show_Report([&] { return Write_ACARS_Report(m_services, m_table, *row, m_layout); });
     });
 }
 

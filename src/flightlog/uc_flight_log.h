@@ -167,6 +167,8 @@ class ucFlightLog {
     void Connect_Pop_Up();
     void Connect_Reports();
     void Copy_Flight();
+    template <class Write>
+    void Show_Report(const Write& write);
     [[nodiscard]] bool Has_Entries();
     void Fields_To_Print(bool visible);
     [[nodiscard]] Print_Job Print_Setup() const;

@@ -6,6 +6,7 @@
 #include <sigc++/sigc++.h>
 
 #include <array>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -13,8 +14,23 @@
 
 namespace norvane {
 
+struct Regional;
 struct Services;
+class Log_Table;
 class clsAppSettings;
+
+/// Block time of a log's flights by aircraft type.
+struct Hours_By_Type {
+    struct Type {
+        std::string aircraft_type;
+        double hours = 0;
+    };
+    /// Ascending by character code; types that differ by letter case are different ones. A log with
+    /// flights of no type begins with such a type of 0 hours: they are not summed.
+    std::vector<Type> types;
+    double all_hours = 0;
+};
+[[nodiscard]] Hours_By_Type Sum_Hours_By_Type(Log_Table table, const Regional& regional);
 
 class ucStats {
   public:
@@ -30,7 +46,9 @@ class ucStats {
 
     ucStats(Services& services, const clsAppSettings& settings);
 
+    /// Reads the log anew. A log without flights is said to have none.
     void Display_Flight_Stats();
+    /// Of the totals as they are shown, to "report.html" in the program directory; opened.
     void Create_Report();
 
     /// Empty until the first refresh.
@@ -43,6 +61,9 @@ class ucStats {
                                  Link("Flight Time Report")};
 
   private:
+    void Show_Sums(const Hours_By_Type& sums);
+    [[nodiscard]] std::filesystem::path Write_Report() const;
+
     Services& m_services;
     const clsAppSettings& m_settings;
     std::vector<Type_Total> m_totals;

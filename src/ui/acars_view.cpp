@@ -57,6 +57,7 @@ QWidget* Acars_View::Make_Title(frmMain& window) {
     Add_Link(*title, m_panel.hypPause)->Reserve("Resume");
     Add_Link(*title, m_panel.hypLog);
     Add_Link(*title, m_panel.hypReset);
+    Add_Link(*title, m_panel.hypReport);
     title->Add_Stretch();
     Add_Page_Link(*title, m_panel.hypBack, "Previous page", Qt::ALT | Qt::Key_Left);
     Add_Page_Link(*title, m_panel.hypNext, "Next page", Qt::ALT | Qt::Key_Right);

@@ -1,0 +1,44 @@
+#pragma once
+// The reports of a flight log: the logbook, the statistics sheet, the ACARS report of a row. Each
+// is written to "report.html" in the program directory, in place of the last one, and opened by the
+// caller. Failures are raised; what was written by then stays.
+
+#include <cstddef>
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+#include "common/number.h"
+#include "flightlog/frm_report.h"
+
+namespace norvane {
+
+struct Services;
+class Grid_Layout;
+class Log_Table;
+class clsAppSettings;
+
+/// The columns that have a caption, all of them included.
+[[nodiscard]] std::vector<Report_Field> All_Report_Fields(const Grid_Layout& layout);
+
+/// Every flight in the table's order, with the fields that are included; `totals` is the line under
+/// the heading.
+std::filesystem::path Write_Logbook(const Services& services, const Log_Table& table,
+                                    const std::vector<Report_Field>& fields,
+                                    std::string_view totals);
+/// Hours, fuel, distance and load of all flights, in the units of the settings.
+std::filesystem::path Write_Statistics(const Services& services, const clsAppSettings& settings,
+                                       const Log_Table& table);
+/// One flight. The pilot's and the airline's own fields are in it where the layout shows the first
+/// of them. A row outside the table raises 9.
+std::filesystem::path Write_ACARS_Report(const Services& services, const Log_Table& table,
+                                         std::size_t row, const Grid_Layout& layout);
+
+/// The number that a cell holds, with or without a unit behind a blank; 0 when it holds none.
+[[nodiscard]] double Column_Number(std::string_view text, const Regional& regional);
+/// Sum of a column's numbers: of all flights, or of those under the flight rules `filter`, "IFR" or
+/// "VFR" in whatever case.
+[[nodiscard]] double Total_Coumn(const Log_Table& table, std::size_t column,
+                                 std::string_view filter, const Regional& regional);
+
+}  // namespace norvane
