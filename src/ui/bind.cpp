@@ -49,17 +49,137 @@ bool Comes_Back(const QFocusEvent& event) {
            event.reason() == Qt::PopupFocusReason || event.reason() == Qt::MenuBarFocusReason;
 }
 
+/// Selects all of `edit` when `event` brings the focus.
+template <class Edit>
+void Select_On_Focus(const QEvent& event, Edit& edit) {
+    // After the event itself: the press that brought the focus places the cursor.
+    if (event.type() == QEvent::FocusIn && !Comes_Back(static_cast<const QFocusEvent&>(event)))
+        QTimer::singleShot(0, &edit, [&edit] { edit.selectAll(); });
+}
+
 /// What the binding does when a box gets or loses the focus.
 template <class Edit>
 void Watch_Focus(Edit& edit, Text_Box& model) {
     new Event_Watch(edit, [&edit, &model](QEvent& event) {
-        // After the event itself: the press that brought the focus places the cursor.
-        if (event.type() == QEvent::FocusIn && !Comes_Back(static_cast<QFocusEvent&>(event)))
-            QTimer::singleShot(0, &edit, [&edit] { edit.selectAll(); });
+        Select_On_Focus(event, edit);
         if (event.type() == QEvent::FocusOut)
             model.Leave();
         return false;
     });
+}
+
+/// Enter opens a list.
+void Watch_List(QComboBox& list) {
+    new Event_Watch(list, [&list](QEvent& event) {
+        if (event.type() == QEvent::KeyPress) {
+            const int key = static_cast<QKeyEvent&>(event).key();
+            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+                list.showPopup();
+                return true;
+            }
+        }
+        // The wheel scrolls the form; it must not change a list that it happens to pass over.
+        if (event.type() == QEvent::Wheel && !list.hasFocus()) {
+            event.ignore();
+            return true;
+        }
+        return false;
+    });
+}
+
+void Show_Entries(QComboBox& list, const std::vector<std::string>& entries) {
+    QStringList wanted;
+    for (const std::string& entry : entries)
+        wanted << To_Q(entry);
+    QStringList shown;
+    for (int i = 0; i < list.count(); ++i)
+        shown << list.itemText(i);
+    if (wanted == shown)
+        return;
+    list.clear();
+    list.addItems(wanted);
+}
+
+/// Completes what the pilot types into a list to the first entry that begins with it. The completed
+/// part is selected: typing on replaces it, taking letters away leaves what he typed.
+class Completion : public QObject {
+  public:
+    Completion(QComboBox& list, Text_Combo& model)
+        : QObject(&list), m_edit(*list.lineEdit()), m_model(model) {
+        list.installEventFilter(this);
+        connect(&m_edit, &QLineEdit::textEdited, this,
+                [this](const QString& text) { Edited(text); });
+    }
+
+  protected:
+    bool eventFilter(QObject* /*list*/, QEvent* event) override {
+        if (event->type() == QEvent::KeyPress) {
+            const auto& press = static_cast<QKeyEvent&>(*event);
+            m_takes_away = press.key() == Qt::Key_Backspace || press.key() == Qt::Key_Delete ||
+                           press.modifiers() == Qt::ControlModifier;
+        } else if (event->type() == QEvent::InputMethod) {
+            m_takes_away = false;
+        }
+        return false;
+    }
+
+  private:
+    void Edited(QString text) {
+        // The entry was shown as it is written; the pilot's own letters come back.
+        if (m_completed && text.startsWith(m_typed, Qt::CaseInsensitive))
+            text.replace(0, m_typed.size(), m_typed);
+        m_typed = text;
+        const bool at_end = m_edit.cursorPosition() == m_edit.text().size();
+        const QString entry = at_end && !m_takes_away ? First_Beginning_With(text) : QString();
+        m_completed = !entry.isEmpty();
+        const QString shown = m_completed ? entry : text;
+        const int cursor = m_edit.cursorPosition();
+        if (shown != m_edit.text()) {
+            m_edit.setText(shown);
+            m_edit.setCursorPosition(cursor);
+        }
+        if (m_completed)
+            m_edit.setSelection(static_cast<int>(text.size()),
+                                static_cast<int>(entry.size() - text.size()));
+        m_model.Enter(From_Q(shown));
+    }
+
+    [[nodiscard]] QString First_Beginning_With(const QString& text) const {
+        if (text.isEmpty())
+            return {};
+        for (const std::string& entry : m_model.Entries()) {
+            const QString name = To_Q(entry);
+            if (name.startsWith(text, Qt::CaseInsensitive))
+                return name;
+        }
+        return {};
+    }
+
+    QLineEdit& m_edit;
+    Text_Combo& m_model;
+    /// The pilot's own letters, while an entry is shown for them.
+    QString m_typed;
+    bool m_completed = false;
+    bool m_takes_away = false;
+};
+
+/// Shows the model's text and selects its entry, or none. A list that changes its entry puts that
+/// entry's text into its box; the pilot's cursor and selection there are kept.
+void Show_Text(QComboBox& list, const Text_Combo& model) {
+    QLineEdit& edit = *list.lineEdit();
+    const QString text = To_Q(model.Text());
+    const bool same = edit.text() == text;
+    if (same && list.currentIndex() == model.Selected())
+        return;
+    const int cursor = edit.cursorPosition();
+    const int start = edit.selectionStart();
+    const int length = edit.selectionLength();
+    list.setCurrentIndex(model.Selected());
+    edit.setText(text);
+    if (same && start >= 0)
+        edit.setSelection(start, length);
+    else
+        edit.setCursorPosition(edit.hasFocus() ? cursor : 0);
 }
 
 void Show_State(QWidget& widget, const Control& model) {
@@ -121,41 +241,39 @@ void Bind(QComboBox& list, Combo_Box& model, const QString& caption) {
     list.setAccessibleName(caption);
     list.setFocusPolicy(Qt::StrongFocus);
     Follow(list, model, [&list, &model] {
-        QStringList entries;
-        for (const std::string& entry : model.Entries())
-            entries << To_Q(entry);
-        QStringList shown;
-        for (int i = 0; i < list.count(); ++i)
-            shown << list.itemText(i);
-        if (entries != shown) {
-            list.clear();
-            list.addItems(entries);
-        }
+        Show_Entries(list, model.Entries());
         list.setCurrentIndex(model.Selected());
         Show_State(list, model);
     });
     QObject::connect(&list, &QComboBox::activated, &list,
                      [&model](int index) { model.Choose(index); });
-    new Event_Watch(list, [&list, &model](QEvent& event) {
-        if (event.type() == QEvent::KeyPress) {
-            const int key = static_cast<QKeyEvent&>(event).key();
-            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-                list.showPopup();
-                return true;
-            }
-        }
-        // The wheel scrolls the form; it must not change a list that it happens to pass over.
-        if (event.type() == QEvent::Wheel && !list.hasFocus()) {
-            event.ignore();
-            return true;
-        }
-        return false;
-    });
+    Watch_List(list);
     // Typing and the arrow keys choose without opening the list.
     QObject::connect(&list, &QComboBox::currentIndexChanged, &list, [&list, &model](int index) {
         if (list.hasFocus() && index != model.Selected())
             model.Choose(index);
     });
+}
+
+void Bind(QComboBox& list, Text_Combo& model, const QString& caption) {
+    list.setAccessibleName(caption);
+    list.setFocusPolicy(Qt::StrongFocus);
+    list.setEditable(true);
+    list.setInsertPolicy(QComboBox::NoInsert);
+    list.setCompleter(nullptr);
+    Follow(list, model, [&list, &model] {
+        Show_Entries(list, model.Entries());
+        Show_Text(list, model);
+        Show_State(list, model);
+    });
+    QObject::connect(&list, &QComboBox::activated, &list,
+                     [&list, &model](int index) { model.Enter(From_Q(list.itemText(index))); });
+    Watch_List(list);
+    new Event_Watch(list, [&list](QEvent& event) {
+        Select_On_Focus(event, *list.lineEdit());
+        return false;
+    });
+    new Completion(list, model);
 }
 
 void Bind(QCheckBox& box, Check_Box& model) {

@@ -22,6 +22,9 @@ class Value_Label;
 void Bind(QLineEdit& edit, Text_Box& model, const QString& caption);
 void Bind(QPlainTextEdit& edit, Text_Box& model, const QString& caption);
 void Bind(QComboBox& list, Combo_Box& model, const QString& caption);
+/// Makes the list editable. A text that is the beginning of an entry is given by taking the
+/// completed part away (Backspace or Delete).
+void Bind(QComboBox& list, Text_Combo& model, const QString& caption);
 /// The caption is the check box's own text.
 void Bind(QCheckBox& box, Check_Box& model);
 void Bind(Value_Label& value, Label& model, const QString& caption);

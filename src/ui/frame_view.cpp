@@ -114,6 +114,17 @@ const clsAppFrameItem& Frame_Item::Item() const {
     return m_frame.Items().at(m_index);
 }
 
+const QPixmap& Frame_Item::Picture(int size, const QColor& ink) {
+    const qreal ratio = devicePixelRatioF();
+    const bool kept = m_picture_ink == ink && m_picture.devicePixelRatio() == ratio &&
+                      m_picture.size() == QSize(size, size) * ratio;
+    if (!kept) {
+        m_picture = Item_Picture(Item().IconIndex, size, ink, ratio);
+        m_picture_ink = ink;
+    }
+    return m_picture;
+}
+
 void Frame_Item::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
     if (key == Qt::Key_Return || key == Qt::Key_Enter)
@@ -138,7 +149,7 @@ void Frame_Item::paintEvent(QPaintEvent* /*event*/) {
     const QRect words = fontMetrics().boundingRect({0, 0, width(), height()}, title_layout, text());
     const int top = (height() - size - title_gap - words.height()) / 2;
     const QRect picture((width() - size) / 2, top, size, size);
-    painter.drawPixmap(picture, Item_Picture(Item().IconIndex, size, ink, devicePixelRatioF()));
+    painter.drawPixmap(picture, Picture(size, ink));
     painter.setPen(ink);
     if (m_frame.Hovered() == static_cast<int>(m_index) + 1)
         painter.drawRect(picture.adjusted(-4, -3, 3, 2));

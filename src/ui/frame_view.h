@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QPixmap>
 #include <QWidget>
 #include <vector>
 
@@ -41,9 +42,13 @@ class Frame_Item : public QAbstractButton {
 
   private:
     [[nodiscard]] const clsAppFrameItem& Item() const;
+    /// The item's picture. It is kept: rendering a drawing takes longer than the rest of the item.
+    [[nodiscard]] const QPixmap& Picture(int size, const QColor& ink);
 
     ucAppFrame& m_frame;
     std::size_t m_index;
+    QPixmap m_picture;
+    QColor m_picture_ink;
 };
 
 class Frame_View : public QWidget {

@@ -23,6 +23,8 @@ struct Item_Row {
 };
 constexpr std::array item_rows = {
     Item_Row{1, "acars"},
+    Item_Row{2, "flight_log"},
+    Item_Row{3, "statistics"},
     Item_Row{4, "messages"},
 };
 
