@@ -66,6 +66,7 @@ constexpr auto flight_rows = std::to_array<Row>({
 template <class Fields>
 std::vector<HTML_Pair> Pairs_Of(const Fields& fields) {
     std::vector<HTML_Pair> pairs;
+    pairs.reserve(fields.size());
     for (const Custom_Field& field : fields)
         pairs.push_back({field.lblCaption.Text(), field.Value()});
     return pairs;
