@@ -1,31 +1,27 @@
-// A flight log of 100,000 flights: loading, saving and summing it, beside what the sqlite3 shell
-// and a plain copy take for the same file. Ratios stand in the counters.
+// A flight log of 100,000 flights: loading, saving, sorting, summing and editing it, beside what
+// the sqlite3 shell and a plain copy take for the same file.
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <limits>
-#include <random>
 #include <stdexcept>
 #include <string>
 
-#include "bench_world.h"
-#include "common/date_time.h"
+#include "big_log.h"
 #include "common/file_writer.h"
-#include "common/services.h"
-#include "common/system_clock.h"
-#include "common/timer_queue.h"
-#include "config/memory_store.h"
-#include "flightlog/log_columns.h"
+#include "config/cls_app_settings.h"
+#include "config/cls_va_settings.h"
 #include "flightlog/log_file.h"
+#include "flightlog/uc_flight_log.h"
+#include "flightlog/uc_stats.h"
+#include "logentry/cls_log_entry.h"
 
 namespace norvane {
 namespace {
@@ -33,63 +29,8 @@ namespace {
 namespace fs = std::filesystem;
 using Seconds = std::chrono::duration<double>;
 
-constexpr int flights = 100'000;
-
-std::string Random_Flight(std::mt19937& random) {
-    const Date date = Date_Of_Day_Number(10'000 + static_cast<std::int64_t>(random() % 8'000));
-    std::string line = Format_Iso_Date(date);
-    for (std::size_t column = 1; column < log_column_count; ++column) {
-        line += '|';
-        if (column == log_column::time_out)
-            line += fmt::format("{:02}{:02}Z", random() % 24, random() % 60);
-        else if (column == log_column::block_time || column == log_column::flight_time)
-            line += fmt::format("{}.{}", random() % 12, random() % 10);
-        else
-            line += std::string(1 + random() % 14, static_cast<char>('A' + random() % 26));
-    }
-    return line + "\r\n";
-}
-
-/// The log and a program directory around it, made once for all benchmarks.
-class Big_Log {
-  public:
-    Big_Log() : m_desktop(m_clock) {
-        std::string name = (fs::temp_directory_path() / "norvane-bench-XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr)
-            throw std::runtime_error("no temporary directory");
-        services.program_directory = name;
-        services.regional.short_date = "yyyy-MM-dd";
-        fs::create_directories(services.program_directory / "logs");
-        path = services.program_directory / "logs" / "Big.txt";
-        std::mt19937 random(1);
-        std::ofstream out(path, std::ios::binary);
-        for (int i = 0; i < flights; ++i)
-            out << Random_Flight(random);
-        out.close();
-        size = static_cast<double>(fs::file_size(path));
-    }
-    ~Big_Log() {
-        std::error_code ignored;
-        fs::remove_all(services.program_directory, ignored);
-    }
-    Big_Log(const Big_Log&) = delete;
-    Big_Log& operator=(const Big_Log&) = delete;
-
-  private:
-    System_Clock m_clock;
-    Idle_Desktop m_desktop;
-    Memory_Store m_store;
-    Fatal_Error_Log m_error_log;
-
-  public:
-    Services services{m_desktop, m_store, m_clock, m_error_log, Regional{}, {}};
-    fs::path path;
-    double size = 0;
-};
-
 Big_Log& The_Log() {
-    static Big_Log log;
-    return log;
+    return Big_Log::The_One();
 }
 
 template <class Work>
@@ -99,31 +40,18 @@ double Timed(const Work& work) {
     return Seconds(std::chrono::steady_clock::now() - begin).count();
 }
 
-double Sqlite_Seconds(const fs::path& log) {
-    const std::string command =
-        std::string(NORVANE_SOURCE_DIR) + "/scripts/bench_sqlite_import.sh '" + log.string() + "'";
-    double seconds = 0;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr || std::fscanf(pipe, "%lf", &seconds) != 1)
-        seconds = 0;
-    if (pipe != nullptr)
-        ::pclose(pipe);
-    return seconds;
-}
-
 /// The best time of each side counts: what else the machine does slows single runs.
 void Load_And_Sort(benchmark::State& state) {
     Big_Log& log = The_Log();
-    double best_sqlite = std::min(Sqlite_Seconds(log.path), Sqlite_Seconds(log.path));
+    const double best_sqlite = log.Sqlite_Seconds();
     double best_ours = std::numeric_limits<double>::max();
     for ([[maybe_unused]] auto iteration : state) {
         Log_File file(log.services, log.path);
         Log_Table table;
         best_ours = std::min(best_ours, Timed([&] { file.Load_XArray(table); }));
-        if (table.Row_Count() != flights)
+        if (table.Row_Count() != Big_Log::flights)
             state.SkipWithError("not all flights were loaded");
     }
-    best_sqlite = std::min(best_sqlite, Sqlite_Seconds(log.path));
     state.counters["file_MB"] = log.size / 1e6;
     state.counters["sqlite3_s"] = best_sqlite;
     state.counters["best_load_s"] = best_ours;
@@ -213,8 +141,56 @@ void Sum_Hours(benchmark::State& state) {
     file.Load_XArray(table);
     for ([[maybe_unused]] auto iteration : state)
         benchmark::DoNotOptimize(table.Totals(log.services.regional));
+    state.counters["sqlite3_ms"] = 1e3 * log.Sqlite_Seconds("SELECT sum(c13), sum(c16) FROM log");
 }
 BENCHMARK(Sum_Hours)->Unit(benchmark::kMillisecond);
+
+/// By aircraft type and by date in turn, so that nothing is in order before.
+void Sort_Rows(benchmark::State& state) {
+    Big_Log& log = The_Log();
+    Log_File file(log.services, log.path);
+    Log_Table table;
+    file.Load_XArray(table);
+    int mode = 1;
+    for ([[maybe_unused]] auto iteration : state) {
+        Sort_XArray(table, mode, log.services.regional.short_date);
+        mode = 1 - mode;
+    }
+    state.counters["sqlite3_ms"] =
+        5e2 * (log.Sqlite_Seconds("SELECT rowid FROM log ORDER BY c0, c5") +
+               log.Sqlite_Seconds("SELECT rowid FROM log ORDER BY c1"));
+}
+BENCHMARK(Sort_Rows)->Unit(benchmark::kMillisecond)->Iterations(10);
+
+/// A figure typed into the grid, with everything that the panel does then.
+void Edit_A_Cell(benchmark::State& state) {
+    Big_Log& log = The_Log();
+    clsAppSettings settings(log.services);
+    clsVASettings airline(log.services);
+    clsLogEntry entry(log.services);
+    ucFlightLog panel(log.services, settings, airline, entry);
+    panel.UCI();
+    std::size_t row = 0;
+    for ([[maybe_unused]] auto iteration : state) {
+        panel.Begin_Edit(row, log_column::block_time);
+        panel.Commit_Edit(row, log_column::block_time, "1.5");
+        row = (row + 7'919) % Big_Log::flights;
+    }
+}
+BENCHMARK(Edit_A_Cell)->Unit(benchmark::kMillisecond);
+
+/// As the statistics panel does it: the log is read from its file each time.
+void Time_By_Aircraft_Type(benchmark::State& state) {
+    Big_Log& log = The_Log();
+    const clsAppSettings settings(log.services);
+    ucStats statistics(log.services, settings);
+    for ([[maybe_unused]] auto iteration : state)
+        statistics.Display_Flight_Stats();
+    state.counters["sqlite3_ms"] =
+        1e3 * log.Sqlite_Seconds("SELECT c1, sum(c13) FROM log GROUP BY c1 ORDER BY c1");
+    state.counters["sqlite3_with_import_ms"] = 1e3 * log.Sqlite_Seconds();
+}
+BENCHMARK(Time_By_Aircraft_Type)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace norvane

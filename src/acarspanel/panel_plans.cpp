@@ -5,20 +5,13 @@
 #include <fmt/format.h>
 
 #include "acars/cls_acars.h"
-#include "common/code_page.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "net/vatsim_data.h"
 #include "simdata/cls_ini_file.h"
+#include "simdata/plan_choice.h"
 
 namespace norvane {
-
-namespace {
-
-constexpr std::string_view plan_section = "Flight Plan";
-constexpr std::string_view directory_key = "Directory";
-
-}  // namespace
 
 void ucACARS::Load_Flight_Plan() {
     Guarded(m_services, "ucACARS.hypFP_Click()", Show::silent, [&] {
@@ -32,14 +25,8 @@ void ucACARS::Load_Flight_Plan() {
 
 std::filesystem::path ucACARS::Get_Flight_Plan() {
     std::filesystem::path chosen;
-    Guarded(m_services, "ucACARS.Get_Flight_Plan()", Show::silent, [&] {
-        const std::string folder = m_services.settings.Get(plan_section, directory_key);
-        chosen = m_services.desktop.Choose_File(
-            {"Get FS Flight Plan ", "MSFS Flight Plans (*.pln)|*.pln", To_Path(folder)});
-        m_services.settings.Set(
-            plan_section, directory_key,
-            chosen.empty() ? std::string() : From_Path(chosen.parent_path() / ""));
-    });
+    Guarded(m_services, "ucACARS.Get_Flight_Plan()", Show::silent,
+            [&] { chosen = Choose_Flight_Plan(m_services); });
     return chosen;
 }
 

@@ -29,6 +29,8 @@ struct Panel_Row {
 constexpr std::array panel_rows = {
     Panel_Row{"ACARS", "ACARS", 1, "ucACARS"},
     Panel_Row{"ACARS Messages", "ACARS Messages", 4, "ucMSG"},
+    Panel_Row{"FlightLog", "Flight Log", 2, "ucFlightLog"},
+    Panel_Row{"TimebyACType", "Time by AC Type", 3, "ucStats"},
 };
 
 constexpr std::string_view acars_off = "ACARS: OFF";
@@ -52,6 +54,7 @@ frmMain::frmMain(Program& program)
       m_top_twips(default_place_twips) {
     Add_Menus();
     Connect();
+    Connect_Flight_Log();
     Connect_Engine();
     Guarded(m_program.services, initialise, Show::box, [this] { Form_Initialize(); });
 }
@@ -62,8 +65,8 @@ frmMain::~frmMain() {
 }
 
 void frmMain::Form_Initialize() {
-    frame.Contain(pnlACARS);
-    frame.Contain(pnlMSG);
+    for (Frame_Panel* panel : {&pnlACARS, &pnlMSG, &pnlFlightLog, &pnlStats})
+        frame.Contain(*panel);
     for (const Panel_Row& row : panel_rows)
         frame.AddItem({row.key, row.title, row.title}, row.icon, row.control);
     // A store that fails must not keep the window from standing somewhere.
@@ -102,6 +105,34 @@ void frmMain::Connect() {
         m_program.airline.Change.connect([this] { Hide_Display_VA_Options(); }),
         m_program.Closed.connect([this] { Unloaded(); }),
     };
+}
+
+void frmMain::Connect_Flight_Log() {
+    ucFlightLog& log = m_program.flight_log;
+    mnuFileLoadAC.chosen.connect([this, &log] {
+        if (log.Load_FS_AC()) {
+            log.Load_FS_AC_Titles();
+            Say("Aircraft Types Loaded", Icon::information);
+        } else {
+            Say("Unable to Load Aircraft Types.  Please make sure that Flight Simulator is "
+                "running.",
+                Icon::exclamation);
+        }
+    });
+    mnuFlightLogsManage.chosen.connect([this] { m_program.manage_logs.Show_Form(); });
+    mnuFlightLogsRestoreLog.chosen.connect([this, &log] {
+        {
+            const Busy_Cursor busy(m_program.services.desktop);
+            log.Restore_Grid_Sizing();
+        }
+        Say("Flight Log Default Sizing Restored", Icon::information);
+    });
+    mnuFlightLogConvert.chosen.connect([this] { m_program.convert_log.Show_Form(); });
+}
+
+void frmMain::Say(std::string_view text, Icon icon) {
+    m_program.services.desktop.Show_Message(
+        {std::string(text), std::string(product_name), icon, Buttons::ok});
 }
 
 void frmMain::Connect_Engine() {

@@ -78,6 +78,8 @@ class frmMain {
     std::array<Label, status_panel_count> barStatus;
     Frame_Panel pnlACARS{"ucACARS"};
     Frame_Panel pnlMSG{"ucMSG"};
+    Frame_Panel pnlFlightLog{"ucFlightLog"};
+    Frame_Panel pnlStats{"ucStats"};
     ucAppFrame frame;
     /// The status bar's UTC clock.
     Timer ZTimer;
@@ -97,7 +99,9 @@ class frmMain {
     void Form_Initialize();
     void Add_Menus();
     void Connect();
+    void Connect_Flight_Log();
     void Connect_Engine();
+    void Say(std::string_view text, Icon icon);
     void Read_Place();
     void Save_Place();
     void Apply_Colors();

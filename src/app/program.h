@@ -1,8 +1,9 @@
 #pragma once
 // The process-wide objects, created once in start-up order and wired to each other: settings,
-// airline, the shared log entry, the clock, the simulator link, the flight log, the engine, the
-// ACARS panel, the message panel and the response viewer. Owned by the program's `main`; a program
-// without a window and one with it start the same way and end the same way.
+// airline, the shared log entry, the clock, the simulator link, the flight log with its statistics
+// and dialogs, the engine, the ACARS panel, the message panel and the response viewer. Owned by the
+// program's `main`; a program without a window and one with it start the same way and end the same
+// way.
 
 #include <sigc++/sigc++.h>
 
@@ -12,7 +13,10 @@
 #include "common/services.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
+#include "flightlog/frm_convert_log.h"
+#include "flightlog/frm_flight_log.h"
 #include "flightlog/uc_flight_log.h"
+#include "flightlog/uc_stats.h"
 #include "logentry/cls_log_entry.h"
 #include "logentry/frm_response.h"
 #include "net/uc_msg.h"
@@ -42,6 +46,9 @@ class Program {
     clsUTC utc;
     modFSUIPC link;
     ucFlightLog flight_log;
+    ucStats statistics;
+    frmFlightLog manage_logs;
+    frmConvertLog convert_log;
     clsACARS engine;
     frmResponse response;
     Http_Options http_limits;

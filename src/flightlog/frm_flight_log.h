@@ -3,14 +3,15 @@
 // opened by the main window. Failures are reported under "frmFlightLog." and the operation's name.
 
 #include <array>
+#include <string>
 #include <string_view>
 
 #include "common/controls.h"
 #include "common/modal_form.h"
+#include "common/services.h"
 
 namespace norvane {
 
-struct Services;
 class clsAppSettings;
 
 class frmFlightLog : public Modal_Form {
@@ -41,6 +42,8 @@ class frmFlightLog : public Modal_Form {
 
   private:
     void Show_Link_States();
+    void Say(const std::string& text, Icon icon);
+    [[nodiscard]] bool Refuse_Active(const std::string& name);
 
     Services& m_services;
     clsAppSettings& m_settings;

@@ -11,7 +11,7 @@ void Fill_Logs(const Services& services, Text_Combo& list) {
 }
 
 frmLog::frmLog() {
-    const auto offer = [this] { hypOK.Set_Enabled(cboLogs.Selected() >= 0); };
+    const auto offer = [this] { hypOK.Set_Enabled(!cboLogs.Text().empty()); };
     cboLogs.changed.connect(offer);
     offer();
     hypOK.clicked.connect([this] {

@@ -1,13 +1,56 @@
 // The part of the flight log panel that the grid's pop-up menu runs, each command for the current
 // row.
 
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
 #include "common/log_error.h"
 #include "common/services.h"
+#include "common/text.h"
+#include "config/cls_app_settings.h"
+#include "config/log_names.h"
+#include "flightlog/log_keeping.h"
 #include "flightlog/uc_flight_log.h"
+#include "simdata/cls_ini_file.h"
+#include "simdata/plan_choice.h"
 
 namespace norvane {
 
+namespace {
+
+/// What of a flight plan goes where, in the order in which the pilot is told of filled cells.
+struct Plan_Value {
+    std::size_t column;
+    std::string_view label;
+    const std::string& (clsIniFile::*value)() const;
+};
+constexpr std::array plan_values = {
+    Plan_Value{log_column::origin, "Origin ICAO Code", &clsIniFile::Flight_Origin_ICAO},
+    Plan_Value{log_column::origin + 1, "Origin Airport", &clsIniFile::Flight_Origin_Name},
+    Plan_Value{log_column::destination, "Destination ICAO Code",
+               &clsIniFile::Flight_Destination_ICAO},
+    Plan_Value{log_column::destination + 1, "Destination Airport",
+               &clsIniFile::Flight_Destination_Name},
+    Plan_Value{log_column::flight_plan, "Flight Plan", &clsIniFile::FLIGHT_PLAN},
+    Plan_Value{log_column::flight_level, "Flight Level", &clsIniFile::FLIGHT_LEVEL},
+};
+
+bool Says_Nothing(const clsIniFile& plan) {
+    return std::all_of(plan_values.begin(), plan_values.end(),
+                       [&](const Plan_Value& each) { return (plan.*each.value)().empty(); });
+}
+
+}  // namespace
+
 void ucFlightLog::Connect_Pop_Up() {
+    mnuPopPlan.chosen.connect([this] {
+        const auto file = Get_Flight_Plan();
+        if (!file.empty())
+            Read_Flight_Plan(file);
+    });
+    mnuPopCopy.chosen.connect([this] { Copy_Flight(); });
     mnuPopDelete.chosen.connect([this] { Delete_LogEntry(); });
 }
 
@@ -15,6 +58,105 @@ std::optional<std::size_t> ucFlightLog::Current_Row() const {
     if (m_current_row && *m_current_row >= m_table.Row_Count())
         return std::nullopt;
     return m_current_row;
+}
+
+bool ucFlightLog::Prepare_Pop_Up() {
+    mnuPopCopy.Set_Enabled(Enable_Copy());
+    return Current_Row().has_value();
+}
+
+bool ucFlightLog::Enable_Copy() {
+    bool enabled = false;
+    Guarded(m_services, "ucFlightLog.Enable_Copy()", Show::box, [&] {
+        const std::vector<std::string> logs = List_Logs(m_services);
+        enabled = std::any_of(logs.begin(), logs.end(), [&](const std::string& name) {
+            return name != m_settings.FlightLog();
+        });
+    });
+    return enabled;
+}
+
+std::filesystem::path ucFlightLog::Get_Flight_Plan() {
+    std::filesystem::path chosen;
+    Guarded(m_services, "ucFlightLog.Get_Flight_Plan()", Show::silent,
+            [&] { chosen = Choose_Flight_Plan(m_services); });
+    return chosen;
+}
+
+void ucFlightLog::Read_Flight_Plan(const std::filesystem::path& file) {
+    Guarded(m_services, "ucFlightLog.Read_Flight_Plan()", Show::silent, [&] {
+        commit_edit_wanted.emit();
+        const auto row = Current_Row();
+        if (!row)
+            return;
+        clsIniFile plan(m_services);
+        plan.Set_INI_FilePath(file);
+        plan.Get_Flight_Plan();
+        if (Says_Nothing(plan))
+            return;
+        const bool overwrite = May_Overwrite(*row);
+        for (const Plan_Value& each : plan_values) {
+            if (overwrite || m_table.Get(*row, each.column).empty())
+                Write_Cell(*row, each.column, (plan.*each.value)());
+        }
+        Write_Cell(*row, log_column::ifr_vfr, plan.Flight_Type());
+    });
+}
+
+/// Asks whether a flight plan may replace what the row's cells hold; nothing is asked, and nothing
+/// replaced, where they are empty.
+bool ucFlightLog::May_Overwrite(std::size_t row) {
+    std::vector<std::string> filled;
+    for (const Plan_Value& each : plan_values) {
+        if (!m_table.Get(row, each.column).empty())
+            filled.emplace_back(each.label);
+    }
+    if (filled.empty())
+        return false;
+    const std::string question = "Norvane detected that the following fields have been entered; " +
+                                 Join(filled, ", ") + ".  Do you wish to overwrite these fields?";
+    return m_services.desktop.Show_Message({question, std::string(product_name), Icon::question,
+                                            Buttons::yes_no}) == Answer::yes;
+}
+
+void ucFlightLog::Copy_Flight() {
+    Guarded(m_services, "ucFlightLog.mnuPopCopy_Click()", Show::box, [&] {
+        commit_edit_wanted.emit();
+        const auto name = log_chooser.Select_FlightLog(m_services, m_settings.FlightLog());
+        if (name)
+            Copy_To_Log(*name);
+    });
+}
+
+bool ucFlightLog::Copy_To_Log(const std::string& name) {
+    bool copied = false;
+    Guarded(m_services, "ucFlightLog.Copy_To_Log()", Show::box, [&] {
+        const auto row = Current_Row();
+        if (!row)
+            return;
+        const std::vector<std::string> logs = List_Logs(m_services);
+        const bool is_active = name == m_settings.FlightLog();
+        const bool is_listed = std::find(logs.begin(), logs.end(), name) != logs.end();
+        std::string fault;
+        if (is_active)
+            fault = "\"" + name + "\" is the active flight log: the flight is in it.";
+        else if (!is_listed)
+            fault = Check_Log_Name(name, logs);
+        if (!fault.empty()) {
+            m_services.desktop.Show_Message(
+                {fault, std::string(product_name), Icon::exclamation, Buttons::ok});
+            return;
+        }
+        {
+            const Busy_Cursor busy(m_services.desktop);
+            Append_To_Log(Log_Path(m_services, name), m_table.Line(*row) + field_separator);
+            copied = true;
+        }
+        m_services.desktop.Show_Message({"Log Entry copied to " + name + " log",
+                                         std::string(product_name), Icon::information,
+                                         Buttons::ok});
+    });
+    return copied;
 }
 
 void ucFlightLog::Delete_LogEntry() {

@@ -245,7 +245,9 @@ bool ucFlightLog::Commit_Edit(std::size_t row, std::size_t column, std::string_v
             m_changed = true;
         Write_Cell(row, column, checked.text);
         taken = true;
-        Total_FlightTime();
+        // Only figures are summed: all other cells leave the totals as they are.
+        if (All_Log_Columns()[column].check == Cell_Check::number)
+            Total_FlightTime();
     });
     return taken;
 }

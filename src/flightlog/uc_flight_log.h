@@ -167,6 +167,7 @@ class ucFlightLog {
     void Connect_Pop_Up();
     void Connect_Reports();
     void Copy_Flight();
+    [[nodiscard]] bool May_Overwrite(std::size_t row);
     template <class Write>
     void Show_Report(const Write& write);
     [[nodiscard]] bool Has_Entries();

@@ -37,14 +37,16 @@ class Main_Window : public Test_World {
         window.emplace(*program);
         Take_Errors();
     }
-    std::vector<std::string> Shown_Captions() {
+    std::vector<std::string> Shown_Captions(std::size_t menu) {
         std::vector<std::string> captions;
-        for (const Menu& menu : window->Menus()) {
-            for (const Menu_Command* command : frmMain::Shown(menu))
-                captions.push_back(command == nullptr ? "-" : command->Caption());
-        }
+        for (const Menu_Command* command : frmMain::Shown(window->Menus().at(menu)))
+            captions.push_back(command == nullptr ? "-" : command->Caption());
         return captions;
     }
+
+    // Places in the menu bar.
+    static constexpr std::size_t file = 0;
+    static constexpr std::size_t help = 2;
 
     Full_Store full_store;
     Offset_Area area;
@@ -103,17 +105,33 @@ TEST_F(Main_Window, Closes_once_and_without_a_word_when_its_place_cannot_be_stor
 }
 
 TEST_F(Main_Window, Offers_only_what_something_answers) {
-    EXPECT_THAT(Shown_Captions(), testing::ElementsAre("E&xit"));
+    const std::string titles = "&Load Aircraft Types from Flight Simulator";
+    EXPECT_THAT(Shown_Captions(file), testing::ElementsAre(titles, "-", "E&xit"));
+    EXPECT_THAT(Shown_Captions(help), testing::IsEmpty());
     EXPECT_FALSE(window->Key(Window_Key::f4));
 
     int shown = 0;
     window->mnuFileFSWorld.chosen.connect([&] { ++shown; });
     window->mnuFileSendPIREP.chosen.connect([&] { ++shown; });
     window->mnuHelpAbout.chosen.connect([&] { ++shown; });
-    EXPECT_THAT(Shown_Captions(), testing::ElementsAre("&FS World Locations ...", "-", "E&xit",
-                                                       "&About Norvane ..."));
+    EXPECT_THAT(Shown_Captions(file),
+                testing::ElementsAre("&FS World Locations ...", titles, "-", "E&xit"));
+    EXPECT_THAT(Shown_Captions(help), testing::ElementsAre("&About Norvane ..."));
     EXPECT_TRUE(window->Key(Window_Key::f4));
     EXPECT_EQ(shown, 1);
+}
+
+TEST_F(Main_Window, Tells_whether_aircraft_types_came_from_the_simulator) {
+    desktop.boxes.clear();
+    transport.on_deliver = [](std::span<std::byte>) {
+        return std::optional(Delivery{Delivery_Outcome::failed, 0});
+    };
+    window->mnuFileLoadAC.Choose();
+    ASSERT_EQ(desktop.boxes.size(), 1U);
+    EXPECT_EQ(desktop.boxes[0].text,
+              "Unable to Load Aircraft Types.  Please make sure that Flight Simulator is running.");
+    EXPECT_EQ(desktop.boxes[0].icon, Icon::exclamation);
+    EXPECT_FALSE(desktop.busy);
 }
 
 TEST_F(Main_Window, Offers_PIREPs_while_the_airline_takes_them) {
@@ -122,9 +140,9 @@ TEST_F(Main_Window, Offers_PIREPs_while_the_airline_takes_them) {
     EXPECT_FALSE(window->mnuFileSendPIREP.Visible()) << "nothing answers it";
     window->mnuFileSendPIREP.chosen.connect([] {});
     program->airline.Get_VA_Settings("POSTING");
-    EXPECT_THAT(Shown_Captions(), testing::ElementsAre("&Send PIREP ...", "-", "E&xit"));
+    EXPECT_THAT(Shown_Captions(file), testing::Contains("&Send PIREP ..."));
     program->airline.Get_VA_Settings("DEFAULT");
-    EXPECT_THAT(Shown_Captions(), testing::ElementsAre("E&xit"));
+    EXPECT_THAT(Shown_Captions(file), testing::Not(testing::Contains("&Send PIREP ...")));
     Take_Errors();
 }
 

@@ -1,0 +1,89 @@
+#include "flightlog/frm_convert_log.h"
+
+#include <string>
+#include <vector>
+
+#include "common/code_page.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "common/text.h"
+#include "config/log_names.h"
+#include "flightlog/mod_fs_log.h"
+
+namespace norvane {
+
+namespace {
+
+/// A path of more parts is shown with its first and its last ones only.
+constexpr std::size_t parts_shown = 5;
+constexpr std::size_t first_parts = 2;
+constexpr std::size_t last_parts = 2;
+
+std::string Shortened(const std::filesystem::path& file) {
+    const std::string path = From_Path(file);
+    const std::vector<std::string> parts = Split(path, '/');
+    if (parts.size() <= parts_shown)
+        return path;
+    const std::vector<std::string> first(parts.begin(), parts.begin() + first_parts);
+    const std::vector<std::string> last(parts.end() - last_parts, parts.end());
+    return Join(first, "/") + "/../" + Join(last, "/");
+}
+
+}  // namespace
+
+frmConvertLog::frmConvertLog(Services& services) : m_services(services) {
+    hypACARS[0].clicked.connect([this] { FlightLog_Select(); });
+    hypACARS[1].clicked.connect([this] { FlightLog_Convert(); });
+    hypClose.clicked.connect([this] { Close_Form(); });
+    lblSelectedLog.changed.connect([this] { Show_Link_State(); });
+    txtName.changed.connect([this] { Show_Link_State(); });
+    Show_Link_State();
+}
+
+void frmConvertLog::Show_Form() {
+    Guarded(m_services, "frmConvertLog.Show_Form()", Show::box, [&] {
+        m_source.clear();
+        lblSelectedLog.Set_Text(empty_field);
+        txtName.Set_Text("");
+        lblStatus.Set_Text("");
+        Show_Modal();
+    });
+}
+
+void frmConvertLog::Show_Link_State() {
+    hypACARS[1].Set_Enabled(!Is_Empty_Field(lblSelectedLog.Text()) && !txtName.Text().empty());
+}
+
+void frmConvertLog::FlightLog_Select() {
+    Guarded(m_services, "frmConvertLog.FlightLog_Select()", Show::box, [&] {
+        const std::filesystem::path chosen = m_services.desktop.Choose_File(
+            {"Select an FS Flight Log File", "Log Files (*.log)|*.log", m_source.parent_path()});
+        if (chosen.empty())
+            return;
+        m_source = chosen;
+        lblSelectedLog.Set_Text(Shortened(m_source));
+    });
+}
+
+void frmConvertLog::FlightLog_Convert() {
+    Guarded(m_services, "frmConvertLog.FlightLog_Convert()", Show::box, [&] {
+        const std::string name = txtName.Text();
+        const std::string fault = Check_Log_Name(name, {});
+        if (!fault.empty()) {
+            m_services.desktop.Show_Message(
+                {fault, std::string(product_name), Icon::exclamation, Buttons::ok});
+            return;
+        }
+        {
+            const Busy_Cursor busy(m_services.desktop);
+            lblStatus.Set_Text("");
+            m_services.desktop.Process_Events();
+            modFSLog::Convert(m_services, m_source, name);
+            lblStatus.Set_Text("Log-> " + name);
+        }
+        m_services.desktop.Show_Message(
+            {"FS Flight Log converted", std::string(product_name), Icon::information, Buttons::ok});
+    });
+}
+
+}  // namespace norvane

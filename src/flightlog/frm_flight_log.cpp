@@ -1,0 +1,131 @@
+#include "flightlog/frm_flight_log.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+
+#include "common/code_page.h"
+#include "common/file_writer.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "common/text.h"
+#include "config/cls_app_settings.h"
+#include "config/log_names.h"
+#include "flightlog/frm_log.h"
+
+namespace norvane {
+
+namespace {
+
+/// Makes a log that is empty but for one line end. A file that is there already is left alone.
+void Create_Log(const std::filesystem::path& log) {
+    std::filesystem::create_directories(log.parent_path());
+    const int descriptor = ::open(log.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (descriptor < 0)
+        throw File_Error(errno, From_Path(log));
+    ::close(descriptor);
+    Append_To_File(log, cr_lf);
+}
+
+}  // namespace
+
+frmFlightLog::frmFlightLog(Services& services, clsAppSettings& settings)
+    : m_services(services), m_settings(settings) {
+    hypACARS[add].clicked.connect([this] { FlightLog_Add(); });
+    hypACARS[remove].clicked.connect([this] { FlightLog_Delete(); });
+    hypACARS[activate].clicked.connect([this] { FlightLog_Active(); });
+    hypClose.clicked.connect([this] { Close_Form(); });
+    cboLogs.changed.connect([this] { Show_Link_States(); });
+    Show_Link_States();
+}
+
+void frmFlightLog::Show_Form() {
+    Guarded(m_services, "frmFlightLog.Show_Form()", Show::box, [&] {
+        lblActiveLog.Set_Text(m_settings.FlightLog());
+        Fill_Logs(m_services, cboLogs);
+        Show_Modal();
+    });
+}
+
+void frmFlightLog::Show_Link_States() {
+    const bool listed = cboLogs.Selected() >= 0;
+    const bool other = listed && cboLogs.Text() != m_settings.FlightLog();
+    hypACARS[add].Set_Enabled(!listed && !cboLogs.Text().empty());
+    hypACARS[remove].Set_Enabled(other);
+    hypACARS[activate].Set_Enabled(other);
+}
+
+void frmFlightLog::Say(const std::string& text, Icon icon) {
+    m_services.desktop.Show_Message({text, std::string(product_name), icon, Buttons::ok});
+}
+
+bool frmFlightLog::FlightLog_Add() {
+    bool added = false;
+    Guarded(m_services, "frmFlightLog.FlightLog_Add()", Show::box, [&] {
+        const std::string name = cboLogs.Text();
+        const std::string fault = Check_Log_Name(name, List_Logs(m_services));
+        if (!fault.empty()) {
+            Say(fault, Icon::exclamation);
+            return;
+        }
+        {
+            const Busy_Cursor busy(m_services.desktop);
+            Create_Log(Log_Path(m_services, name));
+            cboLogs.Add_Entry(name);
+            added = true;
+        }
+        Say("Flight Log: " + name + " added", Icon::information);
+    });
+    return added;
+}
+
+bool frmFlightLog::FlightLog_Delete() {
+    bool deleted = false;
+    Guarded(m_services, "frmFlightLog.FlightLog_Delete()", Show::box, [&] {
+        const std::string name = cboLogs.Text();
+        if (Refuse_Active(name))
+            return;
+        const Answer answer = m_services.desktop.Show_Message(
+            {"Are you sure you want to delete the " + name + " flight log?",
+             std::string(product_name), Icon::question, Buttons::yes_no});
+        if (answer != Answer::yes)
+            return;
+        {
+            const Busy_Cursor busy(m_services.desktop);
+            deleted = std::filesystem::remove(Log_Path(m_services, name));
+            if (!deleted)
+                return;
+            Fill_Logs(m_services, cboLogs);
+        }
+        Say("Flight Log: " + name + " deleted", Icon::information);
+    });
+    return deleted;
+}
+
+bool frmFlightLog::FlightLog_Active() {
+    bool activated = false;
+    Guarded(m_services, "frmFlightLog.FlightLog_Active()", Show::box, [&] {
+        {
+            const Busy_Cursor busy(m_services.desktop);
+            m_settings.Set_FlightLog(cboLogs.Text());
+            activated = true;
+            lblActiveLog.Set_Text(m_settings.FlightLog());
+            Show_Link_States();
+        }
+        Say(m_settings.FlightLog() + " is now the active Flight Log", Icon::information);
+        Close_Form();
+    });
+    return activated;
+}
+
+/// The pilot's flights go to the active log: it stays.
+bool frmFlightLog::Refuse_Active(const std::string& name) {
+    if (name != m_settings.FlightLog())
+        return false;
+    Say("The active flight log cannot be deleted.", Icon::exclamation);
+    return true;
+}
+
+}  // namespace norvane
