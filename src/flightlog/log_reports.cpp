@@ -156,14 +156,18 @@ std::filesystem::path Write_Statistics(const Services& services, const clsAppSet
     Report_File file(services, "Norvane Flight Statistics Report");
     HTML_Heading(file, "Flight Statistics Report");
     HTML_Stat_Header(file, {"STATISTIC", "TOTAL"});
-    for (const Statistic& statistic : statistics_sheet) {
-        const double total =
-            Total_Coumn(table, Column_Of(statistic.field), statistic.filter, services.regional);
+    std::vector<Column_Total> wanted;
+    for (const Statistic& statistic : statistics_sheet)
+        wanted.push_back({Column_Of(statistic.field), statistic.filter});
+    const std::vector<double> totals = Total_Coumn(table, wanted, services.regional);
+    for (std::size_t i = 0; i < totals.size(); ++i) {
+        const Statistic& statistic = statistics_sheet.at(i);
         HTML_Stat_Row(file, spacer_pair);
         HTML_Stat_Row(
-            file, {std::string(statistic.label),
-                   fmt::format("{}{}", Format_Pilot(total, statistic.decimals, services.regional),
-                               Unit_Text(statistic.unit, settings))});
+            file,
+            {std::string(statistic.label),
+             fmt::format("{}{}", Format_Pilot(totals[i], statistic.decimals, services.regional),
+                         Unit_Text(statistic.unit, settings))});
     }
     HTML_Stat_Row(file, spacer_pair, Row_Kind::bottom);
     file.Line("</table>");
@@ -192,14 +196,19 @@ double Column_Number(std::string_view text, const Regional& regional) {
     return Parse_Pilot_Number(Before(text, " "), regional).value_or(0);
 }
 
-double Total_Coumn(const Log_Table& table, std::size_t column, std::string_view filter,
-                   const Regional& regional) {
-    double total = 0;
+std::vector<double> Total_Coumn(const Log_Table& table, const std::vector<Column_Total>& wanted,
+                                const Regional& regional) {
+    std::vector<double> totals(wanted.size());
     for (std::size_t row = 0; row < table.Row_Count(); ++row) {
-        if (filter.empty() || Equal_No_Case(table.Get(row, log_column::ifr_vfr), filter))
-            total += Column_Number(table.Get(row, column), regional);
+        const auto cells = table.Cells(row);
+        const std::string_view rules = cells[log_column::ifr_vfr];
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            const auto& [column, filter] = wanted[i];
+            if (filter.empty() || Equal_No_Case(rules, filter))
+                totals[i] += Column_Number(cells.at(column), regional);
+        }
     }
-    return total;
+    return totals;
 }
 
 }  // namespace norvane

@@ -36,9 +36,14 @@ std::filesystem::path Write_ACARS_Report(const Services& services, const Log_Tab
 
 /// The number that a cell holds, with or without a unit behind a blank; 0 when it holds none.
 [[nodiscard]] double Column_Number(std::string_view text, const Regional& regional);
-/// Sum of a column's numbers: of all flights, or of those under the flight rules `filter`, "IFR" or
-/// "VFR" in whatever case.
-[[nodiscard]] double Total_Coumn(const Log_Table& table, std::size_t column,
-                                 std::string_view filter, const Regional& regional);
+struct Column_Total {
+    std::size_t column = 0;
+    /// Only of flights under these rules, "IFR" or "VFR" in whatever case; empty: of all.
+    std::string_view filter;
+};
+/// The sums of the columns' numbers, all in one pass over the table.
+[[nodiscard]] std::vector<double> Total_Coumn(const Log_Table& table,
+                                              const std::vector<Column_Total>& wanted,
+                                              const Regional& regional);
 
 }  // namespace norvane
