@@ -179,7 +179,7 @@ void Show_Text(QComboBox& list, const Text_Combo& model) {
     if (same && start >= 0)
         edit.setSelection(start, length);
     else
-        edit.setCursorPosition(edit.hasFocus() ? cursor : 0);
+        edit.setCursorPosition(same || edit.hasFocus() ? cursor : 0);
 }
 
 void Show_State(QWidget& widget, const Control& model) {
