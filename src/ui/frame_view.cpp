@@ -19,6 +19,8 @@ namespace {
 constexpr int picture_twips = 390;
 /// Between a picture and its title, where the frame of the hovered item runs.
 constexpr int title_gap = 4;
+/// Left and right of a title, so that a long one is broken before it meets the bar's edge.
+constexpr int title_margin = 4;
 constexpr int heading_margin = 10;
 constexpr int title_layout = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
 /// How much of the fore colour marks the active item's ground, of 255.
@@ -146,15 +148,17 @@ void Frame_Item::paintEvent(QPaintEvent* /*event*/) {
         painter.fillRect(rect(), tint);
     }
     const int size = Twips_To_Pixels(*this, picture_twips);
-    const QRect words = fontMetrics().boundingRect({0, 0, width(), height()}, title_layout, text());
+    const QRect room = rect().adjusted(title_margin, 0, -title_margin, 0);
+    const QRect words = fontMetrics().boundingRect(room, title_layout, text());
     const int top = (height() - size - title_gap - words.height()) / 2;
     const QRect picture((width() - size) / 2, top, size, size);
     painter.drawPixmap(picture, Picture(size, ink));
     painter.setPen(ink);
     if (m_frame.Hovered() == static_cast<int>(m_index) + 1)
         painter.drawRect(picture.adjusted(-4, -3, 3, 2));
-    painter.drawText(QRect(0, picture.bottom() + 1 + title_gap, width(), words.height()),
-                     title_layout, text());
+    painter.drawText(
+        QRect(room.left(), picture.bottom() + 1 + title_gap, room.width(), words.height()),
+        title_layout, text());
     if (hasFocus()) {
         QPen dotted(ink, 1, Qt::DotLine);
         painter.setPen(dotted);

@@ -26,9 +26,9 @@ constexpr int row_gap = 6;
 constexpr int caption_gap = 8;
 constexpr int link_gap = 14;
 constexpr QSize field_list_size(300, 420);
-/// A log's name, and a file's shortened path, in digits.
-constexpr int name_digits = 36;
-constexpr int path_digits = 48;
+/// Room for a log's name, and for a file's shortened path.
+constexpr int name_characters = 36;
+constexpr int path_characters = 48;
 
 Link_Button* Make_Link(Link& model, QWidget& parent) {
     auto* link = new Link_Button({}, &parent);
@@ -68,15 +68,17 @@ class Form_Rows {
         m_grid->addWidget(words, m_count, 0);
         m_grid->addWidget(&value, m_count++, 1);
     }
-    void Add_Figure(const QString& caption, Label& model, int digits) {
-        auto* figure = new Value_Label(digits, &m_dialog);
+    void Add_Figure(const QString& caption, Label& model, int characters) {
+        auto* figure = new Value_Label(characters, &m_dialog);
         Bind(*figure, model, QString(caption).remove(':'));
         Add(caption, *figure);
     }
     QComboBox* Add_List(const QString& caption, Text_Combo& model) {
         auto* list = new QComboBox(&m_dialog);
         list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-        list->setMinimumWidth(name_digits * list->fontMetrics().horizontalAdvance('0'));
+        // A long name among the entries makes no dialog wider.
+        list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        list->setMinimumContentsLength(name_characters);
         Bind(*list, model, QString(caption).remove(':'));
         Add(caption, *list);
         return list;
@@ -124,7 +126,7 @@ void Draw(frmLog& form, Qt_Desktop& desktop, QObject& owner) {
 void Draw(frmFlightLog& form, Qt_Desktop& desktop, QObject& owner) {
     Show_With(form, desktop, owner, To_Q(frmFlightLog::title), [&form](QDialog& dialog) {
         Form_Rows rows(dialog);
-        rows.Add_Figure("Active Flight Log:", form.lblActiveLog, name_digits);
+        rows.Add_Figure("Active Flight Log:", form.lblActiveLog, name_characters);
         QComboBox* list = rows.Add_List(To_Q(frmFlightLog::label), form.cboLogs);
         for (Link& link : form.hypACARS)
             rows.Add_Link(link);
@@ -136,13 +138,13 @@ void Draw(frmFlightLog& form, Qt_Desktop& desktop, QObject& owner) {
 void Draw(frmConvertLog& form, Qt_Desktop& desktop, QObject& owner) {
     Show_With(form, desktop, owner, To_Q(frmConvertLog::title), [&form](QDialog& dialog) {
         Form_Rows rows(dialog);
-        rows.Add_Figure(To_Q(frmConvertLog::file_label), form.lblSelectedLog, path_digits);
+        rows.Add_Figure(To_Q(frmConvertLog::file_label), form.lblSelectedLog, path_characters);
         Link_Button* select = rows.Add_Link(form.hypACARS[0]);
         auto* name = new QLineEdit(&dialog);
         Bind(*name, form.txtName, To_Q(frmConvertLog::name_label).remove(':'));
         rows.Add(To_Q(frmConvertLog::name_label), *name);
         rows.Add_Link(form.hypACARS[1]);
-        rows.Add_Figure("Status:", form.lblStatus, path_digits);
+        rows.Add_Figure("Status:", form.lblStatus, path_characters);
         rows.Add_End({&form.hypClose});
         select->setFocus();
     });

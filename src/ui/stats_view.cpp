@@ -13,6 +13,8 @@ namespace norvane {
 namespace {
 
 constexpr int margin = 8;
+/// Above and below the text of a row.
+constexpr int row_margin = 3;
 constexpr int time_width_twips = 1800;
 
 QTableWidgetItem* Make_Cell(std::string_view text, Qt::Alignment alignment) {
@@ -59,6 +61,9 @@ void Stats_View::Make_Table() {
     }
     m_table->setColumnWidth(0, Twips_To_Pixels(*this, ucStats::type_width_twips));
     m_table->setColumnWidth(1, Twips_To_Pixels(*this, time_width_twips));
+    const int row_height = fontMetrics().height() + 2 * row_margin;
+    m_table->horizontalHeader()->setFixedHeight(row_height);
+    m_table->verticalHeader()->setDefaultSectionSize(row_height);
     m_table->horizontalHeader()->setHighlightSections(false);
     m_table->horizontalHeader()->setSectionsClickable(false);
     m_table->verticalHeader()->hide();
