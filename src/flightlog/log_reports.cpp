@@ -157,6 +157,7 @@ std::filesystem::path Write_Statistics(const Services& services, const clsAppSet
     HTML_Heading(file, "Flight Statistics Report");
     HTML_Stat_Header(file, {"STATISTIC", "TOTAL"});
     std::vector<Column_Total> wanted;
+    wanted.reserve(statistics_sheet.size());
     for (const Statistic& statistic : statistics_sheet)
         wanted.push_back({Column_Of(statistic.field), statistic.filter});
     const std::vector<double> totals = Total_Coumn(table, wanted, services.regional);

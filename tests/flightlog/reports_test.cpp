@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 
 #include "common/line_reader.h"
@@ -251,6 +252,12 @@ TEST_F(Reports_Test, Hours_are_summed_by_type_to_the_letter) {
     EXPECT_EQ(Take_Boxes(), std::vector<std::string>{"No Flight Time Recorded"});
     EXPECT_TRUE(stats.Totals().empty());
     EXPECT_EQ(stats.tdbTimeCaption.Text(), "Total Flight Time: 0,0");
+    // A log that cannot be read may well have flights.
+    std::filesystem::create_directory(directory / log_file);
+    stats.Display_Flight_Stats();
+    EXPECT_EQ(Take_Errors().size(), 1U);
+    EXPECT_EQ(std::ranges::count(Take_Boxes(), "No Flight Time Recorded"), 0);
+    EXPECT_EQ(stats.tdbTimeCaption.Text(), "Total Flight Time: ");
 }
 
 }  // namespace

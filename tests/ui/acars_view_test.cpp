@@ -78,17 +78,19 @@ class Acars_View_Test : public test::Test_World {
 TEST_F(Acars_View_Test, Tab_reaches_every_input_of_a_page_in_reading_order) {
     Panel().Focus_Moved.emit(Panel().txtDate);
     EXPECT_EQ(Tab_Round(), (Names{"Date", "Aircraft Type", "Aircraft ID", "Origin", "Destination",
-                                  "On", "Log Flight", "Reset", "==>"}));
+                                  "On", "Log Flight", "Reset", "ACARS Report", "==>"}));
     Panel().hypFP.Set_Enabled(true);
     Panel().hypNext.Click();
-    EXPECT_EQ(Tab_Round(), (Names{"Flight Number", "Pax", "Cargo", "Flight Level", "IFR", "VFR",
-                                  "WX - Origin", "WX - Destination", "Flight Plan:", "Flight Plan",
-                                  "Comments", "On", "Log Flight", "Reset", "<==", "==>"}));
-    Panel().hypNext.Click();
-    EXPECT_EQ(Tab_Round(), (Names{"Gate", "Type", "On", "Log Flight", "Reset", "<==", "==>"}));
+    EXPECT_EQ(Tab_Round(),
+              (Names{"Flight Number", "Pax", "Cargo", "Flight Level", "IFR", "VFR", "WX - Origin",
+                     "WX - Destination", "Flight Plan:", "Flight Plan", "Comments", "On",
+                     "Log Flight", "Reset", "ACARS Report", "<==", "==>"}));
     Panel().hypNext.Click();
     EXPECT_EQ(Tab_Round(),
-              (Names{"1", "2", "3", "4", "5", "6", "On", "Log Flight", "Reset", "<=="}));
+              (Names{"Gate", "Type", "On", "Log Flight", "Reset", "ACARS Report", "<==", "==>"}));
+    Panel().hypNext.Click();
+    EXPECT_EQ(Tab_Round(), (Names{"1", "2", "3", "4", "5", "6", "On", "Log Flight", "Reset",
+                                  "ACARS Report", "<=="}));
 }
 
 TEST_F(Acars_View_Test, What_is_typed_into_a_box_reaches_the_model_of_its_caption) {
@@ -131,7 +133,8 @@ TEST_F(Acars_View_Test, Fields_of_another_airline_take_the_place_of_the_old_ones
     Panel().Focus_Moved.emit(Panel().vaFields[0].cbo);
     Press(Qt::Key_Down);
     EXPECT_EQ(Panel().vaFields[0].cbo.Text(), "X");
-    EXPECT_EQ(Tab_Round(), (Names{"Stand", "Captain", "On", "Log Flight", "Reset", "<=="}));
+    EXPECT_EQ(Tab_Round(),
+              (Names{"Stand", "Captain", "On", "Log Flight", "Reset", "ACARS Report", "<=="}));
 }
 
 TEST_F(Acars_View_Test, No_page_scrolls_in_the_window_as_it_opens_and_no_figure_moves_another) {
