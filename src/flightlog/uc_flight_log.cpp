@@ -203,6 +203,8 @@ void ucFlightLog::Grid_Sort(int mode) {
 }
 
 void ucFlightLog::Header_Click(std::size_t column) {
+    // Rows are about to change places under an open cell editor.
+    commit_edit_wanted.emit();
     if (column == log_column::date)
         Grid_Sort(0);
     else if (column == log_column::aircraft_type)

@@ -10,13 +10,16 @@
 
 #include "ui/acars_view.h"
 #include "ui/bind.h"
+#include "ui/flight_log_view.h"
 #include "ui/frame_view.h"
+#include "ui/log_dialogs.h"
 #include "ui/look.h"
 #include "ui/message_view.h"
 #include "ui/pictures.h"
 #include "ui/qt_desktop.h"
 #include "ui/qt_text.h"
 #include "ui/response_view.h"
+#include "ui/stats_view.h"
 #include "ui/value_label.h"
 
 namespace norvane {
@@ -80,6 +83,11 @@ Main_Window::~Main_Window() {
 void Main_Window::Add_Panels(Program& program) {
     m_frame->Put(m_form.pnlACARS, new Acars_View(program.panel, m_form, m_frame));
     m_frame->Put(m_form.pnlMSG, new Message_View(program.messages, m_form, m_frame));
+    m_frame->Put(m_form.pnlFlightLog,
+                 new Flight_Log_View(program.flight_log, m_form, m_desktop, m_frame));
+    m_frame->Put(m_form.pnlStats, new Stats_View(program.statistics, m_form, m_frame));
+    Draw(program.manage_logs, m_desktop, *this);
+    Draw(program.convert_log, m_desktop, *this);
 }
 
 void Main_Window::Add_Menus() {

@@ -24,6 +24,8 @@ namespace {
 class Main_Window_Test : public test::Test_World {
   protected:
     void Open() {
+        // Else the simulator would be asked for its aircraft.
+        Write("bin/ac.cfg", "B738");
         program.emplace(services, transport);
         form.emplace(*program);
         window.emplace(*form, *program, qt_desktop);

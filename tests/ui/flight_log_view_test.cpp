@@ -1,0 +1,175 @@
+// The flight log's grid under the pilot's hands: real editors, real keys.
+
+#include "ui/flight_log_view.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <optional>
+#include <string>
+
+#include "app/frm_main.h"
+#include "simlink/in_process_transport.h"
+#include "simlink/offset_area.h"
+#include "support/test_world.h"
+#include "ui/log_grid.h"
+#include "ui/look.h"
+#include "ui/qt_desktop.h"
+
+namespace norvane {
+namespace {
+
+class Flight_Log_View_Test : public test::Test_World {
+  protected:
+    void SetUp() override {
+        Write("bin/fs9.wld", "21.3|-157.9|13|PHNL|Honolulu\r\n19.7|-155.0|38|PHTO|Hilo\r\n");
+        Write("bin/ac.cfg", "B738@DH8D");
+        Write("logs/My Flight Log.txt",
+              "1/1/2008|a||||||||||||1.5\r\n1/2/2008|b||||||||||||2.0\r\n");
+        program.emplace(services, transport);
+        window.emplace(*program);
+        view.emplace(Log(), *window, qt_desktop, nullptr);
+        view->resize(1000, 400);
+        view->show();
+        view->activateWindow();
+        QApplication::processEvents();
+    }
+
+    ucFlightLog& Log() { return program->flight_log; }
+    std::string Cell(std::size_t row, std::size_t column) {
+        return std::string(Log().Table().Get(row, column));
+    }
+    Log_Grid& Grid() { return *dynamic_cast<Log_Grid*>(view->focusWidget()); }
+    static void Press(int key, const QString& text = {},
+                      Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, key, modifiers, text);
+            QApplication::sendEvent(QApplication::focusWidget(), &event);
+        }
+        Settle();
+    }
+    /// An editor ends in a later event, and its text is taken in one after that.
+    static void Settle() {
+        for (int round = 0; round < 3; ++round)
+            QApplication::processEvents();
+    }
+    static void Type(const std::string& text) {
+        for (const char letter : text)
+            Press(0, QString(QChar(letter)));
+    }
+    /// Types over a cell; the editor stays open.
+    void Begin(int row, int column, const std::string& text) {
+        Grid().setCurrentIndex(Grid().model()->index(row, column));
+        Press(Qt::Key_F2);
+        Type(text);
+    }
+    [[nodiscard]] static bool Is_Editing() {
+        return qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr ||
+               qobject_cast<QComboBox*>(QApplication::focusWidget()) != nullptr;
+    }
+
+    Offset_Area area;
+    In_Process_Transport transport{area};
+    Window_Clock qt_clock;
+    Qt_Desktop qt_desktop{qt_clock, 1};
+    std::optional<Program> program;
+    std::optional<frmMain> window;
+    std::optional<Flight_Log_View> view;
+};
+
+TEST_F(Flight_Log_View_Test, What_is_typed_reaches_the_table_once_checked) {
+    Begin(0, 0, "4/23/08");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Cell(0, 0), "4/23/2008");
+    Begin(0, 13, "later");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Cell(0, 13), "1.5");
+    ASSERT_EQ(desktop.boxes.size(), 1U);
+    Begin(0, 19, "smooth");
+    Press(Qt::Key_Escape);
+    EXPECT_EQ(Cell(0, 19), "");
+    EXPECT_FALSE(Is_Editing());
+}
+
+TEST_F(Flight_Log_View_Test, The_panel_takes_or_drops_what_stands_in_an_open_editor) {
+    Begin(0, 19, "smooth");
+    Log().commit_edit_wanted.emit();
+    EXPECT_EQ(Cell(0, 19), "smooth");
+    EXPECT_FALSE(Is_Editing());
+    Begin(0, 19, "rough");
+    Log().drop_edit_wanted.emit();
+    Settle();
+    EXPECT_EQ(Cell(0, 19), "smooth");
+    // A refused text is not lost to the pilot who is still typing it.
+    Begin(1, 13, "1:3");
+    Log().commit_edit_wanted.emit();
+    EXPECT_EQ(Cell(1, 13), "2.0");
+    ASSERT_TRUE(Is_Editing());
+}
+
+TEST_F(Flight_Log_View_Test, The_keypads_decimal_key_deletes_a_flight_only_while_none_is_edited) {
+    Begin(0, 13, "2");
+    Press(Qt::Key_Period, ".", Qt::KeypadModifier);
+    Type("7");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Cell(0, 13), "2.7");
+    ASSERT_EQ(Log().Table().Row_Count(), 2U);
+    Press(Qt::Key_Period, ".", Qt::KeypadModifier);
+    ASSERT_EQ(Log().Table().Row_Count(), 1U);
+    EXPECT_EQ(Cell(0, 0), "1/2/2008");
+    // The line for a new flight is none.
+    Grid().setCurrentIndex(Grid().model()->index(1, 0));
+    Press(Qt::Key_Comma, ",", Qt::KeypadModifier);
+    EXPECT_EQ(Log().Table().Row_Count(), 1U);
+}
+
+TEST_F(Flight_Log_View_Test, A_picked_airport_brings_its_name_and_a_typed_code_stands_alone) {
+    Begin(0, 3, "");
+    auto* list = qobject_cast<QComboBox*>(QApplication::focusWidget());
+    ASSERT_NE(list, nullptr);
+    list->setCurrentIndex(1);
+    Q_EMIT list->activated(1);
+    Settle();
+    EXPECT_EQ(Cell(0, 3), "PHTO");
+    EXPECT_EQ(Cell(0, 4), "Hilo");
+    Begin(1, 8, "XXXX");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Cell(1, 8), "XXXX");
+    EXPECT_EQ(Cell(1, 9), "");
+}
+
+TEST_F(Flight_Log_View_Test, Typing_below_the_last_flight_adds_one_and_an_empty_text_does_not) {
+    Begin(2, 2, "");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Log().Table().Row_Count(), 2U);
+    Begin(2, 0, "5/1/2008");
+    // A flight that is logged meanwhile comes behind the row that is being typed.
+    program->log_entry.Set(Log_Field::FLIGHT_DATE, "6/1/2008");
+    Log().NewACARS_Entry();
+    ASSERT_EQ(Log().Table().Row_Count(), 4U);
+    EXPECT_EQ(Cell(2, 0), "5/1/2008");
+    EXPECT_EQ(Cell(3, 0), "6/1/2008");
+}
+
+TEST_F(Flight_Log_View_Test, Only_what_the_pilot_draws_changes_a_width) {
+    QHeaderView& header = *Grid().horizontalHeader();
+    std::array<int, log_column_count> before{};
+    for (std::size_t i = 0; i < before.size(); ++i)
+        before.at(i) = Log().Layout().columns.at(i).width_twips = 1001 + static_cast<int>(i);
+    Log().Layout().columns[5].visible = false;
+    Log().layout_changed.emit();
+    EXPECT_TRUE(header.isSectionHidden(5));
+    EXPECT_TRUE(header.isSectionHidden(38));
+    header.resizeSection(7, 150);
+    before[7] = Pixels_To_Twips(*view, 150);
+    Log().Layout().columns[5].visible = true;
+    Log().layout_changed.emit();
+    EXPECT_FALSE(header.isSectionHidden(5));
+    for (std::size_t i = 0; i < before.size(); ++i)
+        EXPECT_EQ(Log().Layout().columns.at(i).width_twips, before.at(i)) << i;
+}
+
+}  // namespace
+}  // namespace norvane
