@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 
+#include "cli/command_line.h"
 #include "cli/exit_status.h"
 #include "cli/fly_command.h"
 #include "cli/listing_commands.h"
@@ -15,12 +16,6 @@
 namespace {
 
 using namespace norvane;
-
-/// The command that the command line chose.
-struct Work {
-    Access access = Access::look;
-    std::function<int(Console&, Session&)> run;
-};
 
 void Add_Fly(CLI::App& app, Session_Options& session, Fly_Options& fly, Work& work) {
     auto* command = app.add_subcommand("fly", "Fly one flight to the gate and log it");
@@ -47,27 +42,6 @@ void Add_Fly(CLI::App& app, Session_Options& session, Fly_Options& fly, Work& wo
         session.places.demonstration = Has_Own_Simulator(fly);
         work = {Access::write,
                 [&](Console& console, Session& open) { return Run_Fly(console, open, fly); }};
-    });
-}
-
-/// Texts that commands take from the command line; one run has one command.
-struct Words {
-    std::string name;
-    std::string value;
-};
-
-void Add_Log(CLI::App& app, Words& words, Work& work) {
-    auto* log = app.add_subcommand("log", "The flight logs")->require_subcommand(1);
-    auto* rows = log->add_subcommand("rows", "List a log's flights");
-    rows->add_option("NAME", words.name, "The log; the active one unless given");
-    rows->callback([&] {
-        work = {Access::look, [&](Console&, Session& open) { return Log_Rows(open, words.name); }};
-    });
-    auto* totals = log->add_subcommand("totals", "Block and flight time of a log");
-    totals->add_option("NAME", words.name, "The log; the active one unless given");
-    totals->callback([&] {
-        work = {Access::look,
-                [&](Console&, Session& open) { return Log_Totals_Line(open, words.name); }};
     });
 }
 
@@ -178,7 +152,7 @@ int main(int argc, char** argv) {
     app.add_flag("--yes", yes, "Answer questions with Yes");
     app.require_subcommand(1);
     Add_Fly(app, session, fly, work);
-    Add_Log(app, words, work);
+    Add_Log_Commands(app, words, work);
     Add_Settings(app, words, work);
     Add_Airline(app, words, work);
     Add_Plan(app, words, work);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cli/exit_status.h"
+#include "cli/heard_error_log.h"
 #include "common/code_page.h"
 #include "common/line_reader.h"
 #include "common/run_error.h"
@@ -47,30 +48,6 @@ std::string With_Meaning(std::string reason) {
         reason.append(": ").append(found->text);
     return reason;
 }
-
-/// The error log of a command whose operations report their failures instead of raising them: what
-/// they report is kept to be told.
-class Heard_Error_Log : public Error_Log {
-  public:
-    explicit Heard_Error_Log(Error_Log& log) : m_log(log) {}
-
-    void Append(const std::string& entry) override {
-        constexpr std::string_view mark = "Error Description: ";
-        const std::size_t place = entry.find(mark);
-        if (place != std::string::npos) {
-            std::string reason = Replace_All(entry.substr(place + mark.size()), cr_lf, " ");
-            reason = With_Meaning(Trim(reason));
-            if (m_reasons.empty() || m_reasons.back() != reason)
-                m_reasons.push_back(std::move(reason));
-        }
-        m_log.Append(entry);
-    }
-    [[nodiscard]] const std::vector<std::string>& Reasons() const { return m_reasons; }
-
-  private:
-    Error_Log& m_log;
-    std::vector<std::string> m_reasons;
-};
 
 /// One command's request: a pilot's settings, an airline, and what is reported while it runs.
 class Network_Request {
@@ -110,7 +87,7 @@ bool Network_Request::Tell_Reasons(std::string_view what) {
         return true;
     }
     for (const std::string& reason : m_log.Reasons())
-        Console_Desktop::Say(fmt::format("{}: {}", what, reason));
+        Console_Desktop::Say(fmt::format("{}: {}", what, With_Meaning(reason)));
     return !m_log.Reasons().empty();
 }
 

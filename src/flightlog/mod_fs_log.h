@@ -13,7 +13,7 @@ namespace modFSLog {
 
 /// Writes "convertedlogs" / `name` + ".txt" in the program directory, replacing an older one, and
 /// returns its path. `name` is code page text that can be a log's name, else 5 is raised; raises
-/// too when a file cannot be read or written. What was written until then stays.
+/// too when a file cannot be read or written, an older file staying as it was.
 std::filesystem::path Convert(Services& services, const std::filesystem::path& source,
                               std::string_view name);
 

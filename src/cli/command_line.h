@@ -1,0 +1,36 @@
+#pragma once
+// What the command line of `norvane-cli` comes to: one command and its words. The parser's
+// callbacks fill it, `main` runs it.
+
+#include <CLI/CLI.hpp>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "app/session.h"
+#include "cli/console_desktop.h"
+
+namespace norvane {
+
+/// The command that the command line chose.
+struct Work {
+    Access access = Access::look;
+    std::function<int(Console&, Session&)> run;
+};
+
+/// Texts that commands take from the command line, in UTF-8; one run has one command.
+struct Words {
+    std::string name;
+    std::string value;
+    /// As `log rows` counts, from 1.
+    std::size_t row = 0;
+    std::string date;
+    std::vector<std::string> fields;
+    bool report = false;
+};
+
+/// The commands about flight logs: "log", "hours" and "convert".
+void Add_Log_Commands(CLI::App& app, Words& words, Work& work);
+
+}  // namespace norvane

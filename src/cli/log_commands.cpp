@@ -1,0 +1,261 @@
+#include "cli/log_commands.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <string_view>
+
+#include "cli/console_desktop.h"
+#include "cli/exit_status.h"
+#include "cli/heard_error_log.h"
+#include "cli/plan_command.h"
+#include "common/code_page.h"
+#include "common/date_time.h"
+#include "common/text.h"
+#include "config/cls_app_settings.h"
+#include "config/cls_va_settings.h"
+#include "config/log_names.h"
+#include "flightlog/frm_flight_log.h"
+#include "flightlog/log_reading.h"
+#include "flightlog/log_reports.h"
+#include "flightlog/mod_fs_log.h"
+#include "flightlog/uc_flight_log.h"
+#include "flightlog/uc_stats.h"
+#include "logentry/cls_log_entry.h"
+
+namespace norvane {
+
+namespace {
+
+int Status_Of(bool done) {
+    return done ? exit_status::done : exit_status::failed;
+}
+
+bool Same_Date(std::string_view one, std::string_view other, std::string_view short_date) {
+    const auto left = Parse_Date_Time(one, short_date);
+    const auto right = Parse_Date_Time(other, short_date);
+    return left && right ? left->date == right->date : one == other;
+}
+
+/// The row's index; raises when there is no such row, or when it has another date.
+std::size_t Checked_Row(const Log_Table& table, const Row_Choice& row, const Regional& regional) {
+    if (row.number == 0 || row.number > table.Row_Count()) {
+        throw Run_Error(error_number::subscript_out_of_range,
+                        fmt::format("There is no row {}: the log has {} of them", row.number,
+                                    table.Row_Count()));
+    }
+    const std::size_t index = row.number - 1;
+    const std::string_view date = table.Get(index, log_column::date);
+    const std::string wanted = Trim(From_Utf8(row.date));
+    if (!wanted.empty() && !Same_Date(date, wanted, regional.short_date)) {
+        throw Run_Error(error_number::invalid_call,
+                        fmt::format("Row {} has the date {}, not {}", row.number, date, wanted));
+    }
+    return index;
+}
+
+/// The active log as its panel holds it, with one current row. Nothing of the layout is touched.
+class Open_Log {
+  public:
+    /// Raises when the log cannot be read, or `row` is not its row.
+    Open_Log(Session& session, const Row_Choice& row)
+        : services(session.Outside()),
+          settings(services),
+          airline(services),
+          entry(services),
+          panel(services, settings, airline, entry) {
+        panel.Grid_Load();
+        if (!panel.File().Loaded_To_Its_End()) {
+            throw Run_Error(error_number::path_file_access,
+                            From_Path(panel.File().Path()) + " cannot be read");
+        }
+        panel.Set_Current_Row(Checked_Row(panel.Table(), row, services.regional));
+    }
+
+    [[nodiscard]] std::string Flight() const {
+        const std::size_t row = panel.Current_Row().value_or(0);
+        return fmt::format("{} {}-{}", panel.Table().Get(row, log_column::date),
+                           panel.Table().Get(row, log_column::origin),
+                           panel.Table().Get(row, log_column::destination));
+    }
+
+    Services& services;
+    clsAppSettings settings;
+    clsVASettings airline;
+    clsLogEntry entry;
+    ucFlightLog panel;
+};
+
+/// The dialog "Manage Flight Logs" with a name typed in.
+class Log_Management {
+  public:
+    Log_Management(Session& session, const std::string& name)
+        : settings(session.Outside()), form(session.Outside(), settings) {
+        Fill_Logs(session.Outside(), form.cboLogs);
+        form.cboLogs.Enter(From_Utf8(name));
+    }
+    void Demand_Log() const {
+        if (form.cboLogs.Selected() < 0) {
+            throw Run_Error(error_number::file_not_found,
+                            "There is no flight log named \"" + form.cboLogs.Text() + "\"");
+        }
+    }
+
+    clsAppSettings settings;
+    frmFlightLog form;
+};
+
+/// What a report of the active log is made of.
+struct Report_Source {
+    explicit Report_Source(Session& session)
+        : services(session.Outside()),
+          settings(services),
+          table(Read_Log(services, settings.FlightLog())),
+          layout(services) {
+        clsVASettings airline(services);
+        airline.Get_VA_Settings(settings.Virtual_Airline());
+        layout.Load(false, airline.Directory());
+    }
+    int Show(const std::filesystem::path& report) const {
+        services.desktop.Open_File(report);
+        return exit_status::done;
+    }
+
+    Services& services;
+    clsAppSettings settings;
+    Log_Table table;
+    Grid_Layout layout;
+};
+
+std::optional<std::size_t> Column_Number_Of(std::string_view text) {
+    std::size_t column = 0;
+    const auto* const end = text.data() + text.size();
+    const auto [stop, failure] = std::from_chars(text.data(), end, column);
+    return failure == std::errc() && stop == end ? std::optional(column) : std::nullopt;
+}
+
+/// Leaves only the wanted fields included. A caption that several columns have means all of them.
+void Choose_Fields(std::vector<Report_Field>& fields, const std::vector<std::string>& wanted) {
+    for (Report_Field& field : fields)
+        field.included = wanted.empty();
+    for (const std::string& each : wanted) {
+        const std::string text = Trim(From_Utf8(each));
+        bool found = false;
+        const auto include = [&](const auto& is_meant) {
+            for (Report_Field& field : fields) {
+                if (is_meant(field))
+                    field.included = found = true;
+            }
+        };
+        include([&](const Report_Field& field) { return Equal_No_Case(field.caption, text); });
+        if (!found) {
+            include([column = Column_Number_Of(text)](const Report_Field& field) {
+                return field.column == column;
+            });
+        }
+        if (!found)
+            throw Run_Error(error_number::invalid_call, "The log has no field \"" + text + "\"");
+    }
+}
+
+}  // namespace
+
+int Log_List(Session& session) {
+    const clsAppSettings settings(session.Outside());
+    for (const std::string& name : List_Logs(session.Outside()))
+        Console_Desktop::Print((name == settings.FlightLog() ? "* " : "  ") + name);
+    return exit_status::done;
+}
+
+int Log_New(Session& session, const std::string& name) {
+    return Status_Of(Log_Management(session, name).form.FlightLog_Add());
+}
+
+int Log_Remove(Session& session, const std::string& name) {
+    Log_Management management(session, name);
+    management.Demand_Log();
+    return Status_Of(management.form.FlightLog_Delete());
+}
+
+int Log_Use(Session& session, const std::string& name) {
+    Log_Management management(session, name);
+    management.Demand_Log();
+    return Status_Of(management.form.FlightLog_Active());
+}
+
+int Log_Copy(Session& session, const Row_Choice& row, const std::string& name) {
+    return Status_Of(Open_Log(session, row).panel.Copy_To_Log(From_Utf8(name)));
+}
+
+int Log_Delete(Session& session, const Row_Choice& row) {
+    Open_Log log(session, row);
+    const Answer answer = log.services.desktop.Show_Message(
+        {"Are you sure you want to delete the flight of " + log.Flight() + "?",
+         std::string(product_name), Icon::question, Buttons::yes_no});
+    if (answer != Answer::yes)
+        return exit_status::failed;
+    log.panel.Delete_LogEntry();
+    return Status_Of(log.panel.Grid_Save());
+}
+
+int Log_Import_Plan(Session& session, const Row_Choice& row, const std::string& file) {
+    // The panel reports such a file silently and changes nothing.
+    static_cast<void>(Read_Plan(session.Outside(), file));
+    Open_Log log(session, row);
+    log.panel.Read_Flight_Plan(file);
+    return Status_Of(log.panel.Grid_Save());
+}
+
+int Log_Report(Session& session, const std::vector<std::string>& fields) {
+    const Report_Source log(session);
+    auto chosen = All_Report_Fields(log.layout);
+    Choose_Fields(chosen, fields);
+    if (log.table.Row_Count() == 0) {
+        throw Run_Error(error_number::other, "There are no log entries to include in the report");
+    }
+    const Regional& regional = log.services.regional;
+    return log.Show(Write_Logbook(log.services, log.table, chosen,
+                                  Totals_Caption(log.table.Totals(regional), regional)));
+}
+
+int Log_Statistics(Session& session) {
+    const Report_Source log(session);
+    return log.Show(Write_Statistics(log.services, log.settings, log.table));
+}
+
+int Log_ACARS_Report(Session& session, const Row_Choice& row) {
+    const Report_Source log(session);
+    const std::size_t index = Checked_Row(log.table, row, log.services.regional);
+    return log.Show(Write_ACARS_Report(log.services, log.table, index, log.layout));
+}
+
+int Hours(Session& session, bool report) {
+    Services& outside = session.Outside();
+    const clsAppSettings settings(outside);
+    const Hours_By_Type sums =
+        Sum_Hours_By_Type(Read_Log(outside, settings.FlightLog()), outside.regional);
+    if (report) {
+        Heard_Error_Log heard(outside.error_log);
+        Services services{outside.desktop, outside.settings, outside.clock,
+                          heard,           outside.regional, outside.program_directory};
+        ucStats statistics(services, settings);
+        statistics.Display_Flight_Stats();
+        if (heard.Reasons().empty())
+            statistics.Create_Report();
+        return Status_Of(heard.Reasons().empty());
+    }
+    const auto text = [&](double hours) { return Format_Pilot(hours, 1, outside.regional); };
+    for (const auto& [type, hours] : sums.types)
+        Console_Desktop::Print(type + "\t" + text(hours));
+    Console_Desktop::Print("Total Flight Time: " + text(sums.all_hours));
+    return exit_status::done;
+}
+
+int Convert_Log(Session& session, const std::string& file, const std::string& name) {
+    Console_Desktop::Print(From_Path(modFSLog::Convert(session.Outside(), file, From_Utf8(name))));
+    return exit_status::done;
+}
+
+}  // namespace norvane

@@ -1,0 +1,47 @@
+#pragma once
+// The commands of `norvane-cli` that keep flight logs: several logs, their rows, reports,
+// conversion. Rows are those of the active log. Each returns the exit status; what fails is raised
+// or has been said already. Texts of the command line are UTF-8. Commands that change a log take a
+// session for writing, as the settings store's lock keeps other writers away from the logs, too.
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "app/session.h"
+
+namespace norvane {
+
+/// A row as the pilot names it.
+struct Row_Choice {
+    /// As `log rows` counts, from 1.
+    std::size_t number = 0;
+    /// The date that the row must have; empty: any.
+    std::string date;
+};
+
+/// The logs, the active one marked with "*".
+int Log_List(Session& session);
+int Log_New(Session& session, const std::string& name);
+/// Asks first; the active log is refused.
+int Log_Remove(Session& session, const std::string& name);
+int Log_Use(Session& session, const std::string& name);
+
+int Log_Copy(Session& session, const Row_Choice& row, const std::string& name);
+/// Asks first.
+int Log_Delete(Session& session, const Row_Choice& row);
+/// Asks whether filled cells may be overwritten; the empty ones are filled in any case.
+int Log_Import_Plan(Session& session, const Row_Choice& row, const std::string& file);
+
+/// The reports print the page's path. `fields`: captions, whatever their case, or numbers of
+/// columns, from 0; none are all.
+int Log_Report(Session& session, const std::vector<std::string>& fields);
+int Log_Statistics(Session& session);
+int Log_ACARS_Report(Session& session, const Row_Choice& row);
+/// "type<TAB>hours" for each aircraft type, then the total's line; or the page of them.
+int Hours(Session& session, bool report);
+
+/// Prints the path of the converted log.
+int Convert_Log(Session& session, const std::string& file, const std::string& name);
+
+}  // namespace norvane
