@@ -25,13 +25,16 @@ if(bench_sources AND benchmark_FOUND)
   endif()
 endif()
 
-# What the window costs: how long it goes without handling events, and an empty one to compare its memory with.
+# What the window costs: how long it goes without handling events, what a big log takes on the screen, and an empty window to
+# compare its memory with.
 pkg_check_modules(BENCH_HTTPLIB QUIET IMPORTED_TARGET cpp-httplib)
 if(NORVANE_WINDOW AND benchmark_FOUND AND BENCH_HTTPLIB_FOUND)
   add_executable(norvane-window-bench "${PROJECT_SOURCE_DIR}/bench/window/gaps_bench.cpp"
+                 "${PROJECT_SOURCE_DIR}/bench/window/log_grid_bench.cpp" "${PROJECT_SOURCE_DIR}/bench/big_log.cpp"
                  "${PROJECT_SOURCE_DIR}/tests/servers/test_servers.cpp"
                  "${PROJECT_SOURCE_DIR}/tests/support/child_process.cpp")
-  target_include_directories(norvane-window-bench PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  target_include_directories(norvane-window-bench PRIVATE "${PROJECT_SOURCE_DIR}/tests" "${PROJECT_SOURCE_DIR}/bench")
+  target_compile_definitions(norvane-window-bench PRIVATE "NORVANE_SOURCE_DIR=\"${PROJECT_SOURCE_DIR}\"")
   target_link_libraries(norvane-window-bench PRIVATE norvane_ui ${NORVANE_CORE} PkgConfig::BENCH_HTTPLIB Threads::Threads
                         benchmark::benchmark)
   add_executable(empty-window "${PROJECT_SOURCE_DIR}/bench/window/empty_window.cpp")

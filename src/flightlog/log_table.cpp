@@ -184,8 +184,16 @@ void Log_Table::Sort(const Key_Of& key_of) {
 Log_Totals Log_Table::Totals(const Regional& regional) const {
     Log_Totals totals;
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
-        const auto block = Get(row, log_column::block_time);
-        const auto flight = Get(row, log_column::flight_time);
+        if (row + rows_ahead < m_rows.size())
+            __builtin_prefetch(Stored_Line(row + rows_ahead).data());
+        const std::string_view line = Stored_Line(row);
+        const std::size_t begin = Begin_Of_Field(line, log_column::block_time);
+        if (begin == std::string_view::npos)
+            continue;
+        const auto block = Field_At(line, begin);
+        // The later column is looked for from the earlier one on.
+        const auto flight =
+            Field_Of(line.substr(begin), log_column::flight_time - log_column::block_time);
         totals.block_hours += Parse_Pilot_Number(block, regional).value_or(0);
         totals.flight_hours += Parse_Pilot_Number(flight, regional).value_or(0);
     }
