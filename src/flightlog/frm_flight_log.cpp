@@ -3,8 +3,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string>
+#include <vector>
 
 #include "common/code_page.h"
 #include "common/file_writer.h"
@@ -85,7 +87,7 @@ bool frmFlightLog::FlightLog_Delete() {
     bool deleted = false;
     Guarded(m_services, "frmFlightLog.FlightLog_Delete()", Show::box, [&] {
         const std::string name = cboLogs.Text();
-        if (Refuse_Active(name))
+        if (Refuse_No_Log(name) || Refuse_Active(name))
             return;
         const Answer answer = m_services.desktop.Show_Message(
             {"Are you sure you want to delete the " + name + " flight log?",
@@ -107,6 +109,8 @@ bool frmFlightLog::FlightLog_Delete() {
 bool frmFlightLog::FlightLog_Active() {
     bool activated = false;
     Guarded(m_services, "frmFlightLog.FlightLog_Active()", Show::box, [&] {
+        if (Refuse_No_Log(cboLogs.Text()))
+            return;
         {
             const Busy_Cursor busy(m_services.desktop);
             m_settings.Set_FlightLog(cboLogs.Text());
@@ -120,10 +124,23 @@ bool frmFlightLog::FlightLog_Active() {
     return activated;
 }
 
-/// The pilot's flights go to the active log: it stays.
-bool frmFlightLog::Refuse_Active(const std::string& name) {
-    if (name != m_settings.FlightLog())
+/// Only where there is no log of that name can it be one that no log may have.
+bool frmFlightLog::Refuse_No_Log(const std::string& name) {
+    const std::vector<std::string> logs = List_Logs(m_services);
+    if (std::find(logs.begin(), logs.end(), name) != logs.end())
         return false;
+    const std::string fault = Check_Log_Name(name, {});
+    if (!fault.empty())
+        Say(fault, Icon::exclamation);
+    return !fault.empty();
+}
+
+/// The pilot's flights go to the active log: it stays, by whatever name its file is found.
+bool frmFlightLog::Refuse_Active(const std::string& name) {
+    if (name != m_settings.FlightLog() &&
+        Log_Path(m_services, name) != m_settings.FlightLog_Path()) {
+        return false;
+    }
     Say("The active flight log cannot be deleted.", Icon::exclamation);
     return true;
 }

@@ -43,6 +43,7 @@ class frmFlightLog : public Modal_Form {
   private:
     void Show_Link_States();
     void Say(const std::string& text, Icon icon);
+    [[nodiscard]] bool Refuse_No_Log(const std::string& name);
     [[nodiscard]] bool Refuse_Active(const std::string& name);
 
     Services& m_services;
