@@ -9,7 +9,7 @@ namespace {
 constexpr const char* row_help = "The row's number in \"log rows\", from 1";
 
 void Add_Row(CLI::App* command, Words& words) {
-    command->add_option("ROW", words.row, row_help)->required()->check(CLI::PositiveNumber);
+    command->add_option("ROW", words.row, row_help)->required()->check(CLI::Range(1, 999999999));
 }
 
 void Add_Date(CLI::App* command, Words& words) {
