@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 class Cli_Logs : public Cli_World {
   protected:
     Cli_Logs() {
-        Write_File(home / "logs" / "My Flight Log.txt",
+        Write_File(log,
                    "1/2/2008|B738||KJFK|Kennedy||||KBOS|Logan||||1.5\r\n"
                    "1/1/2008|C172||||||||||||2\r\n");
     }
@@ -29,6 +29,7 @@ class Cli_Logs : public Cli_World {
         return starts;
     }
     const std::string active = "My Flight Log";
+    const fs::path log = home / "logs" / "My Flight Log.txt";
 };
 
 TEST_F(Cli_Logs, Keep_several_logs) {
@@ -44,10 +45,13 @@ TEST_F(Cli_Logs, Keep_several_logs) {
     EXPECT_EQ(Status({"log", "remove", active}), 1) << "the question is answered No";
     EXPECT_EQ(Rows().size(), 2U);
     EXPECT_EQ(Status({"--yes", "log", "remove", active}), 0);
-    EXPECT_FALSE(fs::exists(home / "logs" / "My Flight Log.txt"));
+    EXPECT_FALSE(fs::exists(log));
 }
 
 TEST_F(Cli_Logs, Copy_and_delete_the_row_that_was_meant) {
+    const std::string before = Read_File(log);
+    EXPECT_EQ(Status({"log", "copy", "2", "Other", "1/1/2008"}), 1) << "another row's date";
+    EXPECT_FALSE(fs::exists(home / "logs" / "Other.txt"));
     EXPECT_EQ(Status({"log", "copy", "2", "Other", "1/2/2008"}), 0);
     EXPECT_EQ(Status({"log", "copy", "1", "Other"}), 0);
     EXPECT_EQ(Row_Starts("Other"), "1\t1/1/2008|C172;2\t1/2/2008|B738;;");
@@ -58,14 +62,18 @@ TEST_F(Cli_Logs, Copy_and_delete_the_row_that_was_meant) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_NE(refused.errors.find("Row 1 has the date 1/1/2008"), std::string::npos);
     EXPECT_EQ(Status({"log", "delete", "1"}), 1) << "the question is answered No";
-    EXPECT_EQ(Rows().size(), 2U);
+    EXPECT_EQ(Read_File(log), before);
     EXPECT_EQ(Status({"--yes", "log", "delete", "1", "2008-01-01"}), 0);
     EXPECT_EQ(Row_Starts(active), "1\t1/2/2008|B738;;");
 }
 
 TEST_F(Cli_Logs, Import_a_plan) {
     const auto plan = fs::path(NORVANE_SOURCE_DIR) / "tests/data/plans/lfpg-eidw.pln";
-    EXPECT_EQ(Status({"log", "import-plan", "2", (directory / "none.pln").string()}), 1);
+    const std::string before = Read_File(log);
+    Write_File(directory / "cut.pln", "<DepartureName>Left</DepartureName>\n<DepartureID>KJ");
+    for (const auto* broken : {"none.pln", "cut.pln"})
+        EXPECT_EQ(Status({"log", "import-plan", "1", (directory / broken).string()}), 1);
+    EXPECT_EQ(Read_File(log), before);
     const std::vector<std::string> import{"log", "import-plan", "2", plan.string()};
     EXPECT_EQ(Status(import), 0);
     ASSERT_EQ(Rows().size(), 2U);
@@ -77,7 +85,7 @@ TEST_F(Cli_Logs, Import_a_plan) {
 }
 
 TEST_F(Cli_Logs, Report_and_convert) {
-    const std::string before = Read_File(home / "logs" / "My Flight Log.txt");
+    const std::string before = Read_File(log);
     const auto report = home / "report.html";
     const auto page = [&](std::vector<std::string> command) {
         fs::remove(report);
