@@ -20,7 +20,7 @@ constexpr std::size_t first_parts = 2;
 constexpr std::size_t last_parts = 2;
 
 std::string Shortened(const std::filesystem::path& file) {
-    const std::string path = From_Path(file);
+    std::string path = From_Path(file);
     const std::vector<std::string> parts = Split(path, '/');
     if (parts.size() <= parts_shown)
         return path;

@@ -87,7 +87,7 @@ std::filesystem::path Convert(Services& services, const std::filesystem::path& s
         log += Converted(reader.Line(), services.regional.short_date);
     const auto directory = services.program_directory / "convertedlogs";
     std::filesystem::create_directories(directory);
-    const auto file = directory / To_Path(std::string(name) + ".txt");
+    auto file = directory / To_Path(std::string(name) + ".txt");
     Write_File_Atomically(file, log);
     return file;
 }

@@ -9,7 +9,8 @@ namespace norvane {
 
 struct Services;
 
-namespace modFSLog {
+// The name is the system's own.
+namespace modFSLog {  // NOLINT(readability-identifier-naming)
 
 /// Writes "convertedlogs" / `name` + ".txt" in the program directory, replacing an older one, and
 /// returns its path. `name` is code page text that can be a log's name, else 5 is raised; raises
