@@ -17,7 +17,7 @@ constexpr std::string_view directory_key = "Directory";
 
 std::filesystem::path Choose_Flight_Plan(Services& services) {
     const std::string folder = services.settings.Get(plan_section, directory_key);
-    const std::filesystem::path chosen = services.desktop.Choose_File(
+    std::filesystem::path chosen = services.desktop.Choose_File(
         {"Get FS Flight Plan ", "MSFS Flight Plans (*.pln)|*.pln", To_Path(folder)});
     services.settings.Set(plan_section, directory_key,
                           chosen.empty() ? std::string() : From_Path(chosen.parent_path() / ""));
