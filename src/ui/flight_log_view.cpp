@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "ui/bind.h"
+#include "ui/grid_printing.h"
 #include "ui/link_button.h"
 #include "ui/log_dialogs.h"
 #include "ui/log_grid.h"
@@ -35,6 +36,7 @@ Flight_Log_View::Flight_Log_View(ucFlightLog& log, frmMain& window, Qt_Desktop& 
     rows->addWidget(status);
     Follow(*status, log.lblStatus,
            [status, &log] { status->setVisible(!log.lblStatus.Text().empty()); });
+    new Grid_Printing(log, desktop, *this);
     Draw(log.field_chooser, desktop, *this);
     Draw(log.log_chooser, desktop, *this);
 }
