@@ -11,7 +11,8 @@ namespace norvane {
 namespace {
 
 constexpr int twips_per_inch = 1440;
-constexpr qreal letters_points = 8;
+/// The columns' widths are meant for small letters.
+constexpr qreal letters_points = 7;
 /// Beside a cell's text.
 constexpr int gap_twips = 50;
 /// More letters than the widest page takes.
