@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
 """Makes docs/screenshots: flies the demonstration in a real window on a display of its own and takes a picture of each page before
-OUT, in cruise and at the gate. make_screenshots.py [PROGRAM_DIRECTORY], after ./run has built the programs.
+OUT, in cruise and at the gate; then the flight log with its dialogs and reports. make_screenshots.py [PROGRAM_DIRECTORY], after
+./run has built the programs.
 
-Needs the packages xvfb, xdotool and imagemagick. The airline's server and the weather source are this script's own, on loopback.
+Needs the packages xvfb, xdotool, imagemagick and chromium. The airline's server and the weather source are this script's own, on loopback.
 """
 
 import http.server
-import os
 import shutil
 import sqlite3
 import subprocess
@@ -16,9 +16,9 @@ import threading
 import time
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parent.parent
-PICTURES = ROOT / "docs" / "screenshots"
-SIZE = (1024, 640)
+import log_pictures
+from virtual_display import PICTURES, ROOT, Display
+
 SPEED = 10
 # After OFF the demonstration is level for the first time, before its step climb.
 CRUISE_AFTER_S = 11 * 60 / SPEED
@@ -53,38 +53,6 @@ class Server(http.server.BaseHTTPRequestHandler):
 
     def log_message(self, *_):
         pass
-
-
-class Display:
-    """A display of the script's own, and the one window on it."""
-
-    def __init__(self):
-        reading, writing = os.pipe()
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1100x720x24", "-nolisten", "tcp"],
-                                       pass_fds=[writing], stderr=subprocess.DEVNULL)
-        os.close(writing)
-        with os.fdopen(reading) as number:
-            self.environment = os.environ | {"DISPLAY": ":" + number.readline().strip(), "no_proxy": "*"}
-
-    def xdotool(self, *arguments):
-        return subprocess.run(["xdotool", *map(str, arguments)], env=self.environment, check=True, capture_output=True,
-                              text=True).stdout.split()
-
-    def find_window(self, title):
-        return self.xdotool("search", "--sync", "--onlyvisible", "--name", title)[0]
-
-    def key(self, *keys):
-        self.xdotool("key", *keys)
-        time.sleep(0.15)
-
-    def take(self, window, name):
-        file = PICTURES / f"{name}.png"
-        subprocess.run(["import", "-window", window, "-depth", "8", "-strip", str(file)], env=self.environment, check=True)
-        print(file.relative_to(ROOT), flush=True)
-
-    def close(self):
-        self.server.terminate()
-        self.server.wait()
 
 
 def prepare_home(stage, home, port):
@@ -144,8 +112,7 @@ def fly(stage, home, display):
     program = subprocess.Popen([stage / "norvane", "--home", home, "--demo", "--time-scale", str(SPEED)],
                                env=display.environment)
     try:
-        window = display.find_window("^Norvane$")
-        display.xdotool("windowsize", window, *SIZE, "windowmove", window, 10, 10, "windowfocus", window)
+        window = display.open_main_window()
         take_all_pages(display, window, "1-before-out")
         if in_the_air(home):
             sys.exit("make_screenshots: the flight was in the air before its first pictures were taken")
@@ -161,6 +128,10 @@ def fly(stage, home, display):
             display.key("Escape")
         display.xdotool("windowfocus", window)
         take_all_pages(display, window, "3-gate")
+        # From the first field back over the page links.
+        display.key("alt+Right", "alt+Left", "shift+Tab", "shift+Tab", "space")
+        wait_for("the ACARS report", (home / "report.html").exists, 10)
+        display.take_page(home / "report.html", "3-gate-acars-report")
     finally:
         program.terminate()
         program.wait()
@@ -177,6 +148,7 @@ def main():
             home = Path(directory)
             prepare_home(stage, home, server.server_port)
             fly(stage, home, display)
+        log_pictures.take_all(stage, display)
     finally:
         display.close()
         server.shutdown()

@@ -57,7 +57,10 @@ class ucFlightLog {
     /// Turns to the log that is active now. Unsaved edits of the one before are kept beside it.
     void FlightLog_Change();
     /// The airline changed: its columns' captions are read anew.
-    void VA_Change() { Make_Grid(false); }
+    void VA_Change() {
+        Make_Grid(false);
+        Make_Report_Field_List();
+    }
     void Restore_Grid_Sizing() { Make_Grid(true); }
     void Make_Grid(bool reset);
     void Save_Grid_Settings();

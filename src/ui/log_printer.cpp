@@ -85,9 +85,9 @@ void Log_Printer::Paint_Page(QPainter& painter, int page) const {
     painter.setPen(QPen(Qt::black, 0));
     painter.setFont(m_bold);
     painter.drawText(QRect(0, 0, m_page.width(), m_line), Qt::AlignCenter, m_heading);
-    Paint_Captions(painter, columns, 2 * m_line);
-
+    // Captions are as wide as their columns: bold ones would not fit.
     painter.setFont(m_letters);
+    Paint_Captions(painter, columns, 2 * m_line);
     const std::size_t from = place / m_across.size() * m_lines_a_page;
     const std::size_t to = std::min(m_rows, from + m_lines_a_page);
     int top = 3 * m_line;
