@@ -139,7 +139,16 @@ void ucACARS::Connect_Controls() {
     });
     chkIFR.edited.connect([this] { chkVFR.Set_Checked(!chkIFR.Checked()); });
     chkVFR.edited.connect([this] { chkIFR.Set_Checked(!chkVFR.Checked()); });
+    Note_Changes();
+    m_entry_connections = {
+        m_objNewLogEntry.NewLogEntrySaveOK.connect([this] { m_saved = true; }),
+        m_objNewLogEntry.NewLogEntrySaveFail.connect(
+            sigc::mem_fun(*this, &ucACARS::NewLogEntrySaveFail)),
+    };
+}
 
+/// What changes on the panel is stored at the end of a step in the air.
+void ucACARS::Note_Changes() {
     const auto note = [this](Control& control) {
         control.changed.connect([this] { m_changed = true; });
     };
@@ -151,11 +160,6 @@ void ucACARS::Connect_Controls() {
         note(*list);
     note(chkIFR);
     note(chkVFR);
-    m_entry_connections = {
-        m_objNewLogEntry.NewLogEntrySaveOK.connect([this] { m_saved = true; }),
-        m_objNewLogEntry.NewLogEntrySaveFail.connect(
-            sigc::mem_fun(*this, &ucACARS::NewLogEntrySaveFail)),
-    };
 }
 
 void ucACARS::Set_Active_State(bool on) {

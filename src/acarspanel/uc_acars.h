@@ -228,6 +228,7 @@ class ucACARS {
     };
 
     void Connect_Controls();
+    void Note_Changes();
     void Connect_Engine();
     void Connect_Figure(const Panel_Field& row);
     void Connect_Text(const Panel_Field& row);

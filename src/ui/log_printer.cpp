@@ -12,7 +12,7 @@ namespace {
 
 constexpr int twips_per_inch = 1440;
 /// The columns' widths are meant for small letters.
-constexpr qreal letters_points = 7;
+constexpr qreal letters_points = 6.5;
 /// Beside a cell's text.
 constexpr int gap_twips = 50;
 /// More letters than the widest page takes.
