@@ -112,14 +112,14 @@ std::string Log_File::Keep_Changed_File() {
     return text;
 }
 
-void Log_File::Save_XArray(const Log_Table& table) {
+std::string Log_File::Save_XArray(const Log_Table& table) {
     if (!m_loaded) {
         throw Run_Error(error_number::path_file_access,
                         From_Path(m_path) + ": was not loaded to its end and is not written over");
     }
     Keep_Set_Aside();
     std::filesystem::create_directories(m_path.parent_path());
-    const std::string notice = Keep_Changed_File();
+    std::string notice = Keep_Changed_File();
     const auto draft = m_services.program_directory / "templog.txt";
     Begin_Draft(draft);
     Atomic_File file(m_path);
@@ -130,10 +130,7 @@ void Log_File::Save_XArray(const Log_Table& table) {
     });
     file.Commit();
     m_stamp = Stamp_Now();
-    if (!notice.empty()) {
-        m_services.desktop.Show_Message({notice, std::string(product_name) + " Save Flight Log",
-                                         Icon::information, Buttons::ok});
-    }
+    return notice;
 }
 
 }  // namespace norvane

@@ -28,9 +28,10 @@ class Log_File {
     /// is, and so does a file that cannot be read; that one is reported, and the result is false.
     bool Load_XArray(Log_Table& table);
     /// Writes the table over the log, by way of "templog.txt" in the program directory. A file that
-    /// was changed meanwhile is kept beside it. Raises when it fails, the log being as it was; 75
-    /// when the log was not loaded to its end.
-    void Save_XArray(const Log_Table& table);
+    /// was changed meanwhile is kept beside it; the result is what to tell the pilot of that, empty
+    /// when there is nothing to tell. Raises when it fails, the log being as it was; 75 when the
+    /// log was not loaded to its end.
+    std::string Save_XArray(const Log_Table& table);
     /// Keeps lines that the table will no longer hold, in ".skipped"; when that
     /// fails, the next save tries again and stands or falls with it.
     void Set_Aside(std::string_view lines);

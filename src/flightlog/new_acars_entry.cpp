@@ -56,6 +56,8 @@ void ucFlightLog::NewACARS_Entry() {
         saved = Grid_Save();
         if (saved)
             Forget_Failed_Flight(line);
+        else
+            Total_FlightTime();
     });
     m_log_entry.New_Log_Entry_Save_Result(saved);
 }

@@ -67,7 +67,7 @@ bool ucFlightLog::Prepare_Pop_Up() {
 
 bool ucFlightLog::Enable_Copy() {
     bool enabled = false;
-    Guarded(m_services, "ucFlightLog.Enable_Copy()", Show::box, [&] {
+    Guarded(m_services, "ucFlightLog.Enable_Copy()", Show::silent, [&] {
         const std::vector<std::string> logs = List_Logs(m_services);
         enabled = std::any_of(logs.begin(), logs.end(), [&](const std::string& name) {
             return name != m_settings.FlightLog();
@@ -94,7 +94,13 @@ void ucFlightLog::Read_Flight_Plan(const std::filesystem::path& file) {
         plan.Get_Flight_Plan();
         if (Says_Nothing(plan))
             return;
+        const std::string before = m_table.Line(*row);
         const bool overwrite = May_Overwrite(*row);
+        // A flight that was logged while the question stood may have taken the row's place.
+        if (Current_Row() != row || m_table.Line(*row) != before) {
+            throw Run_Error(error_number::invalid_call,
+                            "The row has changed, so the flight plan was not taken into it");
+        }
         for (const Plan_Value& each : plan_values) {
             if (overwrite || m_table.Get(*row, each.column).empty())
                 Write_Cell(*row, each.column, (plan.*each.value)());
@@ -122,20 +128,29 @@ bool ucFlightLog::May_Overwrite(std::size_t row) {
 void ucFlightLog::Copy_Flight() {
     Guarded(m_services, "ucFlightLog.mnuPopCopy_Click()", Show::box, [&] {
         commit_edit_wanted.emit();
+        const auto row = Current_Row();
+        if (!row)
+            return;
+        // What the pilot meant: a flight may be logged while he chooses.
+        const std::string flight = m_table.Line(*row);
         const auto name = log_chooser.Select_FlightLog(m_services, m_settings.FlightLog());
         if (name)
-            Copy_To_Log(*name);
+            Copy_Line(flight, *name);
     });
 }
 
 bool ucFlightLog::Copy_To_Log(const std::string& name) {
+    const auto row = Current_Row();
+    return row && Copy_Line(m_table.Line(*row), name);
+}
+
+bool ucFlightLog::Copy_Line(const std::string& flight, const std::string& name) {
     bool copied = false;
-    Guarded(m_services, "ucFlightLog.Copy_To_Log()", Show::box, [&] {
-        const auto row = Current_Row();
-        if (!row)
-            return;
+    Guarded(m_services, "ucFlightLog.mnuPopCopy_Click()", Show::box, [&] {
         const std::vector<std::string> logs = List_Logs(m_services);
-        const bool is_active = name == m_settings.FlightLog();
+        // By whatever name the file is found: a line behind the table would not stay.
+        const bool is_active = name == m_settings.FlightLog() ||
+                               Log_Path(m_services, name) == m_settings.FlightLog_Path();
         const bool is_listed = std::find(logs.begin(), logs.end(), name) != logs.end();
         std::string fault;
         if (is_active)
@@ -149,7 +164,7 @@ bool ucFlightLog::Copy_To_Log(const std::string& name) {
         }
         {
             const Busy_Cursor busy(m_services.desktop);
-            Append_To_Log(Log_Path(m_services, name), m_table.Line(*row) + field_separator);
+            Append_To_Log(Log_Path(m_services, name), flight + field_separator);
             copied = true;
         }
         m_services.desktop.Show_Message({"Log Entry copied to " + name + " log",

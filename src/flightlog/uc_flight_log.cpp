@@ -58,6 +58,8 @@ void ucFlightLog::UCI() {
 
 void ucFlightLog::Closing() {
     Guarded(m_services, "ucFlightLog.Closing()", Show::box, [&] {
+        // What is being typed counts as a change, too.
+        commit_edit_wanted.emit();
         if (m_changed)
             Prompt_Save_Changes();
         Keep_Unsaved_Flights();
@@ -89,8 +91,9 @@ void ucFlightLog::FlightLog_Change() {
                 [&] { Keep_Unsaved_Edits(); });
         m_unsaved_edits = false;
         m_failed_flights.clear();
-        m_table.Clear();
+        // First the file: an emptied table must never be written over the log before.
         m_file.emplace(m_services, m_settings.FlightLog_Path());
+        m_table.Clear();
         Grid_Load();
         Make_Report_Field_List();
     });
@@ -163,15 +166,21 @@ void ucFlightLog::Grid_Load() {
 bool ucFlightLog::Grid_Save() {
     bool saved = false;
     Guarded(m_services, "ucFlightLog.Grid_Save()", Show::box, [&] {
+        std::string notice;
         {
             const Busy_Cursor busy(m_services.desktop);
             commit_edit_wanted.emit();
-            m_file->Save_XArray(m_table);
+            notice = m_file->Save_XArray(m_table);
             saved = true;
             m_changed = false;
             m_unsaved_edits = false;
             lblStatus.Set_Text("");
             Total_FlightTime();
+        }
+        // Only now: a flight may be logged, and fail to be saved, while the box is open.
+        if (!notice.empty()) {
+            m_services.desktop.Show_Message(
+                {notice, Title(" Save Flight Log"), Icon::information, Buttons::ok});
         }
         m_services.desktop.Show_Message(
             {"Flight Log Saved", Title(" Save Flight Log"), Icon::information, Buttons::ok});
@@ -186,8 +195,9 @@ void ucFlightLog::Grid_Undo() {
             drop_edit_wanted.emit();
             Keep_Unsaved_Edits();
             m_table.Clear();
-            table_changed.emit();
             Grid_Load();
+            // Not between the two: the grid's place in the log would be lost.
+            table_changed.emit();
         }
         m_services.desktop.Show_Message({"Flight Log Changes Undone",
                                          Title(" Undo Flight Log Changes"), Icon::information,

@@ -170,6 +170,7 @@ class ucFlightLog {
     void Connect_Pop_Up();
     void Connect_Reports();
     void Copy_Flight();
+    bool Copy_Line(const std::string& flight, const std::string& name);
     [[nodiscard]] bool May_Overwrite(std::size_t row);
     template <class Write>
     void Show_Report(const Write& write);

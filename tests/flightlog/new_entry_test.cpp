@@ -76,11 +76,14 @@ TEST_F(Failing_Save_Test, A_failed_save_is_answered_and_a_second_try_makes_no_se
     Start();
     Block();
     Set_Flight("1/2/2008", "0900");
+    entry->Set(Log_Field::BLOCK_TIME, "1.5");
     entry->New_Log_Entry_Save();
     EXPECT_EQ(answers, "fail ");
     EXPECT_TRUE(log->Changed());
     EXPECT_EQ(log->Table().Row_Count(), 2U);
     EXPECT_EQ(Read(log_file), "1/1/2008|a\r\n");
+    EXPECT_TRUE(Contains(log->tdbLogCaption.Text(), "Block Time: 1.5"))
+        << log->tdbLogCaption.Text();
     const auto errors = Take_Errors();
     ASSERT_EQ(errors.size(), 1U);
     EXPECT_TRUE(Contains(errors[0], "ucFlightLog.Grid_Save()"));
@@ -124,6 +127,26 @@ TEST_F(Failing_Save_Test, A_flight_that_was_never_saved_outlives_a_No_to_the_clo
     log->Closing();
     EXPECT_EQ(Read("logs/My Flight Log.unsaved"), test::Full_Line("1/2/2008|||||0900"));
     EXPECT_EQ(Take_Errors().size(), 2U);
+}
+
+TEST_F(Failing_Save_Test, A_flight_that_fails_while_a_box_of_a_save_is_open_stays_unsaved) {
+    Write(log_file, "1/1/2008|a\r\n");
+    Start();
+    Write(log_file, "1/1/2008|theirs\r\n");
+    desktop.on_box = [&](const Message_Box& box) {
+        if (!Contains(box.text, "changed by another program"))
+            return;
+        Unblock();
+        Block();
+        Set_Flight("1/2/2008", "0900");
+        entry->New_Log_Entry_Save();
+    };
+    EXPECT_TRUE(log->Grid_Save());
+    EXPECT_EQ(answers, "fail ");
+    EXPECT_TRUE(log->Changed());
+    log->Closing();
+    EXPECT_EQ(Read("logs/My Flight Log.unsaved"), test::Full_Line("1/2/2008|||||0900"));
+    Take_Errors();
 }
 
 TEST_F(New_Entry_Test, A_log_that_cannot_be_read_is_not_written_over) {

@@ -124,6 +124,15 @@ TEST_F(Panel_Test, Closing_asks_only_about_changes_and_saves_on_Yes) {
     EXPECT_EQ(desktop.boxes[0].title, "Flight Log Changed");
     EXPECT_EQ(desktop.boxes[0].buttons, Buttons::yes_no);
     EXPECT_TRUE(Contains(Read(log_file), "typed"));
+    // A type that is just being typed is a change, though its edit's begin was none.
+    Start();
+    Take_Boxes();
+    log->Begin_Edit(0, 1);
+    log->commit_edit_wanted.connect([&] { log->Commit_Edit(0, 1, "B744"); });
+    desktop.answers = {Answer::yes};
+    log->Closing();
+    EXPECT_EQ(Take_Boxes().size(), 2U);
+    EXPECT_TRUE(Contains(Read(log_file), "|B744|"));
 }
 
 TEST_F(Panel_Test, Two_headers_sort_and_the_others_do_nothing) {

@@ -133,6 +133,38 @@ TEST_F(Pop_Up_Test, A_copied_row_loads_from_the_other_log_as_one_row) {
     EXPECT_EQ(log->Table().Row_Count(), 2U) << "it is copied, not moved";
 }
 
+TEST_F(Pop_Up_Test, A_flight_logged_while_the_pilot_is_asked_keeps_its_row) {
+    Write("logs/Other.txt", "");
+    Start();
+    const auto on_new_undated_row = [&] {
+        const std::size_t row = log->Add_Row();
+        log->Commit_Edit(row, 3, "KBOS");
+        log->Set_Current_Row(row);
+    };
+    const auto log_a_flight = [&] {
+        Set_Flight("1/3/2008", "0900");
+        entry->New_Log_Entry_Save();
+    };
+    on_new_undated_row();
+    desktop.on_box = [&](const Message_Box& box) {
+        if (box.buttons == Buttons::yes_no)
+            log_a_flight();
+    };
+    desktop.answers = {Answer::yes};
+    Import(plan);
+    EXPECT_EQ(Row(2), (Cells{{0, "1/3/2008"}, {5, "0900"}}));
+    // What the pilot pointed at is copied, not the flight in its place.
+    on_new_undated_row();
+    log->log_chooser.shown.connect([&] {
+        log_a_flight();
+        log->log_chooser.cboLogs.Enter("Other");
+        log->log_chooser.hypOK.Click();
+    });
+    log->mnuPopCopy.Choose();
+    EXPECT_EQ(Read("logs/Other.txt"), Replace_All(Full_Line("|||KBOS"), "\r\n", "|\r\n"));
+    EXPECT_EQ(Take_Errors().size(), 3U) << "two rows set aside, one plan refused";
+}
+
 TEST_F(Pop_Up_Test, Nothing_is_copied_where_no_other_log_can_be) {
     Start_On_Row(0);
     EXPECT_FALSE(log->Enable_Copy()) << "the active log is the only one";
@@ -147,6 +179,11 @@ TEST_F(Pop_Up_Test, Nothing_is_copied_where_no_other_log_can_be) {
         EXPECT_FALSE(log->Copy_To_Log(name)) << name;
         EXPECT_EQ(Take_Boxes().size(), 1U) << name;
     }
+    // The same file is active under another name.
+    settings->Set_FlightLog("MY FLIGHT LOG");
+    EXPECT_FALSE(log->Copy_To_Log("My Flight Log"));
+    EXPECT_EQ(Take_Boxes().size(), 1U);
+    settings->Set_FlightLog("My Flight Log");
     // Chosen nothing: the form is closed as soon as it is open.
     log->mnuPopCopy.Choose();
     EXPECT_EQ(Files_In_Logs(), files);
