@@ -51,7 +51,12 @@ void ucFlightLog::Connect_Pop_Up() {
             Read_Flight_Plan(file);
     });
     mnuPopCopy.chosen.connect([this] { Copy_Flight(); });
-    mnuPopDelete.chosen.connect([this] { Delete_LogEntry(); });
+    mnuPopDelete.chosen.connect([this] {
+        // A flight that was logged while the menu was open may have taken the row's place.
+        const auto row = Current_Row();
+        if (row && m_table.Line(*row) == m_pop_up_line)
+            Delete_LogEntry();
+    });
 }
 
 std::optional<std::size_t> ucFlightLog::Current_Row() const {
@@ -62,7 +67,10 @@ std::optional<std::size_t> ucFlightLog::Current_Row() const {
 
 bool ucFlightLog::Prepare_Pop_Up() {
     mnuPopCopy.Set_Enabled(Enable_Copy());
-    return Current_Row().has_value();
+    const auto row = Current_Row();
+    if (row)
+        m_pop_up_line = m_table.Line(*row);
+    return row.has_value();
 }
 
 bool ucFlightLog::Enable_Copy() {

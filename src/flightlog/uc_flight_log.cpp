@@ -199,6 +199,8 @@ void ucFlightLog::Grid_Undo() {
             // Not between the two: the grid's place in the log would be lost.
             table_changed.emit();
         }
+        if (!m_file->Loaded_To_Its_End())
+            return;
         m_services.desktop.Show_Message({"Flight Log Changes Undone",
                                          Title(" Undo Flight Log Changes"), Icon::information,
                                          Buttons::ok});

@@ -77,7 +77,8 @@ class ucFlightLog {
     void Grid_Load();
     /// True when the log stands in its file.
     bool Grid_Save();
-    /// Loads the file again. Unsaved edits are kept beside the log first.
+    /// Loads the file again, and says so when it could. Unsaved edits are kept beside the log
+    /// first.
     void Grid_Undo();
     /// 0 by date and time out, 1 by aircraft type.
     void Grid_Sort(int mode);
@@ -204,6 +205,8 @@ class ucFlightLog {
     sigc::connection m_subscription;
     std::optional<clsACARS::Parts> m_simulator;
     std::optional<std::size_t> m_current_row;
+    /// The row that the pop-up menu was opened on.
+    std::string m_pop_up_line;
     std::vector<Report_Field> lvwLog;
     /// The pilot has set pages up in this run.
     bool m_page_set_up = false;

@@ -158,6 +158,7 @@ TEST_F(New_Entry_Test, A_log_that_cannot_be_read_is_not_written_over) {
     entry->New_Log_Entry_Save();
     EXPECT_EQ(answers, "fail fail ");
     EXPECT_FALSE(log->Grid_Save());
+    log->Grid_Undo();
     EXPECT_TRUE(Exists("logs/My Flight Log.txt/in the way"));
     EXPECT_EQ(Read("logs/My Flight Log.unsaved"), test::Full_Line("1/2/2008|||||0900"));
     EXPECT_FALSE(Exists("logs/My Flight Log.unsaved2"));
@@ -165,6 +166,7 @@ TEST_F(New_Entry_Test, A_log_that_cannot_be_read_is_not_written_over) {
     EXPECT_EQ(std::count_if(boxes.begin(), boxes.end(),
                             [](const auto& text) { return Contains(text, "It is kept in"); }),
               1);
+    EXPECT_EQ(std::count(boxes.begin(), boxes.end(), "Flight Log Changes Undone"), 0);
     EXPECT_FALSE(Take_Errors().empty());
 
     // Once it can be read, the flight goes where it belongs.

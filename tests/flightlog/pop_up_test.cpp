@@ -162,7 +162,16 @@ TEST_F(Pop_Up_Test, A_flight_logged_while_the_pilot_is_asked_keeps_its_row) {
     });
     log->mnuPopCopy.Choose();
     EXPECT_EQ(Read("logs/Other.txt"), Replace_All(Full_Line("|||KBOS"), "\r\n", "|\r\n"));
-    EXPECT_EQ(Take_Errors().size(), 3U) << "two rows set aside, one plan refused";
+    // Nor is it deleted.
+    on_new_undated_row();
+    ASSERT_TRUE(log->Prepare_Pop_Up());
+    log_a_flight();
+    log->mnuPopDelete.Choose();
+    EXPECT_EQ(log->Table().Row_Count(), 5U);
+    ASSERT_TRUE(log->Prepare_Pop_Up());
+    log->mnuPopDelete.Choose();
+    EXPECT_EQ(log->Table().Row_Count(), 4U);
+    EXPECT_EQ(Take_Errors().size(), 4U) << "three rows set aside, one plan refused";
 }
 
 TEST_F(Pop_Up_Test, Nothing_is_copied_where_no_other_log_can_be) {
