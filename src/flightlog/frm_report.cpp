@@ -24,6 +24,8 @@ bool frmReport::Get_Selections(std::vector<Report_Field>& fields) {
     }
     m_accepted = false;
     Show_Modal();
+    // The columns may have changed behind the form: then nothing was chosen of them.
+    m_accepted = m_accepted && lvwFields.size() == fields.size();
     for (std::size_t i = 0; m_accepted && i < fields.size(); ++i)
         fields[i].included = lvwFields[i].box.Checked();
     return m_accepted;

@@ -196,7 +196,7 @@ void ucFlightLog::Grid_Undo() {
             Keep_Unsaved_Edits();
             m_table.Clear();
             Grid_Load();
-            // Not between the two: the grid's place in the log would be lost.
+            // Also when the load failed; not before it: the grid's place in the log would be lost.
             table_changed.emit();
         }
         if (!m_file->Loaded_To_Its_End())

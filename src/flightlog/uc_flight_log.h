@@ -58,6 +58,8 @@ class ucFlightLog {
     void FlightLog_Change();
     /// The airline changed: its columns' captions are read anew.
     void VA_Change() {
+        // What the pilot sized since the start stays.
+        Save_Grid_Settings();
         Make_Grid(false);
         Make_Report_Field_List();
     }
