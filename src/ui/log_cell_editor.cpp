@@ -160,7 +160,8 @@ void Log_Cell_Editor::Close_With_Commit(QWidget* editor) const {
 void Log_Cell_Editor::setEditorData(QWidget* editor, const QModelIndex& index) const {
     const QString text = index.data(Qt::EditRole).toString();
     if (auto* list = qobject_cast<QComboBox*>(editor)) {
-        list->setCurrentIndex(-1);
+        // An entry that stands in the box unchosen would be chosen as soon as the list opens.
+        list->setCurrentIndex(list->findText(text, Qt::MatchFixedString | Qt::MatchCaseSensitive));
         list->setEditText(text);
         list->lineEdit()->selectAll();
     } else if (auto* line = qobject_cast<QLineEdit*>(editor)) {
@@ -173,17 +174,21 @@ void Log_Cell_Editor::setEditorData(QWidget* editor, const QModelIndex& index) c
 /// asked when the editor is gone.
 void Log_Cell_Editor::setModelData(QWidget* editor, QAbstractItemModel* /*model*/,
                                    const QModelIndex& index) const {
-    if (m_storing || editor != m_editor)
+    if (editor != m_editor)
         return;
-    m_typed = {index, Text_Of(*editor), m_picked};
+    m_typed.push_back({index, Text_Of(*editor), m_picked});
     m_editor = nullptr;
     auto* self = const_cast<Log_Cell_Editor*>(this);
     QTimer::singleShot(0, self, [self] { self->Take_Typed(); });
 }
 
+/// One at a time: while the panel has a text refused in a box, the next ones wait.
 void Log_Cell_Editor::Take_Typed() {
-    if (const auto typed = std::exchange(m_typed, std::nullopt))
-        Store(*typed);
+    while (!m_storing && !m_typed.empty()) {
+        const Typed typed = std::move(m_typed.front());
+        m_typed.pop_front();
+        Store(typed);
+    }
 }
 
 /// Null for a text that was not picked, or changed since.
@@ -218,20 +223,21 @@ bool Log_Cell_Editor::Store(const Typed& typed) {
     return taken;
 }
 
-/// The panel needs the text now. One that it refuses stays in the editor.
+/// The panel needs the text now. One that it refuses stays in the editor, unless its box closed it.
 void Log_Cell_Editor::Commit_Open() {
     Take_Typed();
-    const QPointer<QWidget> editor = m_editor;
-    if (!editor || m_storing)
+    if (!m_editor || m_storing)
         return;
-    if (Store({m_edited, Text_Of(*editor), m_picked}) && editor) {
-        m_editor = nullptr;
+    const QPointer<QWidget> editor = std::exchange(m_editor, nullptr);
+    const bool taken = Store({m_edited, Text_Of(*editor), m_picked});
+    if (taken && editor)
         Q_EMIT closeEditor(editor, NoHint);
-    }
+    else if (!m_editor)
+        m_editor = editor;
 }
 
 void Log_Cell_Editor::Drop_Open() {
-    m_typed.reset();
+    m_typed.clear();
     const QPointer<QWidget> editor = std::exchange(m_editor, nullptr);
     if (editor)
         Q_EMIT closeEditor(editor, RevertModelCache);

@@ -6,6 +6,7 @@
 #include <QAbstractTableModel>
 #include <QPointer>
 #include <QStyledItemDelegate>
+#include <deque>
 
 #include "flightlog/uc_flight_log.h"
 
@@ -68,7 +69,8 @@ class Log_Cell_Editor : public QStyledItemDelegate {
     mutable QPersistentModelIndex m_edited;
     /// The airport that was picked from the list, not typed.
     mutable int m_picked = -1;
-    mutable std::optional<Typed> m_typed;
+    /// Quick keys may end a second edit before the first one's text is taken.
+    mutable std::deque<Typed> m_typed;
     bool m_storing = false;
 };
 

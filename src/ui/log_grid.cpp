@@ -165,6 +165,18 @@ void Log_Grid::resizeEvent(QResizeEvent* event) {
     Show_Hint();
 }
 
+/// F2 edits a cell here; it is a key of the window's everywhere else.
+bool Log_Grid::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        if (key.key() == Qt::Key_F2 && key.modifiers() == Qt::NoModifier) {
+            event->accept();
+            return true;
+        }
+    }
+    return QTableView::event(event);
+}
+
 void Log_Grid::keyPressEvent(QKeyEvent* event) {
     if (Is_Keypad_Decimal(*event) && state() != QAbstractItemView::EditingState) {
         m_log.Delete_LogEntry();

@@ -18,6 +18,7 @@ class Log_Grid : public QTableView {
     Log_Grid(ucFlightLog& log, QWidget* parent);
 
   protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

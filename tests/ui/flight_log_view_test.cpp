@@ -2,6 +2,7 @@
 
 #include "ui/flight_log_view.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
@@ -134,6 +135,14 @@ TEST_F(Flight_Log_View_Test, A_picked_airport_brings_its_name_and_a_typed_code_s
     Settle();
     EXPECT_EQ(Cell(0, 3), "PHTO");
     EXPECT_EQ(Cell(0, 4), "Hilo");
+    // A list that opens on an airport of its own leaves the edit open.
+    Begin(0, 3, "");
+    list = qobject_cast<QComboBox*>(QApplication::focusWidget());
+    ASSERT_NE(list, nullptr);
+    Press(Qt::Key_Down, {}, Qt::AltModifier);
+    EXPECT_TRUE(list->view()->isVisible());
+    list->hidePopup();
+    Press(Qt::Key_Escape);
     Begin(1, 8, "XXXX");
     Press(Qt::Key_Return);
     EXPECT_EQ(Cell(1, 8), "XXXX");
@@ -151,6 +160,31 @@ TEST_F(Flight_Log_View_Test, Typing_below_the_last_flight_adds_one_and_an_empty_
     ASSERT_EQ(Log().Table().Row_Count(), 4U);
     EXPECT_EQ(Cell(2, 0), "5/1/2008");
     EXPECT_EQ(Cell(3, 0), "6/1/2008");
+}
+
+TEST_F(Flight_Log_View_Test, Keys_that_come_faster_than_they_are_taken_lose_no_cell) {
+    Begin(0, 19, "smooth");
+    // All of it in one burst, with no event between.
+    for (const int key : {Qt::Key_Tab, Qt::Key_A, Qt::Key_Return}) {
+        const QString text = key == Qt::Key_A ? QString("TR1") : QString();
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QApplication::sendEvent(QApplication::focusWidget(), &press);
+        QCoreApplication::sendPostedEvents();
+    }
+    Settle();
+    EXPECT_EQ(Cell(0, 19), "smooth");
+    EXPECT_EQ(Cell(0, 20), "TR1");
+}
+
+TEST_F(Flight_Log_View_Test, Undo_leaves_the_pilot_where_he_was) {
+    Begin(1, 19, "smooth");
+    Press(Qt::Key_Return);
+    Log().Grid_Undo();
+    Settle();
+    // Tells where the edit is kept.
+    EXPECT_EQ(Take_Errors().size(), 1U);
+    EXPECT_EQ(Cell(1, 19), "");
+    EXPECT_EQ(Grid().currentIndex(), Grid().model()->index(1, 19));
 }
 
 TEST_F(Flight_Log_View_Test, Only_what_the_pilot_draws_changes_a_width) {
