@@ -56,6 +56,8 @@ void Program::Connect() {
 }
 
 void Program::Close(ucACARS::Closing how) {
+    if (how == ucACARS::Closing::by_signal)
+        m_log_ending = ucFlightLog::Ending::by_signal;
     if (std::exchange(m_close_called, true)) {
         // Whoever asks again without patience waits for no server.
         m_closing = m_closing || how == ucACARS::Closing::by_signal;
@@ -75,7 +77,7 @@ void Program::End_The_Rest() {
     end([this] { messages.Close(m_farewell); });
     m_closing = true;
     end([this] { link.IPC_Close(); });
-    end([this] { flight_log.Closing(); });
+    end([this] { flight_log.Closing(m_log_ending); });
     Closed.emit();
 }
 

@@ -65,6 +65,7 @@ class Program {
     /// From here on no request is waited for any longer.
     bool m_closing = false;
     std::chrono::milliseconds m_farewell{0};
+    ucFlightLog::Ending m_log_ending = ucFlightLog::Ending::by_pilot;
 };
 
 }  // namespace norvane

@@ -56,11 +56,13 @@ void ucFlightLog::UCI() {
     });
 }
 
-void ucFlightLog::Closing() {
+void ucFlightLog::Closing(Ending ending) {
     Guarded(m_services, "ucFlightLog.Closing()", Show::box, [&] {
         // What is being typed counts as a change, too.
         commit_edit_wanted.emit();
-        if (m_changed)
+        if (ending == Ending::by_signal)
+            Keep_Unsaved_Edits();
+        else if (m_changed)
             Prompt_Save_Changes();
         Keep_Unsaved_Flights();
     });

@@ -50,9 +50,13 @@ class ucFlightLog {
 
     /// Starts the panel: layout, subscription to the log entry, active log, pick lists.
     void UCI();
-    /// Ends it: asks whether changes are to be saved, stores the layout, drops the subscription.
-    /// A flight that could not be saved stays beside the log whatever the answer.
-    void Closing();
+    enum class Ending {
+        by_pilot,   // he is asked whether changes are to be saved
+        by_signal,  // they stay beside the log, as nobody can be asked
+    };
+    /// Ends it: settles what was not saved, stores the layout, drops the subscription. A flight
+    /// that could not be saved stays beside the log whatever the pilot answers.
+    void Closing(Ending ending = Ending::by_pilot);
 
     /// Turns to the log that is active now. Unsaved edits of the one before are kept beside it.
     void FlightLog_Change();

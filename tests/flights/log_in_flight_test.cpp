@@ -8,7 +8,6 @@
 namespace norvane::test {
 namespace {
 
-using testing::ElementsAre;
 using testing::SizeIs;
 
 class Log_In_Flight : public testing::Test {
@@ -54,6 +53,22 @@ TEST_F(Log_In_Flight,
     log.Grid_Load();
     EXPECT_EQ(log.Table().Row_Count(), 2U);
     EXPECT_EQ(log.Table().Get(1, 19), "smooth");
+}
+
+TEST_F(Log_In_Flight, A_signal_keeps_what_was_not_saved_without_asking) {
+    Flight_World flight(*world, 5);
+    Program& program = flight.Start();
+    ucFlightLog& log = program.flight_log;
+    const std::size_t row = log.Add_Row();
+    log.Begin_Edit(row, log_column::date);
+    ASSERT_TRUE(log.Commit_Edit(row, log_column::date, "1/2/2008"));
+    flight.desktop.boxes.clear();
+    program.Close(ucACARS::Closing::by_signal);
+    EXPECT_THAT(flight.desktop.boxes, testing::IsEmpty());
+    const auto kept = Read_Lines(flight.directory / "logs" / "My Flight Log.unsaved");
+    ASSERT_THAT(kept, SizeIs(1));
+    EXPECT_TRUE(kept[0].starts_with("1/2/2008|"));
+    EXPECT_THAT(flight.Take_Reports(), SizeIs(1)) << "the error log says where it is";
 }
 
 TEST_F(Log_In_Flight, Aircraft_titles_come_from_the_simulator_without_touching_the_flights_link) {
