@@ -5,7 +5,9 @@
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QProgressDialog>
+#include <QTimer>
 #include <algorithm>
+#include <exception>
 
 #include "common/run_error.h"
 #include "ui/bind.h"
@@ -87,13 +89,29 @@ bool Grid_Printing::Print_All(const Print_Job& job, QPrinter& printer) {
     const int first = ranged ? std::min(printer.fromPage(), pages.Pages()) : 1;
     const int last = ranged ? std::clamp(printer.toPage(), first, pages.Pages()) : pages.Pages();
     QProgressDialog progress("Printing the flight log", "Cancel", first, last + 1, &m_parent);
-    progress.setWindowModality(Qt::ApplicationModal);
-    bool ended = false;
-    const bool printed = pages.Print(first, last, [&](int page) {
-        progress.setValue(page);
+    // Only once it counts as shown does it let events through.
+    progress.setMinimumDuration(0);
+    // The end of the program closes it as it does every dialog, and with it ends the printing.
+    bool ended = true;
+    connect(&progress, &QDialog::rejected, &progress, &QProgressDialog::cancel);
+    bool printed = false;
+    std::exception_ptr failure;
+    QTimer::singleShot(0, &progress, [&] {
+        // No failure may pass through the dialog's event loop.
+        try {
+            printed = pages.Print(first, last, [&](int page) {
+                progress.setValue(page);
+                return !progress.wasCanceled();
+            });
+        } catch (...) {
+            failure = std::current_exception();
+        }
         ended = progress.wasCanceled();
-        return !ended;
+        progress.reset();
     });
+    m_desktop.Run_Dialog(progress);
+    if (failure)
+        std::rethrow_exception(failure);
     return printed || ended;
 }
 

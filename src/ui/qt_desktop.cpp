@@ -150,8 +150,14 @@ void Qt_Desktop::Open_File(const std::filesystem::path& file) {
 void Qt_Desktop::End_Dialogs() {
     m_ended = true;
     for (const QPointer<QDialog>& dialog : m_dialogs) {
-        if (dialog)
-            dialog->reject();
+        if (!dialog)
+            continue;
+        // Some ask on their own: whether to overwrite a file, which printer.
+        for (QDialog* inner : dialog->findChildren<QDialog*>()) {
+            if (inner->isVisible())
+                inner->reject();
+        }
+        dialog->reject();
     }
 }
 
