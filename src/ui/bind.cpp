@@ -269,8 +269,9 @@ void Bind(QComboBox& list, Text_Combo& model, const QString& caption) {
     QObject::connect(&list, &QComboBox::activated, &list,
                      [&list, &model](int index) { model.Enter(From_Q(list.itemText(index))); });
     Watch_List(list);
-    new Event_Watch(list, [&list](QEvent& event) {
-        Select_On_Focus(event, *list.lineEdit());
+    // Events come while the list is being destroyed, too: it is no longer to be asked then.
+    new Event_Watch(list, [&edit = *list.lineEdit()](QEvent& event) {
+        Select_On_Focus(event, edit);
         return false;
     });
     new Completion(list, model);
