@@ -12,6 +12,7 @@
 #include "ui/bind.h"
 #include "ui/flight_log_view.h"
 #include "ui/frame_view.h"
+#include "ui/late_view.h"
 #include "ui/log_dialogs.h"
 #include "ui/look.h"
 #include "ui/message_view.h"
@@ -83,9 +84,15 @@ Main_Window::~Main_Window() {
 void Main_Window::Add_Panels(Program& program) {
     m_frame->Put(m_form.pnlACARS, new Acars_View(program.panel, m_form, m_frame));
     m_frame->Put(m_form.pnlMSG, new Message_View(program.messages, m_form, m_frame));
-    m_frame->Put(m_form.pnlFlightLog,
-                 new Flight_Log_View(program.flight_log, m_form, m_desktop, m_frame));
-    m_frame->Put(m_form.pnlStats, new Stats_View(program.statistics, m_form, m_frame));
+    const auto put_late = [this](Frame_Panel& panel, Late_View::Maker make) {
+        m_frame->Put(panel, new Late_View(std::move(make), m_frame));
+    };
+    put_late(m_form.pnlFlightLog, [this, &program](QWidget* parent) {
+        return new Flight_Log_View(program.flight_log, m_form, m_desktop, parent);
+    });
+    put_late(m_form.pnlStats, [this, &program](QWidget* parent) {
+        return new Stats_View(program.statistics, m_form, parent);
+    });
     Draw(program.manage_logs, m_desktop, *this);
     Draw(program.convert_log, m_desktop, *this);
 }
