@@ -17,7 +17,9 @@ class Idle_Desktop : public Desktop {
     void Set_Busy(bool) override {}
     Answer Show_Message(const Message_Box& box) override { throw std::runtime_error(box.text); }
     std::filesystem::path Choose_File(const File_Choice& /*choice*/) override { return {}; }
-    void Open_File(const std::filesystem::path& /*file*/) override {}
+    std::optional<std::int32_t> Choose_Color(std::int32_t /*current*/) override { return {}; }
+    void Open_File(const std::filesystem::path& /*file*/, std::string_view /*anchor*/) override {}
+    void Copy_Text(std::string_view /*text*/) override {}
     void Process_Events() override {}
     bool Wait_Until(const std::function<bool()>& condition, std::chrono::milliseconds) override {
         return condition();

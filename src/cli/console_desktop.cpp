@@ -27,7 +27,7 @@ void Console_Desktop::Print(std::string_view text) {
     std::fflush(stdout);
 }
 
-void Console_Desktop::Open_File(const std::filesystem::path& file) {
+void Console_Desktop::Open_File(const std::filesystem::path& file, std::string_view /*anchor*/) {
     Print(From_Path(file));
 }
 

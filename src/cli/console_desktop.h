@@ -22,8 +22,10 @@ class Console_Desktop : public Desktop {
     void Set_Busy(bool /*busy*/) override {}
     Answer Show_Message(const Message_Box& box) override;
     std::filesystem::path Choose_File(const File_Choice& /*choice*/) override { return {}; }
+    std::optional<std::int32_t> Choose_Color(std::int32_t /*current*/) override { return {}; }
     /// Says which file it is.
-    void Open_File(const std::filesystem::path& file) override;
+    void Open_File(const std::filesystem::path& file, std::string_view anchor) override;
+    void Copy_Text(std::string_view /*text*/) override {}
     void Process_Events() override { m_timers.Run_Due(); }
     bool Wait_Until(const std::function<bool()>& condition,
                     std::chrono::milliseconds at_most) override;

@@ -92,6 +92,67 @@ void Check_Box::Click() {
     edited.emit();
 }
 
+void Option_Button::Set_Chosen(bool chosen) {
+    if (std::exchange(m_chosen, chosen) != chosen)
+        changed.emit();
+}
+
+void Option_Button::Click() {
+    if (!Enabled())
+        return;
+    Set_Chosen(true);
+    edited.emit();
+}
+
+void Swatch::Set_Color(std::int32_t color) {
+    if (std::exchange(m_color, color) != color)
+        changed.emit();
+}
+
+void Row_List::Set_Rows(std::vector<Row> rows) {
+    m_rows = std::move(rows);
+    for (Row& row : m_rows)
+        row.resize(m_captions.size());
+    m_selected = -1;
+    rows_changed.emit();
+    changed.emit();
+}
+
+void Row_List::Add_Row(Row row) {
+    row.resize(m_captions.size());
+    m_rows.push_back(std::move(row));
+    rows_changed.emit();
+    changed.emit();
+}
+
+void Row_List::Remove_Row(std::size_t row) {
+    if (row >= m_rows.size())
+        return;
+    m_rows.erase(m_rows.begin() + static_cast<std::ptrdiff_t>(row));
+    m_selected = std::min(static_cast<int>(row), static_cast<int>(m_rows.size()) - 1);
+    rows_changed.emit();
+    changed.emit();
+}
+
+void Row_List::Select(int row) {
+    const bool known = row >= 0 && row < static_cast<int>(m_rows.size());
+    const int selected = known ? row : -1;
+    if (std::exchange(m_selected, selected) != selected)
+        changed.emit();
+}
+
+void Row_List::Choose(int row) {
+    if (!Enabled())
+        return;
+    Select(row);
+    edited.emit();
+}
+
+void Row_List::Activate() {
+    if (Enabled() && m_selected >= 0)
+        activated.emit();
+}
+
 void Link::Set_Caption(std::string_view caption) {
     if (m_caption == caption)
         return;

@@ -5,8 +5,11 @@
 
 #include <sigc++/sigc++.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "common/text.h"
@@ -125,6 +128,66 @@ class Check_Box : public Control {
 
   private:
     bool m_checked = false;
+};
+
+/// One of several choices of which one holds; whoever owns them clears the others.
+class Option_Button : public Control {
+  public:
+    [[nodiscard]] bool Chosen() const { return m_chosen; }
+    void Set_Chosen(bool chosen);
+    /// The pilot's click: the option holds, then `edited`. Nothing happens while it is disabled.
+    void Click();
+
+    sigc::signal<void()> edited;
+
+  private:
+    bool m_chosen = false;
+};
+
+/// A patch of colour.
+class Swatch : public Control {
+  public:
+    /// 0xBBGGRR.
+    [[nodiscard]] std::int32_t Color() const { return m_color; }
+    void Set_Color(std::int32_t color);
+
+  private:
+    std::int32_t m_color = 0;
+};
+
+/// A table of texts of which the pilot selects a row.
+class Row_List : public Control {
+  public:
+    using Row = std::vector<std::string>;
+
+    explicit Row_List(std::vector<std::string> captions) : m_captions(std::move(captions)) {}
+    [[nodiscard]] const std::vector<std::string>& Captions() const { return m_captions; }
+    /// Each as long as the captions.
+    [[nodiscard]] const std::vector<Row>& Rows() const { return m_rows; }
+    /// Other rows, of which none is selected. A row that is too short is filled up.
+    void Set_Rows(std::vector<Row> rows);
+    /// Behind the others.
+    void Add_Row(Row row);
+    /// The row behind it, or else the one before it, is selected then.
+    void Remove_Row(std::size_t row);
+    /// The selected row's index, -1 for none.
+    [[nodiscard]] int Selected() const { return m_selected; }
+    /// A row that does not exist selects none.
+    void Select(int row);
+    /// The pilot's click or key on a row: as `Select`, then `edited`.
+    void Choose(int row);
+    /// The pilot's double click, or Enter, on the selected row; nothing without one.
+    void Activate();
+
+    sigc::signal<void()> edited;
+    sigc::signal<void()> activated;
+    /// Rows were set, added or removed; `changed` comes with it.
+    sigc::signal<void()> rows_changed;
+
+  private:
+    std::vector<std::string> m_captions;
+    std::vector<Row> m_rows;
+    int m_selected = -1;
 };
 
 /// A command shown as a link; the window draws an enabled one navy, a disabled one grey.

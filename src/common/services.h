@@ -4,6 +4,7 @@
 // simulator's transport is handed to the link itself. Owned by the program that starts.
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <list>
@@ -53,9 +54,14 @@ class Desktop {
     virtual Answer Show_Message(const Message_Box& box) = 0;
     /// Empty when the pilot chose none, or nobody can be asked.
     virtual std::filesystem::path Choose_File(const File_Choice& choice) = 0;
+    /// The colour that the pilot chose, 0xBBGGRR, beginning at `current`; none when he chose none,
+    /// or nobody can be asked.
+    virtual std::optional<std::int32_t> Choose_Color(std::int32_t current) = 0;
     /// Opens a file with the program that the pilot's desktop has for its kind, a report in the
-    /// browser; shown and forgotten.
-    virtual void Open_File(const std::filesystem::path& file) = 0;
+    /// browser; shown and forgotten. `anchor`: the place in a page; empty: its top.
+    virtual void Open_File(const std::filesystem::path& file, std::string_view anchor = {}) = 0;
+    /// Puts a text where other programs paste from.
+    virtual void Copy_Text(std::string_view text) = 0;
     /// Handles what has happened: timers that are due, input, repaints.
     virtual void Process_Events() = 0;
     /// Keeps events flowing, without spinning, until `condition` holds (true) or `at_most` of the

@@ -153,7 +153,7 @@ std::string Without_Placeholder(std::string_view text) {
 }
 
 std::string Clean_Field(std::string_view text, Field_Lines lines) {
-    const std::string_view line_break = lines == Field_Lines::one ? std::string_view(" ") : cr_lf;
+    const std::string_view line_break = lines == Field_Lines::many ? cr_lf : std::string_view(" ");
     std::string result;
     result.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -162,7 +162,7 @@ std::string Clean_Field(std::string_view text, Field_Lines lines) {
             result += line_break;
             if (c == '\r' && i + 1 < text.size() && text[i + 1] == '\n')
                 ++i;
-        } else if (c == field_separator) {
+        } else if (c == field_separator && lines != Field_Lines::list_entries) {
             result += '/';
         } else if (c != '\0') {
             result += c;

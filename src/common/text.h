@@ -44,10 +44,16 @@ inline constexpr char field_separator = '|';
 /// The text, or the empty text where it is the placeholder.
 [[nodiscard]] std::string Without_Placeholder(std::string_view text);
 
-enum class Field_Lines { one, many };
+enum class Field_Lines {
+    one,
+    many,
+    /// One line, in which "|" separates the entries of a list.
+    list_entries,
+};
 
-/// A text made fit for a log line: "|" becomes "/"; a lone CR or LF counts as CR LF, and where the
-/// field has one line every line break becomes one blank. NUL characters are dropped.
+/// A text made fit for a log line: "|" becomes "/", but in `list_entries`; a lone CR or LF counts
+/// as CR LF, and where the field has one line every line break becomes one blank. NUL characters
+/// are dropped.
 [[nodiscard]] std::string Clean_Field(std::string_view text, Field_Lines lines);
 
 }  // namespace norvane

@@ -19,6 +19,10 @@ QColor Setting_Color(std::int32_t bgr) {
     return {bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF};
 }
 
+std::int32_t Color_Setting(const QColor& color) {
+    return color.red() | color.green() << 8 | color.blue() << 16;
+}
+
 QColor Ink_On(const QColor& ground) {
     return qGray(ground.rgb()) > light_ground ? Qt::black : Qt::white;
 }

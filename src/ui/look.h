@@ -13,6 +13,7 @@ class frmMain;
 
 /// A colour as the settings keep it, 0xBBGGRR.
 [[nodiscard]] QColor Setting_Color(std::int32_t bgr);
+[[nodiscard]] std::int32_t Color_Setting(const QColor& color);
 /// Black or white, whichever is read better on `ground`.
 [[nodiscard]] QColor Ink_On(const QColor& ground);
 /// 1/1440 inch at the resolution of the screen that `widget` is on, and back.

@@ -1,6 +1,8 @@
 #include "ui/qt_desktop.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QColorDialog>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QUrl>
@@ -9,6 +11,7 @@
 #include "common/code_page.h"
 #include "common/run_error.h"
 #include "common/text.h"
+#include "ui/look.h"
 #include "ui/qt_text.h"
 
 namespace norvane {
@@ -140,8 +143,22 @@ bool Qt_Desktop::Run_Dialog(QDialog& dialog) {
     return Ask(dialog) == QDialog::Accepted;
 }
 
-void Qt_Desktop::Open_File(const std::filesystem::path& file) {
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(Path_To_Q(file)))) {
+std::optional<std::int32_t> Qt_Desktop::Choose_Color(std::int32_t current) {
+    QColorDialog dialog(Setting_Color(current), m_window);
+    if (!Run_Dialog(dialog))
+        return std::nullopt;
+    return Color_Setting(dialog.currentColor());
+}
+
+void Qt_Desktop::Copy_Text(std::string_view text) {
+    QGuiApplication::clipboard()->setText(To_Q(text));
+}
+
+void Qt_Desktop::Open_File(const std::filesystem::path& file, std::string_view anchor) {
+    QUrl address = QUrl::fromLocalFile(Path_To_Q(file));
+    if (!anchor.empty())
+        address.setFragment(To_Q(anchor));
+    if (!QDesktopServices::openUrl(address)) {
         throw Run_Error(error_number::other,
                         From_Path(file) + " cannot be shown: the desktop has no program for it");
     }

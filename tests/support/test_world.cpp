@@ -37,6 +37,15 @@ std::filesystem::path Scripted_Desktop::Choose_File(const File_Choice& choice) {
     return chosen;
 }
 
+std::optional<std::int32_t> Scripted_Desktop::Choose_Color(std::int32_t current) {
+    color_choices.push_back(current);
+    if (chosen_colors.empty())
+        return std::nullopt;
+    const std::int32_t chosen = chosen_colors.front();
+    chosen_colors.pop_front();
+    return chosen;
+}
+
 bool Scripted_Desktop::Wait_Until(const std::function<bool()>& condition,
                                   std::chrono::milliseconds at_most) {
     const auto end = m_timers.Now() + m_timers.Scaled(at_most);

@@ -41,7 +41,12 @@ class Scripted_Desktop : public Desktop {
     void Set_Busy(bool value) override { busy = value; }
     Answer Show_Message(const Message_Box& box) override;
     std::filesystem::path Choose_File(const File_Choice& choice) override;
-    void Open_File(const std::filesystem::path& file) override { opened_files.push_back(file); }
+    std::optional<std::int32_t> Choose_Color(std::int32_t current) override;
+    void Open_File(const std::filesystem::path& file, std::string_view anchor) override {
+        opened_files.push_back(file);
+        opened_anchors.emplace_back(anchor);
+    }
+    void Copy_Text(std::string_view text) override { copied_text = text; }
     void Process_Events() override { m_timers.Run_Due(); }
     bool Wait_Until(const std::function<bool()>& condition,
                     std::chrono::milliseconds at_most) override;
@@ -61,6 +66,11 @@ class Scripted_Desktop : public Desktop {
     std::vector<File_Choice> file_choices;
     std::deque<std::filesystem::path> chosen_files;
     std::vector<std::filesystem::path> opened_files;
+    std::vector<std::string> opened_anchors;
+    /// Colours that choosers began with, and what is chosen, as above.
+    std::vector<std::int32_t> color_choices;
+    std::deque<std::int32_t> chosen_colors;
+    std::string copied_text;
     /// Called when a box is shown, before it is answered.
     std::function<void(const Message_Box&)> on_box;
 

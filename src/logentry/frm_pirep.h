@@ -1,0 +1,103 @@
+#pragma once
+// The PIREP editor "Send PIREP": opens a saved PIREP file, shows its values under the active
+// airline's labels, saves corrections, deletes the file, or sends it to the airline. A plain model
+// of a window that does not block; owned by the program. Lengths are in twips, 1/1440 inch.
+
+#include <sigc++/sigc++.h>
+
+#include <array>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "common/controls.h"
+#include "net/http_client.h"
+
+namespace norvane {
+
+struct Services;
+class clsAppSettings;
+class clsVASettings;
+class frmResponse;
+
+class frmPIREP {
+  public:
+    static constexpr std::string_view title = "Send PIREP";
+    static constexpr int row_height = 360;
+    static constexpr int visible_rows = 11;
+
+    /// Places in `hypPIREP`.
+    enum Command { select, send, remove, close, save };
+
+    /// Who the editor works with, all of it longer lived.
+    struct Parts {
+        Services& services;
+        const clsAppSettings& settings;
+        const clsVASettings& airline;
+        frmResponse& response;
+        Http_Options http;
+    };
+
+    explicit frmPIREP(Parts parts);
+    frmPIREP(const frmPIREP&) = delete;
+    frmPIREP& operator=(const frmPIREP&) = delete;
+
+    /// Opens the window with no file; one that is open comes to the front as it is.
+    void Show_Form();
+    void Close_Form();
+    [[nodiscard]] bool Is_Open() const { return m_open; }
+    /// Opened, closed, or asked for again while it is open.
+    sigc::signal<void()> changed;
+
+    /// One value under its label.
+    struct Row {
+        Label lblField;
+        Text_Box txtField;
+    };
+    /// In the file's order; none when no file is open.
+    [[nodiscard]] const std::vector<std::unique_ptr<Row>>& Rows() const { return m_rows; }
+    /// The rows were made anew. Whoever draws them has forgotten the old ones when it returns.
+    sigc::signal<void()> rows_changed;
+
+    /// The row got the focus: the view follows it.
+    void Row_Focused(std::size_t row);
+    /// The Up (-1) or Down (+1) key in a row's field.
+    void Step(std::size_t row, int rows);
+    /// The focus belongs to this row's field.
+    sigc::signal<void(std::size_t row)> Focus_Moved;
+
+    /// How far the rows can be moved up; 0 where all are seen.
+    [[nodiscard]] int Scroll_Range() const;
+    [[nodiscard]] int Scroll() const { return m_scroll; }
+    /// Moves the rows up by `value`, kept within the range.
+    void Set_Scroll(int value);
+    sigc::signal<void()> scrolled;
+
+    /// Path of the open file.
+    Label lblFile;
+    std::array<Link, 5> hypPIREP{Link("Select PIREP"), Link("Send PIREP"), Link("Delete PIREP"),
+                                 Link("Close"), Link("Save PIREP")};
+
+  private:
+    void Select_PIREP();
+    void Clear();
+    void Read_PIREP_File();
+    void Display_Fields(std::string_view line);
+    void Save_PIREP();
+    void Delete_PIREP();
+    void Send_PIREP();
+    void Enable_File_Links(bool enabled);
+
+    Services& m_services;
+    const clsAppSettings& m_settings;
+    const clsVASettings& m_airline;
+    frmResponse& m_response;
+    Http_Options m_http;
+    std::filesystem::path m_file;
+    std::vector<std::unique_ptr<Row>> m_rows;
+    int m_scroll = 0;
+    bool m_open = false;
+};
+
+}  // namespace norvane
