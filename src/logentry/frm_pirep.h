@@ -8,6 +8,7 @@
 #include <array>
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -82,12 +83,13 @@ class frmPIREP {
   private:
     void Select_PIREP();
     void Clear();
-    void Read_PIREP_File();
+    void Take_Rows(std::vector<std::unique_ptr<Row>> rows);
+    bool Read_PIREP_File();
     void Display_Fields(std::string_view line);
     void Save_PIREP();
     void Delete_PIREP();
     void Send_PIREP();
-    void Enable_File_Links(bool enabled);
+    void Enable_File_Links();
 
     Services& m_services;
     const clsAppSettings& m_settings;
@@ -96,7 +98,11 @@ class frmPIREP {
     Http_Options m_http;
     std::filesystem::path m_file;
     std::vector<std::unique_ptr<Row>> m_rows;
+    /// The airline whose labels the rows have, and the index of its last one.
+    std::string m_labels_of;
+    int m_last_label = -1;
     int m_scroll = 0;
+    bool m_sending = false;
     bool m_open = false;
 };
 
