@@ -1,5 +1,6 @@
-# Copies the shipped files of SOURCE into the program directory STAGE. A file the pilot has changed there is left as it is:
-# MANIFEST remembers the hash of each file as it was staged, and only a file that still has it is replaced by a newer one.
+# Copies the shipped files of SOURCE, and the page HELP, into the program directory STAGE. A file the pilot has changed there
+# is left as it is: MANIFEST remembers the hash of each file as it was staged, and only a file that still has it is replaced by
+# a newer one.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -38,6 +39,7 @@ endforeach()
 
 # Both simulator generations fly from the same airports.
 stage("${SOURCE}/bin/fs9.wld" "bin/fs2002.wld")
+stage("${HELP}" "nv.html")
 
 list(JOIN staged_now "\n" lines)
 file(WRITE "${MANIFEST}" "${lines}\n")

@@ -83,7 +83,7 @@ endforeach()
 
 # The rules of the house, and that each of them can be broken.
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
-foreach(check folders sizes words)
+foreach(check folders help sizes words)
   add_test(NAME house.${check} COMMAND Python3::Interpreter -B "${PROJECT_SOURCE_DIR}/scripts/check_${check}.py")
   add_test(NAME house.${check}_can_fail
            COMMAND Python3::Interpreter -B "${PROJECT_SOURCE_DIR}/scripts/check_${check}.py" --self-test)

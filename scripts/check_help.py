@@ -1,0 +1,43 @@
+#!/usr/bin/env python3
+"""Builds the help and checks it: each panel's key leads to a page of its own, and no link or picture leads nowhere."""
+
+import house
+import make_help
+
+# What the window opens the help at.
+ANCHORS = ("acars", "acars-messages", "flight-log", "time-by-ac-type", "settings", "pirep-editor", "world-locations",
+           "airport-lookup", "airlines")
+
+
+def check(root):
+    made = make_help.Help(root)
+    text = made.write()
+    missing = [f"{make_help.PAGES}: no page has the anchor {anchor}" for anchor in ANCHORS if f'id="{anchor}"' not in text]
+    return made.faults + missing
+
+
+def tree(text, without=None, more=None):
+    """A help of one line a page, but for the page of the first panel, which has this text."""
+    pages = {anchor: f"docs/help/{anchor}.md" for anchor in ANCHORS if anchor != without}
+    files = {name: f"# About {anchor}\n\n## Parts of it\n" for anchor, name in pages.items()}
+    files[pages["acars"]] += f"\nfirst\n{text}\n"
+    return files | {make_help.STYLE: "\n", "docs/a.png": "PNG", "docs/airlines.md": "# Of no page\n",
+                    make_help.PAGES: "".join(f"{anchor} {name}\n" for anchor, name in pages.items()) + (more or "")}
+
+
+CASES = [
+    ("all in place", tree("[a](settings.md) [b](#parts-of-it) [c](../airlines.md#x) [d](https://example.org) ![e](../a.png)"), 0),
+    ("a panel without a page", tree("", without="settings"), 1),
+    ("a page that is not there", tree("", more="more docs/help/more.md\n"), 1),
+    ("a link to no file", tree("[a](nowhere.md)"), 1),
+    ("a link to no heading", tree("[a](settings.md#nothing) and [b](#neither)"), 2),
+    ("no picture, or no words for it", tree("![words](../b.png) ![](../a.png)"), 2),
+    ("an address without encryption", tree("[a](http://example.org)"), 1),
+    ("HTML", tree("<b>bold</b>"), 2),
+    ("a heading twice", tree("## Parts of it"), 1),
+    ("an anchor twice", tree("", more="acars docs/airlines.md\n"), 1),
+    ("too much", tree("![a](../a.png)") | {"docs/a.png": "p" * make_help.MOST_BYTES}, 1),
+]
+
+if __name__ == "__main__":
+    house.main("help", check, CASES)
