@@ -22,6 +22,8 @@ STYLE = "scripts/help.css"
 MOST_BYTES = 1_500_000
 PICTURE_KINDS = {".png": "image/png", ".svg": "image/svg+xml", ".jpg": "image/jpeg"}
 VOID = {"img", "br", "hr", "input"}
+# Markdown has no tables without captions.
+EMPTY_HEAD = re.compile(r"<thead>\s*<tr>\s*(?:<th[^>]*></th>\s*)+</tr>\s*</thead>\s*")
 
 
 def heading_id(text):
@@ -162,7 +164,7 @@ class Help:
         text = ("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>Norvane Help</title>\n"
                 "<meta name=\"viewport\" content=\"width=device-width\">\n<meta name=\"color-scheme\" content=\"light dark\">\n"
                 f"<style>\n{style}</style>\n</head>\n<body>\n<nav>\n<p class=\"name\">Norvane Help</p>\n<ul>\n{contents}</ul>\n</nav>\n"
-                f"<main>\n<h1>Norvane Help</h1>\n{''.join(sections)}</main>\n</body>\n</html>\n")
+                f"<main>\n<h1>Norvane Help</h1>\n{EMPTY_HEAD.sub('', ''.join(sections))}</main>\n</body>\n</html>\n")
         size = len(text.encode("utf-8"))
         if size > MOST_BYTES:
             self.faults.append(f"{PAGES}: the help has {size} bytes, at most {MOST_BYTES} are allowed")
