@@ -1,0 +1,70 @@
+// The sample airline that airlines copy, and the page that tells them which value is which.
+
+#include <gmock/gmock.h>
+
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "common/line_reader.h"
+#include "config/cls_va_settings.h"
+#include "config/field_definitions.h"
+#include "logentry/log_fields.h"
+#include "support/test_world.h"
+
+namespace norvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::SizeIs;
+
+const std::filesystem::path docs = std::filesystem::path(NORVANE_SOURCE_DIR) / "docs";
+
+/// The page's table of a PIREP: value and form field of each line, as "FLIGHT_DATE=date".
+std::vector<std::string> Described_Values() {
+    static const std::regex row("\\| (\\d+) \\| `(\\w+)` \\|.*\\| `(\\w+)` \\|[^|]*\\|");
+    std::vector<std::string> values;
+    const std::string page = Read_File(docs / "airlines.md");
+    for (Line_Reader reader(page); reader.Next();) {
+        const std::string line(reader.Line());
+        std::smatch match;
+        if (!std::regex_match(line, match, row))
+            continue;
+        values.push_back(match.str(2) + "=" + match.str(3));
+        EXPECT_EQ(std::stoul(match.str(1)), values.size());
+    }
+    return values;
+}
+
+class VA_Sample : public test::Test_World {};
+
+TEST_F(VA_Sample, Names_Each_Value_Of_A_Pirep_As_Its_Page_Does) {
+    std::filesystem::copy(docs / "VA_SAMPLE", directory / "VA_SAMPLE");
+    clsVASettings airline{services};
+    airline.Get_VA_Settings("SAMPLE");
+    EXPECT_TRUE(airline.URL_Encode());
+    EXPECT_FALSE(airline.Script_PIREP().empty() || airline.Script_ACARS().empty());
+
+    const std::vector<std::string> described = Described_Values();
+    ASSERT_THAT(described, SizeIs(41));
+    for (const Log_Field_Row& row : All_Log_Fields()) {
+        if (row.pirep_place == 0)
+            continue;
+        EXPECT_EQ(std::string(row.name) + "=" + airline.PIREP_Fields(row.pirep_place - 1),
+                  described.at(static_cast<std::size_t>(row.pirep_place - 1)));
+    }
+    std::vector<std::string> own;
+    for (int i = 41; i <= airline.PIREP_Fields_Ubound(); ++i)
+        own.push_back(airline.PIREP_Field_Names(i) + "=" + airline.PIREP_Fields(i));
+    EXPECT_THAT(
+        own, ElementsAre("Gate=gate", "Service=service", "Cabin crew=cabin_crew", "Delay=delay"));
+    const auto shown =
+        Read_Field_Definitions(directory / "VA_SAMPLE" / "vafields.cfg", airline_field_count);
+    EXPECT_EQ(shown.failure, "");
+    ASSERT_THAT(shown.fields, SizeIs(4));
+    EXPECT_THAT(shown.fields[0].entries, SizeIs(0));
+    EXPECT_THAT(shown.fields[1].entries, ElementsAre("Scheduled", "Charter", "Ferry"));
+}
+
+}  // namespace
+}  // namespace norvane
