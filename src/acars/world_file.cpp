@@ -49,6 +49,28 @@ bool Split_Fields(std::string_view line, std::array<std::string_view, field_coun
 
 }  // namespace
 
+bool Is_World_Comment(std::string_view line) {
+    return line.empty() || Contains(line, "//");
+}
+
+std::optional<World_Line> Read_World_Line(std::string_view line, std::string_view& fault) {
+    std::array<std::string_view, field_count> fields;
+    if (!Split_Fields(line, fields)) {
+        fault = "fewer than five fields";
+        return std::nullopt;
+    }
+    const auto latitude = World_Number(fields[0]);
+    const auto longitude = World_Number(fields[1]);
+    const auto elevation_ft = World_Number(fields[2]);
+    if (!latitude || !longitude || !elevation_ft) {
+        fault = "latitude, longitude or elevation is not a number";
+        return std::nullopt;
+    }
+    const double whole_ft = std::clamp(Round_Half_Even(*elevation_ft), lowest, highest);
+    return World_Line{
+        {*latitude, *longitude}, static_cast<std::int32_t>(whole_ft), fields[3], fields[4]};
+}
+
 void World_File::Load(const std::filesystem::path& file) {
     std::error_code failure;
     const auto size = std::filesystem::file_size(file, failure);
@@ -71,30 +93,17 @@ void World_File::Parse() {
     Line_Reader reader(*m_content);
     while (reader.Next()) {
         const std::string_view line = reader.Line();
-        if (line.empty() || Contains(line, "//"))
+        if (Is_World_Comment(line))
             continue;
-        const std::string_view fault = Parse_Line(line);
-        if (!fault.empty() && m_first_fault.empty()) {
+        std::string_view fault;
+        if (const auto airport = Read_World_Line(line, fault)) {
+            m_elevations_ft.push_back(airport->elevation_ft);
+            m_places.push_back({airport->position, airport->icao, airport->name});
+        } else if (m_first_fault.empty()) {
             m_first_fault =
                 fmt::format("{}, line {}: {}", From_Path(m_file), reader.Line_Number(), fault);
         }
     }
-}
-
-/// Keeps the line's place; gives what is wrong with the line when it has none.
-std::string_view World_File::Parse_Line(std::string_view line) {
-    std::array<std::string_view, field_count> fields;
-    if (!Split_Fields(line, fields))
-        return "fewer than five fields";
-    const auto latitude = World_Number(fields[0]);
-    const auto longitude = World_Number(fields[1]);
-    const auto elevation_ft = World_Number(fields[2]);
-    if (!latitude || !longitude || !elevation_ft)
-        return "latitude, longitude or elevation is not a number";
-    m_elevations_ft.push_back(
-        static_cast<std::int32_t>(std::clamp(Round_Half_Even(*elevation_ft), lowest, highest)));
-    m_places.push_back({{*latitude, *longitude}, fields[3], fields[4]});
-    return {};
 }
 
 void World_File::Search(Nearest_Search& search, Equal_Distance rule,

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,21 @@
 #include "common/great_circle.h"
 
 namespace norvane {
+
+/// What a line says; the texts are pieces of the line.
+struct World_Line {
+    Position position;
+    std::int32_t elevation_ft = 0;
+    std::string_view icao;
+    std::string_view name;
+};
+
+/// Empty lines, and those with "//" anywhere.
+[[nodiscard]] bool Is_World_Comment(std::string_view line);
+/// The airport of a line that is no comment; none when the line cannot be read, and `fault` tells
+/// why.
+[[nodiscard]] std::optional<World_Line> Read_World_Line(std::string_view line,
+                                                        std::string_view& fault);
 
 /// A search that goes through the main file and then the pilot's own.
 struct Nearest_Search {
@@ -52,7 +68,6 @@ class World_File {
     };
 
     void Parse();
-    [[nodiscard]] std::string_view Parse_Line(std::string_view line);
 
     std::filesystem::path m_file;
     std::filesystem::file_time_type m_written;

@@ -1,6 +1,7 @@
 #pragma once
 // A text search over a world file: every airport whose code or name contains what was typed, letter
-// case ignored. Fast enough to follow typing: the file is read once, and again when it changed.
+// case and accents ignored. Fast enough to follow typing: the file is read once, and again when it
+// changed.
 
 #include <cstddef>
 #include <cstdint>
@@ -40,7 +41,10 @@ class Airport_Search {
   private:
     std::filesystem::path m_file;
     std::filesystem::file_time_type m_written;
+    std::uintmax_t m_size = 0;
     std::vector<Found_Airport> m_airports;
+    /// Code, "|" and name of each airport as they are compared.
+    std::vector<std::string> m_folded;
 };
 
 }  // namespace norvane

@@ -14,10 +14,11 @@
 namespace norvane {
 
 struct Services;
+class clsACARS;
 
 /// The fields as the file has them.
 struct World_Location {
-    /// Degrees, with "." as decimal sign.
+    /// Degrees; the decimal sign is "." in those that are added.
     std::string latitude;
     std::string longitude;
     /// Feet.
@@ -25,7 +26,8 @@ struct World_Location {
     std::string icao;
     /// Empty when the main list does not know the code.
     std::string name;
-    /// In the short date format of the day; empty in lines of five fields.
+    /// In the short date format of the day; empty in lines of five fields. What further fields a
+    /// line has stay with it.
     std::string date_added;
 };
 
@@ -53,10 +55,23 @@ class World_Locations {
     std::vector<Other_Line> m_other_lines;
 };
 
+/// A code as it is kept, from what was typed: upper case, without blanks around it.
+[[nodiscard]] std::string Location_Code(std::string_view typed);
+/// What is wrong with a code as `Location_Code` gives it; empty when it is good. A code is made of
+/// ASCII letters, digits and "-", so that it cannot make its line a comment or another field.
+[[nodiscard]] std::string_view Check_Location_Code(std::string_view code);
+
+/// Where an aircraft stands.
+struct Aircraft_Place {
+    Position position;
+    double ground_elevation_ft = 0;
+};
+/// Asks the simulator; raises with the link's text when it did not answer.
+[[nodiscard]] Aircraft_Place Read_Aircraft_Place(clsACARS& engine);
+
 /// A location as the file will have it, added today.
 [[nodiscard]] World_Location Make_Location(Services& services, std::string_view icao,
-                                           std::string_view name, const Position& position,
-                                           double ground_elevation_ft);
+                                           std::string_view name, const Aircraft_Place& place);
 
 /// The name of the first line of the world file `world` ("fs9.wld") in "bin" whose code is exactly
 /// `icao`; empty when there is none. Raises when the file cannot be read.

@@ -1,0 +1,149 @@
+#include "worldtools/world_locations.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "acars/cls_acars.h"
+#include "acars/world_file.h"
+#include "common/file_writer.h"
+#include "common/find_file.h"
+#include "common/line_reader.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "common/text.h"
+
+namespace norvane {
+
+namespace {
+
+std::optional<World_Location> Read_Location(std::string_view line) {
+    std::string_view unused;
+    const auto airport = Read_World_Line(line, unused);
+    if (!airport || Trimmed_View(airport->icao).empty())
+        return std::nullopt;
+    std::array<std::string_view, 5> fields;
+    for (std::string_view& field : fields) {
+        field = Before(line, "|");
+        line.remove_prefix(std::min(line.size(), field.size() + 1));
+    }
+    return World_Location{std::string(fields[0]), std::string(fields[1]), std::string(fields[2]),
+                          std::string(fields[3]), std::string(fields[4]), std::string(line)};
+}
+
+void Append_Line(std::string& content, std::string_view line) {
+    content.append(line).append(cr_lf);
+}
+
+}  // namespace
+
+World_Locations::World_Locations(std::filesystem::path file) : m_file(std::move(file)) {
+    if (!std::filesystem::exists(m_file))
+        return;
+    for (std::string& line : Read_Lines(m_file)) {
+        auto location = Is_World_Comment(line) ? std::nullopt : Read_Location(line);
+        if (location) {
+            m_locations.push_back(std::move(*location));
+        } else {
+            m_other_lines.push_back({m_locations.size(), std::move(line)});
+        }
+    }
+}
+
+void World_Locations::Add(World_Location location) {
+    m_locations.push_back(std::move(location));
+}
+
+void World_Locations::Remove(std::size_t place) {
+    if (place >= m_locations.size()) {
+        throw Run_Error(error_number::subscript_out_of_range,
+                        fmt::format("There is no location {}: the list has {} of them", place + 1,
+                                    m_locations.size()));
+    }
+    m_locations.erase(m_locations.begin() + static_cast<std::ptrdiff_t>(place));
+    for (Other_Line& line : m_other_lines) {
+        if (line.locations_before > place)
+            --line.locations_before;
+    }
+}
+
+void World_Locations::Save() const {
+    std::string content;
+    auto other = m_other_lines.begin();
+    for (std::size_t i = 0; i <= m_locations.size(); ++i) {
+        for (; other != m_other_lines.end() && other->locations_before == i; ++other)
+            Append_Line(content, other->text);
+        if (i == m_locations.size())
+            break;
+        const World_Location& each = m_locations[i];
+        Append_Line(content, fmt::format("{}|{}|{}|{}|{}|{}", each.latitude, each.longitude,
+                                         each.elevation, each.icao, each.name, each.date_added));
+    }
+    std::filesystem::create_directories(m_file.parent_path());
+    Write_File_Atomically(m_file, content);
+}
+
+std::string Location_Code(std::string_view typed) {
+    return Upper(Trimmed_View(typed));
+}
+
+std::string_view Check_Location_Code(std::string_view code) {
+    const auto is_good = [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-';
+    };
+    if (Is_Empty_Field(code))
+        return "Please enter an ICAO Airport Code for the new location";
+    if (!std::all_of(code.begin(), code.end(), is_good))
+        return "An ICAO Airport Code is made of letters, digits and \"-\" only";
+    return {};
+}
+
+Aircraft_Place Read_Aircraft_Place(clsACARS& engine) {
+    std::string fault;
+    const auto keep = [&](const std::string& text) { fault = text; };
+    const std::array<sigc::connection, 2> connections{engine.events.FSClosed.connect(keep),
+                                                      engine.events.Error.connect(keep)};
+    struct Disconnect {
+        std::array<sigc::connection, 2> connections;
+        ~Disconnect() {
+            for (sigc::connection& each : connections)
+                each.disconnect();
+        }
+    } const disconnect{connections};
+    Aircraft_Place place;
+    engine.Get_Location(place.position, place.ground_elevation_ft);
+    if (!fault.empty())
+        throw Run_Error(error_number::other, fault);
+    return place;
+}
+
+World_Location Make_Location(Services& services, std::string_view icao, std::string_view name,
+                             const Aircraft_Place& place) {
+    return {Format_Significant(place.position.latitude),
+            Format_Significant(place.position.longitude),
+            Format_Whole(Round_Half_Even(place.ground_elevation_ft)),
+            std::string(icao),
+            std::string(name),
+            Format_Date(services.clock.Local_Now().date, services.regional.short_date)};
+}
+
+std::string World_Airport_Name(Services& services, std::string_view world, std::string_view icao) {
+    constexpr std::size_t icao_field = 3;
+    constexpr std::size_t name_field = 4;
+    const std::string content =
+        Read_File(Find_Path(services, services.program_directory, "bin\\" + std::string(world)));
+    for (Line_Reader reader(content); reader.Next();) {
+        const std::string_view line = reader.Line();
+        if (!Contains(line, icao) || Is_World_Comment(line))
+            continue;
+        const auto fields = Split(line, field_separator);
+        if (fields.size() > name_field && fields[icao_field] == icao)
+            return fields[name_field];
+    }
+    return {};
+}
+
+}  // namespace norvane
