@@ -1,5 +1,7 @@
 #include "ui/bind.h"
 
+#include <QApplication>
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QFocusEvent>
 #include <QKeyEvent>
@@ -7,6 +9,7 @@
 #include <utility>
 
 #include "ui/link_button.h"
+#include "ui/look.h"
 #include "ui/qt_text.h"
 #include "ui/value_label.h"
 
@@ -96,9 +99,53 @@ void Show_Entries(QComboBox& list, const std::vector<std::string>& entries) {
         shown << list.itemText(i);
     if (wanted == shown)
         return;
+    // An entry that the list takes up while it is filled is no choice of the pilot's.
+    const QSignalBlocker quiet(&list);
     list.clear();
     list.addItems(wanted);
 }
+
+/// Completes what the pilot types on a closed list to the first entry that begins with it. Letters
+/// belong together when they follow each other as quickly as the desktop asks; one that leads to no
+/// entry is passed over.
+class Type_Ahead : public QObject {
+  public:
+    Type_Ahead(QComboBox& list, Combo_Box& model) : QObject(&list), m_list(list), m_model(model) {
+        list.installEventFilter(this);
+    }
+
+  protected:
+    bool eventFilter(QObject* /*list*/, QEvent* event) override {
+        return event->type() == QEvent::KeyPress && Typed(static_cast<QKeyEvent&>(*event));
+    }
+
+  private:
+    /// False for a key that is not part of a name.
+    bool Typed(const QKeyEvent& press) {
+        const bool goes_on =
+            m_last.isValid() && m_last.elapsed() < QApplication::keyboardInputInterval();
+        if (!goes_on)
+            m_typed.clear();
+        const QString letter = press.text();
+        const bool command = (press.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) != 0;
+        // A blank alone opens the list.
+        if (command || letter.isEmpty() || !letter[0].isPrint() ||
+            (m_typed.isEmpty() && letter == " "))
+            return false;
+        const int entry = m_list.findText(m_typed + letter, Qt::MatchStartsWith);
+        if (entry >= 0) {
+            m_typed += letter;
+            m_last.start();
+            m_model.Choose(entry);
+        }
+        return true;
+    }
+
+    QComboBox& m_list;
+    Combo_Box& m_model;
+    QString m_typed;
+    QElapsedTimer m_last;
+};
 
 /// Completes what the pilot types into a list to the first entry that begins with it. The completed
 /// part is selected: typing on replaces it, taking letters away leaves what he typed.
@@ -248,7 +295,8 @@ void Bind(QComboBox& list, Combo_Box& model, const QString& caption) {
     QObject::connect(&list, &QComboBox::activated, &list,
                      [&model](int index) { model.Choose(index); });
     Watch_List(list);
-    // Typing and the arrow keys choose without opening the list.
+    new Type_Ahead(list, model);
+    // The arrow keys choose without opening the list.
     QObject::connect(&list, &QComboBox::currentIndexChanged, &list, [&list, &model](int index) {
         if (list.hasFocus() && index != model.Selected())
             model.Choose(index);
@@ -285,6 +333,29 @@ void Bind(QCheckBox& box, Check_Box& model) {
     QObject::connect(&box, &QCheckBox::clicked, &box, [&box, &model] {
         model.Click();
         box.setChecked(model.Checked());
+    });
+}
+
+void Bind(QRadioButton& button, Option_Button& model) {
+    Follow(button, model, [&button, &model] {
+        button.setChecked(model.Chosen());
+        Show_State(button, model);
+    });
+    QObject::connect(&button, &QRadioButton::clicked, &button, [&button, &model] {
+        model.Click();
+        button.setChecked(model.Chosen());
+    });
+}
+
+void Bind(QFrame& patch, Swatch& model, const QString& caption) {
+    patch.setAutoFillBackground(true);
+    Follow(patch, model, [&patch, &model, caption] {
+        const QColor color = Setting_Color(model.Color());
+        QPalette shown;
+        shown.setColor(QPalette::Window, color);
+        patch.setPalette(shown);
+        patch.setAccessibleName(caption + ": " + color.name());
+        Show_State(patch, model);
     });
 }
 

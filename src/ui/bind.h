@@ -7,9 +7,11 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QRadioButton>
 
 #include "common/controls.h"
 
@@ -27,6 +29,11 @@ void Bind(QComboBox& list, Combo_Box& model, const QString& caption);
 void Bind(QComboBox& list, Text_Combo& model, const QString& caption);
 /// The caption is the check box's own text.
 void Bind(QCheckBox& box, Check_Box& model);
+/// The caption is the button's own text. Options of one choice are children of one widget, and of
+/// no other choice.
+void Bind(QRadioButton& button, Option_Button& model);
+/// Fills `patch` with the colour.
+void Bind(QFrame& patch, Swatch& model, const QString& caption);
 void Bind(Value_Label& value, Label& model, const QString& caption);
 /// A caption that the model gives ("Gate" of a field definition).
 void Bind(QLabel& caption, Label& model);

@@ -26,6 +26,7 @@ constexpr std::array item_rows = {
     Item_Row{2, "flight_log"},
     Item_Row{3, "statistics"},
     Item_Row{4, "messages"},
+    Item_Row{5, "settings"},
 };
 
 QPixmap Drawn(const QString& drawing, const QSize& size, qreal pixel_ratio) {
