@@ -10,6 +10,7 @@
 
 #include "app/session.h"
 #include "cli/console_desktop.h"
+#include "worldtools/world_locations.h"
 
 namespace norvane {
 
@@ -23,14 +24,19 @@ struct Work {
 struct Words {
     std::string name;
     std::string value;
-    /// As `log rows` counts, from 1.
+    /// As `log rows` or `world list` counts, from 1.
     std::size_t row = 0;
     std::string date;
     std::vector<std::string> fields;
     bool report = false;
+    Aircraft_Place place;
+    /// The world files of FS2000 and FS2002.
+    bool older_world = false;
 };
 
 /// The commands about flight logs: "log", "hours" and "convert".
 void Add_Log_Commands(CLI::App& app, Words& words, Work& work);
+/// "world" and "airport". `session` names the simulator when the command runs.
+void Add_World_Commands(CLI::App& app, const Session_Options& session, Words& words, Work& work);
 
 }  // namespace norvane

@@ -157,6 +157,7 @@ int main(int argc, char** argv) {
     Add_Airline(app, words, work);
     Add_Plan(app, words, work);
     Add_Requests(app, words, work);
+    Add_World_Commands(app, session, words, work);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
