@@ -21,9 +21,9 @@ constexpr int icon_size = 64;
 /// The product's name, next to the other texts.
 constexpr double name_scale = 1.6;
 constexpr int about_characters = 76;
-constexpr int about_lines = 25;
+constexpr int about_lines = 29;
 constexpr int airline_characters = 60;
-constexpr int airline_lines = 26;
+constexpr int airline_lines = 32;
 
 QLabel* Make_Line(Label& model, QWidget& parent) {
     auto* line = new QLabel(&parent);

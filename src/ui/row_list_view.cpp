@@ -5,6 +5,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QToolTip>
 #include <algorithm>
 
@@ -17,6 +18,9 @@ namespace {
 
 /// Between the texts of two columns.
 constexpr int column_gap = 16;
+/// Above and below the text of a row.
+constexpr int row_margin = 3;
+constexpr int fewest_rows = 6;
 /// Columns are as wide as these many first rows need.
 constexpr std::size_t measured_rows = 500;
 
@@ -25,8 +29,8 @@ constexpr std::size_t measured_rows = 500;
 /// The rows as Qt asks for them; they stay where they are.
 class Row_List_View::Rows : public QAbstractTableModel {
   public:
-    Rows(const Row_List& list, Columns columns, QObject* parent)
-        : QAbstractTableModel(parent), m_list(list), m_columns(columns) {}
+    Rows(const Row_List& list, Columns columns, Row_List_View* view)
+        : QAbstractTableModel(view), m_view(*view), m_list(list), m_columns(columns) {}
 
     /// The rows are other ones.
     void Reset() {
@@ -44,6 +48,8 @@ class Row_List_View::Rows : public QAbstractTableModel {
         const auto row = static_cast<std::size_t>(index.row());
         if (role == Qt::TextAlignmentRole)
             return Alignment(index.column());
+        if (role == Qt::SizeHintRole)
+            return QSize(0, m_view.Row_Height());
         if (role != Qt::DisplayRole || row >= m_list.Rows().size())
             return {};
         return To_Q(m_list.Rows()[row].at(static_cast<std::size_t>(index.column())));
@@ -66,6 +72,7 @@ class Row_List_View::Rows : public QAbstractTableModel {
         return static_cast<int>(side | Qt::AlignVCenter);
     }
 
+    const Row_List_View& m_view;
     const Row_List& m_list;
     Columns m_columns;
 };
@@ -90,11 +97,28 @@ Row_List_View::Row_List_View(Row_List& list, const QString& caption, Columns col
     header()->setSectionsMovable(false);
     header()->setSectionsClickable(false);
     header()->setHighlightSections(false);
+    header()->setFixedHeight(Row_Height());
     header()->setSectionResizeMode(QHeaderView::Fixed);
     header()->setSectionResizeMode(columns.wide, QHeaderView::Stretch);
     Keep(*this, list.rows_changed.connect([this] { Show_Rows(); }));
     Show_Rows();
     Follow(*this, list, [this] { Show_State(); });
+    setMinimumSize(Smallest_Size());
+    m_following = false;
+}
+
+int Row_List_View::Row_Height() const {
+    return fontMetrics().height() + 2 * row_margin;
+}
+
+/// Every caption can be read, and some rows.
+QSize Row_List_View::Smallest_Size() const {
+    const int count = header()->count();
+    int widest = 0;
+    for (int column = 0; column < count; ++column)
+        widest = std::max(widest, header()->sectionSizeHint(column));
+    return {count * widest + verticalScrollBar()->sizeHint().width() + 2 * frameWidth(),
+            (fewest_rows + 1) * Row_Height() + 2 * frameWidth()};
 }
 
 void Row_List_View::Show_Rows() {

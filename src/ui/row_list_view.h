@@ -41,6 +41,8 @@ class Row_List_View : public QTreeView {
   private:
     class Rows;
 
+    [[nodiscard]] int Row_Height() const;
+    [[nodiscard]] QSize Smallest_Size() const;
     void Show_Rows();
     void Show_State();
     void Measure();
@@ -52,8 +54,8 @@ class Row_List_View : public QTreeView {
     Rows* m_rows;
     std::vector<int> m_widths;
     std::vector<std::pair<QKeySequence::StandardKey, Link*>> m_keys;
-    /// What changes is not the pilot's doing.
-    bool m_following = false;
+    /// What changes is not the pilot's doing; so while the view is made.
+    bool m_following = true;
 };
 
 }  // namespace norvane

@@ -21,7 +21,7 @@ constexpr int code_characters = 10;
 constexpr int world_characters = 96;
 constexpr int airport_characters = 84;
 /// Of text, in a dialog that has opened.
-constexpr int opening_lines = 24;
+constexpr int opening_lines = 30;
 constexpr Row_List_View::Columns world_columns{1, 3};
 constexpr Row_List_View::Columns airport_columns{1, 2};
 
@@ -74,6 +74,8 @@ Airport_View::Airport_View(frmICAO& form, QWidget* parent)
     above->addWidget(new QLabel(To_Q(frmICAO::label), this));
     Bind(*m_search, form.txtSearch, To_Q(frmICAO::label).remove(':'));
     m_search->installEventFilter(this);
+    // The first airport that is found is selected.
+    Enter_Clicks(*m_search, form.hypCopy);
     above->addWidget(m_search, 1);
     rows->addLayout(above);
 
@@ -97,8 +99,7 @@ Airport_View::Airport_View(frmICAO& form, QWidget* parent)
 bool Airport_View::eventFilter(QObject* /*watched*/, QEvent* event) {
     if (event->type() != QEvent::KeyPress)
         return false;
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key != Qt::Key_Down && key != Qt::Key_Return && key != Qt::Key_Enter)
+    if (static_cast<QKeyEvent*>(event)->key() != Qt::Key_Down)
         return false;
     m_airports->Enter_List();
     return true;
