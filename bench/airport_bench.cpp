@@ -2,64 +2,23 @@
 // in memory. The target is 4 times that; the first lookup, which reads the file, is shown besides.
 
 #include <benchmark/benchmark.h>
-#include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "acars/world_file.h"
-#include "common/file_writer.h"
+#include "airport_world.h"
 #include "common/line_reader.h"
 
 namespace norvane {
 namespace {
 
 using Steady = std::chrono::steady_clock;
-constexpr int airports = 60'000;
-
-/// As in the real world, a good part of the airports stands near the sea.
-std::string Random_World() {
-    std::mt19937 random(8338);
-    std::uniform_real_distribution<double> latitude(-60, 75);
-    std::uniform_real_distribution<double> longitude(-180, 180);
-    std::exponential_distribution<double> elevation_ft(1.0 / 1200);
-    std::string world;
-    for (int i = 0; i < airports; ++i) {
-        world += fmt::format("{:.5f}|{:.5f}|{:.0f}|A{:05}|Airport Number {}\r\n", latitude(random),
-                             longitude(random), elevation_ft(random), i, i);
-    }
-    return world;
-}
-
-class World_On_Disk {
-  public:
-    World_On_Disk()
-        : m_content(Random_World()),
-          m_file(std::filesystem::temp_directory_path() /
-                 ("norvane-bench-" + std::to_string(::getpid()) + ".wld")) {
-        Write_File(m_file, m_content);
-    }
-    ~World_On_Disk() {
-        std::error_code ignored;
-        std::filesystem::remove(m_file, ignored);
-    }
-    World_On_Disk(const World_On_Disk&) = delete;
-    World_On_Disk& operator=(const World_On_Disk&) = delete;
-    [[nodiscard]] const std::string& Content() const { return m_content; }
-    [[nodiscard]] const std::filesystem::path& Path() const { return m_file; }
-
-  private:
-    std::string m_content;
-    std::filesystem::path m_file;
-};
-
 /// A lookup as the engine makes it: is the file as it was, then the search, near the sea.
 void Look_Up(World_File& world, const std::filesystem::path& file) {
     world.Load(file);
@@ -77,7 +36,7 @@ void Count_Lines(const std::string& content) {
     std::size_t lines = 0;
     for (Line_Reader reader(content); reader.Next();)
         ++lines;
-    if (lines != airports)
+    if (lines != airports_in_world)
         throw std::runtime_error("lines were miscounted");
     benchmark::DoNotOptimize(lines);
 }
