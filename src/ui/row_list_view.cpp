@@ -152,6 +152,8 @@ void Row_List_View::Measure() {
     const QFontMetrics metrics = fontMetrics();
     const std::size_t count = std::min(m_list.Rows().size(), measured_rows);
     for (std::size_t column = 0; column < m_widths.size(); ++column) {
+        if (static_cast<int>(column) == m_columns.wide)
+            continue;
         int& width = m_widths[column];
         width = std::max(width, header()->sectionSizeHint(static_cast<int>(column)));
         for (std::size_t row = 0; row < count; ++row) {
