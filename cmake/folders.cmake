@@ -1,10 +1,18 @@
 # One library a folder of src/, and the programs whose main.cpp stands in such a folder.
 
+# Files for one system alone end in _windows or _posix.
+if(WIN32)
+  set(NORVANE_FOREIGN_SOURCES "_posix\\.cpp$")
+else()
+  set(NORVANE_FOREIGN_SOURCES "_windows\\.cpp$")
+endif()
+
 # Adds the library norvane_<folder>, which links the libraries of `uses`. A folder without files gives no target, a folder
 # of headers alone an interface library.
 function(norvane_add_folder folder uses)
   file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp")
   file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${folder}/*.h")
+  list(FILTER sources EXCLUDE REGEX "${NORVANE_FOREIGN_SOURCES}")
   list(REMOVE_ITEM sources "${PROJECT_SOURCE_DIR}/src/${folder}/main.cpp")
   if(NOT sources AND NOT headers)
     return()

@@ -1,7 +1,5 @@
 #include "simlink/link_address.h"
 
-#include <sys/un.h>
-
 #include "common/number.h"
 #include "common/run_error.h"
 
@@ -10,8 +8,14 @@ namespace norvane {
 namespace {
 
 constexpr std::string_view unix_prefix = "unix:";
-/// A socket's path and its NUL must fit the system's own field.
-constexpr std::size_t longest_path = sizeof(sockaddr_un::sun_path) - 1;
+/// A socket's path and its NUL must fit the system's own field of 108 bytes.
+constexpr std::size_t longest_path = 107;
+
+#ifdef _WIN32
+constexpr bool has_unix_sockets = false;
+#else
+constexpr bool has_unix_sockets = true;
+#endif
 
 [[noreturn]] void Refuse(std::string_view text, const std::string& fault) {
     throw Run_Error(error_number::invalid_call,
@@ -32,6 +36,8 @@ Link_Address Parse_Link_Address(std::string_view text) {
         Refuse(text.substr(0, text.find('\0')), "it holds a NUL character");
     Link_Address address;
     if (text.starts_with(unix_prefix)) {
+        if (!has_unix_sockets)
+            Refuse(text, "this system has no Unix sockets");
         address.socket_file = text.substr(unix_prefix.size());
         if (address.socket_file.empty())
             Refuse(text, "the path is missing behind \"unix:\"");

@@ -1,9 +1,5 @@
 #include "simlink/link_server.h"
 
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 
@@ -14,43 +10,40 @@ namespace norvane {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr std::size_t piece_size = 65536;
-
-std::pair<std::uint64_t, std::uint64_t> Identity_Of(const std::filesystem::path& file) {
-    struct stat status {};
-    if (::lstat(file.c_str(), &status) != 0)
-        return {0, 0};
-    return {status.st_dev, status.st_ino};
-}
-
-bool Try_Later() {
-    return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
-}
+constexpr std::chrono::milliseconds longest_wait = 60s;
 
 }  // namespace
 
 Link_Server::Link_Server(const Link_Address& address, Offset_Area& area)
-    : m_area(area), m_listener(Listen_At(address)), m_piece(piece_size) {
+    : Link_Server(address, [&area](std::span<std::byte> records) -> Delivery {
+          return {Delivery_Outcome::answered, area.Process(records) ? 1U : 0U};
+      }) {}
+
+Link_Server::Link_Server(const Link_Address& address, Answer_Records answer)
+    : m_answer(std::move(answer)), m_listener(Listen_At(address)), m_piece(piece_size) {
     m_address = Bound_Address(m_listener, address);
     if (m_address.Is_Unix())
-        m_file = Identity_Of(m_address.socket_file);
+        m_file = system_sockets::Identity_Of(m_address.socket_file);
 }
 
 Link_Server::~Link_Server() {
-    if (m_address.Is_Unix() && m_file == Identity_Of(m_address.socket_file))
-        ::unlink(m_address.socket_file.c_str());
+    std::error_code ignored;
+    if (m_address.Is_Unix() && m_file == system_sockets::Identity_Of(m_address.socket_file))
+        std::filesystem::remove(m_address.socket_file, ignored);
 }
 
 bool Link_Server::Serve(std::chrono::milliseconds at_most, int wake) {
     m_polled.clear();
-    m_polled.push_back({m_full ? -1 : m_listener.Descriptor(), POLLIN, 0});
-    m_polled.push_back({wake, POLLIN, 0});
+    m_polled.push_back(system_sockets::Poll_Entry(m_full ? -1 : m_listener.Descriptor(), POLLIN));
+    m_polled.push_back(system_sockets::Poll_Entry(wake, POLLIN));
     for (const Client& client : m_clients) {
         const short events = client.outgoing.empty() ? POLLIN : POLLOUT;
-        m_polled.push_back({client.socket.Descriptor(), events, 0});
+        m_polled.push_back(system_sockets::Poll_Entry(client.socket.Descriptor(), events));
     }
-    const auto wait = static_cast<int>(std::clamp<std::int64_t>(at_most.count(), 0, 60'000));
-    if (::poll(m_polled.data(), m_polled.size(), wait) <= 0)
+    if (system_sockets::Poll(m_polled, std::clamp(at_most, 0ms, longest_wait)) <= 0)
         return false;
     const auto asks = [](const pollfd& entry) { return entry.revents != 0; };
     if (before_requests && std::any_of(m_polled.begin() + 2, m_polled.end(), asks))
@@ -89,10 +82,10 @@ void Link_Server::Serve_Client(Client& client, short events) {
 }
 
 void Link_Server::Receive(Client& client) {
-    const auto got = ::recv(client.socket.Descriptor(), m_piece.data(), m_piece.size(), 0);
+    const auto got = system_sockets::Receive(client.socket.Descriptor(), m_piece);
     if (got > 0)
         client.incoming.insert(client.incoming.end(), m_piece.begin(), m_piece.begin() + got);
-    else if (got == 0 || !Try_Later())
+    else if (got == 0 || !system_sockets::Try_Later())
         client.gone = true;
 }
 
@@ -109,11 +102,15 @@ void Link_Server::Answer_All(Client& client) {
         if (incoming.size() - place - request_head_size < length)
             break;
         const auto records = incoming.subspan(place + request_head_size, length);
-        client.outgoing.resize(answer_head_size);
-        Store_U32(client.outgoing, 0, Load_U32(incoming, place));
-        Store_U32(client.outgoing, 4, m_area.Process(records) ? 1 : 0);
-        Store_U32(client.outgoing, 8, length);
-        client.outgoing.insert(client.outgoing.end(), records.begin(), records.end());
+        const Delivery delivery = m_answer(records);
+        client.gone = delivery.outcome == Delivery_Outcome::failed;
+        if (delivery.outcome == Delivery_Outcome::answered) {
+            client.outgoing.resize(answer_head_size);
+            Store_U32(client.outgoing, 0, Load_U32(incoming, place));
+            Store_U32(client.outgoing, 4, delivery.answer);
+            Store_U32(client.outgoing, 8, length);
+            client.outgoing.insert(client.outgoing.end(), records.begin(), records.end());
+        }
         place += request_head_size + length;
         Send(client);
     }
@@ -123,10 +120,9 @@ void Link_Server::Answer_All(Client& client) {
 
 void Link_Server::Send(Client& client) {
     while (!client.gone && !client.outgoing.empty()) {
-        const auto sent = ::send(client.socket.Descriptor(), client.outgoing.data(),
-                                 client.outgoing.size(), MSG_NOSIGNAL);
+        const auto sent = system_sockets::Send(client.socket.Descriptor(), client.outgoing);
         if (sent < 0) {
-            client.gone = !Try_Later();
+            client.gone = !system_sockets::Try_Later();
             return;
         }
         client.outgoing.erase(client.outgoing.begin(), client.outgoing.begin() + sent);

@@ -1,15 +1,17 @@
 #pragma once
 // The simulator's end of the Norvane link: listens, and answers request frames of any number of
-// clients from an offset area. It runs on its owner's thread, one `Serve` at a time, so that the
-// owner moves its world between requests.
-
-#include <poll.h>
+// clients from an offset area, or from whoever answers in its place. It runs on its owner's thread,
+// one `Serve` at a time, so that the owner moves its world between requests.
 
 #include <functional>
 #include <list>
+#include <span>
+#include <utility>
 #include <vector>
 
 #include "simlink/link_socket.h"
+#include "simlink/system_sockets.h"
+#include "simlink/transport.h"
 
 namespace norvane {
 
@@ -17,8 +19,13 @@ class Offset_Area;
 
 class Link_Server {
   public:
+    /// Answers a request's records, in place. What was not answered in time gets no answer frame;
+    /// a failed delivery closes the connection of the client that asked.
+    using Answer_Records = std::function<Delivery(std::span<std::byte> records)>;
+
     /// Listens at `address`; raises when it cannot be had. `area` outlives the server.
     Link_Server(const Link_Address& address, Offset_Area& area);
+    Link_Server(const Link_Address& address, Answer_Records answer);
     /// Drops all clients and removes the Unix socket, unless someone else has taken its place.
     ~Link_Server();
     Link_Server(const Link_Server&) = delete;
@@ -52,7 +59,7 @@ class Link_Server {
     void Answer_All(Client& client);
     void Send(Client& client);
 
-    Offset_Area& m_area;
+    Answer_Records m_answer;
     Link_Address m_address;
     Link_Socket m_listener;
     std::list<Client> m_clients;

@@ -13,16 +13,6 @@ namespace {
 constexpr std::uint32_t fsuipc_3_750 = 0x37500000;
 constexpr std::uint16_t fs2004 = 7;
 
-bool Acceptable(std::span<const std::byte> records) {
-    Record_Walk walk(records);
-    while (walk.Next()) {
-        const Request_Record& record = walk.Record();
-        if (std::uint64_t{record.offset} + record.size > Offset_Area::size)
-            return false;
-    }
-    return walk.Ended_Whole();
-}
-
 }  // namespace
 
 Offset_Area::Offset_Area() {
@@ -31,8 +21,18 @@ Offset_Area::Offset_Area() {
     Set_Simulator_Version(fs2004);
 }
 
+bool Offset_Area::Takes(std::span<const std::byte> records) {
+    Record_Walk walk(records);
+    while (walk.Next()) {
+        const Request_Record& record = walk.Record();
+        if (std::uint64_t{record.offset} + record.size > size)
+            return false;
+    }
+    return walk.Ended_Whole();
+}
+
 bool Offset_Area::Process(std::span<std::byte> records) {
-    if (!Acceptable(records))
+    if (!Takes(records))
         return false;
     Record_Walk walk(records);
     while (walk.Next()) {

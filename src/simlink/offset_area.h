@@ -21,8 +21,11 @@ class Offset_Area {
     /// All zero but for the version words: FSUIPC 3.750, simulator 7 ("FS2004").
     Offset_Area();
 
-    /// Carries out the records of a request block, in place. False, with nothing changed, for a
-    /// record beyond the area, an unknown identifier or a length that does not fit. Writes leave
+    /// False for a record beyond the area, an unknown identifier or a length that does not fit:
+    /// such a request block is refused, whoever is to carry it out.
+    [[nodiscard]] static bool Takes(std::span<const std::byte> records);
+    /// Carries out the records of a request block, in place. False, with nothing changed, when the
+    /// area does not take them. Writes leave
     /// the version words (0x3304 to 0x330B) as they are.
     bool Process(std::span<std::byte> records);
 

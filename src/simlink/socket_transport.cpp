@@ -1,24 +1,13 @@
 #include "simlink/socket_transport.h"
 
-#include <poll.h>
-#include <sys/socket.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <utility>
 
 #include "simlink/mod_fsuipc.h"
 #include "simlink/request_block.h"
+#include "simlink/system_sockets.h"
 
 namespace norvane {
-
-namespace {
-
-bool Would_Block() {
-    return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
-}
-
-}  // namespace
 
 Socket_Transport::Socket_Transport(Link_Address address, std::chrono::milliseconds connect_at_most,
                                    std::function<void()> meanwhile)
@@ -74,10 +63,10 @@ Delivery_Outcome Socket_Transport::Send(std::span<const std::byte> block, Link_D
     std::copy(block.begin(), block.end(), m_outgoing.begin() + request_head_size);
     std::span<const std::byte> rest = m_outgoing;
     while (!rest.empty()) {
-        const auto sent = ::send(m_socket.Descriptor(), rest.data(), rest.size(), MSG_NOSIGNAL);
+        const auto sent = system_sockets::Send(m_socket.Descriptor(), rest);
         if (sent > 0) {
             rest = rest.subspan(static_cast<std::size_t>(sent));
-        } else if (sent == 0 || !Would_Block()) {
+        } else if (sent == 0 || !system_sockets::Try_Later()) {
             return Delivery_Outcome::failed;
         } else if (!Wait_For(m_socket, POLLOUT, deadline)) {
             // Half a frame may be out: what follows on this connection would be misread.
@@ -97,9 +86,10 @@ Delivery Socket_Transport::Receive(std::span<std::byte> block, Link_Deadline dea
             return {Delivery_Outcome::silent, 0};
         const std::size_t kept = m_incoming.size();
         m_incoming.resize(kept + piece);
-        const auto got = ::recv(m_socket.Descriptor(), m_incoming.data() + kept, piece, 0);
-        m_incoming.resize(kept + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
-        if (got == 0 || (got < 0 && !Would_Block()))
+        const auto got =
+            system_sockets::Receive(m_socket.Descriptor(), std::span(m_incoming).subspan(kept));
+        m_incoming.resize(kept + static_cast<std::size_t>(std::max<std::ptrdiff_t>(got, 0)));
+        if (got == 0 || (got < 0 && !system_sockets::Try_Later()))
             return {Delivery_Outcome::failed, 0};
     }
     return delivery;

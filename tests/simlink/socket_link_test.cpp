@@ -289,6 +289,31 @@ TEST(Link_Server_Clients, Who_Breaks_The_Framing_Is_Dropped_Alone) {
     sender.join();
 }
 
+TEST(Link_Server_Clients, Meet_What_Stands_Behind_The_Server) {
+    std::vector<Delivery> behind{{Delivery_Outcome::silent, 0},
+                                 {Delivery_Outcome::answered, 7},
+                                 {Delivery_Outcome::failed, 0},
+                                 {Delivery_Outcome::answered, 1}};
+    std::size_t asked = 0;
+    Link_Server server(Any_Port(), [&](std::span<std::byte> records) {
+        records[16] = std::byte{0x2A};
+        return behind.at(asked++);
+    });
+    std::jthread serving([&](const std::stop_token& stop) {
+        while (!stop.stop_requested())
+            server.Serve(20ms);
+    });
+    Socket_Transport client(server.Address());
+    ASSERT_EQ(client.Open().result, ipc_result::okay);
+    auto block = Read_Block(0x3304, 4);
+    EXPECT_EQ(client.Deliver(block, 200ms).outcome, Delivery_Outcome::silent);
+    EXPECT_EQ(client.Deliver(block, 2s).answer, 7U);
+    EXPECT_EQ(block[16], std::byte{0}) << "what was refused brings nothing back";
+    EXPECT_EQ(client.Deliver(block, 2s).outcome, Delivery_Outcome::failed);
+    EXPECT_EQ(client.Deliver(block, 2s).answer, 1U) << "the next one connects anew";
+    EXPECT_EQ(block[16], std::byte{0x2A});
+}
+
 TEST(Link_Server_Files, Only_What_A_Dead_Server_Left_Is_Replaced) {
     const Socket_Directory directory;
     const auto& file = directory.Address().socket_file;
