@@ -190,6 +190,7 @@ void ucACARS::Drop_Stored_Flight() {
         m_network_plan = false;
         Clear_All_Fields();
         Delete_Stored_Flight(m_services);
+        Active_State.emit(false);
     });
 }
 

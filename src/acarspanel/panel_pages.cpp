@@ -3,8 +3,10 @@
 #include "acarspanel/uc_acars.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include "common/find_file.h"
 #include "common/log_error.h"
@@ -102,12 +104,22 @@ void ucACARS::Load_VA_Fields() {
 void ucACARS::VA_Settings() {
     Guarded(m_services, "ucACARS.VA_Settings()", Show::box, [&] {
         m_has_airline_fields = false;
-        for (Custom_Field& field : vaFields)
-            field.Remove();
+        // The same airline's fields keep what was typed into them.
+        const bool is_same = std::exchange(m_fields_of, m_airline.Name()) == m_airline.Name();
+        std::array<std::pair<std::string, std::string>, airline_field_count> typed;
+        for (std::size_t i = 0; i < vaFields.size(); ++i) {
+            if (is_same)
+                typed[i] = {vaFields[i].lblCaption.Text(), vaFields[i].Value()};
+            vaFields[i].Remove();
+        }
         m_has_airline_fields = !m_airline.WebServer().empty() &&
                                m_airline.PIREP_Fields_Ubound() >= fixed_pirep_fields_bound;
         if (m_has_airline_fields)
             Load_VA_Fields();
+        for (std::size_t i = 0; i < vaFields.size(); ++i) {
+            if (!typed[i].second.empty() && vaFields[i].lblCaption.Text() == typed[i].first)
+                vaFields[i].Restore(typed[i].second);
+        }
         // The page that was shown may be gone.
         Show_Page(std::min(m_page, Last_Page()));
     });

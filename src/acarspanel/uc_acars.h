@@ -318,6 +318,8 @@ class ucACARS {
 
     bool m_has_optional_fields = false;
     bool m_has_airline_fields = false;
+    /// The airline whose fields stand on the panel.
+    std::string m_fields_of;
     bool m_active = false;
     bool m_paused = false;
     bool m_resume = false;

@@ -1,11 +1,13 @@
 #include "app/frm_main.h"
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <exception>
 #include <utility>
 
 #include "acarspanel/panel_fields.h"
+#include "common/code_page.h"
 #include "common/log_error.h"
 
 namespace norvane {
@@ -19,19 +21,25 @@ constexpr std::string_view left_key = "MainLeft";
 constexpr std::string_view top_key = "MainTop";
 constexpr int default_place_twips = 1000;
 
-/// One line of the navigation bar: title and description are the same text.
+/// One line of the navigation bar: title and description are the same text; `help` is the panel's
+/// place in the help page.
 struct Panel_Row {
     std::string_view key;
     std::string_view title;
     int icon;
     std::string_view control;
+    std::string_view help;
 };
 constexpr std::array panel_rows = {
-    Panel_Row{"ACARS", "ACARS", 1, "ucACARS"},
-    Panel_Row{"ACARS Messages", "ACARS Messages", 4, "ucMSG"},
-    Panel_Row{"FlightLog", "Flight Log", 2, "ucFlightLog"},
-    Panel_Row{"TimebyACType", "Time by AC Type", 3, "ucStats"},
+    Panel_Row{"ACARS", "ACARS", 1, "ucACARS", "acars"},
+    Panel_Row{"ACARS Messages", "ACARS Messages", 4, "ucMSG", "acars-messages"},
+    Panel_Row{"FlightLog", "Flight Log", 2, "ucFlightLog", "flight-log"},
+    Panel_Row{"TimebyACType", "Time by AC Type", 3, "ucStats", "time-by-ac-type"},
+    Panel_Row{"Settings", "Settings", 5, "ucSettings", "settings"},
 };
+
+/// The help page in the program directory.
+constexpr std::string_view help_file = "nv.html";
 
 constexpr std::string_view acars_off = "ACARS: OFF";
 constexpr std::string_view no_simulator = "FS:";
@@ -55,6 +63,7 @@ frmMain::frmMain(Program& program)
     Add_Menus();
     Connect();
     Connect_Flight_Log();
+    Connect_Dialogs();
     Connect_Engine();
     Guarded(m_program.services, initialise, Show::box, [this] { Form_Initialize(); });
 }
@@ -65,7 +74,7 @@ frmMain::~frmMain() {
 }
 
 void frmMain::Form_Initialize() {
-    for (Frame_Panel* panel : {&pnlACARS, &pnlMSG, &pnlFlightLog, &pnlStats})
+    for (Frame_Panel* panel : {&pnlACARS, &pnlMSG, &pnlFlightLog, &pnlStats, &pnlSettings})
         frame.Contain(*panel);
     for (const Panel_Row& row : panel_rows)
         frame.AddItem({row.key, row.title, row.title}, row.icon, row.control);
@@ -73,8 +82,9 @@ void frmMain::Form_Initialize() {
     Guarded(m_program.services, initialise, Show::box, [this] { Read_Place(); });
     Show_UTC();
     Set_Status(Status_Panel::acars, acars_off);
-    Hide_Unanswered_Commands();
+    Hide_Display_VA_Options();
     Apply_Colors();
+    Lock_Settings();
     Set_Status(Status_Panel::simulator, no_simulator);
     Show_Log_Name();
     Show_Time_And_Date();
@@ -119,7 +129,10 @@ void frmMain::Connect_Flight_Log() {
                 Icon::exclamation);
         }
     });
-    mnuFlightLogsManage.chosen.connect([this] { m_program.manage_logs.Show_Form(); });
+    mnuFlightLogsManage.chosen.connect([this] {
+        m_program.manage_logs.Show_Form();
+        m_program.settings_panel.Refresh_VA_Information();
+    });
     mnuFlightLogsRestoreLog.chosen.connect([this, &log] {
         {
             const Busy_Cursor busy(m_program.services.desktop);
@@ -128,6 +141,42 @@ void frmMain::Connect_Flight_Log() {
         Say("Flight Log Default Sizing Restored", Icon::information);
     });
     mnuFlightLogConvert.chosen.connect([this] { m_program.convert_log.Show_Form(); });
+}
+
+void frmMain::Connect_Dialogs() {
+    mnuFileFSWorld.chosen.connect([this] {
+        if (!m_program.world_locations.Show_Form())
+            Say("Unable to connect to Flight Simulator.  Please make sure that Flight Simulator is "
+                "running.",
+                Icon::exclamation);
+    });
+    mnuFileSendPIREP.chosen.connect([this] { m_program.pirep_editor.Show_Form(); });
+    mnuHelpICAO.chosen.connect([this] {
+        Guarded(m_program.services, "frmMain.mnuHelpICAO_Click()", Show::box,
+                [this] { m_program.airport_lookup.Show_Form(); });
+    });
+    mnuHelpContents.chosen.connect([this] { Show_Help(); });
+    mnuHelpAbout.chosen.connect([this] { m_program.about.Show_Form(); });
+}
+
+/// The help page, at the panel that is shown.
+void frmMain::Show_Help() {
+    Guarded(m_program.services, "frmMain.mnuHelpContents_Click()", Show::box, [this] {
+        const auto file = m_program.services.program_directory / help_file;
+        if (!std::filesystem::exists(file))
+            throw Run_Error(error_number::file_not_found, "File not found: " + From_Path(file));
+        const auto* row =
+            std::find_if(panel_rows.begin(), panel_rows.end(),
+                         [this](const Panel_Row& panel) { return panel.key == frame.ActiveKey(); });
+        m_program.services.desktop.Open_File(
+            file, row == panel_rows.end() ? std::string_view() : row->help);
+    });
+}
+
+/// A flight in progress, or one that waits to be resumed, keeps the settings that it began with.
+void frmMain::Lock_Settings() {
+    m_program.settings_panel.ACARS_STATE(!m_program.panel.Is_Active() &&
+                                         !m_program.panel.Is_Resumable());
 }
 
 void frmMain::Say(std::string_view text, Icon icon) {
@@ -154,9 +203,10 @@ void frmMain::Connect_Engine() {
     connect(events.Reset, show_off);
     connect(events.FlightAtGate, show_off);
     // The time of the gate's step comes behind it; and a flight may also end by "Reset".
-    m_connections.push_back(m_program.panel.Active_State.connect([show_off](bool active) {
+    m_connections.push_back(m_program.panel.Active_State.connect([this, show_off](bool active) {
         if (!active)
             show_off();
+        Lock_Settings();
     }));
 }
 
@@ -202,25 +252,8 @@ void frmMain::Apply_Colors() {
 }
 
 void frmMain::Hide_Display_VA_Options() {
-    Guarded(m_program.services, "frmMain.Hide_Display_VA_Options()", Show::box, [this] {
-        mnuFileSendPIREP.Set_Visible(!mnuFileSendPIREP.chosen.empty() &&
-                                     !m_program.airline.Script_PIREP().empty());
-    });
-}
-
-void frmMain::Hide_Unanswered_Commands() {
-    for (const Menu& menu : m_menus) {
-        for (Menu_Command* command : menu.commands) {
-            if (command != nullptr && command != &mnuFileSendPIREP)
-                command->Set_Visible(!command->chosen.empty());
-        }
-    }
-    Hide_Display_VA_Options();
-}
-
-const std::vector<Menu>& frmMain::Menus() {
-    Hide_Unanswered_Commands();
-    return m_menus;
+    Guarded(m_program.services, "frmMain.Hide_Display_VA_Options()", Show::box,
+            [this] { mnuFileSendPIREP.Set_Visible(!m_program.airline.Script_PIREP().empty()); });
 }
 
 std::vector<Menu_Command*> frmMain::Shown(const Menu& menu) {
@@ -256,7 +289,6 @@ bool frmMain::Key(Window_Key key) {
 
 /// Chooses the command for the pilot; false when it cannot be chosen now.
 bool frmMain::Run(Menu_Command& command) {
-    Hide_Unanswered_Commands();
     if (!command.Visible() || !command.Enabled())
         return false;
     command.Choose();

@@ -53,11 +53,8 @@ class frmMain {
 
     /// True when the key ran a command.
     bool Key(Window_Key key);
-    /// The menus with what they offer now; commands that nothing answers yet are hidden. Asked for
-    /// again when listeners were connected.
-    [[nodiscard]] const std::vector<Menu>& Menus();
-    /// The menu's visible commands, separators only between two of them; empty for a menu that is
-    /// to be left out.
+    [[nodiscard]] const std::vector<Menu>& Menus() const { return m_menus; }
+    /// The menu's visible commands, separators only between two of them.
     [[nodiscard]] static std::vector<Menu_Command*> Shown(const Menu& menu);
 
     /// Ends tracking, keeps the window's place and closes link and flight log, then raises
@@ -80,6 +77,7 @@ class frmMain {
     Frame_Panel pnlMSG{"ucMSG"};
     Frame_Panel pnlFlightLog{"ucFlightLog"};
     Frame_Panel pnlStats{"ucStats"};
+    Frame_Panel pnlSettings{"ucSettings"};
     ucAppFrame frame;
     /// The status bar's UTC clock.
     Timer ZTimer;
@@ -100,13 +98,15 @@ class frmMain {
     void Add_Menus();
     void Connect();
     void Connect_Flight_Log();
+    void Connect_Dialogs();
     void Connect_Engine();
+    void Show_Help();
+    void Lock_Settings();
     void Say(std::string_view text, Icon icon);
     void Read_Place();
     void Save_Place();
     void Apply_Colors();
     void Hide_Display_VA_Options();
-    void Hide_Unanswered_Commands();
     bool Run(Menu_Command& command);
     void Show_Log_Name();
     void Show_UTC();

@@ -28,7 +28,11 @@ Program::Program(const Services& outside, Transport& transport, const Http_Optio
       response(services),
       http_limits(Limits(http)),
       panel({services, settings, airline, log_entry, response, http_limits}),
-      messages({services, settings, airline, http_limits}) {
+      messages({services, settings, airline, http_limits}),
+      settings_panel(services, settings, airline),
+      pirep_editor({services, settings, airline, response, http_limits}),
+      world_locations({services, link, settings, airline, utc}),
+      airport_lookup(services, [this] { return engine.World(); }) {
     airline.Get_VA_Settings(settings.Virtual_Airline());
     flight_log.Set_Simulator({services, link, settings, airline, utc});
     flight_log.UCI();

@@ -1,26 +1,31 @@
 #pragma once
 // The process-wide objects, created once in start-up order and wired to each other: settings,
 // airline, the shared log entry, the clock, the simulator link, the flight log with its statistics
-// and dialogs, the engine, the ACARS panel, the message panel and the response viewer. Owned by the
-// program's `main`; a program without a window and one with it start the same way and end the same
-// way.
+// and dialogs, the engine, the other panels, and the dialogs that the main window opens. Owned by
+// the program's `main`; a program without a window and one with it start the same way and end the
+// same way.
 
 #include <sigc++/sigc++.h>
 
 #include "acars/cls_acars.h"
 #include "acars/cls_utc.h"
 #include "acarspanel/uc_acars.h"
+#include "app/frm_about.h"
 #include "common/services.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
+#include "config/uc_settings.h"
 #include "flightlog/frm_convert_log.h"
 #include "flightlog/frm_flight_log.h"
 #include "flightlog/uc_flight_log.h"
 #include "flightlog/uc_stats.h"
 #include "logentry/cls_log_entry.h"
+#include "logentry/frm_pirep.h"
 #include "logentry/frm_response.h"
 #include "net/uc_msg.h"
 #include "simlink/mod_fsuipc.h"
+#include "worldtools/frm_fs_world.h"
+#include "worldtools/frm_icao.h"
 
 namespace norvane {
 
@@ -54,6 +59,11 @@ class Program {
     Http_Options http_limits;
     ucACARS panel;
     ucMSG messages;
+    ucSettings settings_panel;
+    frmPIREP pirep_editor;
+    frmFSWorld world_locations;
+    frmICAO airport_lookup;
+    frmAbout about;
 
   private:
     /// Until the program closes; every request together with the others.

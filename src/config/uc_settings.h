@@ -138,6 +138,14 @@ class ucSettings {
     void Get_VA_Settings();
     void Get_Airline_Info();
     void Save_Settings();
+    void Enable_Controls();
+    void Show_Sending();
+    void Choose_Take_Off(Take_Off choice);
+    void Choose_Airline();
+    void Follow_IATA();
+    bool May_Move_Values(const std::vector<std::string>& definitions);
+    void Assign_Flight_Settings();
+    void Assign_Airline_Settings();
 
     Services& m_services;
     clsAppSettings& m_settings;

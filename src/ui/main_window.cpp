@@ -7,7 +7,9 @@
 #include <QShortcut>
 #include <QStatusBar>
 #include <array>
+#include <utility>
 
+#include "ui/about_dialogs.h"
 #include "ui/acars_view.h"
 #include "ui/bind.h"
 #include "ui/flight_log_view.h"
@@ -17,11 +19,14 @@
 #include "ui/look.h"
 #include "ui/message_view.h"
 #include "ui/pictures.h"
+#include "ui/pirep_view.h"
 #include "ui/qt_desktop.h"
 #include "ui/qt_text.h"
 #include "ui/response_view.h"
+#include "ui/settings_view.h"
 #include "ui/stats_view.h"
 #include "ui/value_label.h"
+#include "ui/world_dialogs.h"
 
 namespace norvane {
 
@@ -62,10 +67,11 @@ Main_Window::Main_Window(frmMain& form, Program& program, Qt_Desktop& desktop)
       m_desktop(desktop),
       m_frame(new Frame_View(form.frame, this)),
       m_wait(new QLabel(this)),
-      m_response(new Response_View(program.response, this)) {
+      m_windows{new Response_View(program.response, this)} {
     setWindowIcon(Program_Icon());
     setCentralWidget(m_frame);
     Add_Panels(program);
+    Add_Dialogs(program);
     Add_Menus();
     Add_Keys();
     Add_Status_Bar();
@@ -83,24 +89,45 @@ Main_Window::~Main_Window() {
 
 void Main_Window::Add_Panels(Program& program) {
     m_frame->Put(m_form.pnlACARS, new Acars_View(program.panel, m_form, m_frame));
-    m_frame->Put(m_form.pnlMSG, new Message_View(program.messages, m_form, m_frame));
     const auto put_late = [this](Frame_Panel& panel, Late_View::Maker make) {
         m_frame->Put(panel, new Late_View(std::move(make), m_frame));
     };
+    put_late(m_form.pnlMSG, [this, &program](QWidget* parent) {
+        return new Message_View(program.messages, m_form, parent);
+    });
     put_late(m_form.pnlFlightLog, [this, &program](QWidget* parent) {
         return new Flight_Log_View(program.flight_log, m_form, m_desktop, parent);
     });
     put_late(m_form.pnlStats, [this, &program](QWidget* parent) {
         return new Stats_View(program.statistics, m_form, parent);
     });
+    put_late(m_form.pnlSettings, [this, &program](QWidget* parent) {
+        return new Settings_View(program.settings_panel, m_form, parent);
+    });
+}
+
+void Main_Window::Add_Dialogs(Program& program) {
     Draw(program.manage_logs, m_desktop, *this);
     Draw(program.convert_log, m_desktop, *this);
+    Draw(program.settings_panel.airline_lookup, m_desktop, *this);
+    Draw(program.world_locations, m_desktop, *this);
+    Draw(program.about, m_desktop, *this);
+    const auto make_when_open = [this](auto& form, auto make) {
+        Keep(*this, form.changed.connect([this, &form, make, made = false]() mutable {
+            if (form.Is_Open() && !std::exchange(made, true))
+                m_windows.push_back(make(form, this));
+        }));
+    };
+    make_when_open(program.pirep_editor, [](frmPIREP& form, QWidget* owner) -> QWidget* {
+        return new Pirep_View(form, owner);
+    });
+    make_when_open(program.airport_lookup, [](frmICAO& form, QWidget* owner) -> QWidget* {
+        return new Airport_View(form, owner);
+    });
 }
 
 void Main_Window::Add_Menus() {
     for (const Menu& menu : m_form.Menus()) {
-        if (frmMain::Shown(menu).empty())
-            continue;
         QMenu* shown = menuBar()->addMenu(To_Q(menu.caption));
         // Which commands there are may change with the airline.
         connect(shown, &QMenu::aboutToShow, shown, [shown, &menu] {
@@ -200,7 +227,8 @@ void Main_Window::End() {
     hide();
     m_desktop.End_Dialogs();
     // A window that is open would be closed, which for the response viewer deletes its files.
-    m_response->hide();
+    for (QWidget* window : m_windows)
+        window->hide();
     QCoreApplication::quit();
 }
 

@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <vector>
 
 #include "app/frm_main.h"
 
@@ -28,6 +29,7 @@ class Main_Window : public QMainWindow {
 
   private:
     void Add_Panels(Program& program);
+    void Add_Dialogs(Program& program);
     void Add_Menus();
     void Add_Keys();
     void Add_Status_Bar();
@@ -39,7 +41,8 @@ class Main_Window : public QMainWindow {
     Qt_Desktop& m_desktop;
     Frame_View* m_frame;
     QLabel* m_wait;
-    QWidget* m_response;
+    /// Those that do not block, beside this one.
+    std::vector<QWidget*> m_windows;
     /// Where the window put itself.
     QPoint m_own_place;
     bool m_ended = false;

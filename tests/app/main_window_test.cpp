@@ -104,21 +104,39 @@ TEST_F(Main_Window, Closes_once_and_without_a_word_when_its_place_cannot_be_stor
         EXPECT_EQ(report.find("frmMain"), std::string::npos) << report;
 }
 
-TEST_F(Main_Window, Offers_only_what_something_answers) {
-    const std::string titles = "&Load Aircraft Types from Flight Simulator";
-    EXPECT_THAT(Shown_Captions(file), testing::ElementsAre(titles, "-", "E&xit"));
-    EXPECT_THAT(Shown_Captions(help), testing::IsEmpty());
-    EXPECT_FALSE(window->Key(Window_Key::f4));
+TEST_F(Main_Window, Opens_what_its_commands_name) {
+    Write("nv.html", "<h1 id='settings'>");
+    window->frame.SetActivePanel("Settings");
+    EXPECT_TRUE(window->Key(Window_Key::f1));
+    EXPECT_THAT(desktop.opened_files, testing::ElementsAre(directory / "nv.html"));
+    EXPECT_THAT(desktop.opened_anchors, testing::ElementsAre("settings"));
+    std::filesystem::remove(directory / "nv.html");
+    window->mnuHelpContents.Choose();
+    EXPECT_THAT(Take_Errors(), testing::ElementsAre(testing::HasSubstr("mnuHelpContents_Click")));
 
-    int shown = 0;
-    window->mnuFileFSWorld.chosen.connect([&] { ++shown; });
-    window->mnuFileSendPIREP.chosen.connect([&] { ++shown; });
-    window->mnuHelpAbout.chosen.connect([&] { ++shown; });
-    EXPECT_THAT(Shown_Captions(file),
-                testing::ElementsAre("&FS World Locations ...", titles, "-", "E&xit"));
-    EXPECT_THAT(Shown_Captions(help), testing::ElementsAre("&About Norvane ..."));
+    Write("bin/fs9.wld", "1|2|3|NVTS|Nova Test\r\n");
+    EXPECT_TRUE(window->Key(Window_Key::f2));
+    EXPECT_TRUE(program->airport_lookup.Is_Open());
+    transport.on_deliver = [](std::span<std::byte>) {
+        return std::optional(Delivery{Delivery_Outcome::failed, 0});
+    };
     EXPECT_TRUE(window->Key(Window_Key::f4));
-    EXPECT_EQ(shown, 1);
+    EXPECT_EQ(desktop.boxes.back().text,
+              "Unable to connect to Flight Simulator.  Please make sure that Flight Simulator is "
+              "running.");
+    EXPECT_EQ(desktop.boxes.back().icon, Icon::exclamation);
+}
+
+TEST_F(Main_Window, Locks_the_flights_settings_while_one_is_tracked) {
+    ucSettings& panel = program->settings_panel;
+    EXPECT_TRUE(panel.cboFuel.Enabled());
+    program->panel.hypOn.Click();
+    ASSERT_TRUE(program->panel.Is_Active());
+    EXPECT_FALSE(panel.cboFuel.Enabled());
+    EXPECT_FALSE(panel.txtPilot[ucSettings::pilot_name].Enabled());
+    program->panel.hypReset.Click();
+    EXPECT_TRUE(panel.cboFuel.Enabled());
+    Take_Errors();
 }
 
 TEST_F(Main_Window, Tells_whether_aircraft_types_came_from_the_simulator) {
@@ -136,9 +154,6 @@ TEST_F(Main_Window, Tells_whether_aircraft_types_came_from_the_simulator) {
 
 TEST_F(Main_Window, Offers_PIREPs_while_the_airline_takes_them) {
     Write("VA_POSTING/server.cfg", "host\r\n/pirep\r\n\r\n");
-    program->airline.Get_VA_Settings("POSTING");
-    EXPECT_FALSE(window->mnuFileSendPIREP.Visible()) << "nothing answers it";
-    window->mnuFileSendPIREP.chosen.connect([] {});
     program->airline.Get_VA_Settings("POSTING");
     EXPECT_THAT(Shown_Captions(file), testing::Contains("&Send PIREP ..."));
     program->airline.Get_VA_Settings("DEFAULT");

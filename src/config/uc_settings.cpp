@@ -1,0 +1,378 @@
+#include "config/uc_settings.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "common/find_file.h"
+#include "common/line_reader.h"
+#include "common/log_error.h"
+#include "common/services.h"
+#include "common/text.h"
+#include "config/airline_list.h"
+#include "config/cls_va_settings.h"
+#include "config/log_names.h"
+#include "config/settings_controls.h"
+
+namespace norvane {
+
+namespace {
+
+/// A list that stands for itself needs something to choose from.
+constexpr std::size_t fewest_choices = 2;
+constexpr std::int32_t take_off_step_ft = 5;
+
+void Select_Exactly(Combo_Box& list, const std::string& text) {
+    const auto& entries = list.Entries();
+    const auto found = std::find(entries.begin(), entries.end(), text);
+    if (found == entries.end())
+        list.Select_Text(text);
+    else
+        list.Select(static_cast<int>(found - entries.begin()));
+}
+
+/// "^" separates a definition's parts and can be in none of them.
+std::string Definition_Part(const Text_Box& box) {
+    return Replace_All(Trim(box.Text()), "^", "/");
+}
+
+std::string Definition_Of(const ucSettings::Field_Row& row) {
+    const std::string name = Definition_Part(row.txtName);
+    if (name.empty())
+        return {};
+    return name + "^" + (row.cboType.Selected() == drop_list ? Definition_Part(row.txtList) : "");
+}
+
+std::string Caption_Of(std::string_view definition) {
+    return Trim(Before(definition, "^"));
+}
+
+/// The captions in effect after a start: definitions close up towards the first.
+std::vector<std::string> Captions_In_Effect(const std::vector<std::string>& definitions) {
+    std::vector<std::string> captions;
+    for (const std::string& definition : definitions) {
+        if (!definition.empty())
+            captions.push_back(Caption_Of(definition));
+    }
+    return captions;
+}
+
+}  // namespace
+
+ucSettings::ucSettings(Services& services, clsAppSettings& settings, clsVASettings& airline)
+    : airline_lookup(services), m_services(services), m_settings(settings), m_airline(airline) {
+    Connect();
+    UCI();
+}
+
+void ucSettings::UCI() {
+    Guarded(m_services, "ucSettings.UCI()", Show::box, [&] {
+        for (const Setting_List& row : Setting_Lists())
+            (this->*row.list).Set_Entries({row.entries.begin(), row.entries.end()});
+        std::vector<std::string> altitudes;
+        for (std::int32_t feet = take_off_step_ft; feet <= 100; feet += take_off_step_ft)
+            altitudes.push_back(fmt::format("{}", feet));
+        cboTakeOffAlt.Set_Entries(std::move(altitudes));
+        for (Field_Row& row : optFields)
+            row.cboType.Set_Entries({"Free Text", "Drop List"});
+        Load_WX_Combo();
+        Refresh_VA_Information();
+        Get_Settings();
+    });
+}
+
+void ucSettings::Connect() {
+    for (std::size_t i = 0; i < cmdColor.size(); ++i) {
+        cmdColor[i].clicked.connect([this, i] {
+            Guarded(m_services, "ucSettings.cmdColor_Click()", Show::box, [&] {
+                if (const auto color = m_services.desktop.Choose_Color(swColor[i].Color()))
+                    swColor[i].Set_Color(*color);
+            });
+        });
+    }
+    cmdReset.clicked.connect([this] {
+        for (std::size_t i = 0; i < swColor.size(); ++i)
+            swColor[i].Set_Color(Setting_Colors()[i].otherwise);
+    });
+    optACARS[on_ground_flag].edited.connect([this] { Choose_Take_Off(on_ground_flag); });
+    optACARS[take_off_altitude].edited.connect([this] { Choose_Take_Off(take_off_altitude); });
+    chkACARS[save_pirep].edited.connect([this] {
+        if (!chkACARS[save_pirep].Checked())
+            chkACARS[send_pirep].Set_Checked(false);
+        Enable_Controls();
+    });
+    chkACARS[vatsim].edited.connect([this] {
+        txtVATSIM_PID.Set_Text({});
+        Enable_Controls();
+    });
+    for (Field_Row& row : optFields) {
+        row.cboType.edited.connect([this, &row] {
+            if (row.cboType.Selected() != drop_list)
+                row.txtList.Set_Text({});
+            Enable_Controls();
+        });
+    }
+    txtPilot[iata].edited.connect([this] { Follow_IATA(); });
+    cboVA.edited.connect([this] { Choose_Airline(); });
+    for (Link& link : hypAirline)
+        link.clicked.connect([this] { Get_Airline_Info(); });
+    hypSave.clicked.connect([this] { Save_Settings(); });
+    hypCancel.clicked.connect([this] { Get_Settings(); });
+    m_airline.Change.connect([this] { Show_Sending(); });
+}
+
+void ucSettings::ACARS_STATE(bool enabled) {
+    m_unlocked = enabled;
+    Enable_Controls();
+}
+
+/// Who is usable, by the lock and by what the controls themselves say.
+void ucSettings::Enable_Controls() {
+    for (const Captioned_List& row : ACARS_Lists())
+        row.list.Set_Enabled(m_unlocked);
+    for (Option_Button& option : optACARS)
+        option.Set_Enabled(m_unlocked);
+    cboTakeOffAlt.Set_Enabled(m_unlocked && optACARS[take_off_altitude].Chosen());
+    for (Check_Box& box : chkACARS)
+        box.Set_Enabled(m_unlocked);
+    chkACARS[send_pirep].Set_Enabled(m_unlocked && chkACARS[save_pirep].Checked());
+    txtVATSIM_PID.Set_Enabled(m_unlocked && chkACARS[vatsim].Checked());
+    for (Field_Row& row : optFields)
+        row.txtList.Set_Enabled(row.cboType.Selected() == drop_list);
+    fraVA.Set_Enabled(cboVA.Entries().size() >= fewest_choices);
+    cboVA.Set_Enabled(m_unlocked && fraVA.Enabled());
+    cboLog.Set_Enabled(m_unlocked && cboLog.Entries().size() >= fewest_choices);
+    for (Text_Box& box : txtPilot)
+        box.Set_Enabled(m_unlocked);
+    for (Link& link : hypAirline)
+        link.Set_Enabled(m_unlocked);
+    chkIATAPrefix.Set_Enabled(m_unlocked && !Trimmed_View(txtPilot[iata].Text()).empty());
+}
+
+void ucSettings::Choose_Tab(Page page) {
+    Guarded(m_services, "ucSettings.ts_Click()", Show::box, [&] {
+        if (page == m_page)
+            return;
+        if (page == virtual_airline)
+            Refresh_VA_Information();
+        m_page = page;
+        Page_Changed.emit();
+    });
+}
+
+std::vector<ucSettings::Captioned_List> ucSettings::ACARS_Lists() {
+    std::vector<Captioned_List> lists;
+    for (const Setting_List& row : Setting_Lists())
+        lists.push_back({this->*row.list, row.caption, row.tooltip});
+    return lists;
+}
+
+/// "FS", and the names of the sources in their order.
+void ucSettings::Load_WX_Combo() {
+    std::vector<std::string> sources{"FS"};
+    Guarded(m_services, "ucSettings.Load_WX_Combo()", Show::box, [&] {
+        const auto file = Find_Path(m_services, m_services.program_directory, "bin\\url.cfg");
+        if (!std::filesystem::exists(file))
+            return;
+        for (const std::string& line : Read_Lines(file)) {
+            if (line.starts_with('['))
+                sources.emplace_back(Before(std::string_view(line).substr(1), "]"));
+        }
+    });
+    cboWX.Set_Entries(std::move(sources));
+}
+
+void ucSettings::Refresh_VA_Information() {
+    cboVA.Set_Entries(List_Airlines(m_services));
+    Load_Flight_Logs();
+    Get_VA_Settings();
+}
+
+void ucSettings::Load_Flight_Logs() {
+    Guarded(m_services, "ucSettings.Load_Flight_Logs()", Show::box,
+            [&] { cboLog.Set_Entries(List_Logs(m_services)); });
+}
+
+void ucSettings::Get_VA_Settings() {
+    Guarded(m_services, "ucSettings.Get_VA_Settings()", Show::box, [&] {
+        cboVA.Select_Text(m_settings.Virtual_Airline());
+        Select_Exactly(cboLog, m_settings.Virtual_Airline_Log());
+        for (std::size_t i = 0; i < txtPilot.size(); ++i)
+            txtPilot[i].Set_Text((m_settings.*Pilot_Texts()[i].read)());
+        chkIATAPrefix.Set_Checked(m_settings.Airline_IATAPrefix());
+        Follow_IATA();
+    });
+}
+
+/// Without a code there is no prefix to show.
+void ucSettings::Follow_IATA() {
+    if (Trimmed_View(txtPilot[iata].Text()).empty())
+        chkIATAPrefix.Set_Checked(false);
+    Enable_Controls();
+}
+
+void ucSettings::Get_Settings() {
+    Guarded(m_services, "ucSettings.Get_Settings()", Show::box, [&] {
+        const Busy_Cursor busy(m_services.desktop);
+        for (std::size_t i = 0; i < swColor.size(); ++i)
+            swColor[i].Set_Color((m_settings.*Setting_Colors()[i].read)());
+        for (const Setting_Flag& row : Setting_Flags())
+            chkACARS[row.option].Set_Checked((m_settings.*row.read)());
+        Show_Sending();
+        for (const Setting_List& row : Setting_Lists()) {
+            if (row.read != nullptr)
+                (this->*row.list).Select((m_settings.*row.read)());
+        }
+        cboATCModel.Select(m_settings.ACARS_ATCModel() ? 1 : 0);
+        cboWX.Select(0);
+        const auto& sources = cboWX.Entries();
+        const auto source = std::find(sources.begin(), sources.end(), m_settings.WX_URL());
+        if (source != sources.end())
+            cboWX.Select(static_cast<int>(source - sources.begin()));
+        Choose_Take_Off(m_settings.ACARS_TakeOff_Alt() != 0 ? take_off_altitude : on_ground_flag);
+        chkACARS[vatsim].Set_Checked(m_settings.VATSIM_FP() == 1);
+        txtVATSIM_PID.Set_Text(m_settings.VATSIM_PID());
+        Get_Opt_Fields();
+        Get_VA_Settings();
+    });
+}
+
+void ucSettings::Show_Sending() {
+    chkACARS[send_pirep].Set_Visible(!m_airline.Script_PIREP().empty());
+}
+
+void ucSettings::Choose_Take_Off(Take_Off choice) {
+    for (std::size_t i = 0; i < optACARS.size(); ++i)
+        optACARS[i].Set_Chosen(i == choice);
+    const std::int32_t feet = m_settings.ACARS_TakeOff_Alt();
+    if (choice == take_off_altitude)
+        cboTakeOffAlt.Select(feet == 0 ? 0 : feet / take_off_step_ft - 1);
+    else
+        cboTakeOffAlt.Select(-1);
+    Enable_Controls();
+}
+
+void ucSettings::Get_Opt_Fields() {
+    Guarded(m_services, "ucSettings.Get_Opt_Fields()", Show::box, [&] {
+        for (std::size_t i = 0; i < optFields.size(); ++i) {
+            const auto parts = Split(m_settings.OptFields(i), '^');
+            const std::string entries = parts.size() > 1 ? parts[1] : std::string();
+            optFields[i].txtName.Set_Text(parts.empty() ? std::string() : parts[0]);
+            optFields[i].cboType.Select(entries.empty() ? free_text : drop_list);
+            optFields[i].txtList.Set_Text(entries);
+        }
+    });
+}
+
+void ucSettings::Choose_Airline() {
+    if (cboVA.Selected() < 0)
+        return;
+    Guarded(m_services, "ucSettings.cboVA_Click()", Show::box,
+            [&] { m_settings.Set_Virtual_Airline(cboVA.Text()); });
+    Get_VA_Settings();
+}
+
+void ucSettings::Get_Airline_Info() {
+    Guarded(m_services, "ucSettings.Get_Airline_Info()", Show::box, [&] {
+        std::string iata_code;
+        std::string icao_code;
+        // A flight may have begun while the list was open.
+        if (!airline_lookup.LookUp_Airline(iata_code, icao_code) || !m_unlocked)
+            return;
+        txtPilot[iata].Set_Text(iata_code);
+        txtPilot[icao].Set_Text(icao_code);
+        Follow_IATA();
+    });
+}
+
+/// Values of optional fields stand in the flight logs by position. False when the pilot would not
+/// have old values under other captions.
+bool ucSettings::May_Move_Values(const std::vector<std::string>& definitions) {
+    std::vector<std::string> before_save;
+    for (std::size_t i = 0; i < optFields.size(); ++i)
+        before_save.push_back(m_settings.OptFields(i));
+    const auto before = Captions_In_Effect(before_save);
+    const auto after = Captions_In_Effect(definitions);
+    std::string moved;
+    for (std::size_t i = 0; i < std::min(before.size(), after.size()); ++i) {
+        if (before[i] != after[i])
+            moved += fmt::format("{}values of \"{}\" will stand under \"{}\"", cr_lf, before[i],
+                                 after[i]);
+    }
+    if (moved.empty())
+        return true;
+    const Answer answer = m_services.desktop.Show_Message(
+        {"Flights keep the values of their optional fields by position.  With this change" + moved +
+             "." + std::string(cr_lf) + "Save it?",
+         std::string(product_name), Icon::question, Buttons::yes_no});
+    return answer == Answer::yes;
+}
+
+void ucSettings::Save_Settings() {
+    Guarded(m_services, "ucSettings.Save_Settings()", Show::box, [&] {
+        std::vector<std::string> definitions;
+        for (const Field_Row& row : optFields)
+            definitions.push_back(Definition_Of(row));
+        if (!May_Move_Values(definitions))
+            return;
+        {
+            const Busy_Cursor busy(m_services.desktop);
+            for (std::size_t i = 0; i < swColor.size(); ++i)
+                (m_settings.*Setting_Colors()[i].assign)(swColor[i].Color());
+            // What is locked stays as it is, and so does the airline on the flight's panel.
+            if (m_unlocked)
+                Assign_Flight_Settings();
+            for (std::size_t i = 0; i < definitions.size(); ++i)
+                m_settings.Set_OptFields(i, definitions[i]);
+            if (m_unlocked)
+                Assign_Airline_Settings();
+            if (!m_settings.Save_Settings())
+                return;
+            if (m_unlocked)
+                m_airline.Get_VA_Settings(m_settings.Virtual_Airline());
+        }
+        const bool has_fields = std::any_of(definitions.begin(), definitions.end(),
+                                            [](const std::string& text) { return !text.empty(); });
+        std::string words = "Norvane settings saved.";
+        if (has_fields)
+            words =
+                "Changes made to optional Flight Log fields will take effect when Norvane is "
+                "restarted." +
+                std::string(cr_lf) + words;
+        m_services.desktop.Show_Message(
+            {words, std::string(product_name), Icon::information, Buttons::ok});
+    });
+}
+
+/// A list in which nothing is selected leaves its setting alone.
+void ucSettings::Assign_Flight_Settings() {
+    for (const Setting_Flag& row : Setting_Flags())
+        (m_settings.*row.assign)(chkACARS[row.option].Checked());
+    for (const Setting_List& row : Setting_Lists()) {
+        const int position = (this->*row.list).Selected();
+        if (row.assign != nullptr && position >= 0)
+            (m_settings.*row.assign)(position);
+    }
+    m_settings.Set_ACARS_ATCModel(cboATCModel.Selected() == 1);
+    m_settings.Set_WX_URL(cboWX.Text());
+    if (optACARS[on_ground_flag].Chosen())
+        m_settings.Set_ACARS_TakeOff_Alt(0);
+    else if (cboTakeOffAlt.Selected() >= 0)
+        m_settings.Set_ACARS_TakeOff_Alt((cboTakeOffAlt.Selected() + 1) * take_off_step_ft);
+    m_settings.Set_VATSIM_FP(chkACARS[vatsim].Checked() ? 1 : 0);
+    m_settings.Set_VATSIM_PID(txtVATSIM_PID.Text());
+}
+
+void ucSettings::Assign_Airline_Settings() {
+    if (cboVA.Selected() >= 0 && !Equal_No_Case(cboVA.Text(), m_settings.Virtual_Airline()))
+        m_settings.Set_Virtual_Airline(cboVA.Text());
+    if (!fraVA.Enabled())
+        m_settings.Set_Virtual_Airline_Log(m_settings.FlightLog());
+    else if (cboLog.Selected() >= 0)
+        m_settings.Set_Virtual_Airline_Log(cboLog.Text());
+    for (std::size_t i = 0; i < txtPilot.size(); ++i)
+        (m_settings.*Pilot_Texts()[i].assign)(txtPilot[i].Text());
+    m_settings.Set_Airline_IATAPrefix(chkIATAPrefix.Checked());
+}
+
+}  // namespace norvane
