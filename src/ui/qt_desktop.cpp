@@ -97,7 +97,11 @@ int Qt_Desktop::Ask(QDialog& dialog) {
     const bool busy = m_busy > 0;
     if (busy)
         QApplication::changeOverrideCursor(Qt::ArrowCursor);
+    const QPointer<QWidget> window = QApplication::activeWindow();
     const int result = dialog.exec();
+    // Desktops turn to the dialog's parent, which need not be where the pilot was.
+    if (window && window->isVisible())
+        window->activateWindow();
     if (busy && QApplication::overrideCursor() != nullptr)
         QApplication::changeOverrideCursor(Qt::WaitCursor);
     return result;
