@@ -75,9 +75,16 @@ void Watch_Focus(Edit& edit, Text_Box& model) {
 void Watch_List(QComboBox& list) {
     new Event_Watch(list, [&list](QEvent& event) {
         if (event.type() == QEvent::KeyPress) {
-            const int key = static_cast<QKeyEvent&>(event).key();
+            const auto& press = static_cast<QKeyEvent&>(event);
+            const int key = press.key();
             if (key == Qt::Key_Return || key == Qt::Key_Enter) {
                 list.showPopup();
+                return true;
+            }
+            // With Ctrl the tab turns pages, which a list would take for a letter.
+            if ((key == Qt::Key_Tab || key == Qt::Key_Backtab) &&
+                (press.modifiers() & Qt::ControlModifier) != 0) {
+                event.ignore();
                 return true;
             }
         }
@@ -116,6 +123,8 @@ class Type_Ahead : public QObject {
 
   protected:
     bool eventFilter(QObject* /*list*/, QEvent* event) override {
+        if (event->type() == QEvent::FocusIn)
+            m_typed.clear();
         return event->type() == QEvent::KeyPress && Typed(static_cast<QKeyEvent&>(*event));
     }
 
@@ -339,6 +348,8 @@ void Bind(QCheckBox& box, Check_Box& model) {
 void Bind(QRadioButton& button, Option_Button& model) {
     Follow(button, model, [&button, &model] {
         button.setChecked(model.Chosen());
+        // Tab comes to the option that holds; arrow keys go on from there.
+        button.setFocusPolicy(model.Chosen() ? Qt::StrongFocus : Qt::ClickFocus);
         Show_State(button, model);
     });
     QObject::connect(&button, &QRadioButton::clicked, &button, [&button, &model] {
