@@ -14,6 +14,7 @@ ORDER = ["common", "simlink", "config", "simdata", "acars", "net", "logentry", "
 ALLOWED = {folder: set(ORDER[:place + 1]) for place, folder in enumerate(ORDER)}
 ALLOWED["cli"].discard("ui")
 ALLOWED["simhost"] = {"common", "simlink", "simhost"}
+ALLOWED["bridge"] = {"common", "simlink", "bridge"}
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*"([^"]+)"', re.MULTILINE)
 

@@ -24,7 +24,9 @@ int Number_Of_Errno(int errno_value) {
         case EROFS:
             return error_number::permission_denied;
         case ENOSPC:
+#ifdef EDQUOT
         case EDQUOT:
+#endif
             return error_number::disk_full;
         case EISDIR:
         case ELOOP:
