@@ -1,0 +1,278 @@
+// The settings panel: what it saves is what a new start finds, what it locks stays, and what it
+// warns of.
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <map>
+#include <optional>
+
+#include "common/text.h"
+#include "config/cls_app_settings.h"
+#include "config/cls_va_settings.h"
+#include "config/setting_table.h"
+#include "config/uc_settings.h"
+#include "support/test_world.h"
+
+namespace norvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class Settings_Panel : public test::Test_World {
+  protected:
+    Settings_Panel() {
+        Write("bin/url.cfg", "[NOAA]\r\nURL=x\r\n[NONE]\r\n");
+        Write("bin/airline.cfg", "Air Nova|NV|NVA\r\n\r\nBlue Sky|BS|BSK|more\r\n");
+        Write("VA_abc/server.cfg", "host\r\n/pirep\r\n");
+        Write("VA_Xyz/server.cfg", "other\r\n\r\n/acars\r\n");
+        Write("logs/Jets.txt", "\r\n");
+        Open();
+    }
+    /// The program, started anew on the same store and directory.
+    void Open() {
+        panel.reset();
+        airline.emplace(services);
+        settings.emplace(services);
+        airline->Get_VA_Settings(settings->Virtual_Airline());
+        panel.emplace(services, *settings, *airline);
+    }
+    void Save_And_Open() {
+        panel->hypSave.Click();
+        Open();
+    }
+    std::vector<std::pair<std::string, std::string>> Listed() const {
+        return List_Settings(*settings);
+    }
+    static void Choose(Combo_Box& list, std::string_view entry) {
+        for (int i = 0; i < static_cast<int>(list.Entries().size()); ++i) {
+            if (list.Entries()[static_cast<std::size_t>(i)] == entry)
+                return list.Choose(i);
+        }
+        FAIL() << "no entry " << entry;
+    }
+
+    std::optional<clsAppSettings> settings;
+    std::optional<clsVASettings> airline;
+    std::optional<ucSettings> panel;
+};
+
+TEST_F(Settings_Panel, Every_control_is_found_again_after_a_start) {
+    Choose(panel->cboVA, "ABC");
+    Choose(panel->cboLog, "Jets");
+    desktop.chosen_colors = {0x123456, 0x654321};
+    panel->cmdColor[ucSettings::link_bar].Click();
+    panel->cmdColor[ucSettings::menu_bar_fore].Click();
+    Choose(panel->cboDate, "FS Date");
+    Choose(panel->cboEOF, "Parking Brake and Engine Shutdown");
+    Choose(panel->cboWeight, "kg");
+    Choose(panel->cboFuel, "gal");
+    Choose(panel->cboTime, "Local");
+    Choose(panel->cboATCModel, "atc_model");
+    Choose(panel->cboRecordArrival, "@ ON Time");
+    Choose(panel->cboWX, "NOAA");
+    Choose(panel->cboUseTime, "Real Time");
+    panel->optACARS[ucSettings::take_off_altitude].Click();
+    Choose(panel->cboTakeOffAlt, "35");
+    for (Check_Box& box : panel->chkACARS)
+        box.Click();
+    panel->txtVATSIM_PID.Enter("812345");
+    panel->optFields[1].txtName.Enter("Crew^");
+    panel->optFields[1].cboType.Choose(1);
+    panel->optFields[1].txtList.Enter(" Anna|Ben ");
+    const std::array<const char*, 5> pilot = {"Ann", "ann@x", "NV1", "NV", "NVA"};
+    for (std::size_t i = 0; i < pilot.size(); ++i)
+        panel->txtPilot[i].Enter(pilot[i]);
+    panel->chkIATAPrefix.Click();
+    Save_And_Open();
+    EXPECT_EQ(desktop.boxes.back().text,
+              "Changes made to optional Flight Log fields will take effect when Norvane is "
+              "restarted.\r\nNorvane settings saved.");
+
+    const std::map<std::string, std::string> expected = {
+        {"FlightLog", "Jets"},
+        {"Color_Link_Bar", "1193046"},
+        {"Color_MenuBar_Back", "8404992"},
+        {"Color_MenuBar_Fore", "6636321"},
+        {"ACARS_Date", "0"},
+        {"ACARS_Time", "0"},
+        {"ACARS_UseTime", "1"},
+        {"ACARS_Fuel", "2"},
+        {"ACARS_Weight", "1"},
+        {"ACARS_EOF", "2"},
+        {"ACARS_ATCModel", "True"},
+        {"OPT_MessageLog", "True"},
+        {"OPT_AutoLog", "True"},
+        {"OPT_ACARS_To_FS", "True"},
+        {"OPT_PIREP", "True"},
+        {"OPT_PIREP_SEND", "True"},
+        {"ACARS_TakeOff_Alt", "35"},
+        {"ACARS_RecordArrival", "1"},
+        {"WX_URL", "NOAA"},
+        {"VATSIM_FP", "1"},
+        {"VATSIM_PID", "812345"},
+        {"Virtual_Airline", "ABC"},
+        {"Virtual_Airline_Log", "Jets"},
+        {"PilotName", "Ann"},
+        {"PilotID", "NV1"},
+        {"PilotEmail", "ann@x"},
+        {"Airline_IATA", "NV"},
+        {"Airline_ICAO", "NVA"},
+        {"Airline_IATAPrefix", "True"},
+        // The empty field before it does not survive a start.
+        {"OptFields(0)", "Crew/^Anna|Ben"},
+    };
+    for (const auto& [name, value] : expected)
+        EXPECT_EQ(Get_Setting_Text(*settings, name), value) << name;
+    EXPECT_EQ(airline->WebServer(), "host");
+
+    // Saved as it is shown, nothing changes; left without saving, neither.
+    const auto before = Listed();
+    Save_And_Open();
+    EXPECT_EQ(Listed(), before);
+    panel->cmdReset.Click();
+    panel->chkACARS[ucSettings::auto_log].Click();
+    panel->optACARS[ucSettings::on_ground_flag].Click();
+    panel->hypCancel.Click();
+    EXPECT_TRUE(panel->chkACARS[ucSettings::auto_log].Checked());
+    EXPECT_EQ(panel->swColor[ucSettings::link_bar].Color(), 0x123456);
+    EXPECT_EQ(panel->cboTakeOffAlt.Text(), "35");
+    Save_And_Open();
+    EXPECT_EQ(Listed(), before);
+}
+
+TEST_F(Settings_Panel, Controls_follow_what_they_depend_on_and_the_lock) {
+    panel->chkACARS[ucSettings::save_pirep].Click();
+    panel->chkACARS[ucSettings::send_pirep].Click();
+    panel->chkACARS[ucSettings::save_pirep].Click();
+    EXPECT_FALSE(panel->chkACARS[ucSettings::send_pirep].Checked());
+    EXPECT_FALSE(panel->chkACARS[ucSettings::send_pirep].Enabled());
+    panel->chkACARS[ucSettings::vatsim].Click();
+    panel->txtVATSIM_PID.Enter("1");
+    panel->chkACARS[ucSettings::vatsim].Click();
+    panel->chkACARS[ucSettings::vatsim].Click();
+    EXPECT_EQ(panel->txtVATSIM_PID.Text(), "");
+    panel->optACARS[ucSettings::take_off_altitude].Click();
+    EXPECT_EQ(panel->cboTakeOffAlt.Text(), "5");
+    panel->txtPilot[ucSettings::iata].Enter("NV");
+    panel->chkIATAPrefix.Click();
+    panel->txtPilot[ucSettings::iata].Enter(" ");
+    EXPECT_FALSE(panel->chkIATAPrefix.Checked());
+    panel->txtPilot[ucSettings::iata].Enter("NV");
+
+    const std::vector<const Control*> locked = {
+        &panel->cboFuel,       &panel->cboTakeOffAlt, &panel->txtVATSIM_PID,
+        &panel->cboVA,         &panel->cboLog,        &panel->txtPilot[ucSettings::pilot_id],
+        &panel->hypAirline[0], &panel->chkIATAPrefix, &panel->chkACARS[ucSettings::auto_log],
+        &panel->optACARS[0]};
+    for (const Control* control : locked)
+        EXPECT_TRUE(control->Enabled());
+    panel->ACARS_STATE(false);
+    panel->hypCancel.Click();
+    panel->Choose_Tab(ucSettings::virtual_airline);
+    for (const Control* control : locked)
+        EXPECT_FALSE(control->Enabled());
+
+    // Saved in flight: colours and optional fields, and no airline is loaded over the panel's.
+    int loaded = 0;
+    airline->Change.connect([&] { ++loaded; });
+    panel->optFields[0].txtName.Enter("Gate");
+    panel->cboFuel.Choose(2);
+    panel->hypSave.Click();
+    EXPECT_EQ(settings->OptFields(0), "Gate^");
+    EXPECT_EQ(settings->ACARS_Fuel(), 0);
+    EXPECT_EQ(loaded, 0);
+    panel->ACARS_STATE(true);
+    EXPECT_TRUE(panel->cboFuel.Enabled());
+    EXPECT_FALSE(panel->txtVATSIM_PID.Enabled());
+}
+
+TEST_F(Settings_Panel, Asks_before_old_values_stand_under_other_captions) {
+    for (const auto& [row, name] : {std::pair{0, "Gate"}, {2, "Crew"}})
+        panel->optFields[static_cast<std::size_t>(row)].txtName.Enter(name);
+    Save_And_Open();
+    ASSERT_EQ(desktop.boxes.size(), 1U) << "there were no captions before";
+    // Entries, and a field behind the others, move nothing.
+    panel->optFields[1].cboType.Choose(1);
+    panel->optFields[1].txtList.Enter("A|B");
+    panel->optFields[4].txtName.Enter("Fuel");
+    Save_And_Open();
+    EXPECT_EQ(desktop.boxes.size(), 2U);
+
+    panel->optFields[0].txtName.Enter("");
+    panel->cmdReset.Click();
+    panel->swColor[0].Set_Color(7);
+    panel->hypSave.Click();
+    EXPECT_THAT(desktop.boxes.back().text, HasSubstr("\"Gate\" will stand under \"Crew\""));
+    EXPECT_THAT(desktop.boxes.back().text, HasSubstr("\"Crew\" will stand under \"Fuel\""));
+    EXPECT_EQ(settings->OptFields(0), "Gate^") << "the question was answered No";
+    EXPECT_NE(settings->Color_Link_Bar(), 7);
+    EXPECT_EQ(panel->optFields[1].txtName.Text(), "Crew") << "what was typed stays";
+    desktop.answers.push_back(Answer::yes);
+    Save_And_Open();
+    EXPECT_EQ(settings->OptFields(0), "Crew^A|B");
+}
+
+TEST_F(Settings_Panel, Each_airline_brings_its_own_fields_log_and_server) {
+    EXPECT_THAT(panel->cboVA.Entries(), ElementsAre("ABC", "XYZ"));
+    Choose(panel->cboVA, "ABC");
+    panel->txtPilot[ucSettings::pilot_id].Enter("A1");
+    Choose(panel->cboLog, "Jets");
+    panel->hypSave.Click();
+    EXPECT_EQ(settings->FlightLog(), "Jets");
+    EXPECT_TRUE(panel->chkACARS[ucSettings::send_pirep].Visible());
+    Choose(panel->cboVA, "XYZ");
+    EXPECT_EQ(panel->txtPilot[ucSettings::pilot_id].Text(), "");
+    panel->txtPilot[ucSettings::pilot_id].Enter("X1");
+    Choose(panel->cboLog, "My Flight Log");
+    panel->hypSave.Click();
+    EXPECT_EQ(airline->WebServer(), "other");
+    EXPECT_FALSE(panel->chkACARS[ucSettings::send_pirep].Visible());
+    EXPECT_EQ(settings->FlightLog(), "My Flight Log");
+    // A choice is given to the settings at once, and "Cancel" shows what it brought.
+    Choose(panel->cboVA, "ABC");
+    panel->txtPilot[ucSettings::pilot_id].Enter("typed");
+    panel->hypCancel.Click();
+    EXPECT_EQ(panel->txtPilot[ucSettings::pilot_id].Text(), "A1");
+    EXPECT_EQ(panel->cboLog.Text(), "Jets");
+    Open();
+    EXPECT_EQ(settings->Virtual_Airline(), "XYZ") << "nothing was saved";
+
+    std::filesystem::remove_all(directory / "VA_abc");
+    panel->Refresh_VA_Information();
+    EXPECT_FALSE(panel->cboVA.Enabled());
+    settings->Set_FlightLog("Jets");
+    panel->hypSave.Click();
+    EXPECT_EQ(settings->Virtual_Airline_Log(), "Jets") << "the active one, without a choice";
+}
+
+TEST_F(Settings_Panel, Takes_an_airlines_codes_from_the_lookup) {
+    frmAirline& lookup = panel->airline_lookup;
+    sigc::connection pilot = lookup.shown.connect([&] {
+        EXPECT_EQ(lookup.lvwAirlines.Rows().size(), 2U);
+        lookup.hypOK.Click();  // without a row
+        EXPECT_TRUE(lookup.Is_Open());
+        lookup.lvwAirlines.Choose(1);
+        lookup.lvwAirlines.Activate();
+    });
+    panel->hypAirline[1].Click();
+    EXPECT_EQ(panel->txtPilot[ucSettings::iata].Text(), "BS");
+    EXPECT_EQ(panel->txtPilot[ucSettings::icao].Text(), "BSK");
+    EXPECT_TRUE(panel->chkIATAPrefix.Enabled());
+    pilot.disconnect();
+    pilot = lookup.shown.connect([&] {
+        lookup.lvwAirlines.Choose(0);
+        lookup.hypCancel.Click();
+    });
+    panel->hypAirline[0].Click();
+    EXPECT_EQ(panel->txtPilot[ucSettings::iata].Text(), "BS");
+    std::filesystem::remove(directory / "bin/airline.cfg");
+    panel->hypAirline[0].Click();
+    EXPECT_THAT(lookup.lvwAirlines.Rows(), IsEmpty());
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("frmAirline.Fill_List()")));
+}
+
+}  // namespace
+}  // namespace norvane
