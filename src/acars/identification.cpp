@@ -56,9 +56,8 @@ clsIniFile Read_Configuration(Engine_Context& engine) {
     clsIniFile configuration(engine.services);
     if (engine.reader.Failed())
         return configuration;
-    state.configuration_file =
-        Find_Path(engine.services, engine.services.program_directory,
-                  Configuration_Directory(state, aircraft_file) + "aircraft.cfg");
+    state.configuration_file = Find_Simulator_Path(
+        engine.services, Configuration_Directory(state, aircraft_file) + "aircraft.cfg");
     configuration.Set_INI_FilePath(state.configuration_file);
     configuration.Get_Configuration_Info();
     return configuration;

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "common/code_page.h"
+#include "common/find_file.h"
 #include "common/log_error.h"
 #include "config/regional_settings.h"
 #include "simlink/link_address.h"
@@ -48,6 +49,8 @@ Session::Session(const Session_Options& options, Access access, Desktop& desktop
                                       : static_cast<Settings_Store&>(*m_database);
     m_services.emplace(Services{desktop, store, clock, m_error_log, Load_Regional(store),
                                 m_places.program_directory});
+    for (const auto& mapping : options.path_mappings)
+        m_services->path_mappings.push_back(Parse_Path_Mapping(mapping));
     if (m_database && !m_database->Trouble().empty()) {
         Log_Error(*m_services, "modMain.Main()",
                   {error_number::path_file_access, m_database->Trouble()}, Show::box);

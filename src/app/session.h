@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/error_log_file.h"
 #include "app/program_places.h"
@@ -21,6 +22,8 @@ struct Session_Options {
     Place_Choices places;
     /// The simulator's address; empty takes $NORVANE_SIM, then the link's default.
     std::string simulator;
+    /// As `Parse_Path_Mapping` reads them.
+    std::vector<std::string> path_mappings;
 };
 
 /// The address in `options`, else that of the environment, else the link's own.

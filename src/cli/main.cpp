@@ -9,6 +9,7 @@
 #include "cli/listing_commands.h"
 #include "cli/network_commands.h"
 #include "cli/plan_command.h"
+#include "common/find_file.h"
 #include "common/log_error.h"
 #include "common/version.h"
 #include "simlink/link_address.h"
@@ -149,6 +150,11 @@ int main(int argc, char** argv) {
     app.add_option("--sim", session.simulator,
                    "Simulator address, host:port or unix:/path ($NORVANE_SIM, then 127.0.0.1:8338)")
         ->check(CLI::Validator(Link_Address_Fault, ""));
+    app.add_option("--map", session.path_mappings,
+                   "Where a directory of the simulator's is here: 'C:\\=/home/me/drive_c/'; "
+                   "repeatable")
+        ->allow_extra_args(false)
+        ->check(CLI::Validator(Path_Mapping_Fault, ""));
     app.add_flag("--yes", yes, "Answer questions with Yes");
     app.require_subcommand(1);
     Add_Fly(app, session, fly, work);

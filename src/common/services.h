@@ -197,6 +197,12 @@ class Error_Log {
     virtual void Append(const std::string& entry) = 0;
 };
 
+/// A directory as the simulator names it, without a final separator, and the same one here.
+struct Path_Mapping {
+    std::string simulators;
+    std::filesystem::path ours;
+};
+
 struct Services {
     Desktop& desktop;
     Settings_Store& settings;
@@ -205,6 +211,8 @@ struct Services {
     Regional regional;
     /// The program directory, taken as it is.
     std::filesystem::path program_directory;
+    /// Where the simulator's directories are, if it runs on a system of its own.
+    std::vector<Path_Mapping> path_mappings = {};
 };
 
 }  // namespace norvane

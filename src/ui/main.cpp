@@ -16,6 +16,7 @@
 #include "app/session.h"
 #include "app/signal_watch.h"
 #include "app/sim_process.h"
+#include "common/find_file.h"
 #include "common/log_error.h"
 #include "common/version.h"
 #include "config/airline_list.h"
@@ -49,6 +50,11 @@ std::optional<int> Read_Command_Line(int argc, char** argv, Window_Options& opti
                     "Simulator address, host:port or unix:/path ($NORVANE_SIM, then "
                     "127.0.0.1:8338)")
         ->check(CLI::Validator(Link_Address_Fault, ""));
+    line.add_option("--map", options.session.path_mappings,
+                    "Where a directory of the simulator's is here: 'C:\\=/home/me/drive_c/'; "
+                    "repeatable")
+        ->allow_extra_args(false)
+        ->check(CLI::Validator(Path_Mapping_Fault, ""));
     line.allow_extras(with_the_toolkits_own);
     auto* demo = line.add_flag("--demo", options.demo, "Show a whole flight at speed");
     line.add_option("--time-scale", options.demo_speed, "Fly the demonstration X times as fast")

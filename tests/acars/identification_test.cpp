@@ -49,6 +49,11 @@ TEST_F(Identification, Finds_The_Configuration_By_Simulator_And_Without_Regard_T
     Use_Aircraft("\\\\" + root.substr(1) + "\\share\\", "D:\\SimObjects\\Airplanes\\b738\\x.air");
     EXPECT_EQ(Type_Of_New_Flight(), "B738");
 
+    // A simulator on a system of its own names its own drives.
+    services.path_mappings = {{"C:", directory / "sim"}};
+    Use_Aircraft("C:\\", "c:\\Aircraft\\b738\\x.air");
+    EXPECT_EQ(Type_Of_New_Flight(), "B738");
+
     Use_Aircraft(root + "\\nowhere\\", "D:\\nothing\\x.air");
     EXPECT_EQ(Type_Of_New_Flight(), "Jet 738");
 }

@@ -22,6 +22,10 @@ TEST_F(Cli_Commands, Tell_by_their_status_what_went_wrong) {
     EXPECT_EQ(Run({"dance"}).status, 2);
     EXPECT_EQ(Run({"fly", "--time-scale", "0"}).status, 2);
     EXPECT_EQ(Run({"--version"}).status, 0);
+    EXPECT_EQ(Run({"--map", "C:\\=/c", "--map", "D:\\=/d", "settings", "list"}).status, 0);
+    const auto mapped = Run({"--map", "C:\\=/c", "--map", "D:\\", "settings", "list"});
+    EXPECT_EQ(mapped.status, 2);
+    EXPECT_NE(mapped.errors.find("\"D:\\\" is no mapping"), std::string::npos) << mapped.errors;
     const auto absent = Run({"fly"});
     EXPECT_EQ(absent.status, 3);
     EXPECT_NE(absent.errors.find("Unable to connect to FSUIPC."), std::string::npos);

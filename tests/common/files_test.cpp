@@ -80,6 +80,35 @@ TEST_F(Files, Simulator_paths_are_found_whatever_their_letter_case) {
     EXPECT_NE(reports[0].find("differs in letter case only"), std::string::npos);
 }
 
+TEST_F(Files, Simulator_paths_lead_where_their_directories_are_mapped_to) {
+    Write("drive/Sim/Aircraft/aircraft.cfg", "x");
+    Write("scenery/=/File", "x");
+    Write("relative/File", "x");
+    services.program_directory = directory;
+    for (const std::string& mapping : {"C:\\=" + (directory / "drive").string() + "/",
+                                       "c:/sim/Scenery=" + (directory / "scenery").string(),
+                                       "\\\\host\\share=" + directory.string()})
+        services.path_mappings.push_back(Parse_Path_Mapping(mapping));
+    const std::vector<std::pair<std::string, std::string>> paths{
+        {"C:\\SIM\\AIRCRAFT\\aircraft.CFG", "drive/Sim/Aircraft/aircraft.cfg"},
+        {"c:/sim/aircraft", "drive/Sim/Aircraft"},
+        {"C:\\Sim\\SCENERY\\=\\file", "scenery/=/File"},
+        {"C:\\Sim\\Scenery2\\file", "drive/Sim/Scenery2/file"},
+        {"C:\\Sim\\Scenery", "scenery"},
+        {"\\\\HOST\\Share\\relative\\file", "relative/File"},
+        {"relative\\file", "relative/File"},
+        {"D:\\Sim", "D:/Sim"},
+        {"C:Sim", "C:Sim"},
+    };
+    for (const auto& [path, found] : paths)
+        EXPECT_EQ(Find_Simulator_Path(services, path), directory / found) << path;
+
+    EXPECT_EQ(Path_Mapping_Fault("Z:\\=/"), "");
+    for (const std::string bad : {"", "C:\\", "=/x", "\\=/x", "C:=", "C:\\=drive_c"})
+        EXPECT_NE(Path_Mapping_Fault(bad).find("is no mapping of directories"), std::string::npos)
+            << bad;
+}
+
 TEST_F(Files, A_report_has_its_six_lines_and_a_box_only_when_asked) {
     Log_Error(services, "ucFlightLog.Grid_Save()", {53, "File not found"}, Show::silent);
     EXPECT_TRUE(desktop.boxes.empty());
