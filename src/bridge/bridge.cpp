@@ -36,9 +36,9 @@ void Bridge::Run(const std::atomic<bool>& stop) {
         }
         while (!stop && m_transport.Peer_Exists())
             m_server->Serve(longest_serve);
+        Disconnect();
         if (!stop)
             Say("the simulator is gone");
-        Disconnect();
     }
 }
 

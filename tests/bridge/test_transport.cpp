@@ -39,6 +39,13 @@ void Expect_Result(int result, int expected, const std::string& what) {
            what + ": result " + std::to_string(result) + ", expected " + std::to_string(expected));
 }
 
+/// The name that a link of this process gives its block and atom.
+std::array<char, 40> Block_Name() {
+    std::array<char, 40> name{};
+    (void)std::snprintf(name.data(), name.size(), "FSASMLIB:IPC:%lX:1", ::GetCurrentProcessId());
+    return name;
+}
+
 class Sleeping_Clock : public Clock {
   public:
     [[nodiscard]] Date_Time Local_Now() override { return {}; }
@@ -172,6 +179,7 @@ void Fail_At_Each_Step() {
         Trouble().*step = true;
         Expect_Result(link.Open(), expected, "a step that fails");
         Trouble() = {};
+        Expect(::GlobalFindAtomA(Block_Name().data()) == 0, "no atom is left behind");
         Expect_Result(link.Open(), 0, "the opening after result " + std::to_string(expected));
         link.fsuipc.IPC_Close();
     }
@@ -189,10 +197,8 @@ void Exchange() {
     std::array<std::byte, 40> bytes{};
     Expect_Result(link.Read(0x3380, bytes), 9, "a read while closed");
     Expect_Result(link.Open(), 0, "opening");
-    std::array<char, 40> name{};
-    (void)std::snprintf(name.data(), name.size(), "block FSASMLIB:IPC:%lX:1",
-                        ::GetCurrentProcessId());
-    Expect(simulator.Next_Line() == name.data(), "the block's name is the protocol's");
+    Expect(simulator.Next_Line() == std::string("block ") + Block_Name().data(),
+           "the block's name is the protocol's");
 
     int result = -1;
     link.fsuipc.IPC_Process(result);
