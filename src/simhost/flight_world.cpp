@@ -5,34 +5,10 @@
 #include <cstdint>
 #include <utility>
 
-#include "common/code_page.h"
-#include "common/text.h"
 #include "simhost/flight_engine.h"
+#include "simhost/world_figures.h"
 
 namespace norvane {
-
-namespace {
-
-constexpr double brake_set = 32767;
-/// Texts of the simulator's field end with a NUL.
-constexpr std::size_t longest_text = 255;
-
-/// The directory as the simulator names it: absolute, with "\" between and after its parts. Empty
-/// when it cannot be named so.
-std::string Simulator_Text(const std::filesystem::path& directory) {
-    const std::string name =
-        std::filesystem::absolute(directory / "").lexically_normal().generic_string();
-    const std::string text = From_Utf8(name);
-    if (text.size() > longest_text || To_Utf8(text) != name || Contains(text, "\\"))
-        return {};
-    return Replace_All(text, "/", "\\");
-}
-
-int Day_Of_Year(Date date) {
-    return static_cast<int>(Day_Number(date) - Day_Number({date.year, 1, 1})) + 1;
-}
-
-}  // namespace
 
 struct Flight_World::Moment {
     double seconds = 0;
@@ -43,9 +19,8 @@ struct Flight_World::Moment {
 Flight_World::Flight_World(Scenario_Data scenario, const std::filesystem::path& simulator_directory)
     : m_scenario(std::move(scenario)),
       m_model(m_scenario),
-      m_simulator_directory(Simulator_Text(simulator_directory)),
-      m_aircraft_path("Aircraft\\" + m_scenario.aircraft.folder + "\\" +
-                      m_scenario.aircraft.folder + ".air") {}
+      m_simulator_directory(Simulator_Directory_Text(simulator_directory)),
+      m_aircraft_path(Aircraft_Path_Text(m_scenario.aircraft.folder)) {}
 
 void Flight_World::Apply(double seconds, Offset_Area& area) {
     const double held = std::clamp(seconds, 0.0, Length());
@@ -86,12 +61,7 @@ void Flight_World::Apply_Clock(const Moment& now, Offset_Area& area) const {
     const Date_Time utc_time = Date_Time_Of_Seconds(utc);
     const Date_Time local =
         Date_Time_Of_Seconds(utc + Nearer_Airport(now).utc_offset_minutes * std::int64_t{60});
-    area.Set(Variable::utc_hour, utc_time.time.hour);
-    area.Set(Variable::utc_minute, utc_time.time.minute);
-    area.Set(Variable::local_hour, local.time.hour);
-    area.Set(Variable::local_minute, local.time.minute);
-    area.Set(Variable::day_of_year, Day_Of_Year(utc_time.date));
-    area.Set(Variable::year, utc_time.date.year);
+    Set_Clock(utc_time, local.time, area);
 }
 
 void Flight_World::Apply_Motion(const Moment& now, Offset_Area& area) const {
@@ -107,7 +77,7 @@ void Flight_World::Apply_Motion(const Moment& now, Offset_Area& area) const {
     area.Set(Variable::ground_speed_kt, state.ground_kt);
     area.Set(Variable::true_heading_deg, std::fmod(state.heading_deg + 360, 360.0));
     area.Set(Variable::on_ground, state.on_ground ? 1 : 0);
-    area.Set(Variable::parking_brake, state.parking_brake ? brake_set : 0);
+    Set_Parking_Brake(state.parking_brake, area);
 }
 
 void Flight_World::Apply_Engines(const Moment& now, Offset_Area& area) const {
@@ -164,9 +134,8 @@ void Flight_World::Apply_Weather(const Moment& now, Offset_Area& area) const {
     const Air air(altitude);
     const double warmer =
         weather.temperature_c - Air(Nearer_Airport(now).elevation_ft).temperature_c;
-    const double mach = now.state.true_kt / air.sound_kt;
-    const double kelvin = (air.temperature_c + warmer + 273.15) * (1 + 0.2 * mach * mach);
-    area.Set(Variable::total_air_temperature_c, kelvin - 273.15);
+    area.Set(Variable::total_air_temperature_c,
+             Total_Temperature_C(air.temperature_c + warmer, now.state.true_kt, air));
     const Airport_Data& a = m_scenario.departure;
     const Airport_Data& b = m_scenario.arrival;
     area.Set(Variable::magnetic_variation_deg,

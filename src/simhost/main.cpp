@@ -15,7 +15,9 @@
 #include "common/number.h"
 #include "common/run_error.h"
 #include "common/system_clock.h"
+#include "common/system_places.h"
 #include "common/version.h"
+#include "simhost/flightgear_command.h"
 #include "simhost/host.h"
 #include "simhost/recorder.h"
 #include "simhost/replay.h"
@@ -39,6 +41,8 @@ struct Command_Line {
     std::string record_from{default_link_address};
     std::int64_t record_every_ms = 500;
     std::string record_file;
+    std::string flightgear{default_flightgear_address};
+    std::uint16_t simulator_version = 7;
 };
 
 /// A descriptor that becomes readable at SIGINT and SIGTERM, which do nothing
@@ -54,9 +58,9 @@ int Stop_Descriptor() {
     return ::signalfd(-1, &signals, SFD_CLOEXEC);
 }
 
-/// The program directory, where scenarios and the simulator's aircraft are shipped.
+/// Where scenarios and the simulator's aircraft are.
 std::filesystem::path Home() {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    return Shipped_Directory(Executable_Directory());
 }
 
 void Print_Line(const std::string& line) {
@@ -77,6 +81,20 @@ void Serve_World(World_Source& world, const Command_Line& line, int stop) {
     host.text_shown.connect([](const std::string& text) { Print_Line(To_Utf8(text)); });
     Print_Line("listening on " + host.Address().Text());
     host.Run(stop);
+}
+
+void Serve_Flightgear(const Command_Line& line, int stop) {
+    System_Clock clock;
+    Flightgear_Service service({.flightgear = Parse_Link_Address(line.flightgear),
+                                .listen = Parse_Link_Address(line.listen),
+                                .simulator_version = line.simulator_version,
+                                .simulator_directory = Home() / "simulator",
+                                .pace = {}},
+                               clock);
+    const auto print = [](const std::string& text) { Print_Line(To_Utf8(text)); };
+    service.told.connect(print);
+    service.text_shown.connect(print);
+    service.Run(stop);
 }
 
 /// Refuses what is no finite number from `low` to `high`.
@@ -103,6 +121,25 @@ CLI::Validator Link_Address_Text() {
     return {check, ""};
 }
 
+void Add_Listen_Option(CLI::App& command, Command_Line& line) {
+    command.add_option("--listen", line.listen, "unix:/path or host:port")
+        ->check(Link_Address_Text())
+        ->type_name("ADDRESS")
+        ->capture_default_str();
+}
+
+void Add_Flightgear_Options(CLI::App& command, Command_Line& line) {
+    command.add_option("address", line.flightgear, "Where FlightGear serves its properties")
+        ->check(Link_Address_Text())
+        ->type_name("HOST:PORT")
+        ->capture_default_str();
+    Add_Listen_Option(command, line);
+    command.add_option("--as", line.simulator_version, "Be the simulator of this number")
+        ->check(Within(1, 65535))
+        ->type_name("N")
+        ->capture_default_str();
+}
+
 void Add_Serving_Options(CLI::App& command, Command_Line& line) {
     command.add_option("--speed", line.speed, "Seconds of the world in a second of the clock")
         ->check(Within(1e-3, 1e6))
@@ -110,10 +147,7 @@ void Add_Serving_Options(CLI::App& command, Command_Line& line) {
     command.add_option("--at", line.at_seconds, "Begin at this second of the world")
         ->check(Within(0, 1e9))
         ->type_name("SECONDS");
-    command.add_option("--listen", line.listen, "unix:/path or host:port")
-        ->check(Link_Address_Text())
-        ->type_name("ADDRESS")
-        ->capture_default_str();
+    Add_Listen_Option(command, line);
     command
         .add_option("--step", line.step_ms,
                     "Step mode: the world moves so many milliseconds at each "
@@ -150,6 +184,9 @@ int Run(int argc, char** argv) {
         ->capture_default_str();
     record.add_option("file", line.record_file, "Recording to write (.rec)")->required();
 
+    auto& flightgear = *app.add_subcommand("flightgear", "Serve the link for FlightGear");
+    Add_Flightgear_Options(flightgear, line);
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -162,6 +199,8 @@ int Run(int argc, char** argv) {
         Record({Parse_Link_Address(line.record_from),
                 std::chrono::milliseconds(line.record_every_ms), line.record_file},
                clock, stop);
+    } else if (flightgear.parsed()) {
+        Serve_Flightgear(line, stop);
     } else if (replay.parsed()) {
         Replay world(Read_Recording(line.recording));
         Serve_World(world, line, stop);
