@@ -4,13 +4,17 @@
 // pilot's.
 
 #include <filesystem>
-#include <optional>
+
+#include "common/system_places.h"
 
 namespace norvane {
 
 struct Program_Places {
     std::filesystem::path program_directory;
     std::filesystem::path store;
+    /// What the program directory is filled from; the program directory itself when it was staged
+    /// complete.
+    std::filesystem::path shipped;
 };
 
 struct Place_Choices {
@@ -21,12 +25,9 @@ struct Place_Choices {
     bool demonstration = false;
 };
 
-/// The directory of the running executable; raises 76 when the system does not tell.
-[[nodiscard]] std::filesystem::path Executable_Directory();
-
-/// The places by the choices. A program directory other than the executable's that has no "bin" yet
-/// is filled with the files the executable's directory ships; files that exist are left alone.
-/// Raises when a directory cannot be made or filled.
+/// The places by the choices, nothing being made there yet. Programs that were staged fly from
+/// their own directory, those that are installed from "norvane" in the user's data directory.
+/// Raises 76 when the user has no home that is needed.
 [[nodiscard]] Program_Places Find_Places(const std::filesystem::path& executable_directory,
                                          const Place_Choices& choices);
 

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "app/shipped_files.h"
 #include "common/code_page.h"
 #include "common/find_file.h"
 #include "common/log_error.h"
@@ -51,6 +52,7 @@ Session::Session(const Session_Options& options, Access access, Desktop& desktop
                                 m_places.program_directory});
     for (const auto& mapping : options.path_mappings)
         m_services->path_mappings.push_back(Parse_Path_Mapping(mapping));
+    Set_Up_Program_Directory(access);
     if (m_database && !m_database->Trouble().empty()) {
         Log_Error(*m_services, "modMain.Main()",
                   {error_number::path_file_access, m_database->Trouble()}, Show::box);
@@ -58,6 +60,21 @@ Session::Session(const Session_Options& options, Access access, Desktop& desktop
 }
 
 Session::~Session() = default;
+
+void Session::Set_Up_Program_Directory(Access access) {
+    std::error_code failure;
+    if (std::filesystem::equivalent(m_places.shipped, m_places.program_directory, failure))
+        return;
+    try {
+        Take_Shipped_Files(*m_services, m_places.shipped);
+    } catch (...) {
+        // Files that are not the newest serve too; none at all do not.
+        if (!std::filesystem::exists(m_places.program_directory / "bin"))
+            throw;
+        Log_Error(*m_services, "modMain.Main()", Caught_Error(),
+                  access == Access::write ? Show::box : Show::silent);
+    }
+}
 
 void Session::Open_Store(Access access) {
     if (access == Access::look) {

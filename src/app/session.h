@@ -53,6 +53,7 @@ class Session {
     class Looking_Store;
 
     void Open_Store(Access access);
+    void Set_Up_Program_Directory(Access access);
 
     Program_Places m_places;
     Error_Log_File m_error_log;

@@ -3,11 +3,11 @@
 #include <sqlite3.h>
 
 #include <array>
-#include <cstdlib>
 #include <system_error>
 
 #include "common/code_page.h"
 #include "common/run_error.h"
+#include "common/system_places.h"
 #include "common/text.h"
 
 namespace norvane {
@@ -63,16 +63,7 @@ class Broken_Content : public Run_Error {
 }  // namespace
 
 std::filesystem::path Default_Store_File() {
-    std::filesystem::path directory;
-    const char* configured = std::getenv("XDG_CONFIG_HOME");
-    const char* home = std::getenv("HOME");
-    if (configured != nullptr && std::filesystem::path(configured).is_absolute())
-        directory = configured;
-    else if (home != nullptr && *home != '\0')
-        directory = std::filesystem::path(home) / ".config";
-    else
-        throw Run_Error(error_number::path_not_found, "There is no home directory");
-    return directory / "norvane" / "settings.sqlite";
+    return User_Directory("XDG_CONFIG_HOME", ".config") / "settings.sqlite";
 }
 
 void Sqlite_Store::Close_Connection::operator()(sqlite3* connection) const {
