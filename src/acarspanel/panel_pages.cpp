@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "common/code_page.h"
 #include "common/find_file.h"
 #include "common/log_error.h"
 #include "common/services.h"
@@ -96,8 +97,17 @@ void ucACARS::Load_VA_Fields() {
     Guarded(m_services, "ucACARS.Load_VA_Fields()", Show::box, [&] {
         const auto directory =
             Find_Path(m_services, m_services.program_directory, m_airline.Directory());
-        if (std::filesystem::is_directory(directory))
-            Define_Fields(Find_Path(m_services, directory, "vafields.cfg"), vaFields);
+        if (!std::filesystem::is_directory(directory))
+            return;
+        const auto file = Find_Path(m_services, directory, "vafields.cfg");
+        if (std::filesystem::exists(file)) {
+            Define_Fields(file, vaFields);
+            return;
+        }
+        // An airline without such a file has no fields of its own: nothing to stop the pilot for.
+        Log_Error(m_services, "ucACARS.Load_VA_Fields()",
+                  {error_number::file_not_found, "File not found: " + From_Path(file)},
+                  Show::silent);
     });
 }
 
