@@ -195,4 +195,6 @@ class BridgeTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
+    if not (PROGRAMS / "norvane-cli").exists():
+        sys.exit(f"bridge_test.py: no norvane-cli in {PROGRAMS}; build the preset ci first")
     unittest.main(argv=sys.argv[:1], verbosity=2)
