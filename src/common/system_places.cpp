@@ -13,7 +13,7 @@ fs::path Executable_Directory() {
 }
 
 fs::path Shipped_Directory(const fs::path& executable_directory) {
-    const auto shared = executable_directory.parent_path() / "share" / "norvane";
+    fs::path shared = executable_directory.parent_path() / "share" / "norvane";
     if (!fs::is_directory(executable_directory / "bin") && fs::is_directory(shared))
         return shared;
     return executable_directory;

@@ -180,6 +180,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("norvane");
     QApplication::setApplicationDisplayName(To_Q(product_name));
     QApplication::setApplicationVersion(norvane::version);
+    // The menu entry, by which the desktop knows whose window this is.
+    QGuiApplication::setDesktopFileName("norvane");
     // The program ends when its flight is safe, not when its last window is gone.
     QApplication::setQuitOnLastWindowClosed(false);
     // The toolkit has taken its arguments out; what is left must be ours.
