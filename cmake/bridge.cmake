@@ -18,7 +18,7 @@ set(bridge_sources
   common/code_page common/number common/run_error common/text
   simlink/catalogue simlink/link_address simlink/link_server simlink/link_socket simlink/message_transport_windows
   simlink/mod_fsuipc simlink/offset_area simlink/request_block simlink/socket_transport
-  simlink/system_sockets_windows
+  simlink/system_sockets simlink/system_sockets_windows
   bridge/bridge)
 list(TRANSFORM bridge_sources PREPEND "${PROJECT_SOURCE_DIR}/src/")
 list(TRANSFORM bridge_sources APPEND ".cpp")

@@ -1,10 +1,11 @@
+#include "simlink/message_transport.h"
+
 #include <windows.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
 
-#include "simlink/message_transport.h"
 #include "simlink/mod_fsuipc.h"
 
 namespace norvane {

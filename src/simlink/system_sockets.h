@@ -34,6 +34,10 @@ struct Socket_Name {
 
 namespace system_sockets {
 
+/// Readies the system's sockets; after the first call it does nothing. Naming a host and making a
+/// socket begin with it.
+void Start();
+
 /// All names of a host's port; none when the host is unknown. `listening`: as a listener takes
 /// them.
 [[nodiscard]] std::vector<Socket_Name> Names_Of_Host(const std::string& host, std::uint16_t port,

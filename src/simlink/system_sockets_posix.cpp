@@ -1,4 +1,5 @@
-#include <netdb.h>
+#include "simlink/system_sockets.h"
+
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/stat.h>
@@ -7,30 +8,10 @@
 
 #include <cerrno>
 #include <cstring>
-#include <memory>
-
-#include "simlink/system_sockets.h"
 
 namespace norvane::system_sockets {
 
-std::vector<Socket_Name> Names_Of_Host(const std::string& host, std::uint16_t port,
-                                       bool listening) {
-    addrinfo hints{};
-    hints.ai_socktype = SOCK_STREAM;
-    hints.ai_flags = AI_NUMERICSERV | (listening ? AI_PASSIVE : 0);
-    addrinfo* found = nullptr;
-    if (::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found) != 0)
-        return {};
-    const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(found, &::freeaddrinfo);
-    std::vector<Socket_Name> names;
-    for (const addrinfo* entry = found; entry != nullptr; entry = entry->ai_next) {
-        Socket_Name name;
-        name.size = entry->ai_addrlen;
-        std::memcpy(&name.storage, entry->ai_addr, entry->ai_addrlen);
-        names.push_back(name);
-    }
-    return names;
-}
+void Start() {}
 
 std::vector<Socket_Name> Names_Of_File(const std::filesystem::path& file) {
     sockaddr_un name{};
@@ -84,17 +65,6 @@ int Accept(int listener) {
     return ::accept4(listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
 }
 
-std::uint16_t Port_Of(int listener) {
-    sockaddr_storage storage{};
-    socklen_t size = sizeof storage;
-    if (::getsockname(listener, reinterpret_cast<sockaddr*>(&storage), &size) != 0)
-        return 0;
-    // Both families keep the port in the same place.
-    sockaddr_in name{};
-    std::memcpy(&name, &storage, sizeof name);
-    return ntohs(name.sin_port);
-}
-
 void Send_At_Once(int descriptor) {
     const int on = 1;
     // Unix sockets know no such option and need none.
@@ -107,10 +77,6 @@ std::ptrdiff_t Receive(int descriptor, std::span<std::byte> bytes) {
 
 std::ptrdiff_t Send(int descriptor, std::span<const std::byte> bytes) {
     return ::send(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-}
-
-bool Try_Later() {
-    return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
 }
 
 std::string Failure_Text() {

@@ -1,10 +1,8 @@
+#include "simlink/system_sockets.h"
+
 #include <array>
 #include <cerrno>
-#include <cstring>
-#include <memory>
 #include <system_error>
-
-#include "simlink/system_sockets.h"
 
 namespace norvane::system_sockets {
 
@@ -17,10 +15,6 @@ struct Library {
         (void)::WSAStartup(MAKEWORD(2, 2), &data);
     }
 };
-
-void Start_Library() {
-    static const Library library;
-}
 
 struct Failure_Row {
     int windows = 0;
@@ -74,24 +68,8 @@ int Descriptor_Of(SOCKET made) {
 
 }  // namespace
 
-std::vector<Socket_Name> Names_Of_Host(const std::string& host, std::uint16_t port,
-                                       bool listening) {
-    Start_Library();
-    addrinfo hints{};
-    hints.ai_socktype = SOCK_STREAM;
-    hints.ai_flags = AI_NUMERICSERV | (listening ? AI_PASSIVE : 0);
-    addrinfo* found = nullptr;
-    if (::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found) != 0)
-        return {};
-    const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(found, &::freeaddrinfo);
-    std::vector<Socket_Name> names;
-    for (const addrinfo* entry = found; entry != nullptr; entry = entry->ai_next) {
-        Socket_Name name;
-        name.size = static_cast<socklen_t>(entry->ai_addrlen);
-        std::memcpy(&name.storage, entry->ai_addr, entry->ai_addrlen);
-        names.push_back(name);
-    }
-    return names;
+void Start() {
+    static const Library library;
 }
 
 std::vector<Socket_Name> Names_Of_File(const std::filesystem::path& /*file*/) {
@@ -103,7 +81,7 @@ std::pair<std::uint64_t, std::uint64_t> Identity_Of(const std::filesystem::path&
 }
 
 int New_Stream(const Socket_Name& name) {
-    Start_Library();
+    Start();
     return Descriptor_Of(::WSASocketW(name.storage.ss_family, SOCK_STREAM, 0, nullptr, 0,
                                       WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT));
 }
@@ -137,17 +115,6 @@ int Accept(int listener) {
     return Descriptor_Of(::accept(Socket_Of(listener), nullptr, nullptr));
 }
 
-std::uint16_t Port_Of(int listener) {
-    sockaddr_storage storage{};
-    socklen_t size = sizeof storage;
-    if (Failed(::getsockname(Socket_Of(listener), reinterpret_cast<sockaddr*>(&storage), &size)))
-        return 0;
-    // Both families keep the port in the same place.
-    sockaddr_in name{};
-    std::memcpy(&name, &storage, sizeof name);
-    return ntohs(name.sin_port);
-}
-
 void Send_At_Once(int descriptor) {
     const int on = 1;
     (void)::setsockopt(Socket_Of(descriptor), IPPROTO_TCP, TCP_NODELAY,
@@ -164,10 +131,6 @@ std::ptrdiff_t Send(int descriptor, std::span<const std::byte> bytes) {
     const int sent = ::send(Socket_Of(descriptor), reinterpret_cast<const char*>(bytes.data()),
                             static_cast<int>(bytes.size()), 0);
     return Failed(sent) ? -1 : sent;
-}
-
-bool Try_Later() {
-    return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
 }
 
 std::string Failure_Text() {
