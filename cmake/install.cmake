@@ -2,6 +2,8 @@
 # with in ../share/norvane; a pilot's program directory is filled from there.
 
 include(GNUInstallDirs)
+# What was built is installed: nothing is built for it.
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 
 foreach(program norvane norvane-cli norvane-sim)
   if(TARGET ${program})
