@@ -22,6 +22,7 @@ set(NORVANE_DOCUMENTS "share/doc/norvane")
 install(DIRECTORY docs/VA_SAMPLE DESTINATION "${NORVANE_DOCUMENTS}")
 install(FILES docs/airlines.md docs/airline-scripts.md docs/simulators.md packaging/copyright
         DESTINATION "${NORVANE_DOCUMENTS}")
+install(FILES packaging/lintian-overrides DESTINATION "share/lintian/overrides" RENAME norvane)
 install(PROGRAMS docs/airline_server.py DESTINATION "${NORVANE_DOCUMENTS}")
 
 if(NORVANE_WINDOW)
