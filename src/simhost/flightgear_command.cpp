@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <span>
 #include <utility>
 
 #include "common/code_page.h"
@@ -48,7 +49,8 @@ Flightgear_Service::Flightgear_Service(const Flightgear_Options& options, Clock&
       m_simulator(options.flightgear, options.pace),
       m_wake(::epoll_create1(EPOLL_CLOEXEC)) {
     // Told now, and not in the middle of a flight, when the address cannot be had.
-    m_options.listen = Bound_Address(Listen_At(options.listen), options.listen);
+    m_options.listen =
+        Link_Server(options.listen, [](std::span<std::byte>) { return Delivery{}; }).Address();
     m_simulator.paths = [this]() -> const std::vector<std::string>& { return m_world.Paths(); };
     m_simulator.sampled.connect(
         [this](std::vector<std::string> answers) { Take_Sample(std::move(answers)); });
@@ -102,7 +104,13 @@ void Flightgear_Service::Take_Sample(std::vector<std::string> answers) {
 void Flightgear_Service::Begin_Serving() {
     Host_Options host;
     host.listen = m_options.listen;
-    m_host = std::make_unique<Host>(m_world, host, m_clock);
+    try {
+        m_host = std::make_unique<Host>(m_world, host, m_clock);
+    } catch (const Run_Error& error) {
+        // Someone else took the address while nobody listened. The next sample tries again.
+        Tell(error.Description());
+        return;
+    }
     m_host->text_shown.connect([this](const std::string& text) { Show_In_Simulator(text); });
     const std::string title = m_world.Title();
     Tell(fmt::format("FlightGear is there{}{}; listening on {}", title.empty() ? "" : " with ",

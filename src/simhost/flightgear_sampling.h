@@ -34,7 +34,7 @@ class Flightgear_Sampling {
     struct Place {
         /// Index into the paths; none for a number that always holds.
         std::optional<std::size_t> path;
-        double factor;
+        double factor = 1;
     };
 
     [[nodiscard]] Place Place_Of(const Figure_Source& source, int n);

@@ -134,7 +134,7 @@ bool Is_For(std::string_view section, std::string_view aircraft) {
 }
 
 std::string Parse_Section(const std::string& text) {
-    const std::string name = text.ends_with(']') ? Trim(text.substr(1, text.size() - 2)) : "";
+    std::string name = text.ends_with(']') ? Trim(text.substr(1, text.size() - 2)) : "";
     if (name.empty())
         Refuse("an aircraft stands as [name] on a line of its own");
     return name;
