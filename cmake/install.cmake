@@ -34,9 +34,6 @@ endif()
 # Manual pages and the package's changelog are installed compressed.
 find_program(NORVANE_GZIP gzip REQUIRED)
 function(norvane_install_compressed source name directory)
-  if(NOT EXISTS "${source}")
-    return()
-  endif()
   set(compressed "${CMAKE_BINARY_DIR}/compressed/${name}.gz")
   add_custom_command(OUTPUT "${compressed}"
     COMMAND ${CMAKE_COMMAND} -E make_directory "${CMAKE_BINARY_DIR}/compressed"
