@@ -1,0 +1,324 @@
+#!/usr/bin/python3
+"""Flies a circuit in FlightGear, without a screen, while norvane-cli logs it: fly_flightgear.py PROGRAM_DIRECTORY [--killed]
+
+The default aircraft starts its engine on the runway, releases the brake, flies around the field, lands and sets the brake; then the
+row must be in the log. With --killed FlightGear is killed on the way and started again in the air where it was: Norvane must have
+paused and taken the flight up again.
+
+Needs FlightGear (scripts/install_flightgear installs it) and some ten minutes. Everything else goes to a temporary directory.
+"""
+
+import argparse
+import math
+import os
+import re
+import shutil
+import signal
+import socket
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+PORT = 5401
+LINK = "127.0.0.1:18338"
+# Where FlightGear starts when it is told nothing: on runway 20.
+AIRPORT = "BIKF"
+FLIGHTGEAR = [
+    "dbus-run-session", "xvfb-run", "-a", "-s", "-screen 0 128x128x24", "/usr/games/fgfs",
+    f"--telnet=socket,bi,60,localhost,{PORT},tcp", "--disable-terrasync", "--disable-sound", "--geometry=64x64",
+    "--prop:/sim/rendering/draw-mask/terrain=false", "--prop:/sim/rendering/draw-mask/aircraft=false",
+    "--disable-real-weather-fetch", "--disable-ai-traffic", "--disable-splash-screen", "--timeofday=noon",
+]
+START_AT_MOST_S = 240
+FLIGHT_AT_MOST_S = 900
+METRES_A_DEGREE = 111120
+FEET_A_METRE = 3.28084
+CIRCUIT_FT = 500
+GLIDE = math.tan(math.radians(3.5))
+# Where the circuit turns, metres along the runway from the start of the take-off run, and to its right.
+UPWIND_END_M, DOWNWIND_M, DOWNWIND_END_M, BASE_END_M, TOUCHDOWN_M = 2600, 1500, -1800, 450, 400
+
+STATE = {
+    "lat": "/position/latitude-deg", "lon": "/position/longitude-deg", "agl": "/position/altitude-agl-ft",
+    "alt": "/position/altitude-ft", "ground": "/position/ground-elev-ft", "ias": "/velocities/airspeed-kt",
+    "pitch": "/orientation/pitch-deg", "roll": "/orientation/roll-deg", "heading": "/orientation/heading-deg",
+    "speed": "/velocities/groundspeed-kt", "climb": "/velocities/vertical-speed-fps", "wow": "/gear/gear[1]/wow",
+    "rpm": "/engines/active-engine/rpm",
+}
+THROTTLE = "/controls/engines/current-engine/throttle"
+MIXTURE = "/controls/engines/current-engine/mixture"
+BRAKE = "/sim/model/c172p/brake-parking"
+
+
+def within(value, low, high):
+    return max(low, min(high, value))
+
+
+def turn(degrees):
+    """The shorter way round."""
+    return (degrees + 180) % 360 - 180
+
+
+class Simulator:
+    """FlightGear, and its properties."""
+
+    def __init__(self, directory, *arguments):
+        environment = {**os.environ, "LIBGL_ALWAYS_SOFTWARE": "1", "FG_HOME": str(directory / "fg")}
+        (directory / "fg").mkdir(exist_ok=True)
+        subprocess.run(["dbus-uuidgen", "--ensure"], check=True)
+        self.log = open(directory / "fgfs.log", "ab")
+        self.process = subprocess.Popen([*FLIGHTGEAR, *arguments], env=environment, stdin=subprocess.DEVNULL, stdout=self.log, stderr=self.log,
+                                        start_new_session=True)
+        self.socket = None
+        end = time.time() + START_AT_MOST_S
+        while not self.is_ready():
+            if time.time() > end or self.process.poll() is not None:
+                self.kill()
+                raise SystemExit("FlightGear does not start; see the end of its log:\n"
+                                 + (directory / "fgfs.log").read_text(errors="replace")[-2000:])
+            time.sleep(1)
+
+    def is_ready(self):
+        try:
+            if self.socket is None:
+                self.socket = socket.create_connection(("localhost", PORT), 2)
+                self.socket.settimeout(10)
+                self.answers = self.socket.makefile("r", newline="\r\n")
+                self.socket.sendall(b"data\r\n")
+            return self.get("/sim/signals/fdm-initialized") == "true"
+        except OSError:
+            self.socket = None
+            return False
+
+    def kill(self):
+        """At once, with all that was started for it."""
+        if self.socket is not None:
+            self.socket.close()
+        try:
+            os.killpg(self.process.pid, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+        self.process.wait()
+
+    def get(self, path):
+        self.socket.sendall(f"get {path}\r\n".encode())
+        return self.answers.readline().rstrip("\r\n")
+
+    def put(self, values):
+        self.socket.sendall("".join(f"set {path} {value}\r\n" for path, value in values.items()).encode())
+
+    def state(self):
+        self.socket.sendall("".join(f"get {path}\r\n" for path in STATE.values()).encode())
+        texts = [self.answers.readline().strip() for _ in STATE]
+        return {name: {"true": 1.0, "false": 0.0}.get(text) if text in ("true", "false") else float(text or 0)
+                for name, text in zip(STATE, texts)}
+
+
+class Pilot:
+    """Flies the circuit by proportional control; to the right when seen along the runway."""
+
+    def __init__(self, simulator):
+        self.simulator = simulator
+        start = simulator.state()
+        self.origin = start["lat"], start["lon"]
+        self.runway = start["heading"]
+        self.field_ft = start["ground"]
+        self.stage = "take-off"
+        self.trim = 0.0
+        self.before = start
+        self.steady = 0
+
+    def start_engine(self):
+        covers = ("chock", "cowl-plugs-visible", "pitot-cover-visible", "tiedownL-visible", "tiedownR-visible", "tiedownT-visible")
+        self.simulator.put({**{f"/sim/model/c172p/securing/{cover}": 0 for cover in covers},
+                            "/sim/model/c172p/cockpit/control-lock-placed": 0, "/controls/switches/magnetos": 3, THROTTLE: 0.2,
+                            MIXTURE: 0.95, "/controls/switches/master-bat": 1, "/controls/switches/master-alt": 1,
+                            "/controls/engines/engine[0]/primer-lever": 0, "/controls/engines/engine[0]/primer": 3,
+                            "/engines/active-engine/carb_ice": 0, "/engines/active-engine/carb_icing_allowed": "false",
+                            "/engines/active-engine/auto-start": 1, "/controls/switches/starter": 1})
+        end = time.time() + 40
+        while self.simulator.get("/engines/active-engine/running") != "true":
+            if time.time() > end:
+                raise SystemExit("the engine does not start")
+            time.sleep(0.5)
+        self.simulator.put({"/controls/switches/starter": 0, "/engines/active-engine/auto-start": 0})
+
+    def place(self, now):
+        """Metres along the runway and to its right."""
+        north = (now["lat"] - self.origin[0]) * METRES_A_DEGREE
+        east = (now["lon"] - self.origin[1]) * METRES_A_DEGREE * math.cos(math.radians(self.origin[0]))
+        course = math.radians(self.runway)
+        return north * math.cos(course) + east * math.sin(course), east * math.cos(course) - north * math.sin(course)
+
+    def fly(self, until):
+        """Until a stage of that name begins."""
+        end = time.time() + FLIGHT_AT_MOST_S
+        told = None
+        while self.stage != until:
+            now = self.simulator.state()
+            self.step(now)
+            if self.stage != told:
+                told = self.stage
+                print(f"{told}: {now['agl']:.0f} ft above ground, {now['ias']:.0f} kt", flush=True)
+            if time.time() > end:
+                raise SystemExit(f"the flight does not end; it was at {self.stage}, {now}")
+            self.before = now
+            time.sleep(0.02)
+
+    def step(self, now):
+        along, right = self.place(now)
+        height = now["alt"] - self.field_ft
+        if self.stage == "take-off":
+            self.roll_along(now, right, throttle=1, pitch=8 if now["ias"] > 52 else 0)
+            self.stage = "upwind" if now["agl"] > 50 else self.stage
+        elif self.stage == "upwind":
+            self.climb_and_turn(now, height, self.runway - within(right * 0.05, -20, 20))
+            self.stage = "crosswind" if along > UPWIND_END_M else self.stage
+        elif self.stage == "crosswind":
+            self.climb_and_turn(now, height, self.runway + 90)
+            self.stage = "downwind" if right > DOWNWIND_M - 600 else self.stage
+        elif self.stage == "downwind":
+            self.climb_and_turn(now, height, self.runway + 180 + within((right - DOWNWIND_M) * 0.03, -20, 20))
+            self.stage = "base" if along < DOWNWIND_END_M else self.stage
+        elif self.stage == "base":
+            self.climb_and_turn(now, height, self.runway + 270)
+            self.stage = "final" if right < BASE_END_M else self.stage
+        elif self.stage == "final":
+            wanted = (TOUCHDOWN_M - along) * GLIDE * FEET_A_METRE
+            self.follow_glide(now, within(wanted, 0, CIRCUIT_FT), self.runway - within(right * 0.08, -40, 40))
+            self.stage = "flare" if now["agl"] < 22 else self.stage
+        elif self.stage == "flare":
+            self.control(now, pitch=within(2 + (20 - now["agl"]) * 0.25, 1, 6.5), bank=self.bank(now, self.runway - right * 0.05, 8))
+            self.simulator.put({THROTTLE: 0})
+            self.stage = "landing run" if now["wow"] and now["agl"] < 8 else self.stage
+        elif self.stage == "landing run":
+            brakes = 0.4 if now["ias"] < 45 else 0
+            self.simulator.put({"/controls/gear/brake-left": brakes, "/controls/gear/brake-right": brakes})
+            self.roll_along(now, right, throttle=0, pitch=0)
+            self.steady = self.steady + 1 if now["speed"] < 0.5 else 0
+            self.stage = "standing" if self.steady > 20 else self.stage
+
+    def roll_along(self, now, right, throttle, pitch):
+        error = turn(self.runway - within(right * 0.4, -8, 8) - now["heading"])
+        rate = turn(now["heading"] - self.before["heading"])
+        self.control(now, pitch, bank=0)
+        self.simulator.put({THROTTLE: throttle, "/controls/flight/rudder": within(error * 0.04 - rate * 0.1, -0.5, 0.5)})
+
+    def climb_and_turn(self, now, height, heading):
+        error = CIRCUIT_FT - height
+        pitch = within(error * 0.03, -4, 7) + within((now["ias"] - 72) * 0.3, -6, 0)
+        throttle = 1 if error > 60 else within(0.62 + (85 - now["ias"]) * 0.02 + error * 0.003, 0.2, 1)
+        self.control(now, pitch + 1, self.bank(now, heading, 22))
+        self.simulator.put({THROTTLE: throttle, "/controls/flight/rudder": 0})
+
+    def follow_glide(self, now, wanted, heading):
+        error = wanted - (now["alt"] - self.field_ft)
+        climb_fps = within(-now["speed"] * 1.688 * GLIDE + error * 0.08, -14, 3) if wanted < CIRCUIT_FT else error * 0.08
+        pitch = within((climb_fps - now["climb"]) * 0.6, -6, 6) + within((now["ias"] - 58) * 0.5, -4, 0)
+        self.control(now, pitch, self.bank(now, heading, 20))
+        self.simulator.put({THROTTLE: within(0.35 + (68 - now["ias"]) * 0.05, 0, 1), "/controls/flight/rudder": 0})
+
+    def bank(self, now, heading, most):
+        return within(turn(heading - now["heading"]) * 1.0, -most, most)
+
+    def control(self, now, pitch, bank):
+        error = pitch - now["pitch"]
+        airborne = 0.0 if now["wow"] else 1.0
+        self.trim = within(self.trim + error * 0.0006 * airborne, -0.4, 0.4)
+        elevator = -(error * 0.03 - (now["pitch"] - self.before["pitch"]) * 0.05) - self.trim
+        aileron = (bank - now["roll"]) * 0.02 - (now["roll"] - self.before["roll"]) * 0.04
+        self.simulator.put({"/controls/flight/elevator": within(elevator, -0.8, 0.5),
+                            "/controls/flight/aileron": within(aileron, -0.6, 0.6)})
+
+
+class Program:
+    """One of Norvane's, its output in a file."""
+
+    def __init__(self, output, *arguments):
+        self.output = output
+        self.process = subprocess.Popen([str(each) for each in arguments], stdout=open(output, "wb"), stderr=subprocess.STDOUT)
+
+    def text(self):
+        return self.output.read_text("utf-8", "replace")
+
+    def wait_for(self, text, at_most_s):
+        end = time.time() + at_most_s
+        while text not in self.text():
+            if time.time() > end:
+                raise SystemExit(f"{self.output.name} lacks \"{text}\":\n{self.text()}")
+            time.sleep(0.2)
+
+    def end(self):
+        self.process.terminate()
+        self.process.wait()
+
+
+def in_the_air(now):
+    return ["--in-air", f"--lat={now['lat']}", f"--lon={now['lon']}", f"--altitude={now['alt']}", f"--vc={max(now['ias'], 75)}",
+            f"--heading={now['heading']}"]
+
+
+def fly(programs, directory, killed):
+    home = directory / "home"
+    shutil.copytree(programs, home)
+    started, simulators = [], []
+    try:
+        link = Program(directory / "norvane-sim.txt", home / "norvane-sim", "flightgear", f"localhost:{PORT}", "--listen", LINK)
+        started.append(link)
+        simulator = Simulator(directory)
+        simulators.append(simulator)
+        link.wait_for("listening on", 30)
+        pilot = Pilot(simulator)
+        pilot.start_engine()
+        # The world file gives the airport's highest place, the runway lies lower.
+        (home / "bin" / "fs9UD.wld").write_text(f"{pilot.origin[0]}|{pilot.origin[1]}|{pilot.field_ft:.0f}|{AIRPORT}|The field\r\n")
+        command = [home / "norvane-cli", "--home", home, "--settings", directory / "settings.sqlite", "--sim", LINK]
+        norvane = Program(directory / "norvane-cli.txt", *command, "fly", "--new", "--flight-number", "101")
+        started.append(norvane)
+        time.sleep(5)
+        simulator.put({BRAKE: 0})
+        norvane.wait_for("\nOUT ", 20)
+        if killed:
+            pilot.fly(until="downwind")
+            last = pilot.before
+            simulator.kill()
+            print("FlightGear is killed", flush=True)
+            norvane.wait_for("The flight is paused", 60)
+            simulator = pilot.simulator = Simulator(directory, *in_the_air(last))
+            simulators.append(simulator)
+            pilot.before = simulator.state()
+            pilot.start_engine()
+        pilot.fly(until="standing")
+        if killed:
+            norvane.wait_for("The flight goes on.", 60)
+        simulator.put({BRAKE: 1})
+        status = norvane.process.wait(timeout=60)
+        rows = subprocess.run([str(each) for each in command] + ["log", "rows"], capture_output=True, text=True, check=True).stdout
+        print(rows)
+        told = re.findall(r"^(OUT|OFF|ON|IN) \d{4}Z ", norvane.text(), re.MULTILINE)
+        if told != ["OUT", "OFF", "ON", "IN"]:
+            raise SystemExit(f"the flight was told as {told}")
+        if status != 0 or "|101|" not in rows:
+            raise SystemExit("the flight is not in the log")
+    finally:
+        for simulator in simulators:
+            simulator.kill()
+        for program in started:
+            program.end()
+            print(program.text())
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("programs", type=Path, metavar="PROGRAM_DIRECTORY", help="where norvane-cli and norvane-sim are")
+    parser.add_argument("--killed", action="store_true", help="kill FlightGear on the way and start it again in the air")
+    options = parser.parse_args()
+    with tempfile.TemporaryDirectory(prefix="norvane-flightgear-") as directory:
+        fly(options.programs.resolve(), Path(directory), options.killed)
+    print("done")
+
+
+if __name__ == "__main__":
+    sys.exit(main())
