@@ -21,6 +21,8 @@ namespace {
 /// A list that stands for itself needs something to choose from.
 constexpr std::size_t fewest_choices = 2;
 constexpr std::int32_t take_off_step_ft = 5;
+/// The weather source that asks nothing.
+constexpr std::string_view no_weather = "NONE";
 
 void Select_Exactly(Combo_Box& list, const std::string& text) {
     const auto& entries = list.Entries();
@@ -94,8 +96,13 @@ void ucSettings::Connect() {
         for (std::size_t i = 0; i < swColor.size(); ++i)
             swColor[i].Set_Color(Setting_Colors()[i].otherwise);
     });
-    optACARS[on_ground_flag].edited.connect([this] { Choose_Take_Off(on_ground_flag); });
-    optACARS[take_off_altitude].edited.connect([this] { Choose_Take_Off(take_off_altitude); });
+    for (const Take_Off choice : {on_ground_flag, take_off_altitude}) {
+        optACARS[choice].edited.connect([this, choice] {
+            // A click on the option that holds already leaves the altitude as it was chosen.
+            if (optACARS[choice == on_ground_flag ? take_off_altitude : on_ground_flag].Chosen())
+                Choose_Take_Off(choice);
+        });
+    }
     chkACARS[save_pirep].edited.connect([this] {
         if (!chkACARS[save_pirep].Checked())
             chkACARS[send_pirep].Set_Checked(false);
@@ -167,7 +174,8 @@ std::vector<ucSettings::Captioned_List> ucSettings::ACARS_Lists() {
     return lists;
 }
 
-/// "FS", and the names of the sources in their order.
+/// "FS", the names of the sources in their order, and "NONE" where it is the setting and no source
+/// is named so: it needs none, and saving must not turn the weather on.
 void ucSettings::Load_WX_Combo() {
     std::vector<std::string> sources{"FS"};
     Guarded(m_services, "ucSettings.Load_WX_Combo()", Show::box, [&] {
@@ -179,6 +187,9 @@ void ucSettings::Load_WX_Combo() {
                 sources.emplace_back(Before(std::string_view(line).substr(1), "]"));
         }
     });
+    const std::string& stored = m_settings.WX_URL();
+    if (stored == no_weather && std::find(sources.begin(), sources.end(), stored) == sources.end())
+        sources.push_back(stored);
     cboWX.Set_Entries(std::move(sources));
 }
 
@@ -246,7 +257,7 @@ void ucSettings::Choose_Take_Off(Take_Off choice) {
         optACARS[i].Set_Chosen(i == choice);
     const std::int32_t feet = m_settings.ACARS_TakeOff_Alt();
     if (choice == take_off_altitude)
-        cboTakeOffAlt.Select(feet == 0 ? 0 : feet / take_off_step_ft - 1);
+        cboTakeOffAlt.Select_Text(fmt::format("{}", feet == 0 ? take_off_step_ft : feet));
     else
         cboTakeOffAlt.Select(-1);
     Enable_Controls();

@@ -248,6 +248,30 @@ TEST_F(Settings_Panel, Each_airline_brings_its_own_fields_log_and_server) {
     EXPECT_EQ(settings->Virtual_Airline_Log(), "Jets") << "the active one, without a choice";
 }
 
+TEST_F(Settings_Panel, Saving_keeps_stored_values_that_no_list_has) {
+    Write("bin/url.cfg", "[NOAA]\r\n");
+    store.Set("Options", "Report Fuel", "9");
+    store.Set("Options", "Take Off Alt", "37");
+    store.Set("Options", "WX URL", "NONE");
+    Open();
+    const auto before = Listed();
+    EXPECT_EQ(panel->cboTakeOffAlt.Selected(), -1);
+    Save_And_Open();
+    EXPECT_EQ(Listed(), before);
+    EXPECT_EQ(settings->ACARS_TakeOff_Alt(), 37);
+    EXPECT_EQ(panel->cboWX.Text(), "NONE");
+
+    // A second click on the option that holds is no new choice.
+    Choose(panel->cboTakeOffAlt, "50");
+    panel->optACARS[ucSettings::take_off_altitude].Click();
+    EXPECT_EQ(panel->cboTakeOffAlt.Text(), "50");
+
+    // A source that is gone is the simulator's weather.
+    settings->Set_WX_URL("gone");
+    panel->hypCancel.Click();
+    EXPECT_EQ(panel->cboWX.Text(), "FS");
+}
+
 TEST_F(Settings_Panel, Takes_an_airlines_codes_from_the_lookup) {
     frmAirline& lookup = panel->airline_lookup;
     sigc::connection pilot = lookup.shown.connect([&] {
