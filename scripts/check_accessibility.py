@@ -2,7 +2,7 @@
 """Walks the window as a screen reader does, every panel, page, menu and dialog of it, and reports controls that have no name.
 check_accessibility.py PROGRAM_DIRECTORY; --self-test shows that a nameless control is found.
 
-Needs the packages xvfb, xdotool, dbus-daemon, at-spi2-core and python3-pyatspi.
+Needs the packages xvfb, xdotool, dbus, at-spi2-core and python3-pyatspi.
 """
 
 import os
@@ -46,7 +46,9 @@ def nameless(node, path=""):
     found = []
     # Below the windows a frame is a line that is drawn around something.
     is_window = role == "frame" and path.count("/") == 1
-    if (role in NAMED_ROLES or is_window) and not node.name.strip():
+    # A list's name is its entry here: what it is a list of stands in its description.
+    name = node.description if role == "combo box" else node.name
+    if (role in NAMED_ROLES or is_window) and not name.strip():
         found.append(here)
     if role in PARTS_OF:
         return found
@@ -168,7 +170,7 @@ class Fake:
     """A node of a tree that no program has."""
 
     def __init__(self, role, name, children=()):
-        self.role, self.name, self.children = role, name, children
+        self.role, self.name, self.children, self.description = role, name, children, ""
 
     def getRoleName(self):
         return self.role
@@ -184,8 +186,10 @@ class Fake:
 
 
 def self_test():
-    tree = Fake("application", "norvane", [Fake("frame", "Norvane", [Fake("text", " "), Fake("frame", ""), Fake("text", "Origin")])])
-    if nameless(tree) != ["/application 'norvane'/frame 'Norvane'/text ' '"]:
+    tree = Fake("application", "norvane", [Fake("frame", "Norvane", [Fake("text", " "), Fake("frame", ""), Fake("text", "Origin"),
+                                                               Fake("combo box", "lbs")])])
+    here = "/application 'norvane'/frame 'Norvane'"
+    if nameless(tree) != [f"{here}/text ' '", f"{here}/combo box 'lbs'"]:
         raise SystemExit("check_accessibility: the self-test did not find its nameless control")
     print("check_accessibility: a nameless control is found")
 
@@ -194,7 +198,8 @@ def main():
     if sys.argv[1:] == ["--self-test"]:
         return self_test()
     if IN_SESSION not in os.environ:
-        # A session bus of its own, on which the accessibility bus starts by itself.
+        # A session bus of its own, on which the accessibility bus starts by itself. It wants the machine to have a name.
+        subprocess.run(["dbus-uuidgen", "--ensure"], check=False)
         command = ["dbus-run-session", "--", "/usr/bin/python3", "-B", *sys.argv]
         return os.execvpe(command[0], command, os.environ | {IN_SESSION: "1"})
     found = walk(Path(sys.argv[1]).resolve())

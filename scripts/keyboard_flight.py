@@ -45,8 +45,9 @@ class Airline(http.server.BaseHTTPRequestHandler):
 class Keyboard:
     """The keys, and where the keyboard's focus is."""
 
-    def __init__(self, display):
+    def __init__(self, display, window):
         self.display = display
+        self.window = window
 
     def key(self, *keys):
         self.display.key(*keys)
@@ -60,7 +61,9 @@ class Keyboard:
 
         def find(node):
             states = node.getState()
-            if states.contains(pyatspi.STATE_FOCUSED) and states.contains(pyatspi.STATE_SHOWING):
+            # The current tab says that it has the focus as long as its page has it.
+            focused = states.contains(pyatspi.STATE_FOCUSED) and states.contains(pyatspi.STATE_SHOWING)
+            if focused and node.getRoleName() != "page tab":
                 # A list or table has the focus together with its row.
                 return node
             for child in node:
@@ -82,6 +85,20 @@ class Keyboard:
             self.key("shift+Tab" if backwards else "Tab")
             seen.append(self.focus_name())
         raise SystemExit(f"keyboard_flight: no Tab leads to {name!r}; on the way: {seen}")
+
+    def answer(self):
+        """Enter in the message box that stands over the window; a display without a window manager has to be told who is on top."""
+        for _ in range(50):
+            boxes = [window for window in self.display.xdotool("search", "--onlyvisible", "--name", "^Norvane") if window != self.window]
+            if boxes:
+                break
+            time.sleep(0.1)
+        else:
+            raise SystemExit("keyboard_flight: no message box came")
+        self.display.xdotool("windowfocus", boxes[-1])
+        self.key("Return")
+        self.display.xdotool("windowfocus", self.window)
+        time.sleep(0.3)
 
     def press(self, name, backwards=False):
         self.tab_to(name, backwards)
@@ -148,14 +165,15 @@ def fly(keyboard, pilot):
     wait_for("ACARS is on again", lambda: status("ACARS: ON"))
 
     keyboard.key("alt+2")
-    keyboard.tab_to("Comment")
+    keyboard.tab_to("Comment or airport")
     keyboard.type("Smooth air")
-    keyboard.press("Send")
+    keyboard.press("Enter Comment")
     wait_for("the comment at the airline", lambda: any("Smooth air" in str(form) for _, form in Airline.posted))
 
     keyboard.key("alt+1")
     wait_for("the gate", lambda: status("ACARS: OFF"), FLIGHT_AT_MOST_S)
     keyboard.press("Log Flight")
+    keyboard.answer()
     wait_for("the row in the log", lambda: pilot.log().count("|") >= 52)
 
 
@@ -169,6 +187,7 @@ def edit_log(keyboard, pilot):
     keyboard.type("ZZ99")
     keyboard.key("Return")
     keyboard.press("Save", backwards=True)
+    keyboard.answer()
     wait_for("the edited cell in the file", lambda: "ZZ99" in pilot.log())
 
 
@@ -178,8 +197,7 @@ def change_setting(keyboard, pilot):
     keyboard.key("ctrl+Tab")
     keyboard.press("Auto Log Flight")
     keyboard.press("Save")
-    time.sleep(0.5)
-    keyboard.key("Return")
+    keyboard.answer()
     wait_for("the setting in the store", lambda: "OPT_AutoLog=True" in pilot.cli("settings", "list"))
 
 
@@ -200,6 +218,7 @@ def send_pirep(keyboard, pilot):
     keyboard.display.dismiss("^Response from Server$")
     keyboard.display.focus("^Send PIREP$")
     keyboard.press("Close")
+    keyboard.display.xdotool("windowfocus", keyboard.window)
 
 
 def run(stage):
@@ -214,8 +233,7 @@ def run(stage):
                                       pilot.address], stdout=subprocess.DEVNULL)
         program = subprocess.Popen([str(stage / "norvane"), "--home", str(pilot.home), "--sim", pilot.address], env=environment)
         try:
-            display.open_main_window()
-            keyboard = Keyboard(display)
+            keyboard = Keyboard(display, display.open_main_window())
             fly(keyboard, pilot)
             edit_log(keyboard, pilot)
             change_setting(keyboard, pilot)

@@ -71,6 +71,13 @@ void Watch_Focus(Edit& edit, Text_Box& model) {
     });
 }
 
+/// On this system the toolkit tells a list's entry in place of its name; the description is told
+/// behind it.
+void Name_List(QComboBox& list, const QString& caption) {
+    list.setAccessibleName(caption);
+    list.setAccessibleDescription(caption);
+}
+
 /// Enter opens a list.
 void Watch_List(QComboBox& list) {
     new Event_Watch(list, [&list](QEvent& event) {
@@ -294,7 +301,7 @@ void Bind(QPlainTextEdit& edit, Text_Box& model, const QString& caption) {
 }
 
 void Bind(QComboBox& list, Combo_Box& model, const QString& caption) {
-    list.setAccessibleName(caption);
+    Name_List(list, caption);
     list.setFocusPolicy(Qt::StrongFocus);
     Follow(list, model, [&list, &model] {
         Show_Entries(list, model.Entries());
@@ -313,7 +320,7 @@ void Bind(QComboBox& list, Combo_Box& model, const QString& caption) {
 }
 
 void Bind(QComboBox& list, Text_Combo& model, const QString& caption) {
-    list.setAccessibleName(caption);
+    Name_List(list, caption);
     list.setFocusPolicy(Qt::StrongFocus);
     list.setEditable(true);
     list.setInsertPolicy(QComboBox::NoInsert);
