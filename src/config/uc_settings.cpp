@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "common/find_file.h"
 #include "common/line_reader.h"
@@ -129,8 +130,19 @@ void ucSettings::Connect() {
 }
 
 void ucSettings::ACARS_STATE(bool enabled) {
-    m_unlocked = enabled;
+    const bool was_unlocked = std::exchange(m_unlocked, enabled);
+    if (was_unlocked && !enabled)
+        Drop_Unsaved_Airline();
     Enable_Controls();
+}
+
+/// A flight is flown for the airline that is loaded, not for one that was chosen and not saved.
+void ucSettings::Drop_Unsaved_Airline() {
+    if (Equal_No_Case(m_settings.Virtual_Airline(), m_airline.Name()))
+        return;
+    Guarded(m_services, "ucSettings.ACARS_STATE()", Show::silent,
+            [&] { m_settings.Set_Virtual_Airline(m_airline.Name()); });
+    Get_VA_Settings();
 }
 
 /// Who is usable, by the lock and by what the controls themselves say.

@@ -142,6 +142,7 @@ class ucSettings {
     void Show_Sending();
     void Choose_Take_Off(Take_Off choice);
     void Choose_Airline();
+    void Drop_Unsaved_Airline();
     void Follow_IATA();
     bool May_Move_Values(const std::vector<std::string>& definitions);
     void Assign_Flight_Settings();

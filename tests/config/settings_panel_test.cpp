@@ -237,6 +237,9 @@ TEST_F(Settings_Panel, Each_airline_brings_its_own_fields_log_and_server) {
     panel->hypCancel.Click();
     EXPECT_EQ(panel->txtPilot[ucSettings::pilot_id].Text(), "A1");
     EXPECT_EQ(panel->cboLog.Text(), "Jets");
+    panel->ACARS_STATE(false);
+    EXPECT_EQ(settings->Virtual_Airline(), "XYZ") << "a flight flies for the saved one";
+    EXPECT_EQ(panel->txtPilot[ucSettings::pilot_id].Text(), "X1");
     Open();
     EXPECT_EQ(settings->Virtual_Airline(), "XYZ") << "nothing was saved";
 
