@@ -22,11 +22,8 @@ struct Item_Row {
     const char* drawing;
 };
 constexpr std::array item_rows = {
-    Item_Row{1, "acars"},
-    Item_Row{2, "flight_log"},
-    Item_Row{3, "statistics"},
-    Item_Row{4, "messages"},
-    Item_Row{5, "settings"},
+    Item_Row{1, "acars"},    Item_Row{2, "flight_log"}, Item_Row{3, "statistics"},
+    Item_Row{4, "messages"}, Item_Row{5, "settings"},
 };
 
 QPixmap Drawn(const QString& drawing, const QSize& size, qreal pixel_ratio) {
