@@ -2,11 +2,12 @@
 
 #include <gmock/gmock.h>
 
-#include <regex>
 #include <string>
 #include <vector>
 
 #include "common/line_reader.h"
+#include "common/number.h"
+#include "common/text.h"
 #include "config/cls_va_settings.h"
 #include "config/field_definitions.h"
 #include "logentry/log_fields.h"
@@ -20,18 +21,29 @@ using testing::SizeIs;
 
 const std::filesystem::path docs = std::filesystem::path(NORVANE_SOURCE_DIR) / "docs";
 
-/// The page's table of a PIREP: value and form field of each line, as "FLIGHT_DATE=date".
+/// What stands between backticks, and nothing else, in a cell of a table; empty for another cell.
+std::string Code_In(std::string_view cell) {
+    const std::string text = Trim(cell);
+    const bool is_code =
+        text.size() > 2 && text.front() == '`' && text.find('`', 1) == text.size() - 1;
+    return is_code ? text.substr(1, text.size() - 2) : std::string();
+}
+
+/// The page's table of a PIREP, its rows "| 4 | `FLIGHT_DATE` | ... | `date` | ... |": value and
+/// form field of each line, as "FLIGHT_DATE=date".
 std::vector<std::string> Described_Values() {
-    static const std::regex row("\\| (\\d+) \\| `(\\w+)` \\|.*\\| `(\\w+)` \\|[^|]*\\|");
     std::vector<std::string> values;
-    const std::string page = Read_File(docs / "airlines.md");
-    for (Line_Reader reader(page); reader.Next();) {
-        const std::string line(reader.Line());
-        std::smatch match;
-        if (!std::regex_match(line, match, row))
+    for (const std::string& line : Read_Lines(docs / "airlines.md")) {
+        const auto cells = Split(line, '|');
+        if (cells.size() < 7)
             continue;
-        values.push_back(match.str(2) + "=" + match.str(3));
-        EXPECT_EQ(std::stoul(match.str(1)), values.size());
+        const std::string value = Code_In(cells[2]);
+        const std::string field = Code_In(cells[cells.size() - 3]);
+        const auto number = Parse_Int32(Trim(cells[1]));
+        if (value.empty() || field.empty() || !number)
+            continue;
+        values.push_back(value + "=" + field);
+        EXPECT_EQ(*number, static_cast<int>(values.size()));
     }
     return values;
 }
