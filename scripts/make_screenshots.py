@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes docs/screenshots: flies the demonstration in a real window on a display of its own and takes a picture of each page before
-OUT, in cruise and at the gate; then the flight log with its dialogs and reports. make_screenshots.py [PROGRAM_DIRECTORY], after
-./run has built the programs.
+OUT, in cruise and at the gate; then the flight log with its dialogs and reports, and the settings and all other dialogs, light and
+dark, at 100 and 200 %. make_screenshots.py [PROGRAM_DIRECTORY], after ./run has built the programs.
 
 Needs the packages xvfb, xdotool, imagemagick and chromium. The airline's server and the weather source are this script's own, on loopback.
 """
@@ -17,6 +17,7 @@ import time
 from pathlib import Path
 
 import log_pictures
+import settings_pictures
 from virtual_display import PICTURES, ROOT, Display
 
 SPEED = 10
@@ -152,6 +153,7 @@ def main():
     finally:
         display.close()
         server.shutdown()
+    settings_pictures.take_all(stage)
 
 
 if __name__ == "__main__":

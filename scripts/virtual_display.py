@@ -13,15 +13,18 @@ PLACE = (10, 10)
 
 
 class Display:
-    """A display of the script's own, and the one window on it."""
+    """A display of the script's own, and the one window on it. `scale` magnifies the window, and the display with it."""
 
-    def __init__(self):
+    def __init__(self, scale=1):
+        self.scale = scale
+        screen = f"{1100 * scale}x{720 * scale}x24"
         reading, writing = os.pipe()
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1100x720x24", "-nolisten", "tcp"],
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", screen, "-nolisten", "tcp"],
                                        pass_fds=[writing], stderr=subprocess.DEVNULL)
         os.close(writing)
         with os.fdopen(reading) as number:
-            self.environment = os.environ | {"DISPLAY": ":" + number.readline().strip(), "no_proxy": "*"}
+            self.environment = os.environ | {"DISPLAY": ":" + number.readline().strip(), "no_proxy": "*",
+                                             "QT_SCALE_FACTOR": str(scale)}
         # A report that the program opens is not to start a browser here.
         self.browser = tempfile.TemporaryDirectory()
         opener = Path(self.browser.name) / "xdg-open"
@@ -56,13 +59,14 @@ class Display:
 
     def open_main_window(self):
         window = self.find_window("^Norvane$")
-        self.xdotool("windowsize", window, *SIZE, "windowmove", window, *PLACE, "windowfocus", window)
+        size = [length * self.scale for length in SIZE]
+        self.xdotool("windowsize", window, *size, "windowmove", window, *PLACE, "windowfocus", window)
         time.sleep(0.5)
         return window
 
     def take_place(self, name):
         """The main window with all that stands over it: menus, lists, dialogs."""
-        area = f"{SIZE[0]}x{SIZE[1]}+{PLACE[0]}+{PLACE[1]}"
+        area = f"{SIZE[0] * self.scale}x{SIZE[1] * self.scale}+{PLACE[0]}+{PLACE[1]}"
         subprocess.run(["import", "-window", "root", "-crop", area, "+repage", "-depth", "8", "-strip", str(self.picture(name))],
                        env=self.environment, check=True)
 

@@ -55,7 +55,7 @@ Log_Grid::Log_Grid(ucFlightLog& log, QWidget* parent)
                     QAbstractItemView::AnyKeyPressed);
     m_hint->setAlignment(Qt::AlignCenter);
     m_hint->setWordWrap(true);
-    m_hint->setForegroundRole(QPalette::PlaceholderText);
+    m_hint->setEnabled(false);
     m_hint->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_hint->setText(
         "No flights yet. They come here when they are logged, or are typed into the "

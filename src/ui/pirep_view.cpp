@@ -145,7 +145,8 @@ void Pirep_View::Make_Area() {
 
     m_hint->setTextFormat(Qt::PlainText);
     m_hint->setAlignment(Qt::AlignCenter);
-    m_hint->setForegroundRole(QPalette::PlaceholderText);
+    // Grey on every ground; the colour of placeholders is black on dark desktops.
+    m_hint->setEnabled(false);
     auto* over = new QVBoxLayout(m_area);
     over->addWidget(m_hint);
 }

@@ -78,7 +78,7 @@ void Stats_View::Make_Table() {
     m_hint->setTextFormat(Qt::PlainText);
     m_hint->setWordWrap(true);
     m_hint->setAlignment(Qt::AlignCenter);
-    m_hint->setForegroundRole(QPalette::PlaceholderText);
+    m_hint->setEnabled(false);
     m_hint->setText("No times yet. \"" + To_Q(m_stats.hypACARS[0].Caption()) +
                     "\" adds up the active flight log.");
     auto* over = new QVBoxLayout(m_table->viewport());
