@@ -32,6 +32,7 @@ struct Words {
     Aircraft_Place place;
     /// The world files of FS2000 and FS2002.
     bool older_world = false;
+    bool heliports = false;
 };
 
 /// The commands about flight logs: "log", "hours" and "convert".

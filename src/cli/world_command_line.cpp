@@ -70,9 +70,29 @@ void Add_World_Add(CLI::App* world, const Session_Options& session, Words& words
     });
 }
 
+void Add_World_Build(CLI::App* world, Words& words, Work& work) {
+    auto* build =
+        world->add_subcommand("build", "Build a world file from the simulator's list of airports");
+    build
+        ->add_option("--from", words.name,
+                     "An apt.dat of X-Plane or FlightGear or an airports.csv of OurAirports, also "
+                     "packed by gzip")
+        ->required()
+        ->check(CLI::ExistingFile);
+    build->add_option("-o", words.value, "The world file; an older one is kept as .bak")
+        ->required();
+    build->add_flag("--heliports", words.heliports, "Take heliports too");
+    build->callback([&] {
+        work = {Access::look, [&](Console&, Session&) {
+                    return World_Build(words.name, words.value,
+                                       words.heliports ? Heliports::take : Heliports::leave_out);
+                }};
+    });
+}
+
 void Add_World(CLI::App& app, const Session_Options& session, Words& words, Work& work) {
-    auto* world =
-        app.add_subcommand("world", "The pilot's own world locations")->require_subcommand(1);
+    auto* world = app.add_subcommand("world", "The pilot's own world locations, and the world file")
+                      ->require_subcommand(1);
     auto* list = world->add_subcommand("list", "List the locations");
     Add_Older(list, words);
     list->callback([&] {
@@ -80,6 +100,7 @@ void Add_World(CLI::App& app, const Session_Options& session, Words& words, Work
                 [&](Console&, Session& open) { return World_List(open, Chosen_World(words)); }};
     });
     Add_World_Add(world, session, words, work);
+    Add_World_Build(world, words, work);
     auto* remove = world->add_subcommand("delete", "Delete a location (asks)");
     remove->add_option("N", words.row, "The location's number in \"world list\", from 1")
         ->required()

@@ -124,6 +124,21 @@ int World_Delete(Session& session, std::size_t number, World_Of world) {
     return exit_status::done;
 }
 
+int World_Build(const std::string& from, const std::string& to, Heliports heliports) {
+    const World_Builder world = Build_World(from, to, heliports);
+    for (std::size_t i = 0; i < skip_reason_count; ++i) {
+        const auto reason = static_cast<Skip_Reason>(i);
+        const Skipped& skipped = world.Skips(reason);
+        if (skipped.count == 0)
+            continue;
+        Console_Desktop::Say(fmt::format("Passed over {} {}; the first: {}, line {}", skipped.count,
+                                         Skip_Reason_Text(reason), From_Utf8(from),
+                                         skipped.first_line));
+    }
+    Console_Desktop::Print(fmt::format("{} airports in {}", world.Size(), From_Utf8(to)));
+    return exit_status::done;
+}
+
 int Airport_Find(Session& session, const std::string& text, World_Of world) {
     Airport_Search search;
     search.Load(World_Path(session, World_Name(Simulator_Of(world))));
