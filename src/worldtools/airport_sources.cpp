@@ -91,24 +91,23 @@ class Apt_Dat {
         if (code == land_airport || code == seaplane_base || code == heliport) {
             End_Airport();
             Begin_Airport(rest, line_number);
-            if (m_airport)
-                m_airport->heliport = code == heliport;
+            m_airport.heliport = code == heliport;
             return;
         }
         const auto* runway = std::find_if(runway_lines.begin(), runway_lines.end(),
                                           [&](const auto& each) { return each.code == code; });
         // A runway after the first one cannot change anything, and most lines are of no runway.
-        if (runway != runway_lines.end() && m_airport && (!m_placed || m_on_helipad))
+        if (runway != runway_lines.end() && m_begun && (!m_placed || m_on_helipad))
             Take_Runway(*runway, line, line_number);
     }
 
     void End_Airport() {
-        if (m_airport && m_placed) {
-            m_world.Add(std::move(*m_airport));
-        } else if (m_airport) {
-            m_world.Skip(Skip_Reason::no_position, m_airport->line);
+        if (m_begun && m_placed) {
+            m_world.Add(m_airport);
+        } else if (m_begun) {
+            m_world.Skip(Skip_Reason::no_position, m_airport.line);
         }
-        m_airport.reset();
+        m_begun = false;
         m_placed = false;
         m_on_helipad = false;
     }
@@ -122,12 +121,11 @@ class Apt_Dat {
         }
         Take_Word(rest);  // Whether there is a tower.
         Take_Word(rest);  // Obsolete.
-        World_Airport airport;
-        airport.code = Take_Word(rest);
-        airport.name = rest;
-        airport.elevation_ft = *elevation_ft;
-        airport.line = line_number;
-        m_airport = std::move(airport);
+        m_airport.code = Take_Word(rest);
+        m_airport.name = rest;
+        m_airport.elevation_ft = *elevation_ft;
+        m_airport.line = line_number;
+        m_begun = true;
     }
 
     void Take_Runway(const Runway_Line& runway, std::string_view line, std::size_t line_number) {
@@ -150,13 +148,15 @@ class Apt_Dat {
             m_world.Skip(Skip_Reason::malformed_line, line_number);
             return;
         }
-        m_airport->position = Middle(*end, *other);
+        m_airport.position = Middle(*end, *other);
         m_placed = true;
         m_on_helipad = helipad;
     }
 
     World_Builder& m_world;
-    std::optional<World_Airport> m_airport;
+    /// Of the airport that has begun.
+    World_Airport m_airport;
+    bool m_begun = false;
     bool m_placed = false;
     /// A runway that follows takes the place of a helipad.
     bool m_on_helipad = false;
