@@ -34,6 +34,8 @@ void Console_Desktop::Open_File(const std::filesystem::path& file, std::string_v
 Answer Console_Desktop::Show_Message(const Message_Box& box) {
     const bool question = box.buttons == Buttons::yes_no;
     std::string said = box.title + ": " + box.text;
+    if (!box.details.empty())
+        said += " Details: " + box.details;
     if (question)
         said += m_yes ? " [Yes]" : " [No]";
     if (question || said != m_last_box)

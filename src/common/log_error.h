@@ -14,9 +14,9 @@ struct Services;
 
 enum class Show { silent, box };
 
-/// Puts the cursor back to normal, shows the report when asked, appends it to the error log. Never
-/// fails. A box is not shown from within a timer's tick, nor twice within a minute for the same
-/// report; the log takes every one.
+/// Puts the cursor back to normal, appends the report to the error log and, when asked, shows the
+/// pilot what it means, with the report under "Details". Never fails. A box is not shown from
+/// within a timer's tick, nor twice within a minute for the same report; the log takes every one.
 void Log_Error(Services& services, std::string_view procedure, const Run_Error& error, Show show);
 
 /// Runs `body`; a failure is reported under `procedure` and the result is false.

@@ -39,8 +39,8 @@ int Number_Of_Errno(int errno_value) {
 
 }  // namespace
 
-Run_Error::Run_Error(int number, std::string description)
-    : m_number(number), m_description(std::move(description)) {}
+Run_Error::Run_Error(int number, std::string description, std::string for_pilot)
+    : m_number(number), m_description(std::move(description)), m_for_pilot(std::move(for_pilot)) {}
 
 Run_Error File_Error(int errno_value, const std::string& path) {
     return {Number_Of_Errno(errno_value), path + ": " + std::strerror(errno_value)};

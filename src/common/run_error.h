@@ -22,18 +22,22 @@ inline constexpr int path_not_found = 76;
 inline constexpr int other = 440;
 }  // namespace error_number
 
-/// A failure with its number and a description for the pilot (code page text, no trailing period).
+/// A failure with its number and a technical description (code page text, no trailing period).
 class Run_Error : public std::exception {
   public:
-    Run_Error(int number, std::string description);
+    /// `for_pilot`: what the failure means for the flight and what to do, in whole sentences;
+    /// empty where nothing better is known than its number tells.
+    Run_Error(int number, std::string description, std::string for_pilot = {});
 
     [[nodiscard]] int Number() const { return m_number; }
     [[nodiscard]] const std::string& Description() const { return m_description; }
+    [[nodiscard]] const std::string& For_Pilot() const { return m_for_pilot; }
     [[nodiscard]] const char* what() const noexcept override { return m_description.c_str(); }
 
   private:
     int m_number;
     std::string m_description;
+    std::string m_for_pilot;
 };
 
 /// The error for a failed system call on a file: number by `errno_value`, description naming

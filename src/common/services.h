@@ -22,13 +22,17 @@ class Timer_Queue;
 
 enum class Icon { none, information, question, exclamation };
 enum class Buttons { ok, yes_no };
-enum class Answer { ok, yes, no };
+/// `none`: a question that was left by Escape or by closing its box. It has not been answered, so
+/// the command that asked does nothing.
+enum class Answer { ok, yes, no, none };
 
 struct Message_Box {
     std::string text;
     std::string title;
     Icon icon = Icon::none;
     Buttons buttons = Buttons::ok;
+    /// What a technician wants to know of a failure, shown under "Details"; empty: none.
+    std::string details = {};
 };
 
 /// A file that the pilot is asked for.

@@ -2,9 +2,11 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QCloseEvent>
 #include <QColorDialog>
 #include <QDesktopServices>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QUrl>
 #include <algorithm>
 
@@ -24,6 +26,25 @@ using std::chrono::milliseconds;
 
 /// An open wait looks at its condition at least this often.
 constexpr milliseconds longest_sleep(200);
+
+/// A question: Escape and its window's close button leave it without an answer, which is neither of
+/// its buttons.
+class Question_Box : public QMessageBox {
+  public:
+    using QMessageBox::QMessageBox;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->matches(QKeySequence::Cancel))
+            done(QMessageBox::NoButton);
+        else
+            QMessageBox::keyPressEvent(event);
+    }
+    void closeEvent(QCloseEvent* event) override {
+        event->accept();
+        done(QMessageBox::NoButton);
+    }
+};
 
 QMessageBox::Icon Qt_Icon(Icon icon) {
     switch (icon) {
@@ -77,15 +98,17 @@ void Qt_Desktop::Set_Busy(bool busy) {
 }
 
 QMessageBox* Qt_Desktop::Make_Box(const Message_Box& box) {
-    auto* shown = new QMessageBox(Qt_Icon(box.icon), To_Q(box.title), To_Q(box.text),
-                                  box.buttons == Buttons::yes_no
-                                      ? QMessageBox::Yes | QMessageBox::No
-                                      : QMessageBox::StandardButtons(QMessageBox::Ok),
-                                  m_window);
+    const bool question = box.buttons == Buttons::yes_no;
+    const auto buttons = question ? QMessageBox::Yes | QMessageBox::No
+                                  : QMessageBox::StandardButtons(QMessageBox::Ok);
+    QMessageBox* shown = question ? new Question_Box(Qt_Icon(box.icon), To_Q(box.title),
+                                                     To_Q(box.text), buttons, m_window)
+                                  : new QMessageBox(Qt_Icon(box.icon), To_Q(box.title),
+                                                    To_Q(box.text), buttons, m_window);
     // What a server or a file says is no markup.
     shown->setTextFormat(Qt::PlainText);
-    if (box.buttons == Buttons::yes_no)
-        shown->setEscapeButton(QMessageBox::No);
+    if (!box.details.empty())
+        shown->setDetailedText(To_Q(box.details));
     std::erase_if(m_dialogs, [](const auto& dialog) { return dialog.isNull(); });
     m_dialogs.emplace_back(shown);
     return shown;
@@ -110,7 +133,7 @@ int Qt_Desktop::Ask(QDialog& dialog) {
 Answer Qt_Desktop::Show_Message(const Message_Box& box) {
     const bool question = box.buttons == Buttons::yes_no;
     if (m_ended)
-        return question ? Answer::no : Answer::ok;
+        return question ? Answer::none : Answer::ok;
     QMessageBox* shown = Make_Box(box);
     if (!question && m_timers.Is_Ticking()) {
         shown->setAttribute(Qt::WA_DeleteOnClose);
@@ -122,7 +145,9 @@ Answer Qt_Desktop::Show_Message(const Message_Box& box) {
     delete shown;
     if (!question)
         return Answer::ok;
-    return pressed == QMessageBox::Yes ? Answer::yes : Answer::no;
+    if (pressed == QMessageBox::Yes)
+        return Answer::yes;
+    return pressed == QMessageBox::No ? Answer::no : Answer::none;
 }
 
 std::filesystem::path Qt_Desktop::Choose_File(const File_Choice& choice) {

@@ -41,8 +41,8 @@ class Qt_Desktop : public Desktop {
     /// The window that boxes belong to.
     void Set_Window(QWidget* window) { m_window = window; }
     [[nodiscard]] QWidget* Window() const { return m_window; }
-    /// Closes the dialogs that are open: questions are answered No, files are not chosen. Those
-    /// that would open later do not.
+    /// Closes the dialogs that are open: questions stay without an answer, files are not chosen.
+    /// Those that would open later do not.
     void End_Dialogs();
 
     /// `Waiting_For` is another one now.

@@ -159,7 +159,7 @@ TEST_F(Reports_Test, A_report_that_fails_is_told_and_not_opened) {
     log->Set_Current_Row(0);
     desktop.on_box = [&](const Message_Box& box) {
         EXPECT_FALSE(desktop.busy);
-        EXPECT_NE(box.text.find("report.html"), std::string::npos) << box.text;
+        EXPECT_NE(box.details.find("report.html"), std::string::npos) << box.details;
     };
     log->Create_Statistics_Report();
     log->Create_ACARS_Report();

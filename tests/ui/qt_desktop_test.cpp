@@ -4,6 +4,8 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QKeyEvent>
+#include <functional>
 
 namespace norvane {
 namespace {
@@ -19,6 +21,10 @@ class Qt_Desktop_Test : public testing::Test {
     bool Wait_For_Ticks(int more) {
         return desktop.Wait_Until([this, at_least = ticks + more] { return ticks >= at_least; },
                                   milliseconds(5000));
+    }
+    static void Press_Escape(QWidget* widget) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QApplication::sendEvent(widget, &press);
     }
     static QMessageBox* Open_Box() {
         for (QWidget* window : QApplication::topLevelWidgets()) {
@@ -84,13 +90,24 @@ TEST_F(Qt_Desktop_Test, The_busy_cursor_lasts_as_long_as_the_outermost_procedure
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(Qt_Desktop_Test, The_programs_end_answers_what_is_asked_and_what_would_be) {
+TEST_F(Qt_Desktop_Test, Only_a_button_answers_a_question) {
     const Message_Box question{"Log it?", "Norvane", Icon::question, Buttons::yes_no};
-    Timer end(desktop.Timers(), milliseconds(30));
-    end.tick.connect([this] { desktop.End_Dialogs(); });
-    end.Set_Enabled(true);
-    EXPECT_EQ(desktop.Show_Message(question), Answer::no);
-    EXPECT_EQ(desktop.Show_Message(question), Answer::no);
+    struct {
+        std::function<void()> leave;
+        Answer answer;
+    } const ways[] = {
+        {[&] { Open_Box()->button(QMessageBox::Yes)->click(); }, Answer::yes},
+        {[&] { Open_Box()->button(QMessageBox::No)->click(); }, Answer::no},
+        {[&] { Press_Escape(Open_Box()); }, Answer::none},
+        {[&] { Open_Box()->close(); }, Answer::none},
+        {[&] { desktop.End_Dialogs(); }, Answer::none},
+    };
+    for (const auto& way : ways) {
+        QTimer::singleShot(30, [&] { way.leave(); });
+        EXPECT_EQ(desktop.Show_Message(question), way.answer);
+    }
+    // The program has ended: nobody is asked any more.
+    EXPECT_EQ(desktop.Show_Message(question), Answer::none);
     EXPECT_TRUE(desktop.Choose_File({"Plan", "Plans (*.pln)|*.pln", {}}).empty());
 }
 

@@ -1,0 +1,21 @@
+#pragma once
+// Questions and notes to the pilot. Every Yes/No question of the program goes through `Ask`.
+
+#include <string>
+#include <string_view>
+
+#include "common/services.h"
+#include "common/text.h"
+
+namespace norvane {
+
+/// A Yes/No question. `Answer::none` when it was left without an answer: whoever asked then does
+/// nothing, neither what Yes nor what No would do.
+[[nodiscard]] Answer Ask(Desktop& desktop, std::string_view question, Icon icon = Icon::question,
+                         std::string_view title = product_name);
+
+/// A note that needs no answer.
+void Tell(Desktop& desktop, std::string_view text, Icon icon = Icon::information,
+          std::string_view title = product_name);
+
+}  // namespace norvane
