@@ -42,6 +42,7 @@ struct App_Setting_Values {
     bool OPT_PIREP_SEND = false;
     std::int32_t ACARS_TakeOff_Alt = 0;
     std::int32_t ACARS_RecordArrival = 0;
+    std::int32_t ACARS_TouchAndGo = 0;
     std::string WX_URL;
     std::int32_t VATSIM_FP = 0;
     std::string VATSIM_PID;
@@ -115,6 +116,10 @@ class clsAppSettings {
     /// Arrival recorded at: 0 IN, 1 ON.
     [[nodiscard]] std::int32_t ACARS_RecordArrival() const { return m_values.ACARS_RecordArrival; }
     void Set_ACARS_RecordArrival(std::int32_t value) { m_values.ACARS_RecordArrival = value; }
+    /// Touching down and going on: 0 one flight that ends with its last landing, 1 the first
+    /// landing counts.
+    [[nodiscard]] std::int32_t ACARS_TouchAndGo() const { return m_values.ACARS_TouchAndGo; }
+    void Set_ACARS_TouchAndGo(std::int32_t value) { m_values.ACARS_TouchAndGo = value; }
     /// Weather source: "FS" or a section of "bin\url.cfg".
     [[nodiscard]] const std::string& WX_URL() const { return m_values.WX_URL; }
     void Set_WX_URL(std::string_view value) { m_values.WX_URL = Trim(value); }

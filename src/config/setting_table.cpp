@@ -59,6 +59,8 @@ constexpr auto table = std::to_array<Setting_Row>({
      Number{&Values::ACARS_TakeOff_Alt, &Settings::Set_ACARS_TakeOff_Alt, 0, {0, 100, 5}}},
     {"ACARS_RecordArrival", options, "Options", "Record Arrival",
      Number{&Values::ACARS_RecordArrival, &Settings::Set_ACARS_RecordArrival, 0, {0, 1}}},
+    {"ACARS_TouchAndGo", options, "Options", "Touch And Go",
+     Number{&Values::ACARS_TouchAndGo, &Settings::Set_ACARS_TouchAndGo, 0, {0, 1}}},
     {"WX_URL", sources, "Options", "WX URL",
      Text{&Values::WX_URL, &Settings::Set_WX_URL, "FS", nullptr, Text_Values::weather_source}},
     {"VATSIM_FP", sources, "Options", "VATSIM FP",

@@ -83,6 +83,7 @@ TEST_F(App_Settings, First_Start_Makes_The_Directories_And_Takes_The_Defaults) {
         {"OPT_PIREP_SEND", "False"},
         {"ACARS_TakeOff_Alt", "0"},
         {"ACARS_RecordArrival", "0"},
+        {"ACARS_TouchAndGo", "0"},
         {"WX_URL", "FS"},
         {"VATSIM_FP", "0"},
         {"VATSIM_PID", ""},
@@ -126,10 +127,11 @@ TEST_F(App_Settings, Saving_Writes_Everything_In_Order_In_One_Batch_And_Loading_
                     "Options/Report Weight=0", "Options/Report EOF=0", "Options/atc model=False",
                     "Options/ACARS Message Log=False", "Options/Auto Log=True",
                     "Options/ACARS to FS=False", "PIREP/PIREP=False", "PIREP/PIREP Send=False",
-                    "Options/Take Off Alt=0", "Options/Record Arrival=0", "Options/WX URL=FS",
-                    "Options/VATSIM FP=0", "Options/VATSIM PID=123", "Virtual Airline/Current=SKY",
-                    "SKY/Field5=My Flight Log", "SKY/Field0=A. Pilot", "SKY/Field4=", "SKY/Field1=",
-                    "SKY/Field2=", "SKY/Field3=", "SKY/Field6=False", "commit"));
+                    "Options/Take Off Alt=0", "Options/Record Arrival=0", "Options/Touch And Go=0",
+                    "Options/WX URL=FS", "Options/VATSIM FP=0", "Options/VATSIM PID=123",
+                    "Virtual Airline/Current=SKY", "SKY/Field5=My Flight Log",
+                    "SKY/Field0=A. Pilot", "SKY/Field4=", "SKY/Field1=", "SKY/Field2=",
+                    "SKY/Field3=", "SKY/Field6=False", "commit"));
     EXPECT_EQ(Read("bin/optfields.cfg"), "\r\nGate^\r\n\r\n\r\n\r\n");
 
     clsAppSettings again(watched_services);
