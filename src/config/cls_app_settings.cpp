@@ -34,7 +34,8 @@ void clsAppSettings::Set_FlightLog(std::string_view value) {
 }
 
 void clsAppSettings::Set_ACARS_ATCModel(bool value) {
-    m_type_source_changed = value != m_values.ACARS_ATCModel;
+    // Assigned again before a save that succeeds, a change is still to be told.
+    m_type_source_changed = m_type_source_changed || value != m_values.ACARS_ATCModel;
     m_values.ACARS_ATCModel = value;
 }
 
