@@ -53,6 +53,8 @@ clsUTC::clsUTC(Clock& clock) : m_clock(clock) {
 }
 
 std::string clsUTC::GetUTC() const {
+    if (const auto now = m_clock.Utc_Now())
+        return Format_Hhmm(now->time);
     const Time_Of_Day local = m_clock.Local_Now().time;
     int minutes = (local.hour * 60 + local.minute + m_bias) % minutes_per_day;
     if (minutes < 0)

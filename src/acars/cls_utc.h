@@ -1,6 +1,7 @@
 #pragma once
-// The computer's UTC clock. One for the whole program; the time-zone bias is worked out when the
-// object is created and holds for the program's run.
+// The computer's UTC clock. One for the whole program. Where the platform's clock has no UTC of its
+// own, it is local time and the zone's bias, which is worked out when the object is created and
+// holds for the program's run.
 
 #include <string>
 
@@ -16,7 +17,7 @@ class clsUTC {
     [[nodiscard]] std::string GetUTC() const;
     /// "hhmm" and "Z".
     [[nodiscard]] std::string GetUTCZ() const;
-    /// Minutes; local time + bias = UTC.
+    /// Minutes by the zone's rules; local time + bias = UTC.
     [[nodiscard]] int Bias() const { return m_bias; }
 
   private:

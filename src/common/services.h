@@ -182,6 +182,8 @@ class Clock {
     Clock& operator=(const Clock&) = delete;
 
     [[nodiscard]] virtual Date_Time Local_Now() = 0;
+    /// Empty where the platform knows local time only; UTC then follows from `Zone`.
+    [[nodiscard]] virtual std::optional<Date_Time> Utc_Now() { return std::nullopt; }
     /// Time that never jumps, from an arbitrary start; timers run by it.
     [[nodiscard]] virtual std::chrono::microseconds Monotonic() = 0;
     /// Blocks, without handling events.

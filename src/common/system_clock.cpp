@@ -41,6 +41,10 @@ Date_Time System_Clock::Local_Now() {
     return To_Date_Time(Local_Time(std::time(nullptr)));
 }
 
+std::optional<Date_Time> System_Clock::Utc_Now() {
+    return Date_Time_Of_Seconds(std::time(nullptr));
+}
+
 std::chrono::microseconds System_Clock::Monotonic() {
     return std::chrono::duration_cast<std::chrono::microseconds>(
         std::chrono::steady_clock::now().time_since_epoch());

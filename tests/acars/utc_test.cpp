@@ -94,6 +94,9 @@ TEST(Utc_Clock, Tells_The_Time_Across_Midnight) {
     EXPECT_EQ(clsUTC(clock).GetUTCZ(), "0520Z");
     clock.start.time = {23, 5, 0};
     EXPECT_EQ(clsUTC(clock).GetUTC(), "0405");
+    // The computer's own is right where the rules are not: Lord Howe changes by half an hour.
+    clock.utc = Date_Time{{2026, 1, 14}, {12, 5, 0}};
+    EXPECT_EQ(clsUTC(clock).GetUTC(), "1205");
 }
 
 }  // namespace

@@ -19,6 +19,7 @@ namespace norvane::test {
 class Virtual_Clock : public Clock {
   public:
     [[nodiscard]] Date_Time Local_Now() override;
+    [[nodiscard]] std::optional<Date_Time> Utc_Now() override { return utc; }
     [[nodiscard]] std::chrono::microseconds Monotonic() override { return m_now; }
     void Sleep(std::chrono::microseconds duration) override { m_now += duration; }
     [[nodiscard]] Time_Zone Zone() override { return zone; }
@@ -27,6 +28,8 @@ class Virtual_Clock : public Clock {
     /// Local time at monotonic time 0.
     Date_Time start{{2026, 3, 14}, {15, 9, 26}};
     Time_Zone zone;
+    /// Of a platform that knows it; else `zone` decides.
+    std::optional<Date_Time> utc;
 
   private:
     std::chrono::microseconds m_now{0};
