@@ -72,6 +72,14 @@ void Append_Utf8(std::string& out, char32_t code) {
     }
 }
 
+/// A code point that takes `length` bytes and no fewer, and is no half of a UTF-16 pair.
+bool Is_Well_Formed(char32_t code, std::size_t length) {
+    constexpr std::array<char32_t, 5> lowest{0, 0, 0x80, 0x800, 0x10000};
+    constexpr char32_t highest = 0x10FFFF;
+    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
+    return code >= lowest.at(length) && code <= highest && !surrogate;
+}
+
 /// The code point at the start of `text`, and how many bytes it takes; empty for broken UTF-8.
 std::optional<std::pair<char32_t, std::size_t>> Read_Utf8(std::string_view text) {
     const auto lead = static_cast<std::uint8_t>(text[0]);
@@ -97,6 +105,8 @@ std::optional<std::pair<char32_t, std::size_t>> Read_Utf8(std::string_view text)
             return std::nullopt;
         code = (code << 6) | (next & 0x3FU);
     }
+    if (!Is_Well_Formed(code, length))
+        return std::nullopt;
     return std::pair{code, length};
 }
 
@@ -134,7 +144,8 @@ bool Is_Utf8(std::string_view text) {
             const auto goes_on = [](char c) {
                 return (static_cast<std::uint8_t>(c) & 0xC0) == 0x80;
             };
-            return text.size() < longest && static_cast<std::uint8_t>(text[0]) >= 0xC0 &&
+            const auto lead = static_cast<std::uint8_t>(text[0]);
+            return text.size() < longest && lead >= 0xC2 && lead <= 0xF4 &&
                    std::all_of(text.begin() + 1, text.end(), goes_on);
         }
         text.remove_prefix(read->second);

@@ -48,7 +48,11 @@ TEST(Code_Page, What_the_page_lacks_becomes_its_nearest_letter) {
               "dz Ce\x9Atina Ig Stefan");
     EXPECT_EQ(From_Utf8("a\xCC\x81"), "a");
     EXPECT_EQ(From_Utf8("漢€"), "?\x80");
-    EXPECT_EQ(From_Utf8("bad \xE9 end \xF0\x9F"), "bad \xE9 end \xF0\x9F");
+    // What is no UTF-8 stays byte for byte: cut short, overlong, half a pair, beyond the last.
+    for (const std::string broken :
+         {"bad \xE9 end \xF0\x9F", "\xC0\xAF", "\xE0\x80\xAF", "\xF0\x80\x80\xAF", "\xED\xA0\x80",
+          "\xED\xBF\xBF", "\xF4\x90\x80\x80"})
+        EXPECT_EQ(From_Utf8(broken), broken);
 }
 
 TEST(Lines, Every_kind_of_line_end_counts_once) {
