@@ -81,11 +81,10 @@ std::string Cloud_Layer(Sim_Reader& reader, Variable cover, Variable base) {
     return text;
 }
 
-/// At most two decimals, the point left out: "A2992", but "A299" for 29.9.
+/// Always four digits: "A2992", "A2940", "A3000".
 std::string Altimeter(Sim_Reader& reader) {
-    std::string pressure = Format_Fixed(reader.Read(Variable::sea_level_pressure_inhg), 2, 0);
-    pressure.erase(pressure.find_last_not_of('0') + 1);
-    return "A" + Replace_All(pressure, ".", "");
+    return "A" +
+           Replace_All(Format_Fixed(reader.Read(Variable::sea_level_pressure_inhg), 2, 2), ".", "");
 }
 
 std::string Day_Of_Month(const std::string& date, const Services& services) {
