@@ -102,6 +102,10 @@ void frmMain::Add_Menus() {
 }
 
 void frmMain::Connect() {
+    frame.ItemSelected.connect([this](const std::string&) {
+        if (frame.GetActivePanel() != &pnlSettings)
+            m_program.settings_panel.Leave();
+    });
     mnuFileExit.chosen.connect([this] { Form_Unload(ucACARS::Closing::by_pilot); });
     ZTimer.tick.connect([this] { Show_UTC(); });
     m_clock_timer.tick.connect([this] { Show_Time_And_Date(); });

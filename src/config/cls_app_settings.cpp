@@ -15,6 +15,11 @@ namespace norvane {
 
 namespace {
 
+/// The airline's own section where the table names none.
+std::string Section_Of(const Setting_Row& row, const App_Setting_Values& values) {
+    return row.section.empty() ? values.Virtual_Airline : std::string(row.section);
+}
+
 Run_Error No_Such_Field() {
     return {error_number::subscript_out_of_range, "The optional fields are numbered 0 to 4"};
 }
@@ -22,6 +27,9 @@ Run_Error No_Such_Field() {
 }  // namespace
 
 clsAppSettings::clsAppSettings(Services& services) : m_services(services) {
+    // A store that cannot be read leaves values that a flight can begin with, and an airline.
+    for (const Setting_Row& row : Setting_Table())
+        Take_Stored_Text(row, Default_Text(row, m_values), m_values);
     Get_Settings();
 }
 
@@ -52,12 +60,14 @@ void clsAppSettings::Set_Virtual_Airline(std::string_view value) {
             throw Run_Error(error_number::invalid_call, fault);
     }
     m_values.Virtual_Airline = name;
-    Check_Airline_Directory();
+    const std::string fault = Check_Airline_Directory();
     Get_VA_Settings();
+    Report_Airline(fault);
+    Report_Faults("clsAppSettings.Get_VA_Settings()");
 }
 
 void clsAppSettings::Set_Virtual_Airline_Log(std::string_view value) {
-    m_values.Virtual_Airline_Log = Trim(value);
+    Note_Virtual_Airline_Log(value);
     if (m_values.Virtual_Airline_Log != m_values.FlightLog)
         Set_FlightLog(m_values.Virtual_Airline_Log);
 }
@@ -83,6 +93,7 @@ std::filesystem::path clsAppSettings::FlightLog_Path() const {
 
 bool clsAppSettings::Get_Settings() {
     m_step_failed = false;
+    std::string airline_fault;
     m_load_failed = !Guarded(m_services, "clsAppSettings.Get_Settings()", Show::box, [&] {
         Get_Active_FlightLog();
         Load(Setting_Step::options);
@@ -91,10 +102,13 @@ bool clsAppSettings::Get_Settings() {
         Load(Setting_Step::sources);
         Get_Opt_Fields();
         Load(Setting_Step::airline_name);
-        Check_Airline_Directory();
+        airline_fault = Check_Airline_Directory();
         Get_VA_Settings();
     });
     m_load_failed = m_load_failed || m_step_failed;
+    // All is taken over before a box opens: what runs behind it finds the settings whole.
+    Report_Airline(airline_fault);
+    Report_Faults("clsAppSettings.Get_Settings()");
     return !m_load_failed;
 }
 
@@ -123,23 +137,61 @@ void clsAppSettings::Back_Up_After_Failed_Load() {
     m_load_failed = false;
 }
 
-std::string clsAppSettings::Section_Of(const Setting_Row& row) const {
-    return row.section.empty() ? m_values.Virtual_Airline : std::string(row.section);
+void clsAppSettings::Load(Setting_Step step) {
+    Take_Stored(step, m_values, m_faults);
 }
 
-void clsAppSettings::Load(Setting_Step step) {
+void clsAppSettings::Take_Stored(Setting_Step step, App_Setting_Values& values,
+                                 Faults& faults) const {
     for (const auto& row : Setting_Table()) {
         if (row.step != step)
             continue;
-        const auto stored = m_services.settings.Find(Section_Of(row), row.key);
-        Take_Stored_Text(row, stored ? *stored : Default_Text(row, m_values), m_values);
+        const auto stored = m_services.settings.Find(Section_Of(row, values), row.key);
+        if (stored) {
+            try {
+                Take_Stored_Text(row, *stored, values);
+                continue;
+            } catch (const Run_Error& fault) {
+                faults.emplace_back(row.name, fault.Description());
+            }
+        }
+        Take_Stored_Text(row, Default_Text(row, values), values);
     }
+}
+
+void clsAppSettings::Report_Faults(std::string_view procedure) {
+    const Faults faults = std::exchange(m_faults, {});
+    if (faults.empty())
+        return;
+    m_load_failed = true;
+    std::string names;
+    std::string reasons;
+    for (const auto& [name, reason] : faults) {
+        names.append(names.empty() ? "" : ", ").append(name);
+        reasons.append(reasons.empty() ? "" : "; ").append(reason);
+    }
+    Log_Error(
+        m_services, procedure,
+        {error_number::type_mismatch, reasons,
+         "What is stored for these settings cannot be read; they have their defaults: " + names +
+             ".  All others, the airline's too, are as they were saved.  Please look at "
+             "them in \"Settings\" before the next flight and choose \"Save\"; the store as "
+             "it is now is copied beside it first, with \".bak\" behind its name."},
+        Show::box);
+}
+
+App_Setting_Values clsAppSettings::Values_With_Airline(std::string_view name) const {
+    App_Setting_Values values = m_values;
+    values.Virtual_Airline = Trim(name == default_airline ? stored_default_airline : name);
+    Faults faults;
+    Take_Stored(Setting_Step::airline, values, faults);
+    return values;
 }
 
 void clsAppSettings::Save(Setting_Step step) {
     for (const auto& row : Setting_Table()) {
         if (row.step == step)
-            m_services.settings.Set(Section_Of(row), row.key, Stored_Text(row, m_values));
+            m_services.settings.Set(Section_Of(row, m_values), row.key, Stored_Text(row, m_values));
     }
 }
 
@@ -162,25 +214,38 @@ void clsAppSettings::Get_Active_FlightLog() {
     m_step_failed = m_step_failed || !done;
 }
 
-void clsAppSettings::Check_Airline_Directory() {
+std::string clsAppSettings::Check_Airline_Directory() {
     const std::string stored = m_values.Virtual_Airline;
     if (stored == stored_default_airline)
-        return;
+        return {};
+    // An airline without a name would keep its values in a section without one.
+    if (stored.empty()) {
+        m_values.Virtual_Airline = stored_default_airline;
+        return {};
+    }
     // A section of the store that is no airline's must not go with an airline of its name.
     const std::string fault = Airline_Name_Fault(stored);
     if (fault.empty()) {
         if (std::filesystem::is_directory(
                 Find_Path(m_services, m_services.program_directory, Airline_Directory(stored)))) {
-            return;
+            return {};
         }
         m_services.settings.Delete_Section(stored);
     }
     m_values.Virtual_Airline = stored_default_airline;
     m_services.settings.Set("Virtual Airline", "Current", stored_default_airline);
-    if (!fault.empty()) {
-        Log_Error(m_services, "clsAppSettings.Get_Settings()", {error_number::invalid_call, fault},
-                  Show::box);
-    }
+    return fault;
+}
+
+void clsAppSettings::Report_Airline(const std::string& fault) {
+    if (fault.empty())
+        return;
+    Log_Error(m_services, "clsAppSettings.Get_Settings()",
+              {error_number::invalid_call, fault,
+               "The airline that was set cannot be flown for: the default airline is set instead, "
+               "and reports go to it.  Please give the airline's directory another name, then "
+               "choose it in \"Settings\"."},
+              Show::box);
 }
 
 void clsAppSettings::Get_VA_Settings() {

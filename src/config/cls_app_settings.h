@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "common/text.h"
 
@@ -43,6 +45,8 @@ struct App_Setting_Values {
     std::int32_t ACARS_TakeOff_Alt = 0;
     std::int32_t ACARS_RecordArrival = 0;
     std::int32_t ACARS_TouchAndGo = 0;
+    /// Empty: the link's own.
+    std::string Simulator_Address;
     std::string WX_URL;
     std::int32_t VATSIM_FP = 0;
     std::string VATSIM_PID;
@@ -120,6 +124,12 @@ class clsAppSettings {
     /// landing counts.
     [[nodiscard]] std::int32_t ACARS_TouchAndGo() const { return m_values.ACARS_TouchAndGo; }
     void Set_ACARS_TouchAndGo(std::int32_t value) { m_values.ACARS_TouchAndGo = value; }
+    /// Where the simulator is looked for unless the command line or the environment says so, as
+    /// `Parse_Link_Address` reads it; empty: the link's own address.
+    [[nodiscard]] const std::string& Simulator_Address() const {
+        return m_values.Simulator_Address;
+    }
+    void Set_Simulator_Address(std::string_view value) { m_values.Simulator_Address = Trim(value); }
     /// Weather source: "FS" or a section of "bin\url.cfg".
     [[nodiscard]] const std::string& WX_URL() const { return m_values.WX_URL; }
     void Set_WX_URL(std::string_view value) { m_values.WX_URL = Trim(value); }
@@ -140,6 +150,10 @@ class clsAppSettings {
     }
     /// Makes another log the active one, as `Set_FlightLog` does.
     void Set_Virtual_Airline_Log(std::string_view value);
+    /// As above, but the active log stays.
+    void Note_Virtual_Airline_Log(std::string_view value) {
+        m_values.Virtual_Airline_Log = Trim(value);
+    }
     [[nodiscard]] const std::string& PilotName() const { return m_values.PilotName; }
     void Set_PilotName(std::string_view value) { m_values.PilotName = Trim(value); }
     [[nodiscard]] const std::string& PilotID() const { return m_values.PilotID; }
@@ -164,11 +178,14 @@ class clsAppSettings {
 
     /// All values as the store keeps them (the airline in its stored form).
     [[nodiscard]] const App_Setting_Values& Values() const { return m_values; }
+    /// What `Values` would be with another airline, "DEFAULT" for the default one: for who looks
+    /// at it without flying for it. What is stored and cannot be taken over has its default.
+    [[nodiscard]] App_Setting_Values Values_With_Airline(std::string_view name) const;
     /// What the settings were made with.
     [[nodiscard]] Services& Outside() const { return m_services; }
 
-    /// Loads every value; stops at the first that does not convert. False when anything failed,
-    /// which is then in the error log.
+    /// Loads every value; one that does not convert has its default. False when anything failed,
+    /// which is then in the error log, and told to the pilot by its name.
     bool Get_Settings();
     /// Writes every value in one transaction, then raises the events. False when anything failed,
     /// as above. After a load that failed the store is copied to its ".bak" first.
@@ -184,14 +201,22 @@ class clsAppSettings {
     void Save_Opt_Fields();
     void Get_VA_Settings();
     void Load(Setting_Step step);
+    /// Names and reasons of stored values that do not convert.
+    using Faults = std::vector<std::pair<std::string_view, std::string>>;
+    void Take_Stored(Setting_Step step, App_Setting_Values& values, Faults& faults) const;
+    void Report_Faults(std::string_view procedure);
     void Save(Setting_Step step);
-    void Check_Airline_Directory();
+    /// Back to the default airline where the one that is set cannot be flown for; why, where the
+    /// pilot is to know, is returned.
+    [[nodiscard]] std::string Check_Airline_Directory();
+    void Report_Airline(const std::string& fault);
     void Back_Up_After_Failed_Load();
-    [[nodiscard]] std::string Section_Of(const Setting_Row& row) const;
     [[nodiscard]] std::filesystem::path Opt_Fields_File() const;
 
     Services& m_services;
     App_Setting_Values m_values;
+    /// Not reported yet.
+    Faults m_faults;
     std::array<std::string, optional_field_count> m_optional_fields;
     bool m_yield_in_loop = false;
     bool m_type_source_changed = false;

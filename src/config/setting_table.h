@@ -34,7 +34,7 @@ struct Flag_Property {
     void (clsAppSettings::*assign)(bool);
 };
 
-enum class Text_Values { any, flight_log, airline, weather_source };
+enum class Text_Values { any, flight_log, airline, weather_source, link_address };
 
 struct Text_Property {
     std::string App_Setting_Values::*value;
@@ -55,13 +55,24 @@ struct Setting_Row {
     std::string_view section;
     std::string_view key;
     std::variant<Number_Property, Flag_Property, Text_Property> property;
+    /// It says what the figures of a flight mean, and stays while one is tracked or stored.
+    bool fixed_in_flight = false;
 };
 
 [[nodiscard]] std::span<const Setting_Row> Setting_Table();
 
+/// Where `Simulator_Address` is kept: the program connects before its settings are loaded.
+inline constexpr std::string_view simulator_address_section = "Options";
+inline constexpr std::string_view simulator_address_key = "Simulator Address";
+
+/// True for the name (letter case does not matter) of a property that stays while a flight is
+/// tracked or stored.
+[[nodiscard]] bool Is_Fixed_In_Flight(std::string_view name);
+
 /// A property's value as the store keeps it.
 [[nodiscard]] std::string Stored_Text(const Setting_Row& row, const App_Setting_Values& values);
-/// Takes a stored text into `values`; raises 13 when it does not convert.
+/// Takes a stored text into `values`; raises 13, with a reason that stays short, when it does not
+/// convert.
 void Take_Stored_Text(const Setting_Row& row, std::string_view text, App_Setting_Values& values);
 /// What stands for the stored text when the store has none.
 [[nodiscard]] std::string Default_Text(const Setting_Row& row, const App_Setting_Values& values);

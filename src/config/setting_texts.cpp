@@ -13,6 +13,7 @@
 #include "config/log_names.h"
 #include "config/profile_reader.h"
 #include "config/setting_table.h"
+#include "simlink/link_address.h"
 
 namespace norvane {
 
@@ -110,7 +111,10 @@ std::string Existing_Airline(const Setting_Row& row, Services& services, std::st
 std::string Known_Source(const Setting_Row& row, Services& services, std::string_view value) {
     const Profile sources(Find_Path(services, services.program_directory, "bin\\url.cfg"));
     std::vector<std::string> names = sources.Section_Names();
-    names.insert(names.begin(), {"FS", "NONE"});
+    for (const std::string_view always : {"NONE", "FS"}) {
+        std::erase(names, always);
+        names.emplace(names.begin(), always);
+    }
     return Choose(row, names, value);
 }
 
@@ -124,6 +128,13 @@ std::string Checked_Text(const Setting_Row& row, const Text_Property& property,
             return Existing_Airline(row, settings.Outside(), value);
         case Text_Values::weather_source:
             return Known_Source(row, settings.Outside(), value);
+        case Text_Values::link_address: {
+            const std::string fault =
+                value.empty() ? std::string() : Link_Address_Fault(std::string(value));
+            if (!fault.empty())
+                throw Refusal(row.name, "is unchanged. " + fault);
+            break;
+        }
         case Text_Values::any:
             break;
     }

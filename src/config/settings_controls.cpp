@@ -24,11 +24,11 @@ constexpr std::array colors = {
 };
 
 constexpr std::array pilot_texts = {
-    Pilot_Text{&App::PilotName, &App::Set_PilotName},
-    Pilot_Text{&App::PilotEmail, &App::Set_PilotEmail},
-    Pilot_Text{&App::PilotID, &App::Set_PilotID},
-    Pilot_Text{&App::Airline_IATA, &App::Set_Airline_IATA},
-    Pilot_Text{&App::Airline_ICAO, &App::Set_Airline_ICAO},
+    Pilot_Text{&App_Setting_Values::PilotName, &App::Set_PilotName},
+    Pilot_Text{&App_Setting_Values::PilotEmail, &App::Set_PilotEmail},
+    Pilot_Text{&App_Setting_Values::PilotID, &App::Set_PilotID},
+    Pilot_Text{&App_Setting_Values::Airline_IATA, &App::Set_Airline_IATA},
+    Pilot_Text{&App_Setting_Values::Airline_ICAO, &App::Set_Airline_ICAO},
 };
 
 }  // namespace
@@ -75,6 +75,12 @@ const std::vector<Setting_List>& Setting_Lists() {
          {"@ IN Time", "@ ON Time"},
          &App::ACARS_RecordArrival,
          &App::Set_ACARS_RecordArrival},
+        {&Panel::cboTouchAndGo,
+         "Touch and Go:",
+         "One Flight: the flight goes on, and its last landing counts",
+         {"One Flight", "First Landing Counts"},
+         &App::ACARS_TouchAndGo,
+         &App::Set_ACARS_TouchAndGo},
         {&Panel::cboWX,
          "Report Weather From:",
          "Select a source for weather reports or NONE to turn off weather reporting",

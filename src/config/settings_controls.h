@@ -42,7 +42,7 @@ struct Setting_Color_Row {
 };
 
 struct Pilot_Text {
-    const std::string& (clsAppSettings::*read)() const;
+    std::string App_Setting_Values::*value;
     void (clsAppSettings::*assign)(std::string_view);
 };
 

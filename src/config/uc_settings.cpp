@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/boxes.h"
 #include "common/find_file.h"
 #include "common/line_reader.h"
 #include "common/log_error.h"
@@ -14,6 +15,7 @@
 #include "config/cls_va_settings.h"
 #include "config/log_names.h"
 #include "config/settings_controls.h"
+#include "simlink/link_address.h"
 
 namespace norvane {
 
@@ -35,15 +37,16 @@ void Select_Exactly(Combo_Box& list, const std::string& text) {
 }
 
 /// "^" separates a definition's parts and can be in none of them.
-std::string Definition_Part(const Text_Box& box) {
-    return Replace_All(Trim(box.Text()), "^", "/");
+void Clean_Definition_Part(Text_Box& box) {
+    if (box.Text().find('^') != std::string::npos)
+        box.Set_Text(Replace_All(box.Text(), "^", "/"));
 }
 
 std::string Definition_Of(const ucSettings::Field_Row& row) {
-    const std::string name = Definition_Part(row.txtName);
+    const std::string name = Trim(row.txtName.Text());
     if (name.empty())
         return {};
-    return name + "^" + (row.cboType.Selected() == drop_list ? Definition_Part(row.txtList) : "");
+    return name + "^" + (row.cboType.Selected() == drop_list ? Trim(row.txtList.Text()) : "");
 }
 
 std::string Caption_Of(std::string_view definition) {
@@ -68,6 +71,10 @@ ucSettings::ucSettings(Services& services, clsAppSettings& settings, clsVASettin
     UCI();
 }
 
+ucSettings::~ucSettings() {
+    m_airline_change.disconnect();
+}
+
 void ucSettings::UCI() {
     Guarded(m_services, "ucSettings.UCI()", Show::box, [&] {
         for (const Setting_List& row : Setting_Lists())
@@ -87,7 +94,7 @@ void ucSettings::UCI() {
 void ucSettings::Connect() {
     for (std::size_t i = 0; i < cmdColor.size(); ++i) {
         cmdColor[i].clicked.connect([this, i] {
-            Guarded(m_services, "ucSettings.cmdColor_Click()", Show::box, [&] {
+            Guarded(m_services, "ucSettings.cmdColor_Click()", Show::silent, [&] {
                 if (const auto color = m_services.desktop.Choose_Color(swColor[i].Color()))
                     swColor[i].Set_Color(*color);
             });
@@ -114,6 +121,8 @@ void ucSettings::Connect() {
         Enable_Controls();
     });
     for (Field_Row& row : optFields) {
+        for (Text_Box* part : {&row.txtName, &row.txtList})
+            part->edited.connect([part] { Clean_Definition_Part(*part); });
         row.cboType.edited.connect([this, &row] {
             if (row.cboType.Selected() != drop_list)
                 row.txtList.Set_Text({});
@@ -126,29 +135,30 @@ void ucSettings::Connect() {
         link.clicked.connect([this] { Get_Airline_Info(); });
     hypSave.clicked.connect([this] { Save_Settings(); });
     hypCancel.clicked.connect([this] { Get_Settings(); });
-    m_airline.Change.connect([this] { Show_Sending(); });
+    m_airline_change = m_airline.Change.connect([this] { Show_Sending(); });
 }
 
 void ucSettings::ACARS_STATE(bool enabled) {
     const bool was_unlocked = std::exchange(m_unlocked, enabled);
+    // A flight is flown for the airline that is set, not for one that was looked at.
     if (was_unlocked && !enabled)
-        Drop_Unsaved_Airline();
+        Leave();
     Enable_Controls();
 }
 
-/// A flight is flown for the airline that is loaded, not for one that was chosen and not saved.
-void ucSettings::Drop_Unsaved_Airline() {
-    if (Equal_No_Case(m_settings.Virtual_Airline(), m_airline.Name()))
-        return;
-    Guarded(m_services, "ucSettings.ACARS_STATE()", Show::silent,
-            [&] { m_settings.Set_Virtual_Airline(m_airline.Name()); });
-    Get_VA_Settings();
+void ucSettings::Leave() {
+    if (!Equal_No_Case(cboVA.Text(), m_settings.Virtual_Airline()))
+        Get_VA_Settings();
+    else
+        Select_Exactly(cboLog, m_settings.Virtual_Airline_Log());
 }
 
 /// Who is usable, by the lock and by what the controls themselves say.
 void ucSettings::Enable_Controls() {
+    lblLocked.Set_Visible(!m_unlocked);
     for (const Captioned_List& row : ACARS_Lists())
         row.list.Set_Enabled(m_unlocked);
+    txtSimulator.Set_Enabled(m_unlocked);
     for (Option_Button& option : optACARS)
         option.Set_Enabled(m_unlocked);
     cboTakeOffAlt.Set_Enabled(m_unlocked && optACARS[take_off_altitude].Chosen());
@@ -206,9 +216,19 @@ void ucSettings::Load_WX_Combo() {
 }
 
 void ucSettings::Refresh_VA_Information() {
+    const std::string airline = cboVA.Text();
+    const std::string log = cboLog.Text();
     cboVA.Set_Entries(List_Airlines(m_services));
     Load_Flight_Logs();
-    Get_VA_Settings();
+    cboVA.Select_Text(airline);
+    if (cboVA.Selected() < 0) {
+        Get_VA_Settings();
+        return;
+    }
+    Select_Exactly(cboLog, log);
+    if (cboLog.Selected() < 0)
+        Select_Exactly(cboLog, m_settings.Values_With_Airline(airline).Virtual_Airline_Log);
+    Enable_Controls();
 }
 
 void ucSettings::Load_Flight_Logs() {
@@ -219,12 +239,16 @@ void ucSettings::Load_Flight_Logs() {
 void ucSettings::Get_VA_Settings() {
     Guarded(m_services, "ucSettings.Get_VA_Settings()", Show::box, [&] {
         cboVA.Select_Text(m_settings.Virtual_Airline());
-        Select_Exactly(cboLog, m_settings.Virtual_Airline_Log());
-        for (std::size_t i = 0; i < txtPilot.size(); ++i)
-            txtPilot[i].Set_Text((m_settings.*Pilot_Texts()[i].read)());
-        chkIATAPrefix.Set_Checked(m_settings.Airline_IATAPrefix());
-        Follow_IATA();
+        Show_Airline(m_settings.Values());
     });
+}
+
+void ucSettings::Show_Airline(const App_Setting_Values& values) {
+    Select_Exactly(cboLog, values.Virtual_Airline_Log);
+    for (std::size_t i = 0; i < txtPilot.size(); ++i)
+        txtPilot[i].Set_Text(values.*Pilot_Texts()[i].value);
+    chkIATAPrefix.Set_Checked(values.Airline_IATAPrefix);
+    Follow_IATA();
 }
 
 /// Without a code there is no prefix to show.
@@ -252,6 +276,7 @@ void ucSettings::Get_Settings() {
         const auto source = std::find(sources.begin(), sources.end(), m_settings.WX_URL());
         if (source != sources.end())
             cboWX.Select(static_cast<int>(source - sources.begin()));
+        txtSimulator.Set_Text(m_settings.Simulator_Address());
         Choose_Take_Off(m_settings.ACARS_TakeOff_Alt() != 0 ? take_off_altitude : on_ground_flag);
         chkACARS[vatsim].Set_Checked(m_settings.VATSIM_FP() == 1);
         txtVATSIM_PID.Set_Text(m_settings.VATSIM_PID());
@@ -276,7 +301,7 @@ void ucSettings::Choose_Take_Off(Take_Off choice) {
 }
 
 void ucSettings::Get_Opt_Fields() {
-    Guarded(m_services, "ucSettings.Get_Opt_Fields()", Show::box, [&] {
+    Guarded(m_services, "ucSettings.Get_Opt_Fields()", Show::silent, [&] {
         for (std::size_t i = 0; i < optFields.size(); ++i) {
             const auto parts = Split(m_settings.OptFields(i), '^');
             const std::string entries = parts.size() > 1 ? parts[1] : std::string();
@@ -287,16 +312,16 @@ void ucSettings::Get_Opt_Fields() {
     });
 }
 
+/// Looking at an airline is not flying for it: the settings stay as they are.
 void ucSettings::Choose_Airline() {
     if (cboVA.Selected() < 0)
         return;
-    Guarded(m_services, "ucSettings.cboVA_Click()", Show::box,
-            [&] { m_settings.Set_Virtual_Airline(cboVA.Text()); });
-    Get_VA_Settings();
+    Guarded(m_services, "ucSettings.cboVA_Click()", Show::silent,
+            [&] { Show_Airline(m_settings.Values_With_Airline(cboVA.Text())); });
 }
 
 void ucSettings::Get_Airline_Info() {
-    Guarded(m_services, "ucSettings.Get_Airline_Info()", Show::box, [&] {
+    Guarded(m_services, "ucSettings.Get_Airline_Info()", Show::silent, [&] {
         std::string iata_code;
         std::string icao_code;
         // A flight may have begun while the list was open.
@@ -324,11 +349,23 @@ bool ucSettings::May_Move_Values(const std::vector<std::string>& definitions) {
     }
     if (moved.empty())
         return true;
-    const Answer answer = m_services.desktop.Show_Message(
-        {"Flights keep the values of their optional fields by position.  With this change" + moved +
-             "." + std::string(cr_lf) + "Save it?",
-         std::string(product_name), Icon::question, Buttons::yes_no});
-    return answer == Answer::yes;
+    return Ask(m_services.desktop,
+               "Flights keep the values of their optional fields by position.  With this change" +
+                   moved + "." + std::string(cr_lf) + "Save it?") == Answer::yes;
+}
+
+/// True when the simulator cannot be looked for where the pilot typed, which he is told.
+bool ucSettings::Refuse_Address() {
+    const std::string address = Trim(txtSimulator.Text());
+    if (!m_unlocked || address.empty() || Link_Address_Fault(address).empty())
+        return false;
+    Tell(m_services.desktop,
+         fmt::format("Nothing was saved: \"{}\" is no address of a simulator.  Please type the "
+                     "computer's name and the port with \":\" between them, as in {}, or unix: and "
+                     "the path of a socket; leave the field empty for {}.",
+                     address, default_link_address, default_link_address),
+         Icon::exclamation);
+    return true;
 }
 
 void ucSettings::Save_Settings() {
@@ -336,35 +373,50 @@ void ucSettings::Save_Settings() {
         std::vector<std::string> definitions;
         for (const Field_Row& row : optFields)
             definitions.push_back(Definition_Of(row));
-        if (!May_Move_Values(definitions))
+        if (Refuse_Address() || !May_Move_Values(definitions))
             return;
-        {
-            const Busy_Cursor busy(m_services.desktop);
-            for (std::size_t i = 0; i < swColor.size(); ++i)
-                (m_settings.*Setting_Colors()[i].assign)(swColor[i].Color());
-            // What is locked stays as it is, and so does the airline on the flight's panel.
-            if (m_unlocked)
-                Assign_Flight_Settings();
-            for (std::size_t i = 0; i < definitions.size(); ++i)
-                m_settings.Set_OptFields(i, definitions[i]);
-            if (m_unlocked)
-                Assign_Airline_Settings();
-            if (!m_settings.Save_Settings())
-                return;
-            if (m_unlocked)
-                m_airline.Get_VA_Settings(m_settings.Virtual_Airline());
-        }
-        const bool has_fields = std::any_of(definitions.begin(), definitions.end(),
-                                            [](const std::string& text) { return !text.empty(); });
-        std::string words = "Norvane settings saved.";
-        if (has_fields)
-            words =
-                "Changes made to optional Flight Log fields will take effect when Norvane is "
-                "restarted." +
-                std::string(cr_lf) + words;
-        m_services.desktop.Show_Message(
-            {words, std::string(product_name), Icon::information, Buttons::ok});
+        std::string log;
+        if (Assign_And_Save(definitions, log))
+            Tell_Saved(definitions, log);
     });
+}
+
+/// `log`: the log that flights go to from now on, where it is another one.
+bool ucSettings::Assign_And_Save(const std::vector<std::string>& definitions, std::string& log) {
+    const Busy_Cursor busy(m_services.desktop);
+    // What is locked stays as it is, and so does the airline on the flight's panel. A flight may
+    // begin while boxes are open below; it finds what was locked when it began.
+    const bool unlocked = m_unlocked;
+    for (std::size_t i = 0; i < swColor.size(); ++i)
+        (m_settings.*Setting_Colors()[i].assign)(swColor[i].Color());
+    if (unlocked)
+        Assign_Flight_Settings();
+    for (std::size_t i = 0; i < definitions.size(); ++i)
+        m_settings.Set_OptFields(i, definitions[i]);
+    if (unlocked)
+        log = Assign_Airline_Settings();
+    const bool saved = m_settings.Save_Settings();
+    // Even when a part could not be saved: the program flies for one airline.
+    if (unlocked)
+        m_airline.Get_VA_Settings(m_settings.Virtual_Airline());
+    // Last, because the flight log may ask about the edits in the log that is left.
+    if (saved && !log.empty())
+        m_settings.Set_FlightLog(log);
+    return saved;
+}
+
+void ucSettings::Tell_Saved(const std::vector<std::string>& definitions, const std::string& log) {
+    const bool has_fields = std::any_of(definitions.begin(), definitions.end(),
+                                        [](const std::string& text) { return !text.empty(); });
+    std::string words = "Norvane settings saved.";
+    if (has_fields)
+        words =
+            "Changes made to optional Flight Log fields will take effect when Norvane is "
+            "restarted." +
+            std::string(cr_lf) + words;
+    if (!log.empty() && m_settings.FlightLog() == log)
+        words += fmt::format("{}Flights are logged in \"{}\" from now on.", cr_lf, log);
+    Tell(m_services.desktop, words);
 }
 
 /// A list in which nothing is selected leaves its setting alone.
@@ -376,6 +428,7 @@ void ucSettings::Assign_Flight_Settings() {
         if (row.assign != nullptr && position >= 0)
             (m_settings.*row.assign)(position);
     }
+    m_settings.Set_Simulator_Address(txtSimulator.Text());
     m_settings.Set_ACARS_ATCModel(cboATCModel.Selected() == 1);
     m_settings.Set_WX_URL(cboWX.Text());
     if (optACARS[on_ground_flag].Chosen())
@@ -386,16 +439,27 @@ void ucSettings::Assign_Flight_Settings() {
     m_settings.Set_VATSIM_PID(txtVATSIM_PID.Text());
 }
 
-void ucSettings::Assign_Airline_Settings() {
-    if (cboVA.Selected() >= 0 && !Equal_No_Case(cboVA.Text(), m_settings.Virtual_Airline()))
+/// The log that becomes the active one: only another airline, or another default log of the same
+/// one, changes where flights go. Empty otherwise.
+std::string ucSettings::Assign_Airline_Settings() {
+    const std::string airline_before = m_settings.Virtual_Airline();
+    const std::string log_before = m_settings.Virtual_Airline_Log();
+    if (cboVA.Selected() >= 0 && !Equal_No_Case(cboVA.Text(), airline_before))
         m_settings.Set_Virtual_Airline(cboVA.Text());
-    if (!fraVA.Enabled())
-        m_settings.Set_Virtual_Airline_Log(m_settings.FlightLog());
-    else if (cboLog.Selected() >= 0)
-        m_settings.Set_Virtual_Airline_Log(cboLog.Text());
+    std::string log;
+    if (!fraVA.Enabled()) {
+        m_settings.Note_Virtual_Airline_Log(m_settings.FlightLog());
+    } else if (cboLog.Selected() >= 0) {
+        m_settings.Note_Virtual_Airline_Log(cboLog.Text());
+        const bool changed =
+            cboLog.Text() != log_before || m_settings.Virtual_Airline() != airline_before;
+        if (changed && cboLog.Text() != m_settings.FlightLog())
+            log = cboLog.Text();
+    }
     for (std::size_t i = 0; i < txtPilot.size(); ++i)
         (m_settings.*Pilot_Texts()[i].assign)(txtPilot[i].Text());
     m_settings.Set_Airline_IATAPrefix(chkIATAPrefix.Checked());
+    return log;
 }
 
 }  // namespace norvane

@@ -35,14 +35,18 @@ class ucSettings {
     enum Pilot_Field { pilot_name, pilot_email, pilot_id, iata, icao };
 
     ucSettings(Services& services, clsAppSettings& settings, clsVASettings& airline);
+    ~ucSettings();
     ucSettings(const ucSettings&) = delete;
     ucSettings& operator=(const ucSettings&) = delete;
 
     /// False locks what must not change in flight: while a flight is tracked, or stored.
     void ACARS_STATE(bool enabled);
-    /// Lists airlines and flight logs anew and shows the airline's fields as the settings have
-    /// them.
+    /// Lists airlines and flight logs anew. What is chosen and typed beside them stays, unless the
+    /// airline is gone: then the page shows what the settings have.
     void Refresh_VA_Information();
+    /// The pilot turns to another panel: an airline or log that he looked at is no longer shown as
+    /// if it were set.
+    void Leave();
 
     [[nodiscard]] Page Shown_Page() const { return m_page; }
     void Choose_Tab(Page page);
@@ -73,9 +77,16 @@ class ucSettings {
     Combo_Box cboTime;
     Combo_Box cboATCModel;
     Combo_Box cboRecordArrival;
+    Combo_Box cboTouchAndGo;
     /// "FS" and the sections of "bin\url.cfg".
     Combo_Box cboWX;
     Combo_Box cboUseTime;
+
+    static constexpr std::string_view simulator_caption = "Simulator Address:";
+    static constexpr std::string_view simulator_tooltip =
+        "Where the simulator is: host:port or unix:/path; empty for 127.0.0.1:8338.  --sim and "
+        "$NORVANE_SIM come first.";
+    Text_Box txtSimulator;
 
     static constexpr std::string_view take_off_caption = "Record Take Off:";
     static constexpr std::array<std::string_view, 2> take_off_options = {
@@ -124,6 +135,8 @@ class ucSettings {
     static constexpr std::string_view prefix_caption = "Display Flight Number with IATA Prefix";
     Check_Box chkIATAPrefix;
 
+    /// Why most of the panel is grey; shown while it is.
+    Label lblLocked{"Locked while a flight is tracked or stored"};
     Link hypSave{"Save"};
     Link hypCancel{"Cancel"};
     frmAirline airline_lookup;
@@ -142,17 +155,22 @@ class ucSettings {
     void Show_Sending();
     void Choose_Take_Off(Take_Off choice);
     void Choose_Airline();
-    void Drop_Unsaved_Airline();
+    void Show_Airline(const App_Setting_Values& values);
     void Follow_IATA();
+    bool Refuse_Address();
     bool May_Move_Values(const std::vector<std::string>& definitions);
     void Assign_Flight_Settings();
-    void Assign_Airline_Settings();
+    [[nodiscard]] std::string Assign_Airline_Settings();
+    [[nodiscard]] bool Assign_And_Save(const std::vector<std::string>& definitions,
+                                       std::string& log);
+    void Tell_Saved(const std::vector<std::string>& definitions, const std::string& log);
 
     Services& m_services;
     clsAppSettings& m_settings;
     clsVASettings& m_airline;
     Page m_page = appearance;
     bool m_unlocked = true;
+    sigc::connection m_airline_change;
 };
 
 }  // namespace norvane

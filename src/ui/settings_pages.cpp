@@ -99,6 +99,12 @@ Form_Group* Lists_Group(ucSettings& settings, Form_Page& page) {
     int row = 0;
     for (const ucSettings::Captioned_List& list : settings.ACARS_Lists())
         Add_List(*group, {row++, 0}, list, list_characters);
+    QLineEdit* address =
+        Make_Field(*group, Name_Of(ucSettings::simulator_caption), settings.txtSimulator, 0);
+    address->setToolTip(To_Q(ucSettings::simulator_tooltip));
+    Add_Bound_Caption(*group, {row, 0}, ucSettings::simulator_caption, settings.txtSimulator,
+                      *address);
+    group->Add_Value({row, 0}, *address);
     group->Stretch_After(0);
     return group;
 }

@@ -1,6 +1,7 @@
 #include "ui/settings_view.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QTabBar>
 #include <QVBoxLayout>
 #include <array>
@@ -75,6 +76,9 @@ QWidget* Settings_View::Make_End_Row() {
         links->addWidget(link);
     }
     links->addStretch(1);
+    auto* locked = new QLabel(row);
+    Bind(*locked, m_settings.lblLocked);
+    links->addWidget(locked);
     return row;
 }
 

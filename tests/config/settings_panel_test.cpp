@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <functional>
 #include <map>
 #include <optional>
 
@@ -72,6 +73,8 @@ TEST_F(Settings_Panel, Every_control_is_found_again_after_a_start) {
     Choose(panel->cboTime, "Local");
     Choose(panel->cboATCModel, "atc_model");
     Choose(panel->cboRecordArrival, "@ ON Time");
+    Choose(panel->cboTouchAndGo, "First Landing Counts");
+    panel->txtSimulator.Enter(" sim.local:8338 ");
     Choose(panel->cboWX, "NOAA");
     Choose(panel->cboUseTime, "Real Time");
     panel->optACARS[ucSettings::take_off_altitude].Click();
@@ -80,6 +83,7 @@ TEST_F(Settings_Panel, Every_control_is_found_again_after_a_start) {
         box.Click();
     panel->txtVATSIM_PID.Enter("812345");
     panel->optFields[1].txtName.Enter("Crew^");
+    EXPECT_EQ(panel->optFields[1].txtName.Text(), "Crew/") << "seen as it will be stored";
     panel->optFields[1].cboType.Choose(1);
     panel->optFields[1].txtList.Enter(" Anna|Ben ");
     const std::array<const char*, 5> pilot = {"Ann", "ann@x", "NV1", "NV", "NVA"};
@@ -87,9 +91,10 @@ TEST_F(Settings_Panel, Every_control_is_found_again_after_a_start) {
         panel->txtPilot[i].Enter(pilot[i]);
     panel->chkIATAPrefix.Click();
     Save_And_Open();
-    EXPECT_EQ(desktop.boxes.back().text,
-              "Changes made to optional Flight Log fields will take effect when Norvane is "
-              "restarted.\r\nNorvane settings saved.");
+    EXPECT_EQ(
+        desktop.boxes.back().text,
+        "Changes made to optional Flight Log fields will take effect when Norvane is "
+        "restarted.\r\nNorvane settings saved.\r\nFlights are logged in \"Jets\" from now on.");
 
     const std::map<std::string, std::string> expected = {
         {"FlightLog", "Jets"},
@@ -110,6 +115,8 @@ TEST_F(Settings_Panel, Every_control_is_found_again_after_a_start) {
         {"OPT_PIREP_SEND", "True"},
         {"ACARS_TakeOff_Alt", "35"},
         {"ACARS_RecordArrival", "1"},
+        {"ACARS_TouchAndGo", "1"},
+        {"Simulator_Address", "sim.local:8338"},
         {"WX_URL", "NOAA"},
         {"VATSIM_FP", "1"},
         {"VATSIM_PID", "812345"},
@@ -166,10 +173,12 @@ TEST_F(Settings_Panel, Controls_follow_what_they_depend_on_and_the_lock) {
         &panel->cboFuel,       &panel->cboTakeOffAlt, &panel->txtVATSIM_PID,
         &panel->cboVA,         &panel->cboLog,        &panel->txtPilot[ucSettings::pilot_id],
         &panel->hypAirline[0], &panel->chkIATAPrefix, &panel->chkACARS[ucSettings::auto_log],
-        &panel->optACARS[0]};
+        &panel->optACARS[0],   &panel->txtSimulator};
     for (const Control* control : locked)
         EXPECT_TRUE(control->Enabled());
+    EXPECT_FALSE(panel->lblLocked.Visible());
     panel->ACARS_STATE(false);
+    EXPECT_TRUE(panel->lblLocked.Visible());
     panel->hypCancel.Click();
     panel->Choose_Tab(ucSettings::virtual_airline);
     for (const Control* control : locked)
@@ -178,11 +187,22 @@ TEST_F(Settings_Panel, Controls_follow_what_they_depend_on_and_the_lock) {
     // Saved in flight: colours and optional fields, and no airline is loaded over the panel's.
     int loaded = 0;
     airline->Change.connect([&] { ++loaded; });
+    const auto before = Listed();
     panel->optFields[0].txtName.Enter("Gate");
-    panel->cboFuel.Choose(2);
+    for (const auto& row : panel->ACARS_Lists())
+        row.list.Choose(row.list.Selected() == 0 ? 1 : 0);
+    panel->optACARS[ucSettings::on_ground_flag].Set_Chosen(true);
+    panel->cboVA.Choose(0);
+    for (Text_Box& text : panel->txtPilot)
+        text.Set_Text("XX");
+    panel->chkIATAPrefix.Set_Checked(true);
     panel->hypSave.Click();
     EXPECT_EQ(settings->OptFields(0), "Gate^");
-    EXPECT_EQ(settings->ACARS_Fuel(), 0);
+    for (const auto& [name, value] : before) {
+        if (Is_Fixed_In_Flight(name)) {
+            EXPECT_EQ(Get_Setting_Text(*settings, name), value) << name;
+        }
+    }
     EXPECT_EQ(loaded, 0);
     panel->ACARS_STATE(true);
     EXPECT_TRUE(panel->cboFuel.Enabled());
@@ -215,7 +235,7 @@ TEST_F(Settings_Panel, Asks_before_old_values_stand_under_other_captions) {
     EXPECT_EQ(settings->OptFields(0), "Crew^A|B");
 }
 
-TEST_F(Settings_Panel, Each_airline_brings_its_own_fields_log_and_server) {
+TEST_F(Settings_Panel, What_is_looked_at_is_nobodys_but_the_panels) {
     EXPECT_THAT(panel->cboVA.Entries(), ElementsAre("ABC", "XYZ"));
     Choose(panel->cboVA, "ABC");
     panel->txtPilot[ucSettings::pilot_id].Enter("A1");
@@ -223,32 +243,102 @@ TEST_F(Settings_Panel, Each_airline_brings_its_own_fields_log_and_server) {
     panel->hypSave.Click();
     EXPECT_EQ(settings->FlightLog(), "Jets");
     EXPECT_TRUE(panel->chkACARS[ucSettings::send_pirep].Visible());
+
+    // Another airline's fields are shown, and nobody flies for it.
+    const auto before = Listed();
+    const auto expect_saved = [&] {
+        EXPECT_EQ(Listed(), before);
+        EXPECT_EQ(panel->cboVA.Text(), "ABC");
+        EXPECT_EQ(panel->txtPilot[ucSettings::pilot_id].Text(), "A1");
+        EXPECT_EQ(panel->cboLog.Text(), "Jets");
+    };
+    const std::vector<std::function<void()>> ends{[&] { panel->Leave(); },
+                                                  [&] { panel->hypCancel.Click(); },
+                                                  [&] {
+                                                      panel->ACARS_STATE(false);
+                                                      panel->ACARS_STATE(true);
+                                                  }};
+    for (const auto& end : ends) {
+        Choose(panel->cboVA, "XYZ");
+        EXPECT_EQ(panel->txtPilot[ucSettings::pilot_id].Text(), "");
+        EXPECT_EQ(Listed(), before);
+        end();
+        expect_saved();
+        Choose(panel->cboLog, "My Flight Log");
+        end();
+        expect_saved();
+    }
+    // Other tabs, and a list that grows meanwhile, leave what was typed.
     Choose(panel->cboVA, "XYZ");
-    EXPECT_EQ(panel->txtPilot[ucSettings::pilot_id].Text(), "");
     panel->txtPilot[ucSettings::pilot_id].Enter("X1");
     Choose(panel->cboLog, "My Flight Log");
+    panel->Choose_Tab(ucSettings::acars);
+    Write("VA_North/server.cfg", "");
+    panel->Choose_Tab(ucSettings::virtual_airline);
+    EXPECT_EQ(panel->cboVA.Entries().size(), 3U);
     panel->hypSave.Click();
+    EXPECT_EQ(settings->Virtual_Airline() + settings->PilotID(), "XYZX1");
     EXPECT_EQ(airline->WebServer(), "other");
     EXPECT_FALSE(panel->chkACARS[ucSettings::send_pirep].Visible());
-    EXPECT_EQ(settings->FlightLog(), "My Flight Log");
-    // A choice is given to the settings at once, and "Cancel" shows what it brought.
+    // What was typed for the airline that is flown for waits for the pilot to come back.
+    panel->txtPilot[ucSettings::pilot_id].Enter("X2");
+    panel->Leave();
+    EXPECT_EQ(panel->txtPilot[ucSettings::pilot_id].Text(), "X2");
+
+    // Only part of it can be saved: still one airline for the whole program.
+    std::filesystem::create_directories(directory / "bin/optfields.cfg");
+    panel->optFields[0].txtName.Enter("Gate");
     Choose(panel->cboVA, "ABC");
-    panel->txtPilot[ucSettings::pilot_id].Enter("typed");
-    panel->hypCancel.Click();
-    EXPECT_EQ(panel->txtPilot[ucSettings::pilot_id].Text(), "A1");
-    EXPECT_EQ(panel->cboLog.Text(), "Jets");
-    panel->ACARS_STATE(false);
-    EXPECT_EQ(settings->Virtual_Airline(), "XYZ") << "a flight flies for the saved one";
-    EXPECT_EQ(panel->txtPilot[ucSettings::pilot_id].Text(), "X1");
-    Open();
-    EXPECT_EQ(settings->Virtual_Airline(), "XYZ") << "nothing was saved";
+    panel->hypSave.Click();
+    EXPECT_EQ(settings->Virtual_Airline(), airline->Name());
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsAppSettings.Save_Opt_Fields()")));
 
     std::filesystem::remove_all(directory / "VA_abc");
+    std::filesystem::remove_all(directory / "VA_North");
     panel->Refresh_VA_Information();
     EXPECT_FALSE(panel->cboVA.Enabled());
+}
+
+TEST_F(Settings_Panel, Flights_go_to_another_log_only_when_airline_or_default_log_change) {
+    struct Step {
+        const char* active;
+        const char* airline;
+        const char* log;
+        const char* expected;
+        bool said;
+    };
+    const std::vector<Step> steps{
+        {"My Flight Log", "ABC", "Jets", "Jets", true},
+        {"My Flight Log", "ABC", "Jets", "My Flight Log", false},  // made active elsewhere
+        {"My Flight Log", "XYZ", "Jets", "Jets", true},
+        {"Jets", "XYZ", "My Flight Log", "My Flight Log", true},
+        {"Jets", "ABC", "Jets", "Jets", false},
+    };
+    for (const Step& step : steps) {
+        if (settings->FlightLog() != step.active)
+            settings->Set_FlightLog(step.active);
+        Choose(panel->cboVA, step.airline);
+        Choose(panel->cboLog, step.log);
+        panel->hypSave.Click();
+        EXPECT_EQ(settings->FlightLog(), step.expected);
+        EXPECT_EQ(Contains(desktop.boxes.back().text, "Flights are logged in"), step.said);
+        EXPECT_EQ(settings->Virtual_Airline_Log(), step.log);
+    }
+    std::filesystem::remove_all(directory / "VA_abc");
+    Open();
     settings->Set_FlightLog("Jets");
     panel->hypSave.Click();
     EXPECT_EQ(settings->Virtual_Airline_Log(), "Jets") << "the active one, without a choice";
+}
+
+TEST_F(Settings_Panel, No_address_is_saved_that_no_simulator_can_have) {
+    const auto before = Listed();
+    panel->txtSimulator.Enter("8338");
+    Choose(panel->cboFuel, "kg");
+    panel->hypSave.Click();
+    ASSERT_EQ(desktop.boxes.size(), 1U);
+    EXPECT_THAT(desktop.boxes[0].text, HasSubstr("Nothing was saved: \"8338\""));
+    EXPECT_EQ(Listed(), before);
 }
 
 TEST_F(Settings_Panel, Saving_keeps_stored_values_that_no_list_has) {

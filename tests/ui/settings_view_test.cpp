@@ -125,11 +125,26 @@ TEST_F(Settings_View_Test, Tab_reaches_every_control_of_a_page_by_its_name_and_n
     Settings().chkACARS[ucSettings::send_pirep].Set_Visible(true);
     Settings().chkACARS[ucSettings::send_pirep].Set_Enabled(true);
     Tab_To("Default Date");
-    expect({"Default Date", "End of Flight", "Weight", "Fuel", "Time", "Aircraft Type",
-            "Record Arrival", "Report Weather From", "Time Base", "Specitfy Take Off Altitude",
-            "Take Off Altitude", "Auto Log Flight", "Save ACARS Message Log",
-            "Send Time and Position Reports to FS", "Save PIREPs", "Auto Send PIREPs to Airline",
-            "Retrieve VATSIM Flight Information", "VATSIM PID"});
+    expect({"Default Date",
+            "End of Flight",
+            "Weight",
+            "Fuel",
+            "Time",
+            "Aircraft Type",
+            "Record Arrival",
+            "Touch and Go",
+            "Report Weather From",
+            "Time Base",
+            "Simulator Address",
+            "Specitfy Take Off Altitude",
+            "Take Off Altitude",
+            "Auto Log Flight",
+            "Save ACARS Message Log",
+            "Send Time and Position Reports to FS",
+            "Save PIREPs",
+            "Auto Send PIREPs to Airline",
+            "Retrieve VATSIM Flight Information",
+            "VATSIM PID"});
     Names fields;
     for (int i = 1; i <= 5; ++i) {
         Settings().optFields[static_cast<std::size_t>(i) - 1].cboType.Choose(1);
@@ -192,18 +207,20 @@ TEST_F(Settings_View_Test, A_page_is_changed_and_saved_with_the_keyboard_alone) 
 
 TEST_F(Settings_View_Test, Lists_that_are_filled_anew_below_the_keyboard_choose_nothing) {
     Settings().Choose_Tab(ucSettings::virtual_airline);
+    const std::string saved = program->settings.Virtual_Airline();
     Tab_To("Virtual Airline");
     Type("north w");
-    EXPECT_EQ(program->settings.Virtual_Airline(), "NORTH WEST");
+    EXPECT_EQ(Settings().cboVA.Text(), "NORTH WEST");
     Write("VA_EAST/server.cfg", "");
     Settings().Refresh_VA_Information();
-    EXPECT_EQ(program->settings.Virtual_Airline(), "NORTH WEST");
+    EXPECT_EQ(program->settings.Virtual_Airline(), saved);
     EXPECT_EQ(Find<QComboBox>("Virtual Airline").currentText(), "NORTH WEST");
     EXPECT_EQ(Find<QComboBox>("Virtual Airline").count(), 3);
 }
 
 TEST_F(Settings_View_Test, A_flight_locks_what_is_seen_and_a_single_airline_has_no_frame) {
     Settings().ACARS_STATE(false);
+    EXPECT_TRUE(Caption("Locked while a flight is tracked or stored").isVisible());
     Settings().Choose_Tab(ucSettings::acars);
     for (const char* caption : {"Default Date:", "Record Take Off:", "Report Weather From:"})
         EXPECT_FALSE(Caption(caption).isEnabled()) << caption;
