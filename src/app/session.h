@@ -13,6 +13,7 @@
 #include "app/program_places.h"
 #include "common/run_error.h"
 #include "common/services.h"
+#include "config/memory_store.h"
 #include "config/sqlite_store.h"
 
 namespace norvane {
@@ -26,8 +27,9 @@ struct Session_Options {
     std::vector<std::string> path_mappings;
 };
 
-/// The address in `options`, else that of the environment, else the link's own.
-[[nodiscard]] std::string Simulator_Address(const Session_Options& options);
+/// The address in `options`, else that of the environment, else the one of the settings, else the
+/// link's own. A stored text that is no address does not count; loading the settings tells of it.
+[[nodiscard]] std::string Simulator_Address(const Session_Options& options, Settings_Store& store);
 
 /// Another program holds the store.
 class Store_In_Use : public Run_Error {
@@ -42,7 +44,6 @@ class Session {
     /// Raises `Store_In_Use` when the store's lock is taken (for writing), and whatever keeps the
     /// program directory or the store from being used.
     Session(const Session_Options& options, Access access, Desktop& desktop, Clock& clock);
-    ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
@@ -50,16 +51,17 @@ class Session {
     [[nodiscard]] const Program_Places& Places() const { return m_places; }
 
   private:
-    class Looking_Store;
-
     void Open_Store(Access access);
+    void Report_Trouble(Access access);
     void Set_Up_Program_Directory(Access access);
 
     Program_Places m_places;
     Error_Log_File m_error_log;
     std::optional<Store_Lock> m_lock;
     std::unique_ptr<Sqlite_Store> m_database;
-    std::unique_ptr<Looking_Store> m_looking;
+    /// For who looks: what the store held at the start; what is set there is forgotten.
+    Memory_Store m_copy;
+    std::string m_copy_trouble;
     std::optional<Services> m_services;
 };
 

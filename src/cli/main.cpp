@@ -41,8 +41,10 @@ void Add_Fly(CLI::App& app, Session_Options& session, Fly_Options& fly, Work& wo
         ->check(CLI::ExistingFile);
     command->callback([&] {
         session.places.demonstration = Has_Own_Simulator(fly);
-        work = {Access::write,
-                [&](Console& console, Session& open) { return Run_Fly(console, open, fly); }};
+        work = {Access::write, [&](Console& console, Session& open) {
+                    fly.simulator = Simulator_Address(session, open.Outside().settings);
+                    return Run_Fly(console, open, fly);
+                }};
     });
 }
 
@@ -148,7 +150,8 @@ int main(int argc, char** argv) {
     app.add_option("--home", session.places.home, "Program directory");
     app.add_option("--settings", session.places.settings, "Settings store (an SQLite file)");
     app.add_option("--sim", session.simulator,
-                   "Simulator address, host:port or unix:/path ($NORVANE_SIM, then 127.0.0.1:8338)")
+                   "Simulator address, host:port or unix:/path ($NORVANE_SIM, then the setting "
+                   "Simulator_Address, then 127.0.0.1:8338)")
         ->check(CLI::Validator(Link_Address_Fault, ""));
     app.add_option("--map", session.path_mappings,
                    "Where a directory of the simulator's is here: 'C:\\=/home/me/drive_c/'; "
@@ -169,7 +172,6 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? exit_status::done : exit_status::wrong_usage;
     }
-    fly.simulator = Simulator_Address(session);
     Console console(fly.time_scale, yes);
     return Run(session, console, work);
 }

@@ -64,8 +64,10 @@ void Add_World_Add(CLI::App* world, const Session_Options& session, Words& words
         const bool placed = latitude->count() > 0;
         work = {Access::write, [&, placed](Console&, Session& open) {
                     const auto given = placed ? std::optional(words.place) : std::nullopt;
-                    return World_Add(open, {words.name, given, Simulator_Address(session)},
-                                     Chosen_World(words));
+                    return World_Add(
+                        open,
+                        {words.name, given, Simulator_Address(session, open.Outside().settings)},
+                        Chosen_World(words));
                 }};
     });
 }

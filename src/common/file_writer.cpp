@@ -4,8 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <system_error>
+#include <vector>
 
 #include "common/code_page.h"
 #include "common/run_error.h"
@@ -48,6 +51,21 @@ std::filesystem::path Final_Target(const std::filesystem::path& target) {
     if (failure == std::errc::no_such_file_or_directory && std::filesystem::is_symlink(target))
         return Final_Target(target.parent_path() / std::filesystem::read_symlink(target));
     return std::filesystem::absolute(target);
+}
+
+/// "." + a name + "." + six signs as the system draws them: letters of both cases and digits.
+bool Is_Temporary_Name(std::string_view name) {
+    constexpr std::size_t drawn = 6;
+    if (name.size() < drawn + 3 || name.front() != '.' || name[name.size() - drawn - 1] != '.')
+        return false;
+    const std::string_view signs = name.substr(name.size() - drawn);
+    const auto is_capital = [](char c) { return c >= 'A' && c <= 'Z'; };
+    const auto is_other = [](char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); };
+    // Six drawn signs are hardly ever a word, and a word is what a pilot writes there.
+    return std::all_of(signs.begin(), signs.end(),
+                       [&](char c) { return is_capital(c) || is_other(c); }) &&
+           std::any_of(signs.begin() + 1, signs.end(), is_capital) &&
+           std::any_of(signs.begin(), signs.end(), is_other);
 }
 
 mode_t Usual_Mode() {
@@ -108,6 +126,24 @@ void Atomic_File::Discard() {
     if (!m_temporary.empty())
         ::unlink(m_temporary.c_str());
     m_temporary.clear();
+}
+
+void Sweep_Temporaries(const std::filesystem::path& directory) {
+    constexpr std::chrono::hours oldest(24);
+    const auto now = std::filesystem::file_time_type::clock::now();
+    std::vector<std::filesystem::path> left;
+    std::error_code failure;
+    for (std::filesystem::directory_iterator entry(directory, failure), end;
+         !failure && entry != end; entry.increment(failure)) {
+        std::error_code unknown;
+        const bool is_file =
+            entry->symlink_status(unknown).type() == std::filesystem::file_type::regular;
+        if (is_file && Is_Temporary_Name(entry->path().filename().string()) &&
+            now - entry->last_write_time(unknown) > oldest && !unknown)
+            left.push_back(entry->path());
+    }
+    for (const auto& file : left)
+        std::filesystem::remove(file, failure);
 }
 
 void Write_File_Atomically(const std::filesystem::path& target, std::string_view content) {

@@ -32,6 +32,11 @@ class Atomic_File {
     int m_descriptor = -1;
 };
 
+/// Removes temporary files that an Atomic_File left in `directory` when its program was killed more
+/// than a day ago. For who holds the lock; a directory or file that cannot be read or removed is
+/// passed over, and so is a name that a pilot might have given (".notes.txt.backup").
+void Sweep_Temporaries(const std::filesystem::path& directory);
+
 void Write_File_Atomically(const std::filesystem::path& target, std::string_view content);
 /// Creates or overwrites in place, without flushing: for files that can be made again.
 void Write_File(const std::filesystem::path& file, std::string_view content);

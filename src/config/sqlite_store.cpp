@@ -1,8 +1,12 @@
 #include "config/sqlite_store.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
+#include <cstdlib>
 #include <system_error>
 
 #include "common/code_page.h"
@@ -46,6 +50,17 @@ int Number_Of(int result) {
     }
 }
 
+/// Creates the file for its owner alone, or takes it away from all others. A drive that knows no
+/// modes is no reason to fail.
+void Make_Private(const std::filesystem::path& file) {
+    constexpr mode_t owner_only = 0600;
+    const int descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, owner_only);
+    if (descriptor < 0)
+        return;  // SQLite's own opening tells why
+    ::fchmod(descriptor, owner_only);
+    ::close(descriptor);
+}
+
 /// A failure that means the file's content, rather than the access to it, is at fault.
 class Broken_Content : public Run_Error {
   public:
@@ -64,6 +79,17 @@ class Broken_Content : public Run_Error {
 
 std::filesystem::path Default_Store_File() {
     return User_Directory("XDG_CONFIG_HOME", ".config") / "settings.sqlite";
+}
+
+void Make_Store_Directory(const std::filesystem::path& store) {
+    const auto directory = store.parent_path();
+    std::filesystem::create_directories(directory);
+    std::error_code unknown;
+    const bool is_own =
+        std::getenv("HOME") != nullptr &&
+        std::filesystem::equivalent(directory, Default_Store_File().parent_path(), unknown);
+    if (is_own)
+        std::filesystem::permissions(directory, std::filesystem::perms::owner_all, unknown);
 }
 
 void Sqlite_Store::Close_Connection::operator()(sqlite3* connection) const {
@@ -124,7 +150,7 @@ class Sqlite_Store::Execution {
 
 Sqlite_Store::Sqlite_Store(const std::filesystem::path& file)
     : m_file(std::filesystem::absolute(file)) {
-    std::filesystem::create_directories(m_file.parent_path());
+    Make_Store_Directory(m_file);
     try {
         Open();
     } catch (const Broken_Content& fault) {
@@ -139,6 +165,7 @@ Sqlite_Store::~Sqlite_Store() {
 }
 
 void Sqlite_Store::Open() {
+    Make_Private(m_file);
     m_connection = Connect(m_file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     if (sqlite3_db_readonly(m_connection.get(), "main") == 1)
         throw Run_Error(error_number::permission_denied,
@@ -250,6 +277,7 @@ void Sqlite_Store::Back_Up() {
     const auto copy = With_Suffix(m_file, ".bak");
     const auto fresh = With_Suffix(m_file, ".bak.new");
     std::filesystem::remove(fresh);
+    Make_Private(fresh);
     {
         // A reader of its own sees what is committed even while a batch is open here.
         const auto source = Connect(m_file, SQLITE_OPEN_READONLY);

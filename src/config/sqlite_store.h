@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "common/services.h"
 
@@ -17,11 +18,16 @@ namespace norvane {
 /// "settings.sqlite" in the directory "norvane" of the user's configuration directory.
 [[nodiscard]] std::filesystem::path Default_Store_File();
 
+/// Makes the directory of a store. The one of the default place is Norvane's own and gets its user
+/// as the only one who may look into it; another one is the pilot's, and stays as it is.
+void Make_Store_Directory(const std::filesystem::path& store);
+
 class Sqlite_Store : public Settings_Store {
   public:
-    /// Opens or creates `file` and its directory. A file that is no database is kept under another
-    /// name and a new store begins; `Trouble` tells. Raises when the file cannot be opened for
-    /// writing or is another program's database.
+    /// Opens or creates `file` and its directory, both the user's alone: they hold what airlines
+    /// know the pilot by. Only for who holds the store's lock. A file that is no database is kept
+    /// under another name and a new store begins; `Trouble` tells. Raises when the file cannot be
+    /// opened for writing or is another program's database.
     explicit Sqlite_Store(const std::filesystem::path& file);
     ~Sqlite_Store() override;
 
@@ -65,6 +71,21 @@ class Sqlite_Store : public Settings_Store {
     Statement m_delete_section;
     int m_depth = 0;
 };
+
+/// What a store held at one moment, for who only looks: the file and its directory stay as they
+/// are, whatever is wrong with them, and need not be writable.
+struct Store_Snapshot {
+    struct Value {
+        std::string section;
+        std::string key;
+        std::string text;
+    };
+    /// All that could be read.
+    std::vector<Value> values;
+    /// Why it is not all, or none; empty when it is. A store that does not exist holds nothing.
+    std::string trouble;
+};
+[[nodiscard]] Store_Snapshot Read_Store(const std::filesystem::path& file);
 
 /// The right to write to a store, held until the object or its process ends.
 class Store_Lock {

@@ -13,7 +13,7 @@ namespace norvane {
 Store_Lock::Store_Lock(const std::filesystem::path& store) {
     auto file = std::filesystem::absolute(store);
     file += ".lock";
-    std::filesystem::create_directories(file.parent_path());
+    Make_Store_Directory(file);
     // Programs started from here must not inherit the lock.
     m_descriptor = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (m_descriptor < 0)

@@ -15,6 +15,13 @@ Socket_Transport::Socket_Transport(Link_Address address, std::chrono::millisecon
       m_connect_at_most(connect_at_most),
       m_meanwhile(std::move(meanwhile)) {}
 
+void Socket_Transport::Set_Address(Link_Address address) {
+    if (address.Text() == m_address.Text())
+        return;
+    Close();
+    m_address = std::move(address);
+}
+
 Link_Deadline Socket_Transport::Within(std::chrono::milliseconds span) const {
     return {std::chrono::steady_clock::now() + span, &m_meanwhile};
 }

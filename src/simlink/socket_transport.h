@@ -21,6 +21,8 @@ class Socket_Transport : public Transport {
         std::chrono::milliseconds connect_at_most = std::chrono::milliseconds(2000),
         std::function<void()> meanwhile = {});
 
+    /// Another simulator's address, for the next connection; one that is open is closed.
+    void Set_Address(Link_Address address);
     /// Connects; result 2 when nobody answers at the address.
     [[nodiscard]] Transport_Opening Open() override;
     /// A peer that closes, resets or breaks the framing is a failed delivery, and the next one

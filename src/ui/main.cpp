@@ -47,8 +47,8 @@ std::optional<int> Read_Command_Line(int argc, char** argv, Window_Options& opti
     line.add_option("--settings", options.session.places.settings,
                     "Settings store (an SQLite file)");
     line.add_option("--sim", options.session.simulator,
-                    "Simulator address, host:port or unix:/path ($NORVANE_SIM, then "
-                    "127.0.0.1:8338)")
+                    "Simulator address, host:port or unix:/path ($NORVANE_SIM, then the one in "
+                    "Settings, then 127.0.0.1:8338)")
         ->check(CLI::Validator(Link_Address_Fault, ""));
     line.add_option("--map", options.session.path_mappings,
                     "Where a directory of the simulator's is here: 'C:\\=/home/me/drive_c/'; "
@@ -73,13 +73,18 @@ std::optional<int> Read_Command_Line(int argc, char** argv, Window_Options& opti
 /// The simulator the program flies with: one that runs, or the demonstration's own.
 class Simulator {
   public:
-    Simulator(const Window_Options& options, Qt_Desktop& desktop)
+    Simulator(const Window_Options& options, Settings_Store& store, Qt_Desktop& desktop)
         : m_stand_in(Start(options)),
           m_transport(Parse_Link_Address(m_stand_in ? m_stand_in->Address()
-                                                    : Simulator_Address(options.session)),
+                                                    : Simulator_Address(options.session, store)),
                       connect_at_most, [&desktop] { desktop.Repaint(); }) {}
 
     Transport& Link() { return m_transport; }
+    /// The settings were saved; the next "On" looks where they say.
+    void Follow(const Window_Options& options, Settings_Store& store) {
+        if (!m_stand_in)
+            m_transport.Set_Address(Parse_Link_Address(Simulator_Address(options.session, store)));
+    }
 
   private:
     static std::unique_ptr<Sim_Process> Start(const Window_Options& options) {
@@ -136,8 +141,12 @@ int Show_Window(QApplication& application, Signal_Watch& signals, Qt_Desktop& de
     const std::unique_ptr<QSplashScreen> splash =
         Show_Splash(session.Outside(),
                     airline == stored_default_airline ? airline : Airline_Directory(airline));
-    Simulator simulator(options, desktop);
+    Simulator simulator(options, session.Outside().settings, desktop);
     Program program(session.Outside(), simulator.Link());
+    program.settings.SettingsChanged.connect([&] {
+        if (!program.panel.Is_Active())
+            simulator.Follow(options, session.Outside().settings);
+    });
     Refuse_Speed_By_Real_Clocks(program, options);
     splash->repaint();
     frmMain form(program);

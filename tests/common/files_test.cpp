@@ -1,6 +1,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <csignal>
 
 #include "common/code_page.h"
@@ -35,6 +36,26 @@ TEST_F(Files, A_failed_atomic_write_leaves_the_old_file_and_no_rest) {
     std::signal(SIGXFSZ, handler);
     EXPECT_EQ(Read("log.txt"), "old");
     EXPECT_EQ(File_Count(), 1U);
+}
+
+TEST_F(Files, Only_what_killed_writers_left_days_ago_is_swept_away) {
+    const std::vector<std::string> kept{
+        "My Flight Log.txt", ".notes.txt.backup", ".notes.txt.Backup",
+        ".notes.txt.BACKUP", ".profile",          ".txt.aB3dE",
+        "a.txt.aB3dEf",      ".a.txt.aB3d-f",     "..aB3dEf"};
+    const auto old = fs::file_time_type::clock::now() - std::chrono::hours(25);
+    for (const auto& name : kept)
+        fs::last_write_time(Write(name, "x"), old);
+    fs::create_directory(directory / ".a.txt.dIrEct");
+    fs::last_write_time(directory / ".a.txt.dIrEct", old);
+    Write(".a.txt.nEw123", "another program writes it now");
+    const std::size_t count = File_Count();
+    fs::last_write_time(Write(".My Flight Log.txt.aB3dEf", "x"), old);
+    fs::last_write_time(Write(".b.unsaved.ZZZZZ9", "x"), old);
+    Sweep_Temporaries(directory);
+    EXPECT_EQ(File_Count(), count);
+    EXPECT_FALSE(fs::exists(directory / ".My Flight Log.txt.aB3dEf"));
+    Sweep_Temporaries(directory / "none");
 }
 
 TEST_F(Files, An_atomic_write_goes_where_a_link_leads_and_keeps_the_mode) {

@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <map>
 
 #include "common/file_writer.h"
 #include "common/line_reader.h"
@@ -124,13 +125,49 @@ TEST_F(Sqlite, A_Broken_File_Is_Kept_And_A_New_Store_Begun) {
     for (std::size_t i = 0; i < contents.size(); ++i)
         EXPECT_EQ(Read_File(kept[i]), contents[i]) << i;
     EXPECT_EQ(Sqlite_Store(file).Find("ACARS", "1"), "new");
+    // Who only looks leaves all of it as it is.
+    const auto parts = [&] {
+        std::map<std::string, std::string> found;
+        for (const auto& part : std::filesystem::directory_iterator(file.parent_path()))
+            found[part.path().filename().string()] = Read_File(part.path());
+        return found;
+    };
+    for (const auto& content : contents) {
+        Write_File(file, content);
+        const auto before = parts();
+        const Store_Snapshot snapshot = Read_Store(file);
+        EXPECT_THAT(snapshot.trouble, HasSubstr("settings.sqlite"));
+        EXPECT_EQ(parts(), before);
+    }
 }
 
-TEST_F(Sqlite, An_Empty_File_Is_A_New_Store) {
+TEST_F(Sqlite, Who_Looks_Sees_What_Is_Committed_And_Leaves_No_Trace) {
+    const auto seen = [&](const std::filesystem::path& from) {
+        const Store_Snapshot snapshot = Read_Store(from);
+        EXPECT_EQ(snapshot.trouble, "");
+        return snapshot.values.empty() ? std::string() : snapshot.values.at(0).text;
+    };
+    EXPECT_EQ(seen(file), "");
+    EXPECT_FALSE(std::filesystem::exists(file.parent_path()));
     Write("config/settings.sqlite", "");
-    Sqlite_Store fresh(file);
-    EXPECT_EQ(fresh.Trouble(), "");
-    fresh.Set("ACARS", "1", "a");
+    EXPECT_EQ(seen(file), "");
+    {
+        Sqlite_Store writer(file);
+        EXPECT_EQ(writer.Trouble(), "");
+        writer.Set("ACARS", "1", "a\x80");
+        EXPECT_EQ(seen(file), "a\x80") << "it stands in the log only";
+        writer.Begin();
+        writer.Set("ACARS", "1", "half");
+        EXPECT_EQ(seen(file), "a\x80");
+        writer.Commit();
+    }
+    EXPECT_EQ(seen(file), "half");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(file.parent_path()), {}), 1);
+    const auto odd = file.parent_path() / "50%20?a#b.sqlite";
+    std::filesystem::copy_file(file, odd);
+    EXPECT_EQ(seen(odd), "half");
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
 }
 
 TEST_F(Sqlite, A_Log_Of_Rubbish_Does_Not_Touch_The_Database) {
@@ -201,6 +238,14 @@ TEST_F(Sqlite, Another_Process_Cannot_Take_The_Lock_Until_It_Is_Free) {
 
 TEST_F(Sqlite, The_Default_Place_Follows_The_Environment) {
     const std::string home = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "";
+    // Norvane's own directory is the pilot's alone; one that he named is left as it is.
+    ::setenv("XDG_CONFIG_HOME", directory.c_str(), 1);
+    std::filesystem::create_directories(directory / "norvane");
+    for (const auto& store_file : {Default_Store_File(), file}) {
+        EXPECT_TRUE(Store_Lock(store_file).Held());
+        const auto mode = std::filesystem::status(store_file.parent_path()).permissions();
+        EXPECT_EQ(mode == std::filesystem::perms::owner_all, store_file == Default_Store_File());
+    }
     ::setenv("HOME", "/home/pilot", 1);
     ::setenv("XDG_CONFIG_HOME", "/etc/pilot", 1);
     EXPECT_EQ(Default_Store_File(), "/etc/pilot/norvane/settings.sqlite");
