@@ -53,6 +53,12 @@ Sim_Process::Sim_Process(const std::filesystem::path& program, std::vector<std::
     m_child = ::fork();
     if (m_child == 0)
         Become(pointers, parent);
+    if (m_child < 0) {
+        // Waiting for it would wait for any child of the program.
+        const int reason = errno;
+        End();
+        throw File_Error(reason, program.string());
+    }
     try {
         Await_Listening();
     } catch (...) {
@@ -84,10 +90,21 @@ Sim_Process::~Sim_Process() {
     End();
 }
 
+/// A stand-in that does not end when it is asked to is killed: the program's own end waits for it.
 void Sim_Process::End() {
     if (m_child > 0) {
         ::kill(m_child, SIGTERM);
-        ::waitpid(m_child, nullptr, 0);
+        constexpr int looks = 50;
+        pid_t ended = 0;
+        for (int i = 0; i < looks && ended == 0; ++i) {
+            ended = ::waitpid(m_child, nullptr, WNOHANG);
+            if (ended == 0)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        if (ended == 0) {
+            ::kill(m_child, SIGKILL);
+            ::waitpid(m_child, nullptr, 0);
+        }
     }
     m_child = -1;
     std::error_code ignored;
