@@ -88,3 +88,11 @@ foreach(check folders help sizes words)
   add_test(NAME house.${check}_can_fail
            COMMAND Python3::Interpreter -B "${PROJECT_SOURCE_DIR}/scripts/check_${check}.py" --self-test)
 endforeach()
+
+# The tables of commands, as soon as there are programs that tell.
+if(TARGET norvane-cli AND TARGET norvane-sim)
+  add_test(NAME house.commands COMMAND Python3::Interpreter -B "${PROJECT_SOURCE_DIR}/scripts/check_commands.py"
+           $<TARGET_FILE_DIR:norvane-cli>)
+  add_test(NAME house.commands_can_fail
+           COMMAND Python3::Interpreter -B "${PROJECT_SOURCE_DIR}/scripts/check_commands.py" --self-test)
+endif()
