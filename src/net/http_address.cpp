@@ -13,6 +13,11 @@ namespace norvane {
 
 namespace {
 
+constexpr std::string_view post_sent_away =
+    "The server did not answer what was sent to it but pointed to another page, which takes no "
+    "forms.  Whether anything was taken is not known: look at the airline's pages before you send "
+    "it again, and tell the airline that its script answers with a redirect.";
+
 using Url = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
 
 /// The scheme and its "://" at the start of the text; empty when there is none.
@@ -91,8 +96,14 @@ std::optional<Http_Hop> Next_Hop(const Http_Hop& hop, long status, const std::st
     if (scheme != "https" && (scheme != "http" || from_https))
         throw Http_Error(http_send_request);
 
+    const std::string next = Piece(there, CURLUPART_URL);
     const bool keeps = status == 307 || status == 308 || (status != 303 && Same_Place(here, there));
-    return Http_Hop{keeps ? hop.verb : Http_Verb::get, Piece(there, CURLUPART_URL)};
+    if (hop.verb == Http_Verb::post && !keeps) {
+        throw Http_Error(http_send_request,
+                         "status " + std::to_string(status) + " sends the form away to " + next,
+                         post_sent_away);
+    }
+    return Http_Hop{hop.verb, next};
 }
 
 }  // namespace norvane

@@ -23,8 +23,9 @@ struct Http_Hop {
 
 /// Where a server's answer to `hop` sends the request next; empty when the answer is the final one.
 /// A POST stays one after 307 and 308, and after 301 and 302 when nothing but the scheme or a
-/// leading "www." changes; otherwise a GET follows. `location` is a whole address, empty when the
-/// server named none. Raises `http_send_request` for a way from HTTPS back to HTTP or out of both.
+/// leading "www." changes. `location` is a whole address, empty when the server named none. Raises
+/// `http_send_request` for a POST that would go on as a GET, without what it carries, and for a way
+/// from HTTPS back to HTTP or out of both.
 [[nodiscard]] std::optional<Http_Hop> Next_Hop(const Http_Hop& hop, long status,
                                                const std::string& location);
 

@@ -22,6 +22,7 @@ struct Http_Client::Exchange {
     std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> easy{curl_easy_init(), &curl_easy_cleanup};
     std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers{nullptr,
                                                                         &curl_slist_free_all};
+    Http_Verb verb = Http_Verb::get;
     std::string answer;
     std::size_t most_bytes = 0;
     milliseconds time_left{0};
@@ -47,6 +48,25 @@ std::size_t Take_Bytes(const char* bytes, std::size_t one, std::size_t count, vo
     const std::size_t room = exchange.most_bytes - exchange.answer.size();
     exchange.answer.append(bytes, std::min(one * count, room));
     return std::min(one * count, room);
+}
+
+constexpr std::string_view answer_broken_off =
+    "The connection broke off while the server answered.  Whether it took what was sent to it is "
+    "not known: look at its pages before you send it again.";
+
+/// Once its status line came: whether what was read of the answer counts as the answer.
+template <class Exchange>
+bool Is_Answered(int result, const Exchange& exchange) {
+    switch (result) {
+        case CURLE_OK:
+        case CURLE_OPERATION_TIMEDOUT:
+        case CURLE_WRITE_ERROR:  // the limit of bytes
+            return true;
+        case CURLE_PARTIAL_FILE:
+            return exchange.verb == Http_Verb::get || !exchange.answer.empty();
+        default:
+            return false;
+    }
 }
 
 }  // namespace
@@ -78,6 +98,7 @@ std::string Http_Client::Follow(const Http_Request& request) {
         Exchange exchange;
         exchange.most_bytes = m_options.most_bytes;
         exchange.time_left = time_left;
+        exchange.verb = hop.verb;
         Prepare(exchange, hop, request.body);
         Perform(exchange);
         const auto next = Next_Hop(hop, exchange.status, exchange.location);
@@ -154,6 +175,8 @@ void Http_Client::Perform(Exchange& exchange) {
     const bool status_line_came = exchange.status >= 200;
     if (result != CURLE_OK && !status_line_came)
         throw Http_Error(ready_after_us == 0 ? internet_connect : http_send_request);
+    if (!Is_Answered(result, exchange))
+        throw Http_Error(http_send_request, "the answer broke off", answer_broken_off);
     if (location != nullptr)
         exchange.location = location;
     exchange.time_left -= std::chrono::duration_cast<milliseconds>(microseconds(duration_us));

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "common/run_error.h"
 
@@ -24,11 +25,17 @@ inline constexpr Http_Failure internet_open{application_error + 507, "InternetOp
 inline constexpr Http_Failure internet_connect{application_error + 506, "InternetConnect"};
 /// No request can be made of host and path.
 inline constexpr Http_Failure http_open_request{application_error + 505, "HttpOpenRequest"};
-/// Connected, but no status line came, or the server pointed where no request may go.
+/// Connected, but no status line came, the connection was reset within the answer, or the server
+/// pointed where the request may not go.
 inline constexpr Http_Failure http_send_request{application_error + 504, "HttpSendRequest"};
 
-[[nodiscard]] inline Run_Error Http_Error(const Http_Failure& failure) {
-    return {failure.number, std::string(failure.text)};
+/// `detail` follows the failure's own text, for the error log; `for_pilot` as in `Run_Error`.
+[[nodiscard]] inline Run_Error Http_Error(const Http_Failure& failure, std::string_view detail = {},
+                                          std::string_view for_pilot = {}) {
+    std::string text(failure.text);
+    if (!detail.empty())
+        text.append(": ").append(detail);
+    return {failure.number, std::move(text), std::string(for_pilot)};
 }
 
 }  // namespace norvane
