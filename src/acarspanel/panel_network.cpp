@@ -100,11 +100,19 @@ void ucACARS::VATSIM_Tick() {
             tmrVATSIM.Set_Enabled(false);
             return;
         }
-        m_polled_in_round = m_request_round;
+        if (std::exchange(m_polled_in_round, m_request_round) != m_request_round)
+            m_network_pauses.Reset();
+        if (!m_network_pauses.Is_Due())
+            return;
         const Wait_Notice notice(m_services.desktop,
                                  "Looking for your flight plan on the network ...");
-        const std::string line = m_network.Get_VATSIM_FlightPlan(pilot_id);
-        After_Step([this, line, round = m_polled_in_round] {
+        const auto line = m_network.Get_VATSIM_FlightPlan(pilot_id);
+        if (!line) {
+            m_network_pauses.Note_Failure();
+            return;
+        }
+        m_network_pauses.Reset();
+        After_Step([this, line = *line, round = m_polled_in_round] {
             // The flight may have been reset while the answer was on its way, or be at the gate.
             const bool is_wanted = round == m_request_round && m_active && m_finish == Finish::none;
             if (line.empty() || !is_wanted)

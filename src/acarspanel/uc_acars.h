@@ -28,6 +28,7 @@
 #include "config/field_definitions.h"
 #include "net/cls_win_inet.h"
 #include "net/http_client.h"
+#include "net/poll_pauses.h"
 
 namespace norvane {
 
@@ -338,6 +339,7 @@ class ucACARS {
     /// Grows when what was asked for the flight so far is of no use any longer.
     int m_request_round = 0;
     int m_polled_in_round = 0;
+    Poll_Pauses m_network_pauses;
     clsWinInet m_network;
     std::array<End, 2> m_ends;
     std::deque<PIREP_Post> m_posts;

@@ -182,8 +182,8 @@ int Show_WX(Console& console, Session& session, const std::string& icao) {
 
 int Show_VATSIM(Console& console, Session& session, const std::string& pilot_id) {
     Network_Request request(console, session);
-    return request.Print_Plan(request.Client().Get_VATSIM_FlightPlan(From_Utf8(pilot_id)),
-                              pilot_id);
+    return request.Print_Plan(
+        request.Client().Get_VATSIM_FlightPlan(From_Utf8(pilot_id)).value_or(""), pilot_id);
 }
 
 int PIREP_Send(Console& console, Session& session, const std::string& file) {

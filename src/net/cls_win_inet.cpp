@@ -87,11 +87,13 @@ Post_Result clsWinInet::Send_ACARS_Report(std::string_view web_server, std::stri
     return result;
 }
 
-std::string clsWinInet::Get_VATSIM_FlightPlan(std::string_view pilot_id) {
-    std::string line;
+std::optional<std::string> clsWinInet::Get_VATSIM_FlightPlan(std::string_view pilot_id) {
+    std::optional<std::string> line;
     Guarded(m_services, "clsWinInet.Get_VATSIM_FlightPlan()", Show::silent, [&] {
-        if (pilot_id.empty())
+        if (pilot_id.empty()) {
+            line.emplace();
             return;
+        }
         m_sources.Get_URLs("VATSIM");
         const std::string data =
             HTTP_Request(m_sources.URL(), Http_Verb::get, m_sources.URL_Data());

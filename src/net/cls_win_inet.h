@@ -4,6 +4,7 @@
 // second operation on a client whose request is still running fails. Operations report their own
 // failures and never raise.
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -53,10 +54,11 @@ class clsWinInet {
     /// METAR and TAF as a message shows them; empty when the source offers none.
     [[nodiscard]] std::string Get_WX(std::string_view icao);
     /// The pilot's line of the online network's data, its ending CR included; empty when the pilot
-    /// is not found, has filed no plan, or the request failed. Field 0 is the call sign, 9 the
-    /// aircraft, 11 and 13 the airports, 12 the altitude, 21 the rules, 30 the route, separated by
+    /// is not found or has filed no plan; none when the request failed or brought no data. Field 0
+    /// is the call sign, 9 the aircraft, 11 and 13 the airports, 12 the altitude, 21 the rules, 30
+    /// the route, separated by
     /// ":".
-    [[nodiscard]] std::string Get_VATSIM_FlightPlan(std::string_view pilot_id);
+    [[nodiscard]] std::optional<std::string> Get_VATSIM_FlightPlan(std::string_view pilot_id);
 
     /// Ends a running request; its operation fails.
     void Cancel() { m_client.Cancel(); }

@@ -4,10 +4,13 @@
 #include <array>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "common/code_page.h"
+#include "common/run_error.h"
 #include "common/text.h"
+#include "net/json_entries.h"
 
 namespace norvane {
 
@@ -29,20 +32,31 @@ constexpr std::array<Plan_Field, 5> plan_fields{{
     {vatsim_place::route, "route"},
 }};
 constexpr std::size_t line_fields = vatsim_place::route + 1;
-/// How deep a client's entry lies: in a list of the data's outermost object.
-constexpr int entry_depth = 2;
 constexpr int entries_between_events = 50;
 
-std::string Line_In_Text(const std::string& data, std::string_view pilot_id) {
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+constexpr std::string_view blanks = " \t\r\n";
+
+Run_Error Unreadable(std::string_view why) {
+    return {error_number::other, "The network's data " + std::string(why)};
+}
+
+Run_Error Cut_Off() {
+    return Unreadable("is cut off before its end, and the pilot is not in what came");
+}
+
+std::string Line_In_Text(std::string_view data, std::string_view pilot_id) {
     const std::size_t found = Find_No_Case(data, pilot_id);
-    if (found == std::string::npos)
+    if (found == std::string_view::npos)
         return {};
-    const std::size_t before = std::string_view(data).substr(0, found).rfind(cr_lf);
-    const std::size_t start = before == std::string::npos ? 0 : before + cr_lf.size();
-    const std::size_t end = data.find(cr_lf, found);
-    if (end == std::string::npos)
-        return {};
-    return Trim(data.substr(start, end + 1 - start));
+    const std::size_t start = data.substr(0, found).rfind('\n') + 1;
+    const std::size_t end = data.find('\n', found);
+    if (end == std::string_view::npos)
+        throw Cut_Off();
+    std::string line = Trim(data.substr(start, end - start));
+    if (!line.ends_with('\r'))
+        line += '\r';
+    return line;
 }
 
 /// A text or a number of the object, fit for a field of the line.
@@ -86,39 +100,44 @@ std::string Line_Of(const Json& entry) {
     return Join(fields, ":");
 }
 
-std::string Line_In_Json(const std::string& data, std::string_view pilot_id,
+std::string Line_In_Json(std::string_view data, std::string_view pilot_id,
                          const std::function<void()>& between) {
-    int entries = 0;
-    // Thousands of entries pass by; only the pilot's own are kept.
-    const auto keep = [&](int depth, Json::parse_event_t event, Json& value) {
-        if (event != Json::parse_event_t::object_end || depth != entry_depth)
-            return true;
-        if (++entries % entries_between_events == 0)
+    int passed = 0;
+    std::string filed;
+    Json_Entries entries(data);
+    while (const auto found = entries.Next()) {
+        if (++passed % entries_between_events == 0)
             between();
-        return Is_Entry_Of(value, pilot_id);
-    };
-    const Json root = Json::parse(data, keep, false);
-    if (!root.is_object())
-        return {};
-    for (const char* list : {"pilots", "prefiles"}) {
-        const auto found = root.find(list);
-        if (found == root.end() || !found->is_array())
+        const bool connected = found->list == "pilots";
+        if ((!connected && found->list != "prefiles") || !Contains(found->text, pilot_id))
             continue;
-        for (const Json& entry : *found) {
-            if (!entry.is_object())
-                continue;
-            std::string line = Line_Of(entry);
-            if (!line.empty())
-                return line;
-        }
+        const Json entry = Json::parse(Mended_Json(found->text), nullptr, false);
+        if (!entry.is_object() || !Is_Entry_Of(entry, pilot_id))
+            continue;
+        std::string line = Line_Of(entry);
+        if (connected && !line.empty())
+            return line;
+        if (filed.empty())
+            filed = std::move(line);
     }
-    return {};
+    if (filed.empty() && !entries.Is_Whole())
+        throw Cut_Off();
+    if (filed.empty() && !Contains(data, "\"pilots\""))
+        throw Unreadable("holds no list of pilots");
+    return filed;
 }
 
 }  // namespace
 
-std::string Find_VATSIM_Line(const std::string& data, std::string_view pilot_id,
+std::string Find_VATSIM_Line(std::string_view data, std::string_view pilot_id,
                              const std::function<void()>& between) {
+    if (data.starts_with(byte_order_mark))
+        data.remove_prefix(byte_order_mark.size());
+    data.remove_prefix(std::min(data.find_first_not_of(blanks), data.size()));
+    if (data.empty())
+        throw Unreadable("is empty");
+    if (data.starts_with('<'))
+        throw Unreadable("is a web page, not data");
     if (data.starts_with('{'))
         return Line_In_Json(data, Trimmed_View(pilot_id), between);
     return Line_In_Text(data, pilot_id);

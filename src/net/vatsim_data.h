@@ -20,11 +20,13 @@ inline constexpr std::size_t rules = 21;
 inline constexpr std::size_t route = 30;
 }  // namespace vatsim_place
 
-/// The pilot's line, its ending CR included; empty when there is none. In the line format it is the
-/// line of the first occurrence of the ID. An answer that begins with "{" is JSON: the pilot's
-/// filed plan, connected or not, becomes such a line; a plan that is missing or incomplete, or
-/// broken JSON, gives none. `between` is called every few milliseconds of a long search.
-[[nodiscard]] std::string Find_VATSIM_Line(const std::string& data, std::string_view pilot_id,
+/// The pilot's line, its ending CR included; empty when the pilot is not in the data, or has filed
+/// no complete plan. In the line format it is the line of the first occurrence of the ID. An answer
+/// that begins with "{" is JSON: the pilot's filed plan, connected or not, becomes such a line,
+/// whatever is broken beside it or cut off behind it. Raises 440 for what cannot tell whether the
+/// pilot is connected: a web page, data cut off too early, no data. `between` is called every few
+/// milliseconds of a long search.
+[[nodiscard]] std::string Find_VATSIM_Line(std::string_view data, std::string_view pilot_id,
                                            const std::function<void()>& between);
 
 }  // namespace norvane

@@ -240,6 +240,29 @@ TEST_F(Panel_Network, The_networks_plan_is_looked_for_until_it_is_there_and_then
     EXPECT_THAT(Take_Asked(), ElementsAre("/data")) << "another flight has not";
 }
 
+TEST_F(Panel_Network, A_network_that_fails_is_asked_less_and_less_until_it_answers) {
+    Settings().Set_VATSIM_FP(1);
+    Settings().Set_WX_URL("FS");
+    Settings().Set_VATSIM_PID("812");
+    const auto asked_within = [&](int seconds) {
+        Pass(seconds);
+        return Take_Asked().size();
+    };
+    Set_Page("/data", "<html>Too many requests</html>");
+    Panel().hypOn.Click();
+    EXPECT_EQ(asked_within(71), 3U) << "after 10, 30 and 70 seconds";
+    EXPECT_EQ(Take_Errors().size(), 3U);
+    EXPECT_EQ(asked_within(4000), 13U) << "after 80, 160, 320 and every 320";
+    Take_Errors();
+    Panel().hypReset.Click();
+    Panel().hypOn.Click();
+    EXPECT_EQ(asked_within(11), 1U) << "another flight";
+    Take_Errors();
+    Set_Page("/data", "nobody\r\n");
+    EXPECT_EQ(asked_within(20), 1U);
+    EXPECT_EQ(asked_within(50), 5U) << "an answer";
+}
+
 TEST_F(Panel_Network, A_networks_line_cut_short_is_applied_as_far_as_it_goes) {
     Settings().Set_VATSIM_FP(1);
     Settings().Set_WX_URL("FS");
