@@ -36,22 +36,22 @@ constexpr std::string_view last_bottom_cell =
     R"(border-bottom: 1px solid #000080">)";
 
 std::string With_Colon(const std::string& label) {
-    return label.empty() || label == blank ? label : label + ":";
+    return label.empty() || label == blank ? label : HTML_Text(label) + ":";
 }
 
-std::string_view Or_Blank(std::string_view text) {
-    return text.empty() ? empty_text : text;
+std::string Or_Blank(std::string_view text) {
+    return text.empty() ? std::string(empty_text) : HTML_Text(text);
 }
 
 void Bottom_Field_Row(Report_File& file, const Field_Row& row) {
     const auto& [first, second, third] = row.pairs;
     file.Line(R"(<td width="17%" height="19")", bottom_left_style, ">", With_Colon(first.label),
               cell_end);
-    file.Line(wide_bottom_cell, empty_text, first.value, cell_end);
+    file.Line(wide_bottom_cell, empty_text, HTML_Text(first.value), cell_end);
     file.Line(bottom_cell, With_Colon(second.label), cell_end);
-    file.Line(bottom_cell, empty_text, second.value, cell_end);
+    file.Line(bottom_cell, empty_text, HTML_Text(second.value), cell_end);
     file.Line(bottom_cell, With_Colon(third.label), cell_end);
-    file.Line(last_bottom_cell, third.value, cell_end);
+    file.Line(last_bottom_cell, HTML_Text(third.value), cell_end);
 }
 
 void Normal_Field_Row(Report_File& file, const Field_Row& row) {
@@ -60,21 +60,47 @@ void Normal_Field_Row(Report_File& file, const Field_Row& row) {
     file.Line(
         R"(<td width="17%" height="19" align="right" style="border-left: 1px solid #000080">)",
         navy_label, With_Colon(first.label), bold_end);
-    file.Line(R"(<td width="17%" height="19">)", field_value, first.value, value_end);
+    file.Line(R"(<td width="17%" height="19">)", field_value, HTML_Text(first.value), value_end);
     file.Line(label_cell, navy_label, With_Colon(second.label), bold_end);
     if (row.kind == Row_Kind::wide) {
         file.Line(R"(<td width="15% " height="19" colspan="3" )",
-                  R"(style="border-right: 1px solid #000080">)", field_value, second.value,
-                  value_end);
+                  R"(style="border-right: 1px solid #000080">)", field_value,
+                  HTML_Text(second.value), value_end);
         return;
     }
-    file.Line(R"(<td width="15% " height="19">)", field_value, second.value, value_end);
+    file.Line(R"(<td width="15% " height="19">)", field_value, HTML_Text(second.value), value_end);
     file.Line(label_cell, navy_label, With_Colon(third.label), bold_end);
     file.Line(R"(<td width="15%" height="19" style="border-right: 1px solid #000080">)",
-              field_value, third.value, value_end);
+              field_value, HTML_Text(third.value), value_end);
 }
 
 }  // namespace
+
+std::string HTML_Text(std::string_view text) {
+    if (text == blank)
+        return std::string(text);
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (const char c : text) {
+        switch (c) {
+            case '&':
+                escaped += "&amp;";
+                break;
+            case '<':
+                escaped += "&lt;";
+                break;
+            case '>':
+                escaped += "&gt;";
+                break;
+            case '"':
+                escaped += "&quot;";
+                break;
+            default:
+                escaped += c;
+        }
+    }
+    return escaped;
+}
 
 Report_File::Report_File(const Services& services, std::string_view title)
     : m_path(services.program_directory / "report.html") {
@@ -106,8 +132,8 @@ Field_Row Spacer_Row(Row_Kind kind) {
 }
 
 void HTML_Heading(Report_File& file, std::string_view text) {
-    file.Line(R"(<p align="center"><b><font face="Arial" size="5" color="#000080">)", text,
-              "</font></b></p>");
+    file.Line(R"(<p align="center"><b><font face="Arial" size="5" color="#000080">)",
+              HTML_Text(text), "</font></b></p>");
     file.Line(R"(<table border="0" cellpadding="0" cellspacing="0" )",
               R"(style="border-collapse: collapse" bordercolor="#111111" width="100%" )",
               R"(id="AutoNumber1">)");
@@ -156,11 +182,11 @@ void HTML_Stat_Header(Report_File& file, const HTML_Pair& titles) {
     file.Line(R"(<td width="17%" height="19" style="border-left: 1px solid #000080; )",
               R"(border-top: 1px solid #000080" bgcolor="#000080">)");
     file.Line(navy_block, R"(<p align="left"><b><font face="Arial" size="2" color="#FFFFFF">)",
-              titles.label, "</font></b></div></td>");
+              HTML_Text(titles.label), "</font></b></div></td>");
     file.Line(wide_header_cell, empty_text, cell_end);
     file.Line(header_cell);
-    file.Line(R"(<p align="right"><b><font color="#FFFFFF" face="Arial" size="2">)", titles.value,
-              bold_end);
+    file.Line(R"(<p align="right"><b><font color="#FFFFFF" face="Arial" size="2">)",
+              HTML_Text(titles.value), bold_end);
     file.Line(header_cell, empty_text, cell_end);
     file.Line(last_header_cell, empty_text, cell_end);
     file.Line(row_end);
@@ -170,7 +196,7 @@ void HTML_Section_Header(Report_File& file, std::string_view title, int empty_ce
     file.Line(row_begin);
     file.Line(R"(<td width="17%" height="19" style="border-left: 1px solid #000080; )",
               R"(border-top: 1px solid #000080" bgcolor="#000080" colspan="2">)", navy_block,
-              R"(<b><font face="Arial" size="2" color="#FFFFFF">)", title,
+              R"(<b><font face="Arial" size="2" color="#FFFFFF">)", HTML_Text(title),
               "</font></b></div></td>");
     file.Line(wide_header_cell, empty_text, cell_end);
     for (int i = 0; i < empty_cells; ++i)
@@ -187,7 +213,7 @@ void HTML_Text_Box(Report_File& file, std::string_view title, std::string_view t
     file.Line(R"(<td width="100%" bgcolor="#000080" style="border-left: 1px solid #000080; )",
               R"(border-right: 1px solid #000080; border-top: 1px solid #000080" height="17">)");
     file.Line(R"(<font face="Arial" size="2" color="#FFFFFF">)");
-    file.Line("<b>", title, "</b>", value_end);
+    file.Line("<b>", HTML_Text(title), "</b>", value_end);
     file.Line(row_end);
     file.Line(row_begin);
     file.Line(R"(<td width="100%" style="border-left: 1px solid #000080; )",

@@ -1,7 +1,8 @@
 #pragma once
 // The pieces that the HTML reports are made of: the report's file with the start and the end that
 // all pages share, and the writers of their rows. Whoever makes a report owns its file while it is
-// written. Texts are written as they are, without escaping: the pilot's own mark-up works.
+// written. The page is opened as a local file, where a script could read the pilot's disk: whatever
+// comes from a log, a server or the pilot is escaped here.
 
 #include <array>
 #include <filesystem>
@@ -46,6 +47,10 @@ class Report_File {
 
 /// What an empty cell holds, and a spacer's labels and values: no semicolon behind it.
 inline constexpr std::string_view blank = "&nbsp";
+
+/// A text as it stands in a page, its marks escaped; `blank` stays one. For texts that are handed
+/// to `Line`; the writers below do it themselves.
+[[nodiscard]] std::string HTML_Text(std::string_view text);
 
 struct HTML_Pair {
     std::string label;

@@ -123,13 +123,13 @@ std::filesystem::path Write_Logbook(const Services& services, const Log_Table& t
     constexpr std::string_view line_end = "</font></b></p>";
     Report_File file(services, "Norvane Logbook");
     file.Line(line_begin, "Norvane Logbook", line_end);
-    file.Line(line_begin, totals, line_end);
+    file.Line(line_begin, HTML_Text(totals), line_end);
     file.Line(R"(<table border="1" width="100%">)");
     file.Line(" <tr>");
     for (const Report_Field& field : fields) {
         if (field.included) {
             file.Line(R"(<td width="2%"><font size="1" face="Arial" color="#000080"><b>)",
-                      field.caption, "</b></td>");
+                      HTML_Text(field.caption), "</b></td>");
         }
     }
     file.Line("</tr>");
@@ -140,7 +140,7 @@ std::filesystem::path Write_Logbook(const Services& services, const Log_Table& t
             const std::string_view value = cells.at(field.column);
             if (field.included) {
                 file.Line(R"(<td width="2%"><font size="1" face="Arial">)",
-                          value.empty() ? "-" : value, "</td>");
+                          value.empty() ? "-" : HTML_Text(value), "</td>");
             }
         }
         file.Line("</tr>");

@@ -128,7 +128,7 @@ TEST_F(Reports_Test, An_empty_log_is_said_to_be_empty_but_has_statistics) {
 TEST_F(Reports_Test, A_flights_report_has_own_fields_only_where_there_are_some) {
     std::map<std::size_t, std::string> cells;
     for (std::size_t column = 0; column < log_column_count; ++column)
-        cells[column] = "c" + std::to_string(column);
+        cells[column] = "<c" + std::to_string(column) + ">";
     cells[0] = "5/1/2008";
     Write(log_file,
           Flight(cells) + Flight({{0, "5/2/2008"}, {1, "C172"}, {19, "No <i>own</i> fields"}}));
@@ -142,7 +142,7 @@ TEST_F(Reports_Test, A_flights_report_has_own_fields_only_where_there_are_some) 
     Write("bin/optfields.cfg", "Gate^\r\nType^A|B\r\nThree^\r\n");
     std::string airline_fields;
     for (int i = 0; i < 10; ++i)
-        airline_fields += "Crew " + std::to_string(i) + "^\r\n";
+        airline_fields += "Cr&w " + std::to_string(i) + "^\r\n";
     Write("VA/vafields.cfg", airline_fields);
     va_settings->Get_VA_Settings("DEFAULT");
     log->VA_Change();
