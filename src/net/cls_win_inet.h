@@ -67,6 +67,7 @@ class clsWinInet {
   private:
     [[nodiscard]] std::string HTTP_Request(std::string_view host, Http_Verb verb,
                                            std::string_view path);
+    [[nodiscard]] std::string Ask_Source(std::string_view path, std::string_view code);
     void Add_Field(std::string_view name, std::string_view value);
     [[nodiscard]] std::string Get_TAF(std::string_view icao);
     [[nodiscard]] std::string Get_METAR_TAF(std::string_view icao);

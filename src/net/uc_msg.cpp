@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "acars/cls_acars.h"
+#include "common/boxes.h"
 #include "common/file_writer.h"
 #include "common/log_error.h"
 #include "common/services.h"
@@ -122,6 +123,14 @@ void ucMSG::Get_WX() {
         }
         if (is_over())
             return;
+        if (report.empty()) {
+            Tell(m_services.desktop,
+                 fmt::format("No weather report of {} came, and no message was sent.  Please check "
+                             "the code, and the weather source in the settings; the error log says "
+                             "whether the source failed.",
+                             code));
+            return;
+        }
         Send_Message(Message_Type::weather, report);
         // What the pilot typed while the weather was on its way is another command.
         if (txtCommand.Text() == typed)

@@ -61,11 +61,28 @@ std::string On_One_Line(std::string_view report) {
     return Trim(Replace_All(report, "\n", ""));
 }
 
+/// What a terminal or a browser would take as an order is no weather. Tabs and line breaks stay.
+std::string Without_Controls(std::string text) {
+    static constexpr std::string_view undefined = "\x81\x8D\x8F\x90\x9D";
+    std::erase_if(text, [](char c) {
+        const auto code = static_cast<unsigned char>(c);
+        const bool kept = c == '\t' || c == '\r' || c == '\n';
+        return (code < ' ' && !kept) || code == 0x7F || undefined.find(c) != undefined.npos;
+    });
+    return text;
+}
+
 std::string Code_Of(std::string_view icao) {
     return Upper(Trim(icao));
 }
 
 }  // namespace
+
+/// The source's answer to `path` with the code behind it.
+std::string clsWinInet::Ask_Source(std::string_view path, std::string_view code) {
+    return Without_Controls(
+        HTTP_Request(m_sources.URL(), Http_Verb::get, std::string(path) + Encode_URL(code)));
+}
 
 std::string clsWinInet::Get_METAR(std::string_view icao) {
     const std::string& source = m_settings.WX_URL();
@@ -77,8 +94,7 @@ std::string clsWinInet::Get_METAR(std::string_view icao) {
         std::string report;
         if (!code.empty()) {
             m_sources.Get_URLs(source);
-            std::string answer = HTTP_Request(m_sources.URL(), Http_Verb::get,
-                                              m_sources.URL_METAR() + Encode_URL(code));
+            std::string answer = Ask_Source(m_sources.URL_METAR(), code);
             if (!Holds_Any(answer, {"error", "sorry", "you entered", "no metar"}))
                 report = On_One_Line(Cut_METAR(code, std::move(answer)));
         }
@@ -105,8 +121,7 @@ std::string clsWinInet::Get_TAF(std::string_view icao) {
         std::string report;
         if (!code.empty()) {
             m_sources.Get_URLs("NOAA");
-            const std::string answer = HTTP_Request(m_sources.URL(), Http_Verb::get,
-                                                    m_sources.URL_TAF() + Encode_URL(code));
+            const std::string answer = Ask_Source(m_sources.URL_TAF(), code);
             if (!Holds_Any(answer, {"error", "sorry", "no taf"}))
                 report = On_One_Line(Cut_At_Code(code, answer));
         }
@@ -122,8 +137,7 @@ std::string clsWinInet::Get_METAR_TAF(std::string_view icao) {
         std::string report;
         if (!code.empty()) {
             m_sources.Get_URLs("ADDS");
-            report = HTTP_Request(m_sources.URL(), Http_Verb::get,
-                                  m_sources.URL_METAR_TAF() + Encode_URL(code));
+            report = Ask_Source(m_sources.URL_METAR_TAF(), code);
             if (Holds_Any(report, {"error", "sorry", "you entered"}))
                 report.clear();
             else if (!Is_Plain(report))
@@ -142,7 +156,9 @@ std::string clsWinInet::Get_WX(std::string_view icao) {
             result = Trim(Get_METAR_TAF(icao));
         } else if (source == "NOAA" || source == "VATSIM") {
             const std::string metar = Get_METAR(icao);
-            result = Trim(metar + "\r\n\r\n" + Get_TAF(icao));
+            const std::string taf = Get_TAF(icao);
+            const bool both = !metar.empty() && !taf.empty();
+            result = Trim(metar + (both ? "\r\n\r\n" : "") + taf);
         }
     });
     return result;

@@ -151,18 +151,20 @@ TEST_F(Messages_Of_A_Flight, Weather_At_The_Surface) {
           {Variable::precipitation_type, 1},
           {Variable::precipitation_rate, 4},
           {Variable::cloud1_cover_eighths, 2},
+          {Variable::sea_level_pressure_inhg, 29.40},
           {Variable::cloud1_base_hundred_ft, 25}},
-         "KJFK 51405Z 0900518KT 10SM +RA FEW025 15/-3 A2992"},
+         "KJFK 51405Z 0900518KT 10SM +RA FEW025 15/-3 A2940"},
         {{{Variable::surface_wind_third, 0},
           {Variable::precipitation_type, 2},
           {Variable::precipitation_rate, 3},
           {Variable::cloud1_cover_eighths, 4},
           {Variable::cloud1_base_hundred_ft, 0},
           {Variable::cloud2_cover_eighths, 8},
+          {Variable::sea_level_pressure_inhg, 30.00},
           {Variable::cloud2_base_hundred_ft, 120}},
-         "KJFK 51405Z 09005KT 10SM -SN SCT OVC120 15/-3 A2992"},
+         "KJFK 51405Z 09005KT 10SM -SN SCT OVC120 15/-3 A3000"},
         {{{Variable::cloud1_cover_eighths, 0}, {Variable::cloud2_cover_eighths, 7}},
-         "KJFK 51405Z 09005KT 10SM -SN SKC BKN120 15/-3 A2992"},
+         "KJFK 51405Z 09005KT 10SM -SN SKC BKN120 15/-3 A3000"},
     };
     for (const Weather_Case& weather : cases) {
         for (const auto& [variable, value] : weather.values)

@@ -209,6 +209,15 @@ TEST_F(Message_Panel, Weather_becomes_a_message_of_the_flight_that_asked) {
     EXPECT_THAT(Take_Asked(), ElementsAre("/NOAA/metar?id=KBOS", "/NOAA/taf?id=KBOS"));
     Pass();
     Take_Asked();
+    const std::string log = panel->Log();
+    const std::string source = settings.WX_URL();
+    settings.Set_WX_URL("NONE");
+    Ask_Weather("KJFK");
+    settings.Set_WX_URL(source);
+    EXPECT_EQ(panel->Log(), log) << "no report is no message";
+    ASSERT_EQ(desktop.boxes.size(), 1U);
+    EXPECT_THAT(desktop.boxes[0].text, HasSubstr("No weather report of KJFK came"));
+    EXPECT_EQ(panel->txtCommand.Text(), "KJFK");
 
     for (const auto& ends : {std::function<void()>([&] { engine.Reset(); }),
                              std::function<void()>([&] { engine.events.FlightAtGate.emit(); }),

@@ -59,6 +59,7 @@ TEST_F(Weather, Each_Source_Has_Its_Own_Way_To_Hold_A_Metar) {
              {"VATSIM", "<input value=\"metar=KJFK \"1\"\"><p>\">", "KJFK \"1\""},
              {"VATSIM", "KJFK 1\n", "KJFK 1"},
              {"VATSIM", "<p>KJFK 1</p>", none},
+             {"ADDS", "KJFK\t1\x1b[2J\x07\x7f\x9d\xe9", "KJFK\t1[2J\xe9"},
              {"OTHER", "a <b> \nc", "a <b> c"},
              {"OTHER", "So sorry", none},
              {"OTHER", "You Entered nothing", none},
@@ -104,6 +105,10 @@ TEST_F(Weather, Metar_And_Taf_Together_Keep_Their_Lines) {
     }
     pages["/NOAA/taf"] = "No TAF";
     EXPECT_EQ(Client().Get_WX("KJFK"), "KJFK 9\r\n\r\n" + none);
+    pages["/VATSIM/metar"] = "metar=KJFK\x07 9";
+    pages["/NOAA/taf"] = "";
+    EXPECT_EQ(Client().Get_WX("KJFK"), "") << "two failures are no report";
+    EXPECT_EQ(Take_Errors().size(), 2U);
 }
 
 TEST_F(Weather, Nothing_Is_Asked_Without_A_Code_Or_A_Source) {
