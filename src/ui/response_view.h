@@ -1,6 +1,6 @@
 #pragma once
-// The response viewer's window: what the airline's PIREP script answered, drawn as the page it is,
-// and a link that closes it. Nothing that the page names is loaded or followed.
+// The response viewer's window: what the airline's PIREP script answered, drawn as a plain
+// page, and a link that closes it. Nothing that the page names is loaded or followed.
 
 #include <QDialog>
 #include <QLabel>
@@ -9,9 +9,6 @@
 #include "logentry/frm_response.h"
 
 namespace norvane {
-
-/// The bytes of an answer as text: without control characters, at most about 32 KiB of it.
-[[nodiscard]] QString Readable_Page(const std::string& bytes);
 
 class Response_View : public QDialog {
   public:
