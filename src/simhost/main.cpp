@@ -3,6 +3,7 @@
 // there.
 
 #include <fmt/format.h>
+#include <poll.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <csignal>
 #include <cstdio>
 #include <memory>
+#include <thread>
 
 #include "common/code_page.h"
 #include "common/number.h"
@@ -30,6 +32,7 @@ namespace {
 constexpr int done = 0;
 constexpr int failed = 1;
 constexpr int wrong_usage = 2;
+constexpr std::chrono::milliseconds longest_ending{700};
 
 struct Command_Line {
     std::string scenario;
@@ -56,6 +59,19 @@ int Stop_Descriptor() {
     // Nobody reading our lines is no reason to stop flying.
     (void)std::signal(SIGPIPE, SIG_IGN);
     return ::signalfd(-1, &signals, SFD_CLOEXEC);
+}
+
+/// The program waits on the stop descriptor wherever it waits. The system waits for name servers
+/// and disks without: what still waits this long after the stop is not waited for. Files are whole
+/// at every moment, and who comes next takes over the socket's file.
+void End_When_Stopped(int stop) {
+    std::thread([stop] {
+        pollfd entry{stop, POLLIN, 0};
+        while (::poll(&entry, 1, -1) <= 0) {
+        }
+        std::this_thread::sleep_for(longest_ending);
+        ::_exit(done);
+    }).detach();
 }
 
 /// Where scenarios and the simulator's aircraft are.
@@ -194,6 +210,7 @@ int Run(int argc, char** argv) {
     }
 
     const int stop = Stop_Descriptor();
+    End_When_Stopped(stop);
     if (record.parsed()) {
         System_Clock clock;
         Record({Parse_Link_Address(line.record_from),

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <span>
 #include <utility>
@@ -25,7 +26,7 @@ Property_Server::Property_Server(Link_Address address, Property_Pace pace)
     : m_address(std::move(address)), m_pace(pace), m_piece(piece_size) {}
 
 pollfd Property_Server::Wanted() const {
-    const short events = m_outgoing.empty() ? POLLIN : POLLIN | POLLOUT;
+    const short events = m_connecting ? POLLOUT : m_outgoing.empty() ? POLLIN : POLLIN | POLLOUT;
     return system_sockets::Poll_Entry(m_socket.Descriptor(), events);
 }
 
@@ -35,6 +36,10 @@ std::chrono::milliseconds Property_Server::Until_Next_Step() const {
 }
 
 void Property_Server::Step() {
+    if (m_connecting) {
+        Await_Connection();
+        return;
+    }
     if (m_socket.Is_Open())
         Receive();
     if (m_socket.Is_Open())
@@ -52,12 +57,50 @@ void Property_Server::Step() {
 }
 
 void Property_Server::Connect() {
-    int failure = 0;
-    m_socket = Connect_To(m_address, {std::chrono::steady_clock::now() + m_pace.connect}, failure);
-    if (!m_socket.Is_Open()) {
-        Lose(failure == 0 ? "the host is unknown" : std::strerror(failure));
-        return;
+    m_names = Names_Of(m_address, false);
+    std::reverse(m_names.begin(), m_names.end());
+    Try_Next_Name("the host is unknown");
+}
+
+/// `failure`: why there is no connection should no name be left.
+void Property_Server::Try_Next_Name(std::string failure) {
+    m_connecting = false;
+    while (!m_names.empty()) {
+        const Socket_Name name = m_names.back();
+        m_names.pop_back();
+        m_socket = Link_Socket(system_sockets::New_Stream(name));
+        const int result =
+            m_socket.Is_Open() ? system_sockets::Connect(m_socket.Descriptor(), name) : errno;
+        if (result == 0) {
+            Begin();
+            return;
+        }
+        if (result == EINPROGRESS) {
+            m_connecting = true;
+            m_next = std::chrono::steady_clock::now() + m_pace.connect;
+            return;
+        }
+        failure = std::strerror(result);
     }
+    Lose(failure);
+}
+
+void Property_Server::Await_Connection() {
+    pollfd entry = Wanted();
+    const bool decided = system_sockets::Poll({&entry, 1}, 0ms) > 0;
+    if (!decided && std::chrono::steady_clock::now() < m_next)
+        return;
+    const int result =
+        decided ? system_sockets::Connection_Failure(m_socket.Descriptor()) : ETIMEDOUT;
+    if (result == 0)
+        Begin();
+    else
+        Try_Next_Name(std::strerror(result));
+}
+
+void Property_Server::Begin() {
+    m_connecting = false;
+    system_sockets::Send_At_Once(m_socket.Descriptor());
     // Answers without prompt and decoration.
     m_outgoing = "data\r\n";
     Ask();
@@ -76,7 +119,7 @@ void Property_Server::Ask() {
 }
 
 void Property_Server::Set(std::string_view path, std::string_view value) {
-    if (!m_socket.Is_Open())
+    if (!m_socket.Is_Open() || m_connecting)
         return;
     std::string line = fmt::format("set {} {}", path, value);
     std::replace_if(

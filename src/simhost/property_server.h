@@ -1,8 +1,8 @@
 #pragma once
 // The connection to a simulator's property server: a line "get PATH" each, asked in one go,
 // answered by a line each in the same order. It connects, samples at its pace, tells what goes
-// wrong, and tries again for ever. Runs on its owner's thread, a `Step` at a time, and never waits
-// for answers.
+// wrong, and tries again for ever. Runs on its owner's thread, a `Step` at a time, and waits for
+// neither connection nor answers.
 
 #include <sigc++/sigc++.h>
 
@@ -23,7 +23,7 @@ struct Property_Pace {
     std::chrono::milliseconds sample{100};
     /// For all answers of a sample. A simulator that loads scenery can stand still for seconds.
     std::chrono::milliseconds answer{5000};
-    /// A step waits so long for a connection, and does nothing else meanwhile.
+    /// For a connection with each of the host's names.
     std::chrono::milliseconds connect{1000};
     /// Before the next try to connect.
     std::chrono::milliseconds retry{1000};
@@ -56,6 +56,9 @@ class Property_Server {
     using Moment = std::chrono::steady_clock::time_point;
 
     void Connect();
+    void Try_Next_Name(std::string failure);
+    void Await_Connection();
+    void Begin();
     void Ask();
     void Receive();
     void Take_Lines();
@@ -65,12 +68,16 @@ class Property_Server {
     Link_Address m_address;
     Property_Pace m_pace;
     Link_Socket m_socket;
+    /// The host's names that are still to be tried, the next one last.
+    std::vector<Socket_Name> m_names;
+    /// The socket has begun to connect.
+    bool m_connecting = false;
     std::string m_outgoing;
     std::string m_incoming;
     std::vector<std::string> m_answers;
     /// Answers that are due for the sample that was asked for; 0: none was.
     std::size_t m_due = 0;
-    /// When to connect or ask next, or, while answers are due, to give them up.
+    /// When to connect or ask next, or, while a connection or answers are due, to give them up.
     Moment m_next;
     Moment m_sampled_at;
     std::vector<std::byte> m_piece;

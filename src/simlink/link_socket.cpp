@@ -2,23 +2,15 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <vector>
 
 #include "common/code_page.h"
 #include "common/run_error.h"
-#include "simlink/system_sockets.h"
 
 namespace norvane {
 
 namespace {
 
 using namespace std::chrono_literals;
-
-/// All names of the address; none when its host is unknown.
-std::vector<Socket_Name> Names_Of(const Link_Address& address, bool listening) {
-    return address.Is_Unix() ? system_sockets::Names_Of_File(address.socket_file)
-                             : system_sockets::Names_Of_Host(address.host, address.port, listening);
-}
 
 /// 0, or why the connection did not come about.
 int Connect_One(const Link_Socket& socket, const Socket_Name& name, Link_Deadline deadline) {
@@ -65,6 +57,11 @@ Link_Socket& Link_Socket::operator=(Link_Socket&& other) noexcept {
 void Link_Socket::Close() {
     if (m_descriptor >= 0)
         system_sockets::Close(std::exchange(m_descriptor, -1));
+}
+
+std::vector<Socket_Name> Names_Of(const Link_Address& address, bool listening) {
+    return address.Is_Unix() ? system_sockets::Names_Of_File(address.socket_file)
+                             : system_sockets::Names_Of_Host(address.host, address.port, listening);
 }
 
 Link_Socket Connect_To(const Link_Address& address, Link_Deadline deadline, int& errno_value) {

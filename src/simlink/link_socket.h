@@ -7,8 +7,10 @@
 #include <cstdint>
 #include <functional>
 #include <utility>
+#include <vector>
 
 #include "simlink/link_address.h"
+#include "simlink/system_sockets.h"
 
 namespace norvane {
 
@@ -42,6 +44,9 @@ struct Link_Deadline {
 
     [[nodiscard]] bool Has_Passed() const { return std::chrono::steady_clock::now() >= moment; }
 };
+
+/// All names of the address, in the order to try them; none when its host is unknown.
+[[nodiscard]] std::vector<Socket_Name> Names_Of(const Link_Address& address, bool listening);
 
 /// A socket connected to `address`; closed, with the reason in `errno_value`, when nobody takes the
 /// connection (ETIMEDOUT: not in time) or the host is unknown.

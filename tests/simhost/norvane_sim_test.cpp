@@ -1,17 +1,19 @@
 // The program norvane-sim as its users start it.
 
-#include <sys/wait.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 #include <csignal>
-#include <cstdio>
 
 #include "common/line_reader.h"
 #include "common/system_clock.h"
+#include "common/text.h"
 #include "simhost/recording.h"
 #include "simlink/link_peers.h"
 #include "simlink/mod_fsuipc.h"
 #include "simlink/sim_reader.h"
 #include "simlink/socket_transport.h"
+#include "support/child_process.h"
 #include "support/test_world.h"
 
 namespace norvane {
@@ -20,55 +22,16 @@ namespace {
 using namespace std::chrono_literals;
 using namespace test;
 
-/// A running norvane-sim; killed when it goes out of scope.
-class Sim_Process {
-  public:
-    explicit Sim_Process(std::vector<std::string> arguments) {
-        int ends[2] = {-1, -1};
-        EXPECT_EQ(::pipe(ends), 0);
-        m_process = ::fork();
-        if (m_process == 0) {
-            ::dup2(ends[1], STDOUT_FILENO);
-            ::dup2(ends[1], STDERR_FILENO);
-            ::close(ends[0]);
-            std::vector<char*> argv = {const_cast<char*>("norvane-sim")};
-            for (std::string& argument : arguments)
-                argv.push_back(argument.data());
-            argv.push_back(nullptr);
-            ::execv(NORVANE_SIM, argv.data());
-            ::_exit(127);
-        }
-        ::close(ends[1]);
-        m_output = ::fdopen(ends[0], "r");
+struct Sim_Process : Child_Process {
+    explicit Sim_Process(std::vector<std::string> arguments)
+        : Child_Process((arguments.insert(arguments.begin(), NORVANE_SIM), arguments)) {}
+    bool Says(const std::string& line) {
+        return Read_Until([&](const std::string& output) { return Contains(output, line + "\n"); });
     }
-    ~Sim_Process() {
-        if (m_process > 0)
-            (void)End(SIGKILL);
-        std::fclose(m_output);
+    int End(int signal) {
+        Send(signal);
+        return Wait();
     }
-    Sim_Process(const Sim_Process&) = delete;
-    Sim_Process& operator=(const Sim_Process&) = delete;
-
-    std::string Line() {
-        char buffer[1000];
-        if (std::fgets(buffer, sizeof buffer, m_output) == nullptr)
-            return "(end)";
-        std::string line = buffer;
-        line.pop_back();
-        return line;
-    }
-    /// The exit status after `signal` (0: none was sent), or minus the signal that ended it.
-    int End(int signal = 0) {
-        if (signal != 0)
-            ::kill(m_process, signal);
-        int status = 0;
-        ::waitpid(std::exchange(m_process, -1), &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
-
-  private:
-    pid_t m_process = -1;
-    std::FILE* m_output = nullptr;
 };
 
 class Norvane_Sim : public testing::Test {
@@ -84,26 +47,38 @@ class Norvane_Sim : public testing::Test {
 };
 
 TEST_F(Norvane_Sim, A_Killed_Ones_Address_Is_Taken_Over_And_A_Live_Ones_Is_Not) {
-    {
-        Sim_Process killed(Replay_Arguments());
-        EXPECT_EQ(killed.Line(), "listening on " + address);
-        EXPECT_EQ(killed.End(SIGKILL), -SIGKILL);
-    }
+    Sim_Process killed(Replay_Arguments());
+    EXPECT_TRUE(killed.Says("listening on " + address));
+    EXPECT_EQ(killed.End(SIGKILL), 128 + SIGKILL);
     for (const int signal : {SIGINT, SIGTERM}) {
         Sim_Process sim(Replay_Arguments());
-        EXPECT_EQ(sim.Line(), "listening on " + address);
+        EXPECT_TRUE(sim.Says("listening on " + address));
         Sim_Process second(Replay_Arguments());
-        EXPECT_NE(second.Line().find("another program listens there"), std::string::npos);
-        EXPECT_EQ(second.End(), 1);
+        EXPECT_EQ(second.Wait(), 1);
+        EXPECT_TRUE(Contains(second.Errors(), "another program listens there"));
         EXPECT_EQ(sim.End(signal), 0);
-        EXPECT_EQ(sim.Line(), "(end)");
+        EXPECT_EQ(sim.Output(), "listening on " + address + "\n");
         EXPECT_FALSE(std::filesystem::exists(directory.Address().socket_file));
     }
 }
 
+/// A simulator that says nothing and a file that is not delivered.
+TEST_F(Norvane_Sim, A_Signal_Ends_It_Whatever_It_Waits_For) {
+    const Link_Socket silent = Listen_At(directory.Address());
+    const std::string pipe = directory.path / "pipe.rec";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    Sim_Process recorder({"record", "--from", address, "a.rec"});
+    EXPECT_TRUE(Wait_For(silent, POLLIN, {std::chrono::steady_clock::now() + 60s}));
+    EXPECT_EQ(recorder.End(SIGTERM), 0) << recorder.Errors();
+    Sim_Process player({"replay", pipe});
+    const int undelivered = ::open(pipe.c_str(), O_WRONLY | O_CLOEXEC);
+    EXPECT_EQ(player.End(SIGTERM), 0);
+    ::close(undelivered);
+}
+
 TEST_F(Norvane_Sim, A_Client_Reads_The_World_And_Shows_Texts_In_It) {
     Sim_Process sim(Replay_Arguments());
-    EXPECT_EQ(sim.Line(), "listening on " + address);
+    EXPECT_TRUE(sim.Says("listening on " + address));
     System_Clock clock;
     Socket_Transport transport(directory.Address());
     modFSUIPC link(transport, clock);
@@ -113,7 +88,7 @@ TEST_F(Norvane_Sim, A_Client_Reads_The_World_And_Shows_Texts_In_It) {
     EXPECT_EQ(reader.Read_Text(Variable::aircraft_title), "Cessna 172P Skyhawk (1982)");
     EXPECT_EQ(reader.Read_Whole(Variable::on_ground), 0) << "begun in the air";
     EXPECT_TRUE(reader.Write_Display("ACARS/ D\xE9part", 8));
-    EXPECT_EQ(sim.Line(), "ACARS/ D\xC3\xA9part");
+    EXPECT_TRUE(sim.Says("ACARS/ D\xC3\xA9part"));
     EXPECT_EQ(sim.End(SIGTERM), 0);
     EXPECT_EQ(reader.Read(Variable::on_ground), 0);
     EXPECT_EQ(reader.Failed()->text, "IPC sendmessage failed all retries");
@@ -124,13 +99,13 @@ TEST_F(Norvane_Sim, A_Recording_Is_Whole_Whether_It_Or_The_Simulator_Is_Stopped)
     for (const bool stop_recorder : {true, false}) {
         std::filesystem::remove(file);
         Sim_Process sim(Replay_Arguments());
-        sim.Line();
+        EXPECT_TRUE(sim.Says("listening on " + address));
         Sim_Process recorder({"record", "--from", address, "--every", "10", file.string()});
         while (!std::filesystem::exists(file) || Read_File(file).find("\n0.1") == std::string::npos)
             std::this_thread::sleep_for(5ms);
         if (!stop_recorder)
             sim.End(SIGKILL);
-        EXPECT_EQ(recorder.End(stop_recorder ? SIGINT : 0), 0);
+        EXPECT_EQ(stop_recorder ? recorder.End(SIGINT) : recorder.Wait(), 0);
         EXPECT_EQ(Read_File(file).back(), '\n');
         const auto moments = Read_Recording(file);
         EXPECT_GE(moments.back().seconds, 0.1);
@@ -159,8 +134,8 @@ TEST_F(Norvane_Sim, Wrong_Usage_And_Missing_Files_Are_Told_Apart) {
     };
     for (const auto& c : cases) {
         Sim_Process sim(c.arguments);
-        EXPECT_NE(sim.Line(), "(end)") << "nothing said";
-        EXPECT_EQ(sim.End(), c.status) << testing::PrintToString(c.arguments);
+        EXPECT_EQ(sim.Wait(), c.status) << testing::PrintToString(c.arguments);
+        EXPECT_NE(sim.Output() + sim.Errors(), "") << "nothing said";
     }
     EXPECT_FALSE(std::filesystem::exists("a.rec")) << "touched before a simulator answered";
 }
