@@ -17,7 +17,8 @@ namespace norvane {
 namespace {
 
 constexpr std::string_view every_aircraft = "*";
-constexpr int wheel_count = 10;
+/// Floats and skis with wheels of their own are counted behind the wheels they replace.
+constexpr int wheel_count = 26;
 /// More than the offset area has: aircraft with many keep their fuel in the higher ones too.
 constexpr int flightgear_tank_count = 16;
 constexpr int cloud_layer_count = 5;
@@ -45,6 +46,7 @@ constexpr auto figure_rows = std::to_array<Figure_Row>({
     {Figure::true_heading_deg, "true_heading_deg", number, 1, 0, 360},
     {Figure::magnetic_variation_deg, "magnetic_variation_deg", number, 1, -180, 180},
     {Figure::wheel_on_ground, "wheel_on_ground", flag, wheel_count, 0, 1},
+    {Figure::on_water, "on_water", flag, 1, 0, 1},
     {Figure::parking_brake, "parking_brake", number, 1, 0, 1},
     {Figure::engine_type, "engine_type", number, 1, 0, 5},
     {Figure::engine_count, "engine_count", number, 1, 0, most_engines},

@@ -33,6 +33,7 @@ enum class Figure {
     true_heading_deg,
     magnetic_variation_deg,
     wheel_on_ground,
+    on_water,
     parking_brake,
     engine_type,
     engine_count,

@@ -17,8 +17,9 @@ constexpr const char* stand_in_aircraft = "flightgear";
 constexpr double stand_in_rpm = 1000;
 /// From this version on the aircraft's path is a full one.
 constexpr std::uint16_t first_with_full_paths = 8;
-/// Above the ground by less, an aircraft without wheels stands on it.
+/// Lower above ground or water, and slower, an aircraft without wheels stands there.
 constexpr double standing_ft = 20;
+constexpr double standing_kt = 40;
 constexpr double running_rpm = 100;
 constexpr double running_n1_percent = 10;
 constexpr double running_n2_percent = 15;
@@ -58,6 +59,19 @@ Date_Time Computer_Utc() {
     return Date_Time_Of_Seconds(std::chrono::duration_cast<std::chrono::seconds>(now).count());
 }
 
+/// Whoever chose none flies as "callsign", or as "FG-" and four random digits that FlightGear's
+/// default aircraft makes up.
+bool Is_Chosen(std::string_view call_sign) {
+    constexpr std::string_view made_up = "FG-";
+    constexpr std::size_t digits = 4;
+    if (call_sign == "callsign")
+        return false;
+    if (!call_sign.starts_with(made_up))
+        return true;
+    const std::string_view rest = call_sign.substr(made_up.size());
+    return rest.size() != digits || rest.find_first_not_of("0123456789") != rest.npos;
+}
+
 /// 360 is north as 0 is, and the field of a full turn holds no more than just below it.
 double Direction(double degrees) {
     return std::fmod(degrees, 360.0);
@@ -85,6 +99,7 @@ Sample_Use Flightgear_World::Take(std::vector<std::string> answers) {
     const std::string aircraft = m_sampling.Text(Figure::aircraft);
     if (aircraft != m_aircraft) {
         m_aircraft = aircraft;
+        m_has_stood_on_wheels = false;
         m_sampling = Flightgear_Sampling(m_table, aircraft);
         return Sample_Use::another_aircraft;
     }
@@ -93,6 +108,7 @@ Sample_Use Flightgear_World::Take(std::vector<std::string> answers) {
             return Sample_Use::no_position;
     }
     m_taken = m_sampling;
+    m_has_stood_on_wheels = m_has_stood_on_wheels || Stands_On_Wheels();
     return Sample_Use::taken;
 }
 
@@ -111,7 +127,7 @@ void Flightgear_World::Apply_Simulator(Offset_Area& area) const {
     area.Set_Text(Variable::aircraft_path, m_aircraft_path);
     area.Set_Text(Variable::aircraft_title, m_taken.Text(Figure::title));
     const std::string call_sign = m_taken.Text(Figure::call_sign);
-    area.Set_Text(Variable::atc_identifier, call_sign == "callsign" ? "" : call_sign);
+    area.Set_Text(Variable::atc_identifier, Is_Chosen(call_sign) ? call_sign : "");
     // Neither a paused aircraft nor a replayed one is flown: clients take no note of a slewed one.
     const bool held = m_taken.Is(Figure::paused) || m_taken.Is(Figure::replay);
     area.Set(Variable::slew_mode, held ? 1 : 0);
@@ -137,17 +153,21 @@ void Flightgear_World::Apply_Clock(Offset_Area& area) const {
     Set_Clock(utc, local, area);
 }
 
-bool Flightgear_World::Is_On_Ground() const {
-    bool told = false;
+bool Flightgear_World::Stands_On_Wheels() const {
     for (int wheel = 0; wheel < Row_Of(Figure::wheel_on_ground).count; ++wheel) {
-        const auto on_ground = m_taken.Find(Figure::wheel_on_ground, wheel);
-        if (on_ground && *on_ground != 0)
+        if (m_taken.Is(Figure::wheel_on_ground, false, wheel))
             return true;
-        told = told || on_ground;
     }
+    return false;
+}
+
+bool Flightgear_World::Is_On_Ground() const {
+    if (Stands_On_Wheels() || m_taken.Is(Figure::on_water))
+        return true;
     const double above_ft =
         m_taken.Get(Figure::altitude_ft) - m_taken.Get(Figure::ground_elevation_ft);
-    return !told && above_ft < standing_ft;
+    return !m_has_stood_on_wheels && above_ft < standing_ft &&
+           m_taken.Get(Figure::ground_speed_kt) < standing_kt;
 }
 
 double Flightgear_World::True_Airspeed_Kt() const {

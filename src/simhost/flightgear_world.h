@@ -1,6 +1,11 @@
 #pragma once
 // The world as FlightGear tells it: samples of its properties become figures, figures the offset
 // area. Owned by the command; the property server (property_server.h) feeds it.
+//
+// On the ground is an aircraft of which a wheel is, or that is on the water. Floats, the UFO and
+// gliders tell nothing of wheels, or "no" for those that they lack: an aircraft that has not stood
+// on a wheel yet is on the ground, too, while it is below 20 ft above ground or water and slower
+// than 40 kt. One that has is not: a helicopter hovers there.
 
 #include <cstdint>
 #include <filesystem>
@@ -46,6 +51,7 @@ class Flightgear_World : public World_Source {
     [[nodiscard]] double Apply_Fuel(Offset_Area& area) const;
     void Apply_Air(Offset_Area& area) const;
     void Apply_Clouds(Offset_Area& area) const;
+    [[nodiscard]] bool Stands_On_Wheels() const;
     [[nodiscard]] bool Is_On_Ground() const;
     [[nodiscard]] double True_Airspeed_Kt() const;
     [[nodiscard]] int Engine_Kind() const;
@@ -58,6 +64,8 @@ class Flightgear_World : public World_Source {
     std::string m_aircraft;
     Flightgear_Sampling m_sampling;
     Flightgear_Sampling m_taken;
+    /// This aircraft has told of a wheel on the ground.
+    bool m_has_stood_on_wheels = false;
 };
 
 }  // namespace norvane

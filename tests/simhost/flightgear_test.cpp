@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -5,6 +6,7 @@
 #include <map>
 #include <memory>
 
+#include "common/line_reader.h"
 #include "common/run_error.h"
 #include "common/system_clock.h"
 #include "common/text.h"
@@ -13,64 +15,33 @@
 #include "simlink/mod_fsuipc.h"
 #include "simlink/sim_reader.h"
 #include "simlink/socket_transport.h"
+#include "support/test_world.h"
 
 namespace norvane {
 namespace {
 
 using namespace std::chrono_literals;
 using namespace test;
+using enum Variable;
+using system_sockets::Receive;
 using testing::HasSubstr;
 
 using Properties = std::map<std::string, std::string>;
 
+const std::string call_sign = "/sim/multiplay/callsign";
 const std::filesystem::path shipped =
     std::filesystem::path(NORVANE_SOURCE_DIR) / "data" / "simulator";
 
 /// As the default aircraft tells them in flight.
 Properties Cessna() {
-    return {{"/sim/signals/fdm-initialized", "true"},
-            {"/sim/aircraft", "c172p"},
-            {"/sim/description", "Cessna 172P Skyhawk (1982)"},
-            {"/sim/multiplay/callsign", "callsign"},
-            {"/sim/time/utc/year", "2026"},
-            {"/sim/time/utc/month", "3"},
-            {"/sim/time/utc/day", "1"},
-            {"/sim/time/utc/hour", "13"},
-            {"/sim/time/utc/minute", "16"},
-            {"/sim/time/local-day-seconds", "47785"},
-            {"/position/latitude-deg", "63.99183633"},
-            {"/position/longitude-deg", "-22.60542635"},
-            {"/position/altitude-ft", "1146.2"},
-            {"/position/ground-elev-ft", "141.8"},
-            {"/velocities/airspeed-kt", "98.4"},
-            {"/velocities/vertical-speed-fps", "-5"},
-            {"/orientation/heading-deg", "270.5"},
-            {"/environment/magnetic-variation-deg", "-9.7"},
-            {"/gear/gear[0]/wow", "false"},
-            {"/gear/gear[1]/wow", "false"},
-            {"/controls/gear/brake-parking", "0"},
-            {"/sim/model/c172p/brake-parking", "1"},
-            {"/engines/active-engine/running", "true"},
-            {"/engines/active-engine/rpm", "2310"},
-            {"/engines/active-engine/mp-osi", "24.5"},
-            {"/engines/active-engine/fuel-flow-gph", "7.5"},
-            {"/engines/engine[0]/rpm", "0"},
-            {"/engines/engine[1]/rpm", "0"},
-            {"/rotors/main/rpm", "2.394370126"},
-            {"/consumables/fuel/tank[0]/level-gal_us", "10.5"},
-            {"/consumables/fuel/tank[0]/capacity-gal_us", "21.5"},
-            {"/consumables/fuel/tank[0]/density-ppg", "6.02"},
-            {"/consumables/fuel/tank[1]/level-gal_us", "10"},
-            {"/consumables/fuel/tank[1]/capacity-gal_us", "21.5"},
-            {"/fdm/jsbsim/inertia/weight-lbs", "2000"},
-            {"/environment/clouds/layer[0]/elevation-ft", "20170"},
-            {"/environment/clouds/layer[0]/coverage", "few"},
-            {"/environment/clouds/layer[1]/elevation-ft", "4270"},
-            {"/environment/clouds/layer[1]/coverage", "scattered"},
-            {"/environment/clouds/layer[2]/elevation-ft", "-9999"},
-            {"/environment/clouds/layer[2]/coverage", "broken"},
-            {"/environment/snow-norm", "0.5"}};
+    Properties properties;
+    for (const std::string& line : Split(Read_File(Data_File("flightgear-c172p.txt")), '\n')) {
+        if (const auto sign = line.find(" = "); sign != std::string::npos)
+            properties[line.substr(0, sign)] = line.substr(sign + 3);
+    }
+    return properties;
 }
+const Properties cessna = Cessna();
 
 /// What the world makes of properties that do not change.
 class Told_World {
@@ -94,6 +65,12 @@ class Told_World {
     [[nodiscard]] double Get(Variable variable, int engine = 1) const {
         return area.Get(variable, engine);
     }
+    [[nodiscard]] std::vector<double> Get(std::initializer_list<Variable> variables) const {
+        std::vector<double> values;
+        for (const Variable variable : variables)
+            values.push_back(Get(variable));
+        return values;
+    }
     [[nodiscard]] double Fuel_Gal() const {
         double gallons = 0;
         for (const Tank_Row& tank : All_Tanks())
@@ -109,51 +86,93 @@ class Told_World {
     Flightgear_World m_world;
 };
 
-TEST(Flightgear_Worlds, Tell_The_Figures_Of_An_Aircraft_With_Lines_Of_Its_Own) {
-    const Told_World world(Cessna());
-    EXPECT_NEAR(world.Get(Variable::latitude_deg), 63.99183633, 1e-8);
-    EXPECT_NEAR(world.Get(Variable::longitude_deg), -22.60542635, 1e-8);
-    EXPECT_EQ(world.Get(Variable::indicated_airspeed_kt), 98);
-    EXPECT_EQ(world.Get(Variable::true_airspeed_kt), 100) << "computed from the indicated one";
-    EXPECT_EQ(world.Get(Variable::vertical_speed_fpm), -300);
-    EXPECT_EQ(world.Get(Variable::on_ground), 0);
-    EXPECT_GT(world.Get(Variable::parking_brake), 0) << "its own brake";
-    EXPECT_EQ(world.Get(Variable::engine_type), engine_kind::piston) << "no helicopter";
-    EXPECT_EQ(world.Get(Variable::engine_count), 1);
-    EXPECT_EQ(world.Get(Variable::engine_combustion), 1);
-    EXPECT_NEAR(world.Get(Variable::engine_propeller_fraction), 2.31, 1e-9);
-    EXPECT_NEAR(world.Get(Variable::engine_manifold_inhg), 24.5, 1e-3);
-    EXPECT_NEAR(world.Get(Variable::engine_fuel_flow_pph), 45.15, 1e-3);
+auto Near(std::vector<double> values) {
+    return testing::Pointwise(testing::DoubleNear(0.01), values);
+}
+
+TEST(Flightgear_Worlds, Tell_What_The_Aircraft_Tells) {
+    const Told_World world(cessna);
+    EXPECT_NEAR(world.Get(longitude_deg), -22.60542635, 1e-8);
+    EXPECT_THAT(world.Get({indicated_airspeed_kt, true_airspeed_kt, vertical_speed_fpm}),
+                Near({98, 100, -300}));
+    EXPECT_THAT(world.Get({parking_brake, slew_mode, day_of_year, local_hour}),
+                Near({32767, 0, 60, 13}));
+    EXPECT_THAT(world.Get({engine_type, engine_combustion, engine_propeller_fraction,
+                           engine_manifold_inhg, engine_fuel_flow_pph, zero_fuel_weight_lbs}),
+                Near({engine_kind::piston, 1, 2.31, 24.5, 45.15, 1877}));
+    EXPECT_THAT(world.Get({cloud1_base_hundred_ft, cloud2_base_hundred_ft, precipitation_type}),
+                Near({43, 202, 2}))
+        << "the lower layer first, and snow";
+    EXPECT_THAT(world.Get({surface_wind_speed_kt, surface_wind_direction_deg, surface_temperature_c,
+                           dew_point_c}),
+                Near({12, 240, 4, -1}))
+        << "the air at the aircraft, whatever the scenario says of the surface";
     EXPECT_NEAR(world.Fuel_Gal(), 20.5, 1e-3);
-    EXPECT_EQ(world.Get(Variable::zero_fuel_weight_lbs), 1877) << "2000 - 20.5 × 6.02";
-    EXPECT_EQ(world.Get(Variable::day_of_year), 60);
-    EXPECT_EQ(world.Get(Variable::local_hour), 13);
-    EXPECT_EQ(world.Get(Variable::local_minute), 16);
-    EXPECT_EQ(world.Get(Variable::cloud1_base_hundred_ft), 43) << "the lower layer is the first";
-    EXPECT_EQ(world.Get(Variable::cloud1_cover_eighths), 4);
-    EXPECT_EQ(world.Get(Variable::cloud2_base_hundred_ft), 202);
-    EXPECT_GE(world.Get(Variable::precipitation_type), 2) << "snow";
-    EXPECT_EQ(world.area.Get_Text(Variable::atc_identifier), "") << "a call sign nobody chose";
-    EXPECT_EQ(world.area.Get_Text(Variable::aircraft_path), "Aircraft\\flightgear\\flightgear.air");
-    EXPECT_EQ(Told_World(Cessna(), 8).area.Get_Text(Variable::aircraft_path),
+    EXPECT_EQ(world.area.Get_Text(aircraft_path), "Aircraft\\flightgear\\flightgear.air");
+    EXPECT_EQ(Told_World(cessna, 8).area.Get_Text(aircraft_path),
               "\\sim\\Aircraft\\flightgear\\flightgear.air");
 }
 
-TEST(Flightgear_Worlds, Hold_A_Flight_While_Paused_Or_Replayed) {
-    Properties properties = Cessna();
-    EXPECT_EQ(Told_World(properties).Get(Variable::slew_mode), 0);
-    properties["/sim/freeze/master"] = "true";
-    EXPECT_EQ(Told_World(properties).Get(Variable::slew_mode), 1);
-    properties["/sim/freeze/master"] = "false";
-    properties["/sim/replay/replay-state"] = "1";
-    EXPECT_EQ(Told_World(properties).Get(Variable::slew_mode), 1);
+TEST(Flightgear_Worlds, Follow_What_A_Property_Says) {
+    const auto with = [](const std::string& path, const std::string& value) {
+        Properties properties = cessna;
+        properties[path] = value;
+        return Told_World(properties);
+    };
+    EXPECT_EQ(with("/sim/freeze/master", "true").Get(slew_mode), 1);
+    EXPECT_EQ(with("/sim/replay/replay-state", "1").Get(slew_mode), 1);
+    for (const std::string variant : {"", "-bush26", "-ski", "-float", "-amphibious"})
+        EXPECT_EQ(with("/sim/aircraft", "c172p" + variant).Get(engine_count), 1);
+    for (const std::string made_up : {"callsign", "FG-8617", ""})
+        EXPECT_EQ(with(call_sign, made_up).area.Get_Text(atc_identifier), "");
+    for (const std::string chosen : {"N172NV", "FG-86170", "FG-86A7", "FG"})
+        EXPECT_EQ(with(call_sign, chosen).area.Get_Text(atc_identifier), chosen);
+}
+
+/// Sample by sample in one world. Heights and wheels are what FlightGear's own aircraft tell.
+TEST(Flightgear_Worlds, Know_The_Ground_By_Wheels_Water_Or_Height) {
+    constexpr int none = -1;
+    const struct {
+        std::string aircraft;
+        double above_ft, speed_kt;
+        int wheel;
+        std::string in_water;
+        bool expected;
+    } samples[] = {
+        {"c172p", 4, 0, 1, "0", true},
+        {"c172p", 15, 30, none, "0", false},  // it has wheels, and none is down
+        {"ufo", 0.1, 0, none, "", true},
+        {"ufo", 19, 39, none, "", true},
+        {"ufo", 19, 41, none, "", false},
+        {"ufo", 21, 0, none, "", false},
+        {"c172p-amphibious", 6.4, 0, 19, "0", true},
+        {"c172p-amphibious", 6.4, 30, none, "0", false},
+        {"c172p-amphibious", 5.7, 30, none, "0.7", true},
+        {"c172p-float", 5.7, 50, none, "0.4", true},
+        {"c172p-float", 7, 30, none, "0", true},  // it skips over the waves
+        {"c172p-float", 7, 50, none, "0", false},
+        {"c172p-ski", 4, 60, 25, "0", true},
+    };
+    Told_World world(cessna);
+    for (const auto& [aircraft, above_ft, speed_kt, wheel, in_water, expected] : samples) {
+        Properties properties = cessna;
+        properties["/sim/aircraft"] = aircraft;
+        properties["/position/altitude-ft"] = std::to_string(141.8 + above_ft);
+        properties["/velocities/groundspeed-kt"] = std::to_string(speed_kt);
+        properties["/fdm/jsbsim/hydro/active-norm"] = in_water;
+        for (int n = 0; n < 26; ++n)
+            properties[fmt::format("/gear/gear[{}]/wow", n)] = n == wheel ? "true" : "false";
+        if (world.Tell(properties) == Sample_Use::another_aircraft)
+            world.Tell(properties);
+        EXPECT_EQ(world.Get(on_ground), expected) << aircraft << " at " << above_ft << " ft";
+    }
 }
 
 /// Whatever stands in a property, no figure leaves the range in which aircraft live.
 TEST(Flightgear_Worlds, Make_Nothing_Wild_Of_Wild_Properties) {
     for (const std::string wild : {"nan", "-nan", "inf", "-inf", "", "1e300", "-1e300", "wild",
                                    "99999999999999999999", "0x10", "12 13", "true"}) {
-        Properties properties = Cessna();
+        Properties properties = cessna;
         for (auto& [path, value] : properties) {
             if (!path.starts_with("/position/") && !path.starts_with("/sim/aircraft") &&
                 !path.starts_with("/sim/signals"))
@@ -161,64 +180,52 @@ TEST(Flightgear_Worlds, Make_Nothing_Wild_Of_Wild_Properties) {
         }
         Told_World world(properties);
         SCOPED_TRACE(wild);
-        EXPECT_NEAR(world.Get(Variable::latitude_deg), 63.99183633, 1e-8);
-        EXPECT_LE(world.Get(Variable::indicated_airspeed_kt), 1);
-        EXPECT_LE(std::abs(world.Get(Variable::vertical_speed_fpm)), 60);
-        EXPECT_LE(world.Get(Variable::engine_propeller_fraction), 0.01);
+        EXPECT_NEAR(world.Get(latitude_deg), 63.99183633, 1e-8);
+        EXPECT_THAT(world.Get({indicated_airspeed_kt, engine_propeller_fraction, total_weight_lbs,
+                               cloud1_cover_eighths}),
+                    testing::Each(testing::Le(1)));
+        EXPECT_LE(std::abs(world.Get(vertical_speed_fpm)), 60);
         EXPECT_LE(world.Fuel_Gal(), 2);
-        EXPECT_LE(world.Get(Variable::total_weight_lbs), 1);
-        EXPECT_EQ(world.Get(Variable::fuel_weight_lb_per_gal), 6);
-        EXPECT_GE(world.Get(Variable::year), 2024) << "the computer's clock";
-        EXPECT_NEAR(world.Get(Variable::sea_level_pressure_inhg), 29.92, 0.01);
-        EXPECT_EQ(world.Get(Variable::cloud1_cover_eighths), 0);
+        EXPECT_THAT(world.Get({fuel_weight_lb_per_gal, sea_level_pressure_inhg}), Near({6, 29.92}));
+        EXPECT_GE(world.Get(year), 2024) << "the computer's clock";
 
         // Without a position a sample is none: the last one stays.
         properties["/position/latitude-deg"] = wild;
         if (wild != "true") {
             EXPECT_EQ(world.Tell(properties), Sample_Use::no_position);
-            EXPECT_NEAR(world.Get(Variable::latitude_deg), 63.99183633, 1e-8);
+            EXPECT_NEAR(world.Get(latitude_deg), 63.99183633, 1e-8);
         }
     }
 }
 
 TEST(Flightgear_Worlds, Know_Other_Aircraft_By_What_They_Have) {
-    Properties glider{{"/position/latitude-deg", "47"},
-                      {"/position/longitude-deg", "11"},
-                      {"/position/altitude-ft", "2010"},
-                      {"/position/ground-elev-ft", "2000"}};
-    {
-        const Told_World world(glider);
-        EXPECT_EQ(world.Get(Variable::engine_count), 0);
-        EXPECT_EQ(world.Get(Variable::on_ground), 1) << "no wheel tells, 10 ft above the ground";
-        EXPECT_EQ(world.Fuel_Gal(), 0);
-    }
+    const Properties glider{{"/position/latitude-deg", "47"},
+                            {"/position/longitude-deg", "11"},
+                            {"/position/altitude-ft", "2010"}};
+    EXPECT_EQ(Told_World(glider).Get(engine_count), 0);
+    EXPECT_EQ(Told_World(glider).Fuel_Gal(), 0);
     Properties jet = glider;
-    jet["/position/altitude-ft"] = "31000";
     for (int n = 0; n < 4; ++n) {
-        const std::string engine = "/engines/engine[" + std::to_string(n) + "]/";
+        const std::string engine = fmt::format("/engines/engine[{}]/", n);
         jet[engine + "n1"] = std::to_string(80 + n);
         jet[engine + "n2"] = "95";
         jet[engine + "running"] = n == 2 ? "false" : "true";
     }
     // More tanks than clients know: what is in the further ones counts as well.
     for (int n = 0; n < 16; ++n) {
-        const std::string tank = "/consumables/fuel/tank[" + std::to_string(n) + "]/";
+        const std::string tank = fmt::format("/consumables/fuel/tank[{}]/", n);
         jet[tank + "level-gal_us"] = "100";
         jet[tank + "capacity-gal_us"] = "1000.5";
     }
-    {
-        const Told_World world(jet);
-        EXPECT_EQ(world.Get(Variable::engine_type), engine_kind::jet);
-        EXPECT_EQ(world.Get(Variable::engine_count), 4);
-        EXPECT_NEAR(world.Get(Variable::engine_n1_percent, 4), 83, 0.01);
-        EXPECT_EQ(world.Get(Variable::engine_combustion, 3), 0);
-        EXPECT_EQ(world.Get(Variable::on_ground), 0);
-        EXPECT_NEAR(world.Fuel_Gal(), 1600, 0.1);
-    }
+    const Told_World world(jet);
+    EXPECT_THAT(world.Get({engine_type, engine_count}), Near({engine_kind::jet, 4}));
+    EXPECT_NEAR(world.Get(engine_n1_percent, 4), 83, 0.01);
+    EXPECT_EQ(world.Get(engine_combustion, 3), 0);
+    EXPECT_NEAR(world.Fuel_Gal(), 1600, 0.1);
     jet["/engines/engine[0]/rpm"] = "1700";
-    EXPECT_EQ(Told_World(jet).Get(Variable::engine_type), engine_kind::turboprop);
+    EXPECT_EQ(Told_World(jet).Get(engine_type), engine_kind::turboprop);
     jet["/rotors/main/cone-deg"] = "-0.4";
-    EXPECT_EQ(Told_World(jet).Get(Variable::engine_type), engine_kind::helicopter);
+    EXPECT_EQ(Told_World(jet).Get(engine_type), engine_kind::helicopter);
 }
 
 TEST(Flightgear_Tables, Take_A_Pilots_Lines_And_Name_What_Is_Wrong_With_Them) {
@@ -246,11 +253,9 @@ TEST(Flightgear_Tables, Take_A_Pilots_Lines_And_Name_What_Is_Wrong_With_Them) {
     }
 }
 
-/// A property server on loopback that misbehaves as it is told.
+/// A property server on loopback.
 class Scripted_Simulator {
   public:
-    enum class Manner { obedient, silent, too_many, too_few, endless_line, noise, closing };
-
     Scripted_Simulator() : m_listener(Listen_At({"", "127.0.0.1", 0})) {
         address = Bound_Address(m_listener, {"", "127.0.0.1", 0});
     }
@@ -259,39 +264,40 @@ class Scripted_Simulator {
         m_listener.Close();
     }
     void Live_Again() { m_listener = Listen_At(address); }
+    /// Takes no further connection, and does not refuse it either.
+    void Hang() {
+        ::listen(m_listener.Descriptor(), 0);
+        int failure = 0;
+        do
+            m_queue.push_back(
+                Connect_To(address, {std::chrono::steady_clock::now() + 50ms}, failure));
+        while (m_queue.back().Is_Open());
+    }
 
     void Serve() {
         if (auto client = Accept_From(m_listener); client.Is_Open()) {
             m_client = std::move(client);
             m_incoming.clear();
-            m_sent = 0;
         }
-        if (!m_client.Is_Open())
+        std::array<std::byte, 65536> piece{};
+        const auto got = m_client.Is_Open() ? Receive(m_client.Descriptor(), piece) : 0;
+        if (got <= 0)
             return;
-        std::array<std::byte, 4096> piece{};
-        for (std::ptrdiff_t got = 0;
-             (got = system_sockets::Receive(m_client.Descriptor(), piece)) > 0;)
-            m_incoming.append(reinterpret_cast<const char*>(piece.data()),
-                              static_cast<std::size_t>(got));
+        m_incoming.append(reinterpret_cast<const char*>(piece.data()),
+                          static_cast<std::size_t>(got));
         std::string answers;
-        for (std::size_t end = 0; (end = m_incoming.find("\r\n")) != std::string::npos;) {
+        for (std::size_t end = 0; (end = m_incoming.find(cr_lf)) != std::string::npos;) {
             answers += Answer(m_incoming.substr(0, end));
-            m_incoming.erase(0, end + 2);
+            m_incoming.erase(0, end + cr_lf.size());
         }
-        if (manner == Manner::endless_line && m_sent < 10'000'000)
-            answers = std::string(1'000'000, 'x');
-        if (manner == Manner::noise)
-            answers = std::string("\0\xFF\r\xFE\n\r\n\x80\r\n", 10);
-        m_sent += answers.size();
-        if (manner != Manner::silent)
-            Send_Bytes(m_client.Descriptor(), std::as_bytes(std::span(answers)));
-        if (manner == Manner::closing)
-            m_client.Close();
+        answers = instead.value_or(answers);
+        Send_Bytes(m_client.Descriptor(), std::as_bytes(std::span(answers)));
     }
 
     Link_Address address;
-    Manner manner = Manner::obedient;
-    Properties properties = Cessna();
+    /// What it says, whatever it is asked.
+    std::optional<std::string> instead;
+    Properties properties = cessna;
 
   private:
     std::string Answer(const std::string& line) {
@@ -299,20 +305,16 @@ class Scripted_Simulator {
             const auto blank = line.find(' ', 4);
             properties[line.substr(4, blank - 4)] = line.substr(blank + 1);
         }
-        if (!line.starts_with("get ") ||
-            (manner == Manner::too_few && line.ends_with("latitude-deg")))
+        if (!line.starts_with("get "))
             return "";
-        const std::string path = line.substr(4);
-        const std::string extra =
-            manner == Manner::too_many && path == "/sim/multiplay/callsign" ? "more\r\n" : "";
-        const auto found = properties.find(path);
-        return (found == properties.end() ? "" : found->second) + "\r\n" + extra;
+        const auto found = properties.find(line.substr(4));
+        return (found == properties.end() ? "" : found->second) + "\r\n";
     }
 
     Link_Socket m_listener;
     Link_Socket m_client;
+    std::vector<Link_Socket> m_queue;
     std::string m_incoming;
-    std::size_t m_sent = 0;
 };
 
 class Flightgear_Services : public testing::Test {
@@ -358,14 +360,19 @@ TEST_F(Flightgear_Services, Lose_The_Link_With_The_Simulator_And_Regain_It) {
     int result = -1;
     EXPECT_FALSE(link.IPC_Open(0, result));
     EXPECT_EQ(result, ipc_result::no_simulator) << "nothing has come from the simulator yet";
+    simulator.properties["/sim/signals/fdm-initialized"] = "false";
+    ASSERT_TRUE(Pump_Until([this] { return told.size() == 2; }));
+    EXPECT_THAT(told.back(), HasSubstr("to finish its start"));
+    EXPECT_FALSE(service.Is_Serving());
+    simulator.properties["/sim/signals/fdm-initialized"] = "true";
     ASSERT_TRUE(Pump_Until_Serving());
     ASSERT_TRUE(link.IPC_Open(0, result)) << result;
     EXPECT_EQ(modFSUIPC::IPC_ErrorText(result), "Okay");
     EXPECT_EQ(link.IPC_SimName(), "FS2002");
-    EXPECT_EQ(reader.Read_Text(Variable::aircraft_title), "Cessna 172P Skyhawk (1982)");
+    EXPECT_EQ(reader.Read_Text(aircraft_title), "Cessna 172P Skyhawk (1982)");
 
     simulator.properties["/velocities/vertical-speed-fps"] = "10";
-    EXPECT_TRUE(Pump_Until([this] { return reader.Read(Variable::vertical_speed_fpm) == 600; }));
+    EXPECT_TRUE(Pump_Until([this] { return reader.Read(vertical_speed_fpm) == 600; }));
     EXPECT_TRUE(reader.Write_Display("At the\r\ngate \xE9", 8));
     EXPECT_TRUE(Pump_Until([this] {
         return simulator.properties["/sim/messages/copilot"] == "At the  gate \xC3\xA9";
@@ -375,36 +382,41 @@ TEST_F(Flightgear_Services, Lose_The_Link_With_The_Simulator_And_Regain_It) {
     simulator.Die();
     ASSERT_TRUE(Pump_Until([this] { return !service.Is_Serving(); }));
     reader.Begin_Step();
-    (void)reader.Read(Variable::on_ground);
+    (void)reader.Read(on_ground);
     EXPECT_TRUE(reader.Failed()) << "no figure that stands still";
     simulator.Live_Again();
     ASSERT_TRUE(Pump_Until_Serving());
     reader.Begin_Step();
-    EXPECT_EQ(reader.Read(Variable::vertical_speed_fpm), 600);
+    EXPECT_EQ(reader.Read(vertical_speed_fpm), 600);
     EXPECT_FALSE(reader.Failed());
     EXPECT_EQ(std::adjacent_find(told.begin(), told.end()), told.end())
         << "each state once: " << testing::PrintToString(told);
 }
 
-TEST_F(Flightgear_Services, Wait_While_The_Simulator_Starts) {
-    simulator.properties["/sim/signals/fdm-initialized"] = "false";
-    ASSERT_TRUE(Pump_Until([this] { return told.size() == 2; }));
-    EXPECT_THAT(told.back(), HasSubstr("to finish its start"));
-    EXPECT_FALSE(service.Is_Serving());
-    simulator.properties["/sim/signals/fdm-initialized"] = "true";
-    EXPECT_TRUE(Pump_Until_Serving());
+TEST_F(Flightgear_Services, Wait_For_No_Connection) {
+    simulator.Hang();
+    Flightgear_Service waiting({.flightgear = simulator.address,
+                                .listen = {"", "127.0.0.1", 0},
+                                .simulator_directory = shipped,
+                                .pace = {.connect = 2s}},
+                               clock);
+    waiting.told.connect([this](const std::string& text) { told.push_back(text); });
+    for (int turn = 0; turn < 3; ++turn)
+        EXPECT_FALSE(waiting.Serve(0ms));
+    EXPECT_EQ(told.size(), 1U) << "it waited: " << told.back();
 }
 
 TEST_F(Flightgear_Services, Report_A_Host_That_Is_No_Simulator_And_Try_Again) {
-    using enum Scripted_Simulator::Manner;
-    const std::vector<std::pair<Scripted_Simulator::Manner, std::string>> cases{
-        {silent, "says nothing"},          {too_many, "more than it was asked for"},
-        {too_few, "answers to"},           {endless_line, "line without end"},
-        {noise, "waiting for FlightGear"}, {closing, "closed"}};
-    for (const auto& [manner, reason] : cases) {
-        simulator.manner = obedient;
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"", "says nothing"},
+        {Replace_All(std::string(999, '.'), ".", "\r\n"), "more than it was asked for"},
+        {"1\r\n2\r\n", "2 answers to"},
+        {std::string(1'000'000, 'x'), "line without end"},
+        {{"\0\xFF\r\xFE\n\r\n\x80\r\n", 9}, "waiting for FlightGear"}};
+    for (const auto& [says, reason] : cases) {
+        simulator.instead.reset();
         ASSERT_TRUE(Pump_Until_Serving()) << "before: " << reason;
-        simulator.manner = manner;
+        simulator.instead = says;
         EXPECT_TRUE(Pump_Until([&] { return !service.Is_Serving(); })) << reason;
         EXPECT_TRUE(Pump_Until([&] { return Contains(told.back(), reason); })) << told.back();
     }
