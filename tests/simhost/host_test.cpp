@@ -126,15 +126,6 @@ TEST_F(Hosts, Shown_Texts_Are_Told_Line_By_Line) {
     EXPECT_EQ(texts, (std::vector<std::string>{"ACARS/ OUT 1405Z", "two  lines"}));
 }
 
-TEST_F(Hosts, A_Stop_Ends_The_Run_And_Frees_The_Address) {
-    Start({directory.Address(), 1, 0, {}});
-    const int stop = ::eventfd(1, EFD_CLOEXEC);
-    host->Run(stop);
-    host.reset();
-    EXPECT_FALSE(std::filesystem::exists(directory.Address().socket_file));
-    ::close(stop);
-}
-
 TEST_F(Hosts, A_Recorded_Simulator_Plays_Back_The_Same) {
     Running_Server running(directory.Address());
     running.area.Set(Variable::engine_n1_percent, 50, 4);

@@ -89,9 +89,6 @@ TEST_F(Norvane_Sim, A_Client_Reads_The_World_And_Shows_Texts_In_It) {
     EXPECT_EQ(reader.Read_Whole(Variable::on_ground), 0) << "begun in the air";
     EXPECT_TRUE(reader.Write_Display("ACARS/ D\xE9part", 8));
     EXPECT_TRUE(sim.Says("ACARS/ D\xC3\xA9part"));
-    EXPECT_EQ(sim.End(SIGTERM), 0);
-    EXPECT_EQ(reader.Read(Variable::on_ground), 0);
-    EXPECT_EQ(reader.Failed()->text, "IPC sendmessage failed all retries");
 }
 
 TEST_F(Norvane_Sim, A_Recording_Is_Whole_Whether_It_Or_The_Simulator_Is_Stopped) {
