@@ -1,5 +1,5 @@
 #pragma once
-// The 48 events by which the ACARS engine reports a flight, in their numbering. Owned by the
+// The 51 events by which the ACARS engine reports a flight, in their numbering. Owned by the
 // engine; panels connect. Within a sampling step events are held back until every read of the step
 // has succeeded, then raised in the order in which they came up.
 
@@ -95,6 +95,10 @@ struct ACARS_Events {
     Plain Paused;             // 46
     Plain Reset;              // 47
     Plain FlightAtGate;       // 48 after the step and its writes
+    Plain TouchAndGo;         // 49 in the air again after ON, which the next contact reports anew
+    Text No_Airport;          // 50 where none was found; once a flight
+    Text Elsewhere;           // 51 whole nautical miles to where the flight that was taken up again
+                              //    had landed; it waits. Once.
 };
 
 }  // namespace norvane

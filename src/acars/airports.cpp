@@ -1,7 +1,10 @@
 #include "acars/airports.h"
 
+#include <fmt/format.h>
+
 #include <functional>
 #include <optional>
+#include <utility>
 
 #include "acars/cls_acars.h"
 #include "acars/engine_context.h"
@@ -9,6 +12,7 @@
 #include "common/find_file.h"
 #include "common/line_reader.h"
 #include "common/log_error.h"
+#include "common/number.h"
 #include "common/services.h"
 #include "common/text.h"
 #include "config/cls_app_settings.h"
@@ -91,7 +95,21 @@ Airport_Fix Get_Airport(Engine_Context& engine) {
     search.from = engine.state.sample.position;
     search.ground_elevation_ft = engine.state.sample.ground_elevation_ft;
     Guarded(engine.services, procedure, Show::silent, [&] { Search_World_Files(engine, search); });
-    return {true, search.icao, search.name, search.from};
+    return {true, search.Best().icao, search.Best().name, search.from};
+}
+
+Airport_Fix Look_Up_Airport(Engine_Context& engine) {
+    Airport_Fix found = Get_Airport(engine);
+    if (!found.known || !found.icao.empty() || std::exchange(engine.state.no_airport_told, true))
+        return found;
+    engine.output.Post(
+        engine.events.No_Airport,
+        fmt::format("{} {} at {:.0f} ft: no airport within 50 nm at that elevation, nor within 5 "
+                    "nm at any",
+                    Format_Fixed(found.position.latitude, 5),
+                    Format_Fixed(found.position.longitude, 5),
+                    engine.state.sample.ground_elevation_ft));
+    return found;
 }
 
 std::string Get_Airport_Name(Services& services, std::string_view icao) {

@@ -1,6 +1,6 @@
 #pragma once
-// The airport nearest to the aircraft, from the world files of the connected simulator: the main
-// one, and the pilot's own where an entry as near takes the main file's place.
+// The airport where the aircraft is, from the world files of the connected simulator: the main one,
+// and the pilot's own where an entry as near takes the main file's place.
 
 #include <string>
 #include <string_view>
@@ -18,5 +18,7 @@ struct Engine_Context;
 /// Samples the position and looks for the airport nearest to it. Failures are in the error log; no
 /// airport then.
 [[nodiscard]] Airport_Fix Get_Airport(Engine_Context& engine);
+/// As `Get_Airport`; that there is none is told once a flight.
+[[nodiscard]] Airport_Fix Look_Up_Airport(Engine_Context& engine);
 
 }  // namespace norvane

@@ -75,6 +75,13 @@ struct Taxi_Tracking {
     bool in_armed = false;
 };
 
+/// The landing that may turn out to be a touch-and-go.
+struct Touchdown {
+    std::int32_t altitude_ft = 0;
+    /// Sampling steps in a row since then in which the aircraft was off the ground.
+    std::int32_t steps_off_ground = 0;
+};
+
 /// Message numbers: one count over all types, one for each.
 struct Message_Counts {
     int messages = 0;
@@ -114,19 +121,27 @@ struct Flight_State {
     Airport_Fix departure;
     Airport_Fix arrival;
     std::int32_t start_altitude_ft = 0;
-    /// Where the aircraft was at the last step in the air.
+    /// Where the aircraft was at the last step between OFF and IN.
     Position last_position;
+    /// Taken up again after its landing: nothing goes on until the aircraft is near
+    /// `last_position`.
+    bool awaits_place = false;
+    bool elsewhere_told = false;
+    bool no_airport_told = false;
     /// The aircraft has been more than 25 ft above the start altitude.
     bool climbed = false;
     /// Tracking began in the air: the take-off altitude lies below.
     bool began_airborne = false;
     Level_Tracking level;
     Taxi_Tracking taxi;
+    Touchdown touchdown;
     std::string engines_at_off;
     bool position_report_requested = false;
 
     // Messages.
     Message_Counts counts;
+    /// The airline was told "Flight Connected" since the program started, and not the end of it.
+    bool is_connected = false;
     Position_Sample sample;
     /// The time ("hhmm", UTC) and date that messages carry, as last sampled.
     std::string message_time;

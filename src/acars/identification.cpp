@@ -112,7 +112,7 @@ void Gather_Masses_And_Engines(Engine_Context& engine, const std::string& max_rp
 
 void Find_Departure(Engine_Context& engine) {
     Airport_Fix& departure = engine.state.departure;
-    departure = Get_Airport(engine);
+    departure = Look_Up_Airport(engine);
     if (engine.settings.VATSIM_FP() == 0)
         engine.output.Post(engine.events.ICAODep, departure.icao, departure.name);
     if (engine.settings.WX_URL() == "FS")
@@ -131,6 +131,13 @@ void Take_Up_Flight(Engine_Context& engine) {
     } else {
         Sample_Position(engine, Sample_Extent::position_only);
     }
+}
+
+/// What OFF settled and the store's numbered keys do not hold.
+void Report_Taxi_Out(Engine_Context& engine) {
+    const Flight_State& state = engine.state;
+    if (state.phase >= Flight_Phase::off && state.engine_type == engine_kind::jet)
+        engine.output.Post(engine.events.MaxTaxiOrigin, Format_Whole(state.taxi.fastest_out_kt));
 }
 
 void Note_Start_Of_Climb(Engine_Context& engine, bool resume) {
@@ -154,6 +161,7 @@ void Initialise(Engine_Context& engine, bool resume) {
     Gather_Masses_And_Engines(engine, configuration.Max_RPM());
     if (resume) {
         Take_Up_Flight(engine);
+        Report_Taxi_Out(engine);
     } else {
         Find_Departure(engine);
     }

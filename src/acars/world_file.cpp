@@ -21,6 +21,8 @@ namespace {
 
 constexpr std::size_t field_count = 5;
 constexpr double elevation_tolerance_ft = 10;
+constexpr double reach_at_elevation_nm = 50;
+constexpr double reach_at_another_nm = 5;
 constexpr double nm_per_degree = 60;
 constexpr std::size_t lines_between_yields = 256;
 constexpr double lowest = std::numeric_limits<std::int32_t>::min();
@@ -80,7 +82,7 @@ void World_File::Load(const std::filesystem::path& file) {
     if (unchanged)
         return;
     m_first_fault.clear();
-    m_elevations_ft.clear();
+    m_heights.clear();
     m_places.clear();
     m_content.reset();
     m_content = std::make_unique<const std::string>(Read_File(file));
@@ -97,7 +99,7 @@ void World_File::Parse() {
             continue;
         std::string_view fault;
         if (const auto airport = Read_World_Line(line, fault)) {
-            m_elevations_ft.push_back(airport->elevation_ft);
+            m_heights.push_back({airport->position.latitude, airport->elevation_ft});
             m_places.push_back({airport->position, airport->icao, airport->name});
         } else if (m_first_fault.empty()) {
             m_first_fault =
@@ -111,27 +113,26 @@ void World_File::Search(Nearest_Search& search, Equal_Distance rule,
     for (std::size_t i = 0; i < m_places.size(); ++i) {
         if (yield && i % lines_between_yields == 0)
             yield();
-        if (std::abs(m_elevations_ft[i] - search.ground_elevation_ft) >= elevation_tolerance_ft)
+        const auto& [latitude, elevation_ft] = m_heights[i];
+        const bool at_elevation =
+            std::abs(elevation_ft - search.ground_elevation_ft) < elevation_tolerance_ft;
+        Nearest_Search::Candidate& best = at_elevation ? search.at_elevation : search.at_another;
+        const double reach_nm = at_elevation ? reach_at_elevation_nm : reach_at_another_nm;
+        // An airport farther north or south than the best one is away, or than one may be, needs
+        // no trigonometry; the mile covers the rounding.
+        const double north_nm = std::abs(latitude - search.from.latitude) * nm_per_degree;
+        if (north_nm > std::min(static_cast<double>(best.distance_nm), reach_nm) + 1)
             continue;
         const Place& place = m_places[i];
-        // An airport farther north or south than the best one is away needs no trigonometry; the
-        // mile covers the rounding.
-        const double north_nm =
-            std::abs(place.position.latitude - search.from.latitude) * nm_per_degree;
-        if (north_nm > static_cast<double>(search.best_nm) + 1)
-            continue;
         const double exact_nm = Great_Circle_Nm(search.from, place.position);
-        if (!std::isfinite(exact_nm))
+        if (!(exact_nm <= reach_nm))
             continue;
         const auto distance_nm = static_cast<std::int64_t>(std::llround(exact_nm));
         const bool nearer =
-            distance_nm < search.best_nm ||
-            (rule == Equal_Distance::replaces_best && distance_nm == search.best_nm);
-        if (!nearer)
-            continue;
-        search.best_nm = distance_nm;
-        search.icao = place.icao;
-        search.name = place.name;
+            distance_nm < best.distance_nm ||
+            (rule == Equal_Distance::replaces_best && distance_nm == best.distance_nm);
+        if (nearer)
+            best = {distance_nm, true, std::string(place.icao), std::string(place.name)};
     }
 }
 

@@ -31,15 +31,29 @@ struct World_Line {
 [[nodiscard]] std::optional<World_Line> Read_World_Line(std::string_view line,
                                                         std::string_view& fault);
 
-/// A search that goes through the main file and then the pilot's own.
+/// A search that goes through the main file and then the pilot's own: for the nearest airport at
+/// the aircraft's elevation that lies within 50 nautical miles, and, where there is none, for the
+/// nearest of any elevation within 5. An airport farther off is none.
 struct Nearest_Search {
+    struct Candidate {
+        /// In whole nautical miles, by which airports are as near as each other.
+        std::int64_t distance_nm = 999999;
+        bool found = false;
+        std::string icao;
+        std::string name;
+    };
+
     Position from;
-    /// Of the ground below the aircraft; an airport counts when its own differs by less than 10 ft.
+    /// Of the ground below the aircraft; an airport is at its elevation when its own differs by
+    /// less than 10 ft.
     double ground_elevation_ft = 0;
-    /// Whole nautical miles to the best airport so far.
-    std::int64_t best_nm = 999999;
-    std::string icao;
-    std::string name;
+    Candidate at_elevation;
+    Candidate at_another;
+
+    /// Where the aircraft is; not found and without texts when no airport is near enough.
+    [[nodiscard]] const Candidate& Best() const {
+        return at_elevation.found ? at_elevation : at_another;
+    }
 };
 
 /// Whether an airport that is as near as the best one takes its place.
@@ -57,9 +71,14 @@ class World_File {
     /// What was wrong with the first line that was passed over: file, line, reason. Empty when
     /// every line was good.
     [[nodiscard]] const std::string& First_Fault() const { return m_first_fault; }
-    [[nodiscard]] std::size_t Size() const { return m_elevations_ft.size(); }
+    [[nodiscard]] std::size_t Size() const { return m_places.size(); }
 
   private:
+    /// What rules out nearly every airport, apart from the rest.
+    struct Height_And_Latitude {
+        double latitude = 0;
+        std::int32_t elevation_ft = 0;
+    };
     /// Pieces of the content.
     struct Place {
         Position position;
@@ -73,8 +92,7 @@ class World_File {
     std::filesystem::file_time_type m_written;
     std::unique_ptr<const std::string> m_content;
     std::string m_first_fault;
-    /// Elevations apart from the places: the test that nearly every airport fails comes first.
-    std::vector<std::int32_t> m_elevations_ft;
+    std::vector<Height_And_Latitude> m_heights;
     std::vector<Place> m_places;
 };
 

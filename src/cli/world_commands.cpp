@@ -167,11 +167,13 @@ int Airport_Nearest(Session& session, const Aircraft_Place& place, World_Of worl
     const auto user_file = World_Path(session, World_UD_Name(simulator));
     if (std::filesystem::exists(user_file))
         look(user_file, Equal_Distance::replaces_best);
-    if (search.best_nm == Nearest_Search().best_nm) {
-        Console_Desktop::Say("No airport lies within 10 ft of that elevation.");
+    const Nearest_Search::Candidate& best = search.Best();
+    if (!best.found) {
+        Console_Desktop::Say(
+            "No airport lies within 50 nm at that elevation, nor within 5 nm at any.");
         return exit_status::failed;
     }
-    Console_Desktop::Print(fmt::format("{}\t{}\t{}", search.icao, search.name, search.best_nm));
+    Console_Desktop::Print(fmt::format("{}\t{}\t{}", best.icao, best.name, best.distance_nm));
     return exit_status::done;
 }
 

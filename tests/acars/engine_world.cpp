@@ -113,6 +113,8 @@ void Record_Events(ACARS_Events& events, std::vector<std::string>& lines) {
         {&events.FSVersion, "FSVersion"},
         {&events.FSClosed, "FSClosed"},
         {&events.Error, "Error"},
+        {&events.No_Airport, "No_Airport"},
+        {&events.Elsewhere, "Elsewhere"},
     };
     for (const auto& [signal, name] : texts)
         text(*signal, name);
@@ -141,6 +143,7 @@ void Record_Events(ACARS_Events& events, std::vector<std::string>& lines) {
     plain(events.Paused, "Paused");
     plain(events.Reset, "Reset");
     plain(events.FlightAtGate, "FlightAtGate");
+    plain(events.TouchAndGo, "TouchAndGo");
     events.ACARSMessage.connect([&lines](Message_Type type, const std::string& message) {
         lines.push_back("ACARSMessage " + Number_Text(type) + " " + message);
     });

@@ -106,7 +106,16 @@ TEST_F(Identification, Looks_For_The_Nearest_Airport) {
         {"first of equals", near + same, "", "KJFK Kennedy", 0},
         {"user's equal replaces", near, same + "40.2|-73.78|13|AAAA|Far\n", "KXXX Twin", 0},
         {"9 ft is near enough", "40.64|-73.78|22|KJFK|Kennedy\n", "", "KJFK Kennedy", 0},
-        {"10 ft is not", "40.64|-73.78|23|KJFK|Kennedy\n40.64|-73.78|3|LOWW|Low\n", "", " ", 0},
+        {"10 ft is not, but at the place it serves", "40.64|-73.78|23|KJFK|Kennedy\n", "",
+         "KJFK Kennedy", 0},
+        {"one at the elevation is better, 49 nm away",
+         "40.64|-73.78|23|KHIL|Hill\n41.46|-73.78|13|KJFK|Kennedy\n", "", "KJFK Kennedy", 0},
+        {"51 nm are too far", "41.49|-73.78|13|KJFK|Kennedy\n40.60|-73.78|99|KHIL|Hill\n", "",
+         "KHIL Hill", 0},
+        {"nearest of another elevation, the user's as near",
+         "40.60|-73.78|99|KHIL|Hill\n40.64|-73.78|23|KJFK|Kennedy\n", "40.64|-73.78|55|MINE|Mine\n",
+         "MINE Mine", 0},
+        {"another elevation within 5 nm only", "40.73|-73.78|99|KHIL|Hill\n", "", " ", 0},
         {"comment behind the fields", "40.64|-73.78|13|KJFK|Kennedy // old\n", "", " ", 0},
         {"comma is a decimal sign", "40,64|-73,78|13|KJFK|Kennedy\n", "", "KJFK Kennedy", 0},
         {"across the date line", "40.6|286.2|13|EAST|East\n", "", "EAST East", 0},
@@ -125,6 +134,7 @@ TEST_F(Identification, Looks_For_The_Nearest_Airport) {
         raised.clear();
         ASSERT_TRUE(Start());
         EXPECT_EQ(Once("ICAODep"), airport.found);
+        EXPECT_EQ(Count("No_Airport"), airport.found == " " ? 1U : 0U);
         const auto reports = Take_Errors();
         ASSERT_EQ(reports.size(), airport.reports);
         for (const auto& report : reports) {

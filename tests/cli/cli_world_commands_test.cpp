@@ -64,7 +64,7 @@ TEST_F(Cli_World_Commands, Find_airports) {
     const auto too_high = Run({"airport", "nearest", "-33.8", "18.6", "161"});
     EXPECT_EQ(too_high.status, 1);
     EXPECT_EQ(too_high.output, "");
-    EXPECT_THAT(too_high.errors, HasSubstr("10 ft"));
+    EXPECT_THAT(too_high.errors, HasSubstr("50 nm"));
     // As near as the main file's: the pilot's own.
     Write_File(home / "bin/fs9UD.wld", "-33.9648|18.6017|151|OWN|Mine\r\n");
     EXPECT_EQ(Run({"airport", "nearest", "-33.8", "18.6", "155"}).output, "OWN\tMine\t10\n");
