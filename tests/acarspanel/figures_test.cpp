@@ -29,7 +29,7 @@ TEST_F(Panel_Figures, A_flown_flight_fills_every_field_of_its_row) {
         "1450Z|4020 lbs|0.8|0:45|2679 lbs|0.5|0:30|1340 lbs|two lines|77|12|400|5000|"
         "KAAA/KBBB|60 nm|90000 lbs|100000 lbs|99000 lbs|98000 lbs|97000 lbs|"
         "E1N1 91 /E1N2 0 /E2N1 92 /E2N2 0|140 kts|-300 ft/min|120 kts|"
-        "KAAA 141400Z 00000KT 0SM SKC 0/0 A0|KBBB 141450Z 00000KT 0SM SKC 0/0 A0|IFR" +
+        "KAAA 141400Z 00000KT 0SM SKC 0/0 A0000|KBBB 141450Z 00000KT 0SM SKC 0/0 A0000|IFR" +
             std::string(15, '|'));
     EXPECT_EQ(Logged(Log_Field::FUEL_OFF), "6029 lbs");
     EXPECT_EQ(Logged(Log_Field::FUEL_ON), "4689 lbs");
@@ -48,7 +48,7 @@ TEST_F(Panel_Figures, A_flown_flight_fills_every_field_of_its_row) {
         "3/14/2026|Test Jet|N123|KAAA|Alpha Field|09:05|09:10|3039 kg|KBBB|Bravo Field|09:40|"
         "09:50|1823 kg|0.8|0:45|1215 kg|0.5|0:30|608 kg||77|||5000||60 nm|40823 kg|45359 kg|"
         "44906 kg|44452 kg|43998 kg|E1N1 91 /E1N2 0 /E2N1 92 /E2N2 0|140 kts|-300 ft/min|"
-        "120 kts|KAAA 141400Z 00000KT 0SM SKC 0/0 A0|KBBB 141450Z 00000KT 0SM SKC 0/0 A0|VFR" +
+        "120 kts|KAAA 141400Z 00000KT 0SM SKC 0/0 A0000|KBBB 141450Z 00000KT 0SM SKC 0/0 A0000|VFR" +
             std::string(15, '|'));
 }
 
