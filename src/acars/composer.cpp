@@ -112,14 +112,23 @@ std::string Aircraft_Line(const Engine_Context& engine) {
                        engine.settings.Airline_ICAO());
 }
 
+/// A number that the pilot typed, behind the airline's code unless it was typed with it.
+std::string With_Code(const std::string& code, const std::string& typed) {
+    const bool has_code = Equal_No_Case(typed.substr(0, code.size()), code);
+    return has_code ? typed : code + typed;
+}
+
 std::string Flight_Identifier(const Engine_Context& engine) {
     const Flight_State& state = engine.state;
     const clsAppSettings& settings = engine.settings;
-    if (settings.Airline_IATAPrefix())
-        return state.atc_flight_number;
-    if (!settings.Airline_ICAO().empty())
-        return settings.Airline_ICAO() + state.atc_flight_number;
-    return state.flight_number.empty() ? state.atc_flight_number : state.flight_number;
+    const bool prefix = settings.Airline_IATAPrefix();
+    if (!prefix && settings.Airline_ICAO().empty())
+        return state.flight_number.empty() ? state.atc_flight_number : state.flight_number;
+    const std::string& code = prefix ? settings.Airline_IATA() : settings.Airline_ICAO();
+    if (state.atc_flight_number.empty() && !state.flight_number.empty())
+        return With_Code(code, state.flight_number);
+    // The number of the simulator carries the prefix since it was read.
+    return prefix ? state.atc_flight_number : code + state.atc_flight_number;
 }
 
 /// Block reports as they are; a position report in three pieces, the engines last. Other messages
@@ -143,6 +152,8 @@ void Compose_Message(Engine_Context& engine, Message_Type type, std::string_view
     const auto type_number = static_cast<std::size_t>(type);
     ++counts.messages;
     ++counts.blocks.at(type_number);
+    if (type == Message_Type::connected || type == Message_Type::disconnected)
+        engine.state.is_connected = type == Message_Type::connected;
     const std::string body = Body(engine, type, text);
     const std::string label_line =
         fmt::format("Msg Label: {} Block ID: {:02} Msg No: M{:02}A\r\n", labels.at(type_number),

@@ -81,6 +81,32 @@ TEST_F(Messages_Of_A_Flight, Free_Texts_And_Identifiers) {
     EXPECT_EQ(Line(Messages(Message_Type::comment).at(3), 3), "Flight ID: 101");
 }
 
+TEST_F(Messages_Of_A_Flight, A_Typed_Number_Stands_In_For_The_Simulators) {
+    struct Number_Case {
+        std::string icao;
+        bool prefix;
+        std::string typed;
+        std::string identifier;
+    };
+    settings->Set_Airline_IATA("NV");
+    area.Set_Text(Variable::atc_flight_number, "");
+    ASSERT_TRUE(Start());
+    for (const auto& [icao, prefix, typed, identifier] : std::vector<Number_Case>{
+             {"NVN", false, "77", "NVN77"},
+             {"NVN", false, "nvn77", "nvn77"},
+             {"NVN", false, "", "NVN"},
+             {"", false, "77", "77"},
+             {"NVN", true, "77", "NV77"},
+             {"NVN", true, "", ""},
+         }) {
+        settings->Set_Airline_ICAO(icao);
+        settings->Set_Airline_IATAPrefix(prefix);
+        engine->Set_Airline_Flight_Number(typed);
+        engine->Send_Message(Message_Type::comment, "");
+        EXPECT_EQ(Line(Messages(Message_Type::comment).back(), 3), "Flight ID: " + identifier);
+    }
+}
+
 TEST_F(Messages_Of_A_Flight, Numbers_Go_On_Past_Two_Digits_And_Begin_Anew_After_Reset) {
     ASSERT_TRUE(Start());
     for (int i = 0; i < 100; ++i)
