@@ -106,7 +106,7 @@ void Report_Fuel_Used(Engine_Context& engine) {
 void Find_Arrival_At_Gate(Engine_Context& engine) {
     const bool at_gate = engine.settings.ACARS_RecordArrival() == recorded_at_in;
     if (at_gate || !engine.state.arrival.known) {
-        engine.state.arrival = Get_Airport(engine);
+        engine.state.arrival = Look_Up_Airport(engine);
         if (engine.settings.VATSIM_FP() == 0)
             Report_Arrival(engine);
     }
@@ -115,13 +115,19 @@ void Find_Arrival_At_Gate(Engine_Context& engine) {
     }
 }
 
+/// The message of a block event says where it happened.
+void Send_Block_Message(Engine_Context& engine, Message_Type type) {
+    Sample_Position(engine, Sample_Extent::position_only);
+    Compose_Message(engine, type);
+}
+
 }  // namespace
 
 void Capture_OUT(Engine_Context& engine) {
     Take_Time(engine, Block_Event::out);
     Take_Fuel(engine, Block_Event::out);
     Take_Weight(engine, Block_Event::out);
-    Compose_Message(engine, Message_Type::out);
+    Send_Block_Message(engine, Message_Type::out);
 }
 
 void Capture_OFF(Engine_Context& engine) {
@@ -138,21 +144,22 @@ void Capture_OFF(Engine_Context& engine) {
     }
     if (state.engine_type == engine_kind::jet)
         engine.output.Post(engine.events.MaxTaxiOrigin, Format_Whole(state.taxi.fastest_out_kt));
-    Compose_Message(engine, Message_Type::off);
+    Send_Block_Message(engine, Message_Type::off);
 }
 
 void Capture_ON(Engine_Context& engine) {
     Flight_State& state = engine.state;
+    state.touchdown = {engine.reader.Read_Whole(Variable::altitude_ft), 0};
     Take_Time(engine, Block_Event::on);
     Take_Fuel(engine, Block_Event::on);
     Take_Weight(engine, Block_Event::on);
     engine.output.Post(engine.events.VS, state.level.vertical_speed);
     engine.output.Post(engine.events.IASLanding, Read_Indicated_Airspeed(engine));
     if (engine.settings.ACARS_RecordArrival() == recorded_at_on) {
-        state.arrival = Get_Airport(engine);
+        state.arrival = Look_Up_Airport(engine);
         Report_Arrival(engine);
     }
-    Compose_Message(engine, Message_Type::on);
+    Send_Block_Message(engine, Message_Type::on);
 }
 
 void Capture_IN(Engine_Context& engine) {
@@ -170,7 +177,7 @@ void Capture_IN(Engine_Context& engine) {
                            Format_Whole(state.taxi.fastest_in_kt));
     }
     engine.output.Post(engine.events.FlightLevel, Format_FlightLevel(state.level.highest_level_ft));
-    Compose_Message(engine, Message_Type::in);
+    Send_Block_Message(engine, Message_Type::in);
     Compose_Message(engine, Message_Type::times);
     engine.output.at_gate = true;
 }

@@ -72,7 +72,7 @@ TEST_F(Flight, Reports_Every_Figure_In_Order) {
                   "VS -1,210",
                   "IASLanding 139",
                   "ACARSMessage 2 " + Head("13:40", "QC", "Block ID: 01 Msg No: M07A") +
-                      "ON 1340Z /FUEL 9450 /LDW 109450 /POS 41.50000 -72.50000",
+                      "ON 1340Z /FUEL 9450 /LDW 109450 /POS 42.36000 -71.01000",
               }));
     Fly(moment::in, moment::in + 1);
     EXPECT_EQ(Take_Raised(),
