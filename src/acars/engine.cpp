@@ -75,8 +75,8 @@ void ACARS_Engine::Raise_Held_Events(std::string_view procedure, bool end_of_ste
     Guarded(services, procedure, Show::silent, [&] { batch.emplace(services.settings); });
     for (const auto& raise : held)
         Guarded(services, procedure, Show::silent, raise);
+    Persist(m_context, Show::silent);
     if (end_of_step) {
-        Persist(m_context, Show::silent);
         Guarded(services, procedure, Show::silent,
                 [&] { m_context.events.FSTime.emit(m_context.output.simulator_time); });
     }
@@ -179,10 +179,7 @@ void ACARS_Engine::Stop_() {
         Stop_Displays();
         if (std::exchange(m_opened_link, false))
             m_context.link.IPC_Close();
-        const auto& blocks = m_context.state.counts.blocks;
-        const bool connected = blocks[static_cast<std::size_t>(Message_Type::connected)] > 0;
-        const bool disconnected = blocks[static_cast<std::size_t>(Message_Type::disconnected)] > 0;
-        if (connected && !disconnected)
+        if (m_context.state.is_connected)
             Send_Disconnect_Message();
     });
 }
@@ -275,6 +272,8 @@ void ACARS_Engine::Send_Now(Message_Type type, std::string_view text) {
     m_context.reader.Begin_Step();
     Compose_Message(m_context, type, text);
     const auto held = std::exchange(m_context.output.events, {});
+    // A number that went out is not given again, whatever ends the program behind it.
+    Persist(m_context, Show::silent);
     Hand_To_Carriers();
     for (const auto& raise : held)
         raise();

@@ -1,6 +1,7 @@
 #include "acars/persistence.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <array>
 #include <string>
@@ -11,6 +12,7 @@
 #include "common/log_error.h"
 #include "common/number.h"
 #include "common/services.h"
+#include "common/text.h"
 
 namespace norvane {
 
@@ -22,7 +24,7 @@ constexpr std::string_view last_latitude_key = "LastLatitude";
 constexpr std::string_view last_longitude_key = "LastLongitude";
 
 /// A field of the state, whatever it holds.
-using Field = std::variant<std::string*, std::int32_t*, double*, bool*>;
+using Field = std::variant<std::string*, std::int32_t*, double*, bool*, Message_Counts*>;
 
 struct Stored_Field {
     std::string_view key;
@@ -96,6 +98,11 @@ constexpr auto tracking_fields = std::to_array<Stored_Field>({
     {last_longitude_key,
      [](Flight_State& state) -> Field { return &state.last_position.longitude; }},
     {"TaxiInArmed", [](Flight_State& state) -> Field { return &state.taxi.in_armed; }},
+    {"TouchdownAltitude",
+     [](Flight_State& state) -> Field { return &state.touchdown.altitude_ft; }},
+    {"StepsOffGround",
+     [](Flight_State& state) -> Field { return &state.touchdown.steps_off_ground; }},
+    {"MessageCounts", [](Flight_State& state) -> Field { return &state.counts; }},
 });
 
 std::string Text_Of(const std::string* value) {
@@ -109,6 +116,11 @@ std::string Text_Of(const double* value) {
 }
 std::string Text_Of(const bool* value) {
     return *value ? "True" : "False";
+}
+
+/// The count over all types, then that of each.
+std::string Text_Of(const Message_Counts* value) {
+    return fmt::format("{} {}", value->messages, fmt::join(value->blocks, " "));
 }
 
 /// Each takes a stored text; false when it is nothing of the kind.
@@ -129,6 +141,19 @@ bool Take(double* value, const std::string& text) {
 bool Take(bool* value, const std::string& text) {
     *value = text == "True";
     return *value || text == "False";
+}
+
+bool Take(Message_Counts* value, const std::string& text) {
+    const auto numbers = Split(text, ' ');
+    Message_Counts counts;
+    if (numbers.size() != counts.blocks.size() + 1)
+        return false;
+    bool taken = Take(&counts.messages, numbers[0]);
+    for (std::size_t type = 0; type < counts.blocks.size(); ++type)
+        taken = taken && Take(&counts.blocks.at(type), numbers[type + 1]);
+    if (taken)
+        *value = counts;
+    return taken;
 }
 
 void Write_Field(Engine_Context& engine, const Stored_Field& field) {
@@ -181,6 +206,8 @@ void Restore(Engine_Context& engine) {
         Take_Phase(state, store.Get(section, phase_key));
         // Where the store does not say otherwise, an aircraft that was flying had climbed.
         state.climbed = state.phase >= Flight_Phase::off;
+        state.awaits_place =
+            state.phase == Flight_Phase::on && store.Find(section, last_latitude_key).has_value();
         for (const Stored_Field& field : flight_fields)
             Take_Field(engine, field, store.Get(section, field.key));
         for (const Stored_Field& field : tracking_fields) {

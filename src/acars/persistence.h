@@ -20,11 +20,14 @@ void Persist(Engine_Context& engine, Show show);
 /// reported.
 void Restore(Engine_Context& engine);
 
+/// A stored flight goes on with an aircraft that stands no farther from its last position.
+inline constexpr double resume_within_nm = 10;
+
 /// What the store holds of a flight in progress, without taking it up.
 struct Stored_Flight {
     /// `before_out` when nothing is stored.
     Flight_Phase phase = Flight_Phase::before_out;
-    /// Where the aircraft was at the last stored step in the air.
+    /// Where the aircraft was at the last stored step.
     std::optional<Position> last_position;
 };
 [[nodiscard]] Stored_Flight Read_Stored_Flight(Services& services);

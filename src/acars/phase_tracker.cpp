@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "acars/captures.h"
 #include "acars/composer.h"
 #include "acars/engine_context.h"
+#include "acars/persistence.h"
 #include "acars/sampler.h"
 #include "common/flight_level.h"
 #include "common/number.h"
@@ -17,6 +19,12 @@ namespace {
 
 /// Above the start altitude by this much, the aircraft has flown.
 constexpr std::int32_t climbed_ft = 25;
+/// After a landing the aircraft flies on once it was off the ground in so many steps in a row and
+/// is above where it touched down by more than this; anything less is a bounce.
+constexpr std::int32_t steps_to_fly_on = 6;
+constexpr std::int32_t fly_on_ft = 25;
+/// A value of the setting `ACARS_TouchAndGo`.
+constexpr std::int32_t first_landing_counts = 1;
 /// Slower than this after landing, the aircraft taxies.
 constexpr std::int32_t taxi_speed_kt = 11;
 /// With more N1 than this the aircraft is not taxiing but taking off or braking.
@@ -75,6 +83,13 @@ bool Has_Ended(Engine_Context& engine, bool brake_set) {
     }
 }
 
+bool Flies_On(Engine_Context& engine) {
+    const Touchdown& touchdown = engine.state.touchdown;
+    return touchdown.steps_off_ground >= steps_to_fly_on &&
+           engine.settings.ACARS_TouchAndGo() != first_landing_counts &&
+           engine.reader.Read_Whole(Variable::altitude_ft) > touchdown.altitude_ft + fly_on_ft;
+}
+
 Flight_Phase Next_Phase(Engine_Context& engine, const Ground_Contact& contact) {
     const Flight_State& state = engine.state;
     switch (state.phase) {
@@ -93,6 +108,8 @@ Flight_Phase Next_Phase(Engine_Context& engine, const Ground_Contact& contact) {
         case Flight_Phase::on:
             if (Has_Ended(engine, contact.brake_set))
                 return Flight_Phase::in;
+            if (Flies_On(engine))
+                return Flight_Phase::off;
             break;
         case Flight_Phase::in:
             break;
@@ -169,6 +186,29 @@ void Act_In_Flight(Engine_Context& engine, const Ground_Contact& contact) {
     }
 }
 
+/// What the landing settled is open again; OFF stays as it was.
+void Fly_On(Engine_Context& engine) {
+    Flight_State& state = engine.state;
+    state.At(Block_Event::on) = {};
+    state.arrival = {};
+    state.taxi.in_armed = false;
+    state.taxi.fastest_in_kt = 0;
+    engine.output.Post(engine.events.TouchAndGo);
+}
+
+/// A flight that was taken up again after its landing must not end at whatever place the aircraft
+/// stands at now.
+bool Is_Where_It_Landed(Engine_Context& engine) {
+    Flight_State& state = engine.state;
+    if (!state.awaits_place)
+        return true;
+    const double away_nm = Great_Circle_Nm(state.last_position, Read_Position(engine.reader));
+    state.awaits_place = away_nm > resume_within_nm;
+    if (state.awaits_place && !std::exchange(state.elsewhere_told, true))
+        engine.output.Post(engine.events.Elsewhere, Format_Whole(away_nm));
+    return !state.awaits_place;
+}
+
 void Act(Engine_Context& engine, const Ground_Contact& contact) {
     Flight_State& state = engine.state;
     switch (state.phase) {
@@ -186,6 +226,7 @@ void Act(Engine_Context& engine, const Ground_Contact& contact) {
             if (!state.At(Block_Event::on).captured)
                 Capture_ON(engine);
             Track_Taxi_In(engine);
+            state.last_position = Read_Position(engine.reader);
             break;
         case Flight_Phase::in:
             if (!state.At(Block_Event::in).captured)
@@ -200,12 +241,18 @@ void Advance_Flight(Engine_Context& engine) {
     Ground_Contact contact;
     contact.brake_set = engine.reader.Read_Whole(Variable::parking_brake) > 0;
     contact.on_ground = engine.reader.Read_Whole(Variable::on_ground) != 0;
-    if (!Is_Trackable(engine.reader))
+    if (!Is_Trackable(engine.reader) || !Is_Where_It_Landed(engine))
         return;
-    engine.state.phase = Next_Phase(engine, contact);
+    Flight_State& state = engine.state;
+    state.touchdown.steps_off_ground =
+        contact.on_ground ? 0 : std::min(state.touchdown.steps_off_ground + 1, steps_to_fly_on);
+    const Flight_Phase before = std::exchange(state.phase, Next_Phase(engine, contact));
     // A failed read must not set a capture going that could only be undone.
-    if (!engine.reader.Failed())
-        Act(engine, contact);
+    if (engine.reader.Failed())
+        return;
+    if (before == Flight_Phase::on && state.phase == Flight_Phase::off)
+        Fly_On(engine);
+    Act(engine, contact);
 }
 
 }  // namespace norvane

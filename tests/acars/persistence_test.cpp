@@ -60,6 +60,9 @@ TEST_F(Persistence, Stores_At_A_Pause) {
     engine->Paused();
     EXPECT_EQ(Stored(47), "1217");
     EXPECT_EQ(raised.back(), "Paused");
+    // Nor does a number that went out without a step come again.
+    engine->Send_Message(Message_Type::comment, "");
+    EXPECT_EQ(store.Get(section, "MessageCounts").substr(0, 2), "3 ");
 }
 
 TEST_F(Persistence, Killed_After_Any_Step_Ends_With_The_Same_Figures) {
@@ -118,6 +121,32 @@ TEST_F(Persistence, Takes_Up_A_Flight_Of_Which_Only_The_Numbered_Keys_Are_Stored
     Fly(moment::in, moment::in + 1);
     EXPECT_EQ(Once("BlockTimeHHMM"), "23:47");
     EXPECT_EQ(Once("Distance"), "158");
+}
+
+TEST_F(Persistence, A_Flight_That_Had_Landed_Ends_Near_Where_It_Did) {
+    for (const int touch_and_go : {0, 1}) {
+        settings->Set_ACARS_TouchAndGo(touch_and_go);
+        Replace_Engine();
+        Jet_Flight()[moment::parked](area);
+        ASSERT_TRUE(Start());
+        Fly(moment::parked, moment::in);
+        Replace_Engine();
+        raised.clear();
+        // At the gate of the departure, as the simulator starts, then flying past there.
+        Jet_Flight()[moment::parked](area);
+        ASSERT_TRUE(Start(true));
+        for (std::size_t step = 0; step < 20; ++step) {
+            area.Set(Variable::on_ground, step < 10 ? 1 : 0);
+            area.Set(Variable::altitude_ft, step < 10 ? 13 : 3000);
+            engine->Refresh();
+        }
+        EXPECT_EQ(Count("FlightIN") + Count("TouchAndGo"), 0U);
+        EXPECT_EQ(Once("Elsewhere"), "162");
+        EXPECT_EQ(Stored(45), "3");
+        area.Set(Variable::on_ground, 1);
+        Fly(moment::in, moment::in + 1);  // 0.3 nm from the runway
+        EXPECT_EQ(Once("BlockTimeHHMM"), "1:47");
+    }
 }
 
 TEST_F(Persistence, A_Hop_Stored_Before_It_Climbed_Is_Not_Taken_For_A_Landing) {

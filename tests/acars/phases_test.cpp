@@ -75,10 +75,6 @@ TEST_F(Phases, Take_No_Bounce_For_A_Landing) {
     Fly_At(60, 400);
     Set(Variable::on_ground, 1);
     EXPECT_EQ(Count("FlightON"), 1U);
-    // Nor does a bounce at touchdown begin anything anew.
-    Fly_At(30, 100);
-    Set(Variable::on_ground, 1);
-    EXPECT_EQ(Count("FlightOFF") + Count("FlightON"), 2U);
 }
 
 struct End_Case {
