@@ -7,6 +7,7 @@
 
 #include "acars/cls_acars.h"
 #include "acarspanel/panel_fields.h"
+#include "common/boxes.h"
 #include "common/log_error.h"
 #include "common/services.h"
 
@@ -31,6 +32,9 @@ void ucACARS::Connect_Engine() {
     };
     // Connected after the table: the labels show the event before what follows from it is done.
     connect(events.ATCFlight, [this](const std::string& flight) {
+        // The network's call sign came with its plan, and with a flight that was taken up again.
+        if (m_network_plan && !lblATCFlight.Text().empty())
+            return;
         lblATCFlight.Set_Text(flight);
         lblATCFlight.Set_Visible(true);
     });
@@ -38,10 +42,19 @@ void ucACARS::Connect_Engine() {
         Take_Airport(origin, code, name);
     });
     connect(events.ICAOArr, [this](const std::string& code, const std::string& name) {
+        if (txtDestination.Is_Empty())
+            m_engine_destination = code;
         Take_Airport(destination, code, name);
     });
     connect(events.FlightOFF, [this](const std::string&, int) { FlightOFF(); });
     connect(events.FlightON, [this](const std::string&, int) { FlightON(); });
+    connect(events.TouchAndGo, [this] { TouchAndGo(); });
+    connect(events.No_Airport, [this](const std::string& where) {
+        After_Step([this, where] { Tell_No_Airport(where); });
+    });
+    connect(events.Elsewhere, [this](const std::string& away_nm) {
+        After_Step([this, away_nm] { Tell_Elsewhere(away_nm); });
+    });
     connect(events.FSTime, [this](const std::string&) { Step_Ended(); });
     connect(events.Reset, [this] { Stop_Timers(); });
     connect(events.FlightAtGate, [this] { After_Step([this] { FlightAtGate(); }); });
@@ -104,6 +117,42 @@ void ucACARS::FlightON() {
     if (m_plan_read)
         Schedule_Weather(destination);
     Persist();
+}
+
+/// In the air again: the landing's figures are no longer the flight's, nor is the airport, unless
+/// the pilot or a plan named it.
+void ucACARS::TouchAndGo() {
+    for (Label* label : {&lblTimeOn, &lblFuelOn, &lblLandingWeight, &lblVS, &lblIASLanding})
+        label->Set_Text({});
+    if (!m_engine_destination.empty() && txtDestination.Text() == m_engine_destination) {
+        End& at = m_ends.at(destination);
+        tmrWX.at(destination).Set_Enabled(false);
+        if (at.weather.Text() == at.fetched)
+            at.weather.Set_Text({});
+        at.code.Set_Text({});
+        at.name.Set_Text({});
+    }
+    m_engine_destination.clear();
+    tmrPos.Set_Enabled(true);
+    Persist();
+}
+
+/// Not where the pilot or a plan has named the airport already.
+void ucACARS::Tell_No_Airport(const std::string& where) {
+    if (m_ends.at(m_objACARS->TIME_ON().empty() ? origin : destination).code.Text().empty()) {
+        m_services.desktop.Show_Message(
+            {"No airport is known where the aircraft stands, so that its code stays empty.\r\n\r\n"
+             "Type the code on the panel or in the flight log.  A place of your own can be added "
+             "to the airports with \"FS World Locations ...\".",
+             std::string(product_name), Icon::information, Buttons::ok, where});
+    }
+}
+
+void ucACARS::Tell_Elsewhere(const std::string& away_nm) {
+    Tell(m_services.desktop,
+         "The stored flight had landed already, " + away_nm +
+             " nm from where the aircraft is now.  It waits until the aircraft is back there.\r\n"
+             "\r\n\"Log Flight\" logs it as it stands, \"Reset\" gives it up.");
 }
 
 /// The step's figures have all arrived: what changed in the air is stored with them, and what a

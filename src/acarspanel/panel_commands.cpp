@@ -58,6 +58,8 @@ void ucACARS::ACARS_ON() {
         Drop_Requests();
         m_plan_read = m_resume;
         m_network_plan = m_network_plan && m_resume;
+        if (!m_resume)
+            m_engine_destination.clear();
         std::string failure;
         const bool started =
             m_objACARS->Start(failure, {true, m_resume, Without_Placeholder(txtFlightNumber.Text()),

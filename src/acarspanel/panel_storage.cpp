@@ -25,6 +25,9 @@ constexpr std::string_view logging_key = "Logging";
 /// The online network's plan was applied to the stored flight.
 constexpr std::string_view network_plan_key = "Network Plan";
 constexpr std::string_view applied = "1";
+/// The network's call sign: the simulator's would take its place.
+constexpr std::string_view call_sign_key = "ATC Flight";
+constexpr std::string_view engine_destination_key = "Engine Destination";
 /// By end: the stored weather was fetched, not typed, and gives way to a newer report.
 constexpr std::array<std::string_view, 2> fetched_keys{"Fetched WX Origin",
                                                        "Fetched WX Destination"};
@@ -101,8 +104,11 @@ void ucACARS::Persist() {
             m_changed = true;
             Create_Log_Entry();
             Settings_Batch batch(m_services.settings);
-            if (m_network_plan)
+            if (m_network_plan) {
                 m_services.settings.Set(flight_section, network_plan_key, applied);
+                m_services.settings.Set(flight_section, call_sign_key, lblATCFlight.Text());
+            }
+            m_services.settings.Set(flight_section, engine_destination_key, m_engine_destination);
             for (std::size_t end = 0; end < m_ends.size(); ++end) {
                 const End& at = m_ends.at(end);
                 const bool is_fetched = !at.weather.Is_Empty() && at.weather.Text() == at.fetched;
@@ -137,6 +143,9 @@ void ucACARS::Restore() {
                 row.Find_Box(*this)->Set_Text(entry.Get(*row.field));
         }
         m_network_plan = m_services.settings.Get(flight_section, network_plan_key) == applied;
+        m_engine_destination = m_services.settings.Get(flight_section, engine_destination_key);
+        lblATCFlight.Set_Text(m_services.settings.Get(flight_section, call_sign_key));
+        lblATCFlight.Set_Visible(!lblATCFlight.Text().empty());
         for (std::size_t end = 0; end < m_ends.size(); ++end) {
             End& at = m_ends.at(end);
             if (m_services.settings.Get(flight_section, fetched_keys.at(end)) == fetched)

@@ -133,6 +133,7 @@ void ucACARS::Connect_Controls() {
     };
     airport(txtOrigin, lblOriginName);
     airport(txtDestination, lblDestinationName);
+    txtDestination.edited.connect([this] { m_engine_destination.clear(); });
     txtFlightNumber.left.connect([this] {
         if (m_objACARS != nullptr && !txtFlightNumber.Is_Empty())
             m_objACARS->Set_Airline_Flight_Number(txtFlightNumber.Text());

@@ -255,6 +255,9 @@ class ucACARS {
 
     void FlightOFF();
     void FlightON();
+    void TouchAndGo();
+    void Tell_No_Airport(const std::string& where);
+    void Tell_Elsewhere(const std::string& away_nm);
     void FlightAtGate();
     [[nodiscard]] bool Awaits_Destination_Weather() const;
     void End_Tracking();
@@ -336,6 +339,8 @@ class ucACARS {
     /// The codes of the flight were taken from a plan, or with a stored flight.
     bool m_plan_read = false;
     bool m_network_plan = false;
+    /// The destination that the engine found and nobody had named before; empty: none.
+    std::string m_engine_destination;
     /// Grows when what was asked for the flight so far is of no use any longer.
     int m_request_round = 0;
     int m_polled_in_round = 0;

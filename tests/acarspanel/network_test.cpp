@@ -233,6 +233,7 @@ TEST_F(Panel_Network, The_networks_plan_is_looked_for_until_it_is_there_and_then
     Panel().hypOn.Click();
     Pass(21);
     EXPECT_THAT(Take_Asked(), IsEmpty()) << "the flight has its plan";
+    EXPECT_EQ(Panel().lblATCFlight.Text(), "BAW1");
     Panel().hypReset.Click();
     Stand();
     Panel().hypOn.Click();

@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include <functional>
 
 #include "acarspanel/panel_world.h"
@@ -135,6 +137,77 @@ TEST_F(Panel_Storage, A_flight_killed_anywhere_ends_in_the_same_row) {
         Stand();
         Begin();
     }
+}
+
+TEST_F(Panel_Storage, After_a_touch_and_go_the_last_landing_stands_on_the_panel) {
+    store.Set("Options", "Record Arrival", "1");
+    Kill();
+    Begin();
+    Write("bin/fs9.wld",
+          "40.0|-73.0|10|KAAA|Alpha\r\n41.0|-73.0|10|KBBB|Bravo\r\n"
+          "42.0|-73.0|10|KCCC|Charlie\r\n");
+    Take_Off();
+    Touch_Down();
+    EXPECT_EQ(Panel().txtDestination.Text(), "KBBB");
+    EXPECT_EQ(Panel().lblMaxTaxiOrigin.Text(), "16 kts");
+    area.Set(Variable::on_ground, 0);
+    area.Set(Variable::altitude_ft, 400);
+    desktop.Run_For(std::chrono::milliseconds(2500));
+    EXPECT_EQ(Panel().lblTimeOn.Text(), "1440Z") << "may be a bounce yet";
+    Step();
+    const std::vector<Label*> open{&Panel().lblTimeOn,        &Panel().lblFuelOn,
+                                   &Panel().lblLandingWeight, &Panel().lblVS,
+                                   &Panel().lblIASLanding,    &Panel().lblDestinationName};
+    for (const Label* label : open)
+        EXPECT_EQ(label->Text(), "");
+    EXPECT_EQ(Panel().txtDestination.Text(), "");
+    EXPECT_TRUE(Panel().tmrPos.Enabled());
+    EXPECT_EQ(Stored(Log_Field::TIME_ON), "");
+    Kill();
+    Begin();
+    Panel().hypOn.Click();
+    EXPECT_EQ(Panel().lblMaxTaxiOrigin.Text(), "16 kts");
+    EXPECT_TRUE(Panel().tmrPos.Enabled());
+    Touch_Down();
+    EXPECT_EQ(Panel().txtDestination.Text(), "KBBB");
+    // The pilot names it: it stays, wherever the flight touches down next.
+    Panel().txtDestination.Enter("KBBB");
+    area.Set(Variable::on_ground, 0);
+    area.Set(Variable::altitude_ft, 400);
+    desktop.Run_For(std::chrono::seconds(4));
+    EXPECT_EQ(Panel().txtDestination.Text(), "KBBB");
+    area.Set(Variable::latitude_deg, 42);
+    Set_Minute(45);
+    area.Set(Variable::on_ground, 1);
+    Step();
+    EXPECT_EQ(Panel().txtDestination.Text(), "KBBB");
+    EXPECT_EQ(Stored(Log_Field::TIME_ON), "1445Z");
+    Park();
+    Panel().hypLog.Click();
+    EXPECT_EQ(Logged(Log_Field::TIME_ON), "1445Z");
+    EXPECT_EQ(Logged(Log_Field::FLIGHT_DISTANCE), "120 nm");
+    EXPECT_THAT(Take_Boxes(), testing::IsEmpty());
+}
+
+TEST_F(Panel_Storage, The_pilot_is_told_of_an_unknown_place_and_of_a_wrong_one) {
+    Write("bin/fs9.wld", "");
+    Fly();
+    EXPECT_THAT(Take_Boxes(), testing::ElementsAre(testing::HasSubstr("No airport is known")));
+    Panel().hypReset.Click();
+    EXPECT_EQ(Take_Errors().size(), 1U) << "its row was kept";
+    Stand();
+    Take_Off();
+    Touch_Down();
+    Kill();
+    Stand();
+    Begin();
+    Panel().hypOn.Click();
+    desktop.Run_For(std::chrono::seconds(5));
+    EXPECT_FALSE(Panel().Is_At_Gate());
+    EXPECT_THAT(Take_Boxes(), testing::Contains(testing::HasSubstr("60 nm from where")));
+    desktop.answers = {Answer::yes};
+    Panel().hypLog.Click();
+    EXPECT_EQ(Logged(Log_Field::TIME_IN), "");
 }
 
 TEST_F(Panel_Storage, A_dropped_link_pauses_stores_and_says_so_once) {
