@@ -32,7 +32,9 @@ Program::Program(const Services& outside, Transport& transport, const Http_Optio
       settings_panel(services, settings, airline),
       pirep_editor({services, settings, airline, response, http_limits}),
       world_locations({services, link, settings, airline, utc}),
-      airport_lookup(services, [this] { return engine.World(); }) {
+      airport_lookup(services, [this] {
+          return frmICAO::World_Files{engine.World(), engine.WorldUD()};
+      }) {
     airline.Get_VA_Settings(settings.Virtual_Airline());
     flight_log.Set_Simulator({services, link, settings, airline, utc});
     flight_log.UCI();

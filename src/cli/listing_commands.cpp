@@ -6,9 +6,12 @@
 #include <array>
 #include <cstdio>
 
+#include "cli/console_desktop.h"
 #include "cli/exit_status.h"
+#include "cli/heard_error_log.h"
 #include "common/code_page.h"
 #include "common/run_error.h"
+#include "common/services.h"
 #include "common/text.h"
 #include "config/airline_list.h"
 #include "config/cls_app_settings.h"
@@ -31,19 +34,33 @@ Log_Table Named_Log(Session& session, const std::string& name) {
     return Read_Log(session.Outside(), name.empty() ? settings.FlightLog() : From_Utf8(name));
 }
 
-/// Figures of one flight have one unit: units stay while a flight waits to be taken up again.
-void Refuse_Units_Of_Stored_Flight(Session& session, std::string_view name) {
-    constexpr std::array<std::string_view, 3> units{"ACARS_Time", "ACARS_Fuel", "ACARS_Weight"};
-    const bool is_unit = std::any_of(units.begin(), units.end(), [&](std::string_view unit) {
-        return Equal_No_Case(unit, name);
-    });
-    if (is_unit && !clsLogEntry(session.Outside()).Get(Log_Field::FLIGHT_DATE).empty()) {
+/// The figures of one flight have one meaning: what decides it stays while a flight waits to be
+/// taken up again.
+void Refuse_While_A_Flight_Is_Stored(Session& session, std::string_view name) {
+    if (Is_Fixed_In_Flight(name) &&
+        !clsLogEntry(session.Outside()).Get(Log_Field::FLIGHT_DATE).empty()) {
         throw Run_Error(
             error_number::permission_denied,
             fmt::format("{} cannot be changed while a flight is stored: finish it, or drop it with "
                         "\"fly --new\"",
                         name));
     }
+}
+
+/// A name that the code page cannot hold would be taken for another one.
+std::string Text_Of_Value(std::string_view name, const std::string& value) {
+    constexpr std::array<std::string_view, 4> names{"FlightLog", "Virtual_Airline",
+                                                    "Virtual_Airline_Log", "WX_URL"};
+    std::string text = From_Utf8(value);
+    const bool is_name = std::any_of(names.begin(), names.end(), [&](std::string_view each) {
+        return Equal_No_Case(each, name);
+    });
+    if (is_name && To_Utf8(text) != value)
+        throw Run_Error(error_number::invalid_call,
+                        fmt::format("{} is unchanged: the name has letters that the program's "
+                                    "character set, Windows-1252, does not have",
+                                    name));
+    return text;
 }
 
 /// The names of the values that a PIREP carries, in its order, for those who write "pirep.cfg".
@@ -90,11 +107,18 @@ int Settings_Get(Session& session, const std::string& name) {
 }
 
 int Settings_Set(Session& session, const std::string& name, const std::string& value) {
-    clsAppSettings settings(session.Outside());
-    Refuse_Units_Of_Stored_Flight(session, name);
-    Set_Setting_Text(settings, From_Utf8(name), From_Utf8(value));
-    // A failed save has been reported already.
-    return settings.Save_Settings() ? exit_status::done : exit_status::failed;
+    Refuse_While_A_Flight_Is_Stored(session, name);
+    // The file of the optional fields reports silently; who sets one on a command line is told.
+    Heard_Error_Log heard(session.Outside().error_log);
+    Services services = With_Error_Log(session.Outside(), heard);
+    clsAppSettings settings(services);
+    Set_Setting_Text(settings, From_Utf8(name), Text_Of_Value(name, value));
+    const std::size_t before_save = heard.Reasons().size();
+    if (settings.Save_Settings())
+        return exit_status::done;
+    for (std::size_t i = before_save; i < heard.Reasons().size(); ++i)
+        Console_Desktop::Say(name + " was not saved: " + heard.Reasons()[i]);
+    return exit_status::failed;
 }
 
 int Airline_List(Session& session) {
@@ -125,6 +149,9 @@ int Airline_Show(Session& session) {
     const auto values = PIREP_Value_Names();
     Print("PIREP value = form field (label):");
     for (int i = 0; i <= airline.PIREP_Fields_Ubound(); ++i) {
+        // Behind a faulty line of its file an airline has places without a field.
+        if (airline.PIREP_Fields(i).empty() && airline.PIREP_Field_Names(i).empty())
+            continue;
         const auto place = static_cast<std::size_t>(i);
         const std::string value = place < values.size() ? values[place] : "(not sent)";
         Print(fmt::format("  {} = {} ({})", value, airline.PIREP_Fields(i),

@@ -33,12 +33,6 @@ int Status_Of(bool done) {
     return done ? exit_status::done : exit_status::failed;
 }
 
-/// The outside world of operations that report their failures instead of raising them.
-Services Heard_By(Heard_Error_Log& heard, const Services& outside) {
-    return {outside.desktop, outside.settings, outside.clock,
-            heard,           outside.regional, outside.program_directory};
-}
-
 bool Same_Date(std::string_view one, std::string_view other, std::string_view short_date) {
     const auto left = Parse_Date_Time(one, short_date);
     const auto right = Parse_Date_Time(other, short_date);
@@ -209,7 +203,7 @@ int Log_Delete(Session& session, const Row_Choice& row) {
 int Log_Import_Plan(Session& session, const Row_Choice& row, const std::string& file) {
     // The panel takes from a broken plan what it can; what is scripted is to fail then.
     Heard_Error_Log heard(session.Outside().error_log);
-    Services services = Heard_By(heard, session.Outside());
+    Services services = With_Error_Log(session.Outside(), heard);
     static_cast<void>(Read_Plan(services, file));
     if (!heard.Reasons().empty())
         return exit_status::failed;
@@ -248,7 +242,7 @@ int Hours(Session& session, bool report) {
         Sum_Hours_By_Type(Read_Log(outside, settings.FlightLog()), outside.regional);
     if (report) {
         Heard_Error_Log heard(outside.error_log);
-        Services services = Heard_By(heard, outside);
+        Services services = With_Error_Log(outside, heard);
         ucStats statistics(services, settings);
         statistics.Display_Flight_Stats();
         if (heard.Reasons().empty())

@@ -26,26 +26,10 @@ namespace norvane {
 
 namespace {
 
-struct Meaning {
-    const Http_Failure& failure;
-    std::string_view text;
-};
-
-/// What the network client's terse failures mean to somebody who asked for a page.
-constexpr std::array<Meaning, 4> meanings{{
-    {missing_url, "no server is named"},
-    {internet_connect,
-     "the server is unknown, cannot be reached, or its certificate is not trusted"},
-    {http_open_request, "this is no web address"},
-    {http_send_request, "the connection ended before an answer came"},
-}};
-
 std::string With_Meaning(std::string reason) {
-    const auto* const found =
-        std::find_if(meanings.begin(), meanings.end(),
-                     [&](const Meaning& each) { return each.failure.text == reason; });
-    if (found != meanings.end())
-        reason.append(": ").append(found->text);
+    const Http_Failure* failure = Find_Http_Failure(reason);
+    if (failure != nullptr)
+        reason.append(": ").append(failure->meaning);
     return reason;
 }
 
@@ -57,9 +41,7 @@ class Network_Request {
           m_settings(session.Outside()),
           m_airline(session.Outside()),
           m_log(session.Outside().error_log),
-          m_services{session.Outside().desktop,  session.Outside().settings,
-                     session.Outside().clock,    m_log,
-                     session.Outside().regional, session.Outside().program_directory} {
+          m_services(With_Error_Log(session.Outside(), m_log)) {
         m_airline.Get_VA_Settings(m_settings.Virtual_Airline());
     }
 

@@ -96,7 +96,7 @@ int World_Add(Session& session, const New_Location& location, World_Of world) {
     if (!at)
         return exit_status::no_simulator;
     std::string name;
-    Guarded(services, "frmFSWorld.Get_Airport_Name()", Show::silent,
+    Guarded(services, "frmFSWorld.Get_Airport_Name()", Show::box,
             [&] { name = World_Airport_Name(services, at->world, code); });
     World_Locations locations(World_Path(session, at->world_ud));
     const auto& others = locations.Locations();
@@ -140,10 +140,18 @@ int World_Build(const std::string& from, const std::string& to, Heliports helipo
 }
 
 int Airport_Find(Session& session, const std::string& text, World_Of world) {
+    const std::string wanted = From_Utf8(text);
+    if (!Airport_Search::Is_Search(wanted)) {
+        throw Run_Error(error_number::invalid_call, "Nearly every airport holds \"" + wanted +
+                                                        "\": search for two letters or "
+                                                        "more");
+    }
+    const std::string simulator = Simulator_Of(world);
     Airport_Search search;
-    search.Load(World_Path(session, World_Name(Simulator_Of(world))));
+    search.Load(World_Path(session, World_Name(simulator)),
+                World_Path(session, World_UD_Name(simulator)));
     constexpr auto all = std::numeric_limits<std::size_t>::max();
-    for (const Found_Airport& each : search.Find(From_Utf8(text), all).airports) {
+    for (const Found_Airport& each : search.Find(wanted, all).airports) {
         Console_Desktop::Print(fmt::format(
             "{}\t{}\t{}\t{}\t{}", each.icao, each.name, Format_Significant(each.position.latitude),
             Format_Significant(each.position.longitude), each.elevation_ft));

@@ -2,6 +2,11 @@
 
 namespace norvane {
 
+Services With_Error_Log(const Services& outside, Error_Log& error_log) {
+    return {outside.desktop,  outside.settings,          outside.clock,        error_log,
+            outside.regional, outside.program_directory, outside.path_mappings};
+}
+
 Wait_Notice::Wait_Notice(Desktop& desktop, std::string_view what)
     : m_desktop(desktop), m_place(desktop.m_waits.emplace(desktop.m_waits.end(), what)) {
     m_desktop.Wait_Changed();

@@ -221,4 +221,7 @@ struct Services {
     std::vector<Path_Mapping> path_mappings = {};
 };
 
+/// All of `outside`, but for the error log.
+[[nodiscard]] Services With_Error_Log(const Services& outside, Error_Log& error_log);
+
 }  // namespace norvane

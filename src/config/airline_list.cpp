@@ -53,7 +53,13 @@ std::vector<std::string> List_Airlines(Services& services) {
         if (!directory.starts_with(directory_prefix) || directory == directory_prefix)
             continue;
         const std::string name = directory.substr(directory_prefix.size());
-        const std::string fault = Airline_Name_Fault(name);
+        // Two names that differ in such letters only would be one airline.
+        const bool is_held =
+            To_Path(From_Path(entry->path().filename())) == entry->path().filename();
+        const std::string fault =
+            is_held ? Airline_Name_Fault(name)
+                    : "its name has letters that the program's character set, Windows-1252, does "
+                      "not have; rename the directory to fly for this airline";
         if (fault.empty()) {
             airlines.push_back(name);
         } else {

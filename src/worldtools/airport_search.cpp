@@ -2,6 +2,7 @@
 
 #include <array>
 #include <system_error>
+#include <utility>
 
 #include "acars/world_file.h"
 #include "common/line_reader.h"
@@ -40,15 +41,27 @@ enum Rank : std::size_t { exact_code, begin_of_code, elsewhere, rank_count };
 
 }  // namespace
 
-void Airport_Search::Load(const std::filesystem::path& file) {
+Airport_Search::Source::Source(const std::filesystem::path& path) : file(path) {
     std::error_code failure;
-    const auto written = std::filesystem::last_write_time(file, failure);
-    const auto size = failure ? 0 : std::filesystem::file_size(file, failure);
-    if (!failure && m_file == file && m_written == written && m_size == size)
+    written = std::filesystem::last_write_time(file, failure);
+    exists = !failure;
+    size = exists ? std::filesystem::file_size(file, failure) : 0;
+}
+
+void Airport_Search::Load(const std::filesystem::path& world, const std::filesystem::path& own) {
+    std::vector<Source> sources{Source(own), Source(world)};
+    if (m_sources == sources)
         return;
-    m_file.clear();
+    m_sources.clear();
     m_airports.clear();
     m_folded.clear();
+    if (sources.front().exists)
+        Add(own);
+    Add(world);
+    m_sources = std::move(sources);
+}
+
+void Airport_Search::Add(const std::filesystem::path& file) {
     const std::string content = Read_File(file);
     for (Line_Reader reader(content); reader.Next();) {
         std::string_view fault;
@@ -61,9 +74,10 @@ void Airport_Search::Load(const std::filesystem::path& file) {
         m_folded.push_back(Folded(m_airports.back().icao) + field_separator +
                            Folded(m_airports.back().name));
     }
-    m_file = file;
-    m_written = written;
-    m_size = content.size();
+}
+
+bool Airport_Search::Is_Search(std::string_view text) {
+    return Trimmed_View(text).size() > 1;
 }
 
 Airport_Matches Airport_Search::Find(std::string_view text, std::size_t most) const {

@@ -25,23 +25,36 @@ struct Airport_Matches {
     /// How many airports match, those beyond `airports` too.
     std::size_t count = 0;
     /// Codes that are the text first, then codes that begin with it, then the others, each in the
-    /// file's order.
+    /// files' order, the pilot's own locations first.
     std::vector<Found_Airport> airports;
 };
 
 class Airport_Search {
   public:
-    /// Reads the file unless it is the one that was read last, unchanged. Lines that are no
-    /// airport's are passed over. Raises when it cannot be read.
-    void Load(const std::filesystem::path& file);
+    /// Reads the world file and the one of the pilot's own locations behind it, unless they are the
+    /// ones that were read last, unchanged. Lines that are no airport's are passed over; no own
+    /// locations are no fault. Raises when the world file cannot be read.
+    void Load(const std::filesystem::path& world, const std::filesystem::path& own);
     [[nodiscard]] std::size_t Size() const { return m_airports.size(); }
+    /// False for a text that nearly every airport holds: none, or one letter.
+    [[nodiscard]] static bool Is_Search(std::string_view text);
     /// At most `most` airports; all airports match the empty text.
     [[nodiscard]] Airport_Matches Find(std::string_view text, std::size_t most) const;
 
   private:
-    std::filesystem::path m_file;
-    std::filesystem::file_time_type m_written;
-    std::uintmax_t m_size = 0;
+    /// A file as it was read.
+    struct Source {
+        explicit Source(const std::filesystem::path& path);
+        bool operator==(const Source&) const = default;
+
+        std::filesystem::path file;
+        bool exists = false;
+        std::filesystem::file_time_type written;
+        std::uintmax_t size = 0;
+    };
+    void Add(const std::filesystem::path& file);
+
+    std::vector<Source> m_sources;
     std::vector<Found_Airport> m_airports;
     /// Code, "|" and name of each airport as they are compared.
     std::vector<std::string> m_folded;

@@ -102,8 +102,10 @@ void frmFSWorld::Add_Location() {
             return;
         }
         const Busy_Cursor busy(services.desktop);
+        // A box about the name stands before the place is read: the aircraft may move meanwhile.
+        const std::string name = Get_Airport_Name(code);
         const Aircraft_Place place = Read_Aircraft_Place(*m_objACARS);
-        m_locations->Add(Make_Location(services, code, Get_Airport_Name(code), place));
+        m_locations->Add(Make_Location(services, code, name, place));
         lvwWorld.Add_Row(Row_Of(m_locations->Locations().back()));
         txtICAO.Set_Text(empty_field);
     });
@@ -112,7 +114,7 @@ void frmFSWorld::Add_Location() {
 std::string frmFSWorld::Get_Airport_Name(std::string_view icao) {
     std::string name;
     // A location without a name is a location: the pilot is not kept from it.
-    Guarded(m_parts.services, "frmFSWorld.Get_Airport_Name()", Show::silent,
+    Guarded(m_parts.services, "frmFSWorld.Get_Airport_Name()", Show::box,
             [&] { name = World_Airport_Name(m_parts.services, m_objACARS->World(), icao); });
     return name;
 }

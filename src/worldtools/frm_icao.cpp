@@ -23,8 +23,8 @@ Row_List::Row Row_Of(const Found_Airport& airport, const Regional& regional) {
 
 }  // namespace
 
-frmICAO::frmICAO(Services& services, std::function<std::string()> world_name)
-    : m_services(services), m_world_name(std::move(world_name)) {
+frmICAO::frmICAO(Services& services, std::function<World_Files()> files)
+    : m_services(services), m_files(std::move(files)) {
     txtSearch.edited.connect([this] { Search(); });
     lvwAirports.changed.connect([this] { hypCopy.Set_Enabled(lvwAirports.Selected() >= 0); });
     lvwAirports.activated.connect([this] { Copy_Code(); });
@@ -36,8 +36,11 @@ frmICAO::frmICAO(Services& services, std::function<std::string()> world_name)
 void frmICAO::Show_Form() {
     if (!m_open) {
         const Busy_Cursor busy(m_services.desktop);
-        m_search.Load(
-            Find_Path(m_services, m_services.program_directory, "bin\\" + m_world_name()));
+        const World_Files files = m_files();
+        const auto path_of = [this](const std::string& name) {
+            return Find_Path(m_services, m_services.program_directory, "bin\\" + name);
+        };
+        m_search.Load(path_of(files.world), path_of(files.own));
         m_open = true;
         txtSearch.Set_Text("");
         Search();
@@ -57,7 +60,9 @@ void frmICAO::Search() {
     };
     const std::string_view wanted = Trimmed_View(txtSearch.Text());
     // Nothing asked for is nothing found: the list would begin with airports that nobody meant.
-    const Airport_Matches matches = m_search.Find(wanted, wanted.empty() ? 0 : most_rows);
+    const bool is_search = Airport_Search::Is_Search(wanted);
+    const Airport_Matches matches =
+        m_search.Find(is_search ? wanted : std::string_view(), is_search ? most_rows : 0);
     std::vector<Row_List::Row> rows;
     for (const Found_Airport& airport : matches.airports)
         rows.push_back(Row_Of(airport, regional));

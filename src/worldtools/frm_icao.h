@@ -1,7 +1,7 @@
 #pragma once
-// The airport lookup "Airport Name/ICAO Lookup": finds airports of the main world file by any part
-// of code or name while the pilot types. A plain model of a window that does not block; owned by
-// the program, opened by the main window.
+// The airport lookup "Airport Name/ICAO Lookup": finds airports of the main world file and the
+// pilot's own locations by any part of code or name while the pilot types. A plain model of a
+// window that does not block; owned by the program, opened by the main window.
 
 #include <sigc++/sigc++.h>
 
@@ -24,8 +24,14 @@ class frmICAO {
     /// Airports that the list shows at most; `lblCount` tells of more.
     static constexpr std::size_t most_rows = 500;
 
-    /// `world_name` gives the name of the world file ("fs9.wld") each time the window opens.
-    frmICAO(Services& services, std::function<std::string()> world_name);
+    /// Names in "bin".
+    struct World_Files {
+        std::string world;
+        /// The pilot's own locations.
+        std::string own;
+    };
+    /// `files` gives the names ("fs9.wld", "fs9UD.wld") each time the window opens.
+    frmICAO(Services& services, std::function<World_Files()> files);
     frmICAO(const frmICAO&) = delete;
     frmICAO& operator=(const frmICAO&) = delete;
 
@@ -49,7 +55,7 @@ class frmICAO {
     void Copy_Code();
 
     Services& m_services;
-    std::function<std::string()> m_world_name;
+    std::function<World_Files()> m_files;
     Airport_Search m_search;
     bool m_open = false;
 };

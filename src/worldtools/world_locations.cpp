@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -120,10 +121,20 @@ Aircraft_Place Read_Aircraft_Place(clsACARS& engine) {
     return place;
 }
 
+namespace {
+
+/// Degrees to the decimetre: what the simulator gives beyond that is noise.
+std::string Format_Degrees(double degrees) {
+    constexpr double steps = 1e6;
+    return Format_Significant(std::round(degrees * steps) / steps);
+}
+
+}  // namespace
+
 World_Location Make_Location(Services& services, std::string_view icao, std::string_view name,
                              const Aircraft_Place& place) {
-    return {Format_Significant(place.position.latitude),
-            Format_Significant(place.position.longitude),
+    return {Format_Degrees(place.position.latitude),
+            Format_Degrees(place.position.longitude),
             Format_Whole(Round_Half_Even(place.ground_elevation_ft)),
             std::string(icao),
             std::string(name),

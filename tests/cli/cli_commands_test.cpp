@@ -3,6 +3,8 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
+#include <chrono>
+
 #include "cli/cli_world.h"
 #include "common/file_writer.h"
 #include "common/line_reader.h"
@@ -53,9 +55,27 @@ TEST_F(Cli_Commands, Keep_settings_and_refuse_what_does_not_fit) {
         EXPECT_FALSE(result.errors.empty()) << name;
     }
     EXPECT_EQ(Run({"settings", "get", "ACARS_Fuel"}).output, "0\n");
+    // What a killed save left is swept away by who holds the lock.
+    const auto rest = home / "logs/.My Flight Log.txt.aB3dEf";
+    Write_File(rest, "x");
+    fs::last_write_time(rest, fs::file_time_type::clock::now() - std::chrono::hours(25));
+    EXPECT_EQ(Run({"settings", "get", "ACARS_Fuel"}).status, 0);
+    EXPECT_TRUE(fs::exists(rest));
+    fs::remove(home / "bin/optfields.cfg");
+    fs::create_directories(home / "bin/optfields.cfg");
+    const auto unsaved = Run({"settings", "set", "OptFields(0)", "Stand^"});
+    EXPECT_EQ(unsaved.status, 1);
+    EXPECT_NE(unsaved.errors.find("OptFields(0) was not saved: "), std::string::npos);
+    EXPECT_FALSE(fs::exists(rest));
+    fs::remove(home / "bin/optfields.cfg");
     const auto date_key = std::to_string(Row_Of(Log_Field::FLIGHT_DATE).store_key);
     Sqlite_Store(home / "settings.sqlite").Set(flight_section, date_key, "3/14/2026");
     EXPECT_EQ(Run({"settings", "set", "acars_fuel", "1"}).status, 1) << "a flight is stored";
+    const auto refused = Run({"settings", "set", "ACARS_UseTime", "1"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.errors.find("fly --new"), std::string::npos) << refused.errors;
+    EXPECT_EQ(Run({"settings", "set", "PilotID", "7"}).status, 0) << "no figure means another";
+    Sqlite_Store(home / "settings.sqlite").Delete_Section(flight_section);
     EXPECT_EQ(Run({"settings", "set", "ACARS_UseTime", "1"}).status, 0);
     EXPECT_EQ(Run({"fly", "--time-scale", "2"}).status, 2) << "scaled timers, real clock";
 }
@@ -69,6 +89,14 @@ TEST_F(Cli_Commands, Switch_between_airlines) {
     EXPECT_NE(shown.find("Server: www.sky.example\n"), std::string::npos) << shown;
     EXPECT_NE(shown.find("PIREP script: /pirep.php\n"), std::string::npos);
     EXPECT_EQ(Run({"airline", "use", "NONE SUCH"}).status, 1);
+    fs::create_directories(home / "VA_日本");
+    const auto no_letters = Run({"airline", "use", "日本"});
+    EXPECT_EQ(no_letters.status, 1);
+    EXPECT_NE(no_letters.errors.find("Windows-1252"), std::string::npos) << no_letters.errors;
+    Write_File(home / "VA_Sky" / "pirep.cfg", "Date^d\r\nno mark\r\n");
+    const auto faulty = Run({"airline", "show"}).output;
+    EXPECT_NE(faulty.find(" = d (Date)\n"), std::string::npos) << faulty;
+    EXPECT_EQ(faulty.find(" =  ()"), std::string::npos) << "76 places, one field";
 }
 
 TEST_F(Cli_Commands, Show_a_flight_plan) {
@@ -107,6 +135,25 @@ TEST_F(Cli_Commands, Keep_a_second_writer_away_but_let_others_look) {
     EXPECT_EQ(flying.Wait(), 0);
     EXPECT_EQ(second.status, 4) << second.errors;
     EXPECT_EQ(look.output, "0\n");
+}
+
+TEST_F(Cli_Commands, Look_whatever_state_the_store_is_in) {
+    Write_File(home / "bin/fs9.wld", "47.4647|8.5492|1416|LSZH|Zurich\r\n");
+    const auto plan = fs::path(NORVANE_SOURCE_DIR) / "tests/data/plans/lfpg-eidw.pln";
+    const std::string broken(20000, 'x');
+    Write_File(home / "settings.sqlite", broken);
+    const Store_Lock flying(home / "settings.sqlite");
+    for (const auto& command : {std::vector<std::string>{"settings", "list"},
+                                {"settings", "get", "PilotID"},
+                                {"log", "rows"},
+                                {"airport", "find", "zurich"},
+                                {"plan", plan.string()}}) {
+        const auto result = Run(command);
+        EXPECT_EQ(result.status, 0) << command[0];
+        EXPECT_NE(result.errors.find("Not all settings can be read"), std::string::npos);
+    }
+    EXPECT_EQ(Read_File(home / "settings.sqlite"), broken);
+    EXPECT_FALSE(fs::exists(home / "settings.sqlite.broken"));
 }
 
 /// A log directory that takes nothing more, for root too.

@@ -11,6 +11,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::Not;
 using testing::StartsWith;
 
 class Cli_World_Commands : public Cli_World {};
@@ -50,6 +52,7 @@ TEST_F(Cli_World_Commands, Keep_the_pilots_locations) {
     const auto listed = Run({"world", "list"}).output;
     EXPECT_THAT(listed, StartsWith("1\tLSZH\tZürich Airport\t"));
     EXPECT_THAT(listed, HasSubstr("\t-33.97\t18.6\t150\n2\tNV01\t"));
+    EXPECT_THAT(Read_File(user_file), Not(MatchesRegex("(.|\n)*\\.[0-9]{7}(.|\n)*")));
     EXPECT_EQ(Read_Lines(user_file).size(), 2U);
 }
 
@@ -68,6 +71,8 @@ TEST_F(Cli_World_Commands, Find_airports) {
     // As near as the main file's: the pilot's own.
     Write_File(home / "bin/fs9UD.wld", "-33.9648|18.6017|151|OWN|Mine\r\n");
     EXPECT_EQ(Run({"airport", "nearest", "-33.8", "18.6", "155"}).output, "OWN\tMine\t10\n");
+    EXPECT_THAT(Run({"airport", "find", "own"}).output, StartsWith("OWN\tMine\t"));
+    EXPECT_EQ(Run({"airport", "find", "a"}).status, 1) << "of \"Airport\"";
     EXPECT_EQ(Run({"airport", "nearest", "-33.8", "18.6"}).status, 2);
 }
 

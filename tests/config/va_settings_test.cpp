@@ -158,11 +158,12 @@ TEST_F(Airlines, Are_Listed_In_Capitals_And_The_Default_One_Last) {
     EXPECT_THAT(List_Airlines(services), ElementsAre("DEFAULT"));
 }
 
-TEST_F(Airlines, Named_Like_A_Section_Of_The_Store_Are_Refused) {
-    for (const auto* name : {"VA_Acars", "VA_va", "VA_Flight Plan", "VA_Sky"})
+TEST_F(Airlines, Named_Like_A_Section_Of_The_Store_Or_Beyond_The_Code_Page_Are_Refused) {
+    // The last two would be one airline, "??".
+    for (const auto* name : {"VA_Acars", "VA_va", "VA_Flight Plan", "VA_Sky", "VA_日本", "VA_東京"})
         std::filesystem::create_directories(directory / name);
     EXPECT_THAT(List_Airlines(services), ElementsAre("SKY"));
-    EXPECT_EQ(Take_Errors().size(), 3U);
+    EXPECT_EQ(Take_Errors().size(), 5U);
     for (const auto* name : {"acars", "PIREP", "DEFAULT", "Options", "Grid", "AppPos", "VA"})
         EXPECT_THAT(Airline_Name_Fault(name), HasSubstr(name));
     EXPECT_THAT(Airline_Name_Fault("SKY"), IsEmpty());

@@ -19,7 +19,7 @@ class Airport_Lookup : public Test_World {
             codes.push_back(row.front());
         return codes;
     }
-    frmICAO form{services, [] { return std::string("fs9.wld"); }};
+    frmICAO form{services, [] { return frmICAO::World_Files{"fs9.wld", "fs9UD.wld"}; }};
 };
 
 TEST_F(Airport_Lookup, Finds_codes_before_names_whatever_the_case_and_the_accents) {
@@ -35,6 +35,8 @@ TEST_F(Airport_Lookup, Finds_codes_before_names_whatever_the_case_and_the_accent
     form.Show_Form();
     EXPECT_EQ(form.lblCount.Text(), "4 airports");
     EXPECT_TRUE(form.lvwAirports.Rows().empty());
+    form.txtSearch.Enter("o ");
+    EXPECT_TRUE(form.lvwAirports.Rows().empty()) << "nearly every airport has one";
     form.txtSearch.Enter(" lon");
     EXPECT_THAT(Codes(), ElementsAre("LON", "LONX", "ZZZZ"));
     EXPECT_EQ(form.lblCount.Text(), "3 airports");
@@ -56,6 +58,11 @@ TEST_F(Airport_Lookup, Finds_codes_before_names_whatever_the_case_and_the_accent
     form.Show_Form();
     form.txtSearch.Enter("another");
     EXPECT_THAT(Codes(), ElementsAre("NEW1"));
+    form.Close_Form();
+    Write("bin/fs9UD.wld", "1|1|5|OWN1|Another of the pilot's own|3/14/2026\r\n");
+    form.Show_Form();
+    form.txtSearch.Enter("another");
+    EXPECT_THAT(Codes(), ElementsAre("OWN1", "NEW1"));
 }
 
 TEST_F(Airport_Lookup, Shows_the_first_500_and_counts_the_others) {
