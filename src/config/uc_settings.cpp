@@ -147,7 +147,7 @@ void ucSettings::ACARS_STATE(bool enabled) {
 }
 
 void ucSettings::Leave() {
-    if (!Equal_No_Case(cboVA.Text(), m_settings.Virtual_Airline()))
+    if (!Equal_No_Case(m_shown_airline, m_settings.Virtual_Airline()))
         Get_VA_Settings();
     else
         Select_Exactly(cboLog, m_settings.Virtual_Airline_Log());
@@ -216,18 +216,17 @@ void ucSettings::Load_WX_Combo() {
 }
 
 void ucSettings::Refresh_VA_Information() {
-    const std::string airline = cboVA.Text();
     const std::string log = cboLog.Text();
     cboVA.Set_Entries(List_Airlines(m_services));
     Load_Flight_Logs();
-    cboVA.Select_Text(airline);
-    if (cboVA.Selected() < 0) {
+    cboVA.Select_Text(m_shown_airline);
+    if (cboVA.Selected() < 0 && !Equal_No_Case(m_shown_airline, m_settings.Virtual_Airline())) {
         Get_VA_Settings();
         return;
     }
     Select_Exactly(cboLog, log);
     if (cboLog.Selected() < 0)
-        Select_Exactly(cboLog, m_settings.Values_With_Airline(airline).Virtual_Airline_Log);
+        Select_Exactly(cboLog, m_settings.Values_With_Airline(m_shown_airline).Virtual_Airline_Log);
     Enable_Controls();
 }
 
@@ -238,7 +237,8 @@ void ucSettings::Load_Flight_Logs() {
 
 void ucSettings::Get_VA_Settings() {
     Guarded(m_services, "ucSettings.Get_VA_Settings()", Show::box, [&] {
-        cboVA.Select_Text(m_settings.Virtual_Airline());
+        m_shown_airline = m_settings.Virtual_Airline();
+        cboVA.Select_Text(m_shown_airline);
         Show_Airline(m_settings.Values());
     });
 }
@@ -316,8 +316,10 @@ void ucSettings::Get_Opt_Fields() {
 void ucSettings::Choose_Airline() {
     if (cboVA.Selected() < 0)
         return;
-    Guarded(m_services, "ucSettings.cboVA_Click()", Show::silent,
-            [&] { Show_Airline(m_settings.Values_With_Airline(cboVA.Text())); });
+    Guarded(m_services, "ucSettings.cboVA_Click()", Show::silent, [&] {
+        m_shown_airline = cboVA.Text();
+        Show_Airline(m_settings.Values_With_Airline(m_shown_airline));
+    });
 }
 
 void ucSettings::Get_Airline_Info() {

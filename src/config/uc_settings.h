@@ -169,6 +169,8 @@ class ucSettings {
     clsAppSettings& m_settings;
     clsVASettings& m_airline;
     Page m_page = appearance;
+    /// Whose fields the page "Virtual Airline" shows; the list may lack the one that is set.
+    std::string m_shown_airline;
     bool m_unlocked = true;
     sigc::connection m_airline_change;
 };

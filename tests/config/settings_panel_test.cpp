@@ -236,7 +236,12 @@ TEST_F(Settings_Panel, Asks_before_old_values_stand_under_other_captions) {
 }
 
 TEST_F(Settings_Panel, What_is_looked_at_is_nobodys_but_the_panels) {
+    // The default airline, which is set, has no directory here and stands in no list.
     EXPECT_THAT(panel->cboVA.Entries(), ElementsAre("ABC", "XYZ"));
+    panel->txtPilot[ucSettings::pilot_id].Enter("D1");
+    panel->Choose_Tab(ucSettings::virtual_airline);
+    panel->Leave();
+    EXPECT_EQ(panel->txtPilot[ucSettings::pilot_id].Text(), "D1");
     Choose(panel->cboVA, "ABC");
     panel->txtPilot[ucSettings::pilot_id].Enter("A1");
     Choose(panel->cboLog, "Jets");
