@@ -4,6 +4,8 @@
 // `main`. Commands that only look take a session that writes nothing to the store, so that they
 // work beside a flight.
 
+#include <sigc++/sigc++.h>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -63,6 +65,7 @@ class Session {
     Memory_Store m_copy;
     std::string m_copy_trouble;
     std::optional<Services> m_services;
+    sigc::connection m_failing_ticks;
 };
 
 }  // namespace norvane

@@ -40,7 +40,9 @@ constexpr std::string_view other_words =
     "This could not be carried out; everything else goes on as before.  If it comes back, the "
     "error log tells what a technician wants to know.";
 
-std::string For_Pilot(const Run_Error& error) {
+}  // namespace
+
+std::string Words_For_Pilot(const Run_Error& error) {
     if (!error.For_Pilot().empty())
         return error.For_Pilot();
     for (const Number_Words& row : number_words) {
@@ -50,15 +52,13 @@ std::string For_Pilot(const Run_Error& error) {
     return std::string(other_words);
 }
 
-}  // namespace
-
 void Log_Error(Services& services, std::string_view procedure, const Run_Error& error, Show show) {
     try {
         const std::string report = fmt::format(
             "{} has encountered an error: \r\n\r\nError Source: {}\r\nError Number: {}\r\n"
             "Error Description: {}",
             product_name, procedure, error.Number(), error.Description());
-        services.desktop.Set_Busy(false);
+        services.desktop.End_Busy();
         // The log comes first: while a box is open the program may be ended.
         try {
             const std::string date = Format_Date(services.clock.Local_Now().date, "yyyyMMdd");
@@ -68,13 +68,20 @@ void Log_Error(Services& services, std::string_view procedure, const Run_Error& 
         }
         Timer_Queue& timers = services.desktop.Timers();
         if (show == Show::box && !timers.Is_Ticking() && timers.First_Within_A_Minute(report)) {
-            services.desktop.Show_Message({For_Pilot(error), std::string(product_name) + " Error",
-                                           Icon::exclamation, Buttons::ok, report});
+            services.desktop.Show_Message({Words_For_Pilot(error),
+                                           std::string(product_name) + " Error", Icon::exclamation,
+                                           Buttons::ok, report});
         }
     } catch (...) {
         // Reporting must never become a failure of its own.
         return;
     }
+}
+
+sigc::connection Log_Failing_Ticks(Services& services) {
+    return services.desktop.Timers().tick_failed.connect([&services](const Run_Error& error) {
+        Log_Error(services, "Timer.tick", error, Show::silent);
+    });
 }
 
 }  // namespace norvane

@@ -3,6 +3,9 @@
 // its work in `Guarded` under its qualified name ("clsACARS.Refresh()"); the failure goes to the
 // error log, to the pilot when asked, and no further.
 
+#include <sigc++/sigc++.h>
+
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -12,12 +15,19 @@ namespace norvane {
 
 struct Services;
 
+/// What a failure means for the flight and what to do: its own words, or those for its number.
+[[nodiscard]] std::string Words_For_Pilot(const Run_Error& error);
+
 enum class Show { silent, box };
 
 /// Puts the cursor back to normal, appends the report to the error log and, when asked, shows the
 /// pilot what it means, with the report under "Details". Never fails. A box is not shown from
 /// within a timer's tick, nor twice within a minute for the same report; the log takes every one.
 void Log_Error(Services& services, std::string_view procedure, const Run_Error& error, Show show);
+
+/// Has the failures of the desktop's timers that report none of their own go to the error log,
+/// until the connection ends; `services` outlives it.
+[[nodiscard]] sigc::connection Log_Failing_Ticks(Services& services);
 
 /// Runs `body`; a failure is reported under `procedure` and the result is false.
 template <class Body>

@@ -33,6 +33,9 @@ struct Message_Box {
     Buttons buttons = Buttons::ok;
     /// What a technician wants to know of a failure, shown under "Details"; empty: none.
     std::string details = {};
+    /// What a note is about that holds for a while only, so that `Desktop::Withdraw` can take it
+    /// away; a newer one takes the place of an older one. Empty: it stays until it is closed.
+    std::string topic = {};
 };
 
 /// A file that the pilot is asked for.
@@ -53,9 +56,14 @@ class Desktop {
     Desktop& operator=(const Desktop&) = delete;
 
     virtual void Set_Busy(bool busy) = 0;
+    /// The cursor is normal again, however many procedures are still busy: one of them failed, and
+    /// whoever looks at the screen must not think that it goes on.
+    virtual void End_Busy() { Set_Busy(false); }
     /// Shows the box and waits for the answer. An information box that nothing asked for (raised by
     /// a timer) may be shown without waiting.
     virtual Answer Show_Message(const Message_Box& box) = 0;
+    /// Takes a box of this topic off the screen: what it says is true no longer.
+    virtual void Withdraw(std::string_view /*topic*/) {}
     /// Empty when the pilot chose none, or nobody can be asked.
     virtual std::filesystem::path Choose_File(const File_Choice& choice) = 0;
     /// The colour that the pilot chose, 0xBBGGRR, beginning at `current`; none when he chose none,

@@ -1,7 +1,6 @@
 #include "common/timer_queue.h"
 
 #include <algorithm>
-#include <exception>
 
 #include "common/services.h"
 
@@ -60,6 +59,15 @@ bool Timer_Queue::First_Within_A_Minute(const std::string& report) {
     return m_recent_reports.emplace(report, now).second;
 }
 
+void Timer_Queue::Tell_Of_Failure(const Run_Error& error) {
+    try {
+        tick_failed.emit(error);
+    } catch (...) {
+        // Who reports fails too: there is nobody left to tell.
+        return;
+    }
+}
+
 Timer::Timer(Timer_Queue& queue, std::chrono::milliseconds interval)
     : m_queue(queue), m_interval(interval) {
     m_queue.m_timers.push_back(this);
@@ -89,8 +97,9 @@ void Timer::Run() {
     ++queue.m_ticks_running;
     try {
         tick.emit();
-    } catch (const std::exception&) {
+    } catch (...) {
         // A tick reports its own failures; one that does not must not stop the event loop.
+        queue.Tell_Of_Failure(Caught_Error());
     }
     --queue.m_ticks_running;
     if (deleted)

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "common/run_error.h"
+
 namespace norvane {
 
 class Clock;
@@ -37,6 +39,8 @@ class Timer_Queue {
     [[nodiscard]] bool Is_Ticking() const { return m_ticks_running > 0; }
     /// `Next_Due` may have become earlier; whoever sleeps until then looks again.
     sigc::signal<void()> rescheduled;
+    /// A tick failed and did not report it itself. The timer goes on.
+    sigc::signal<void(const Run_Error&)> tick_failed;
 
     /// For the length of a nested event loop within a tick: what happens in it is the pilot's
     /// again.
@@ -58,6 +62,7 @@ class Timer_Queue {
 
   private:
     friend class Timer;
+    void Tell_Of_Failure(const Run_Error& error);
     Timer* Earliest_Due(std::chrono::microseconds now) const;
 
     Clock& m_clock;

@@ -7,6 +7,7 @@
 
 #include "common/file_writer.h"
 #include "common/line_reader.h"
+#include "common/log_error.h"
 
 namespace norvane::test {
 
@@ -78,6 +79,7 @@ Test_World::Test_World() : services{desktop, store, clock, error_log, Regional{}
         throw std::runtime_error("no temporary directory");
     directory = name;
     services.program_directory = directory;
+    static_cast<void>(Log_Failing_Ticks(services));
 }
 
 Test_World::~Test_World() {

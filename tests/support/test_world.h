@@ -43,6 +43,7 @@ class Scripted_Desktop : public Desktop {
 
     void Set_Busy(bool value) override { busy = value; }
     Answer Show_Message(const Message_Box& box) override;
+    void Withdraw(std::string_view topic) override { withdrawn.emplace_back(topic); }
     std::filesystem::path Choose_File(const File_Choice& choice) override;
     std::optional<std::int32_t> Choose_Color(std::int32_t current) override;
     void Open_File(const std::filesystem::path& file, std::string_view anchor) override {
@@ -63,6 +64,8 @@ class Scripted_Desktop : public Desktop {
 
     bool busy = false;
     std::vector<Message_Box> boxes;
+    /// Topics whose boxes were taken away.
+    std::vector<std::string> withdrawn;
     /// Answers to yes/no boxes, in order; No when the script is at its end.
     std::deque<Answer> answers;
     /// Files that were asked for, and what is chosen, in order; none when the script is at its end.
