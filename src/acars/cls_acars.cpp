@@ -13,6 +13,10 @@ bool clsACARS::Start(std::string& error_text, const Start_Request& request) {
     return m_engine->Start(error_text, request);
 }
 
+std::string clsACARS::For_Pilot(const std::string& error_text) const {
+    return m_engine->For_Pilot(error_text);
+}
+
 void clsACARS::Refresh() {
     m_engine->Refresh();
 }

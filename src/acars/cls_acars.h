@@ -51,6 +51,8 @@ class clsACARS {
     /// False when the link did not open, or failed while the figures were gathered; `error_text`
     /// then holds the link's text and the engine is as it was.
     bool Start(std::string& error_text, const Start_Request& request);
+    /// What the pilot reads of a `Start` that failed: its text, and beneath it what to check here.
+    [[nodiscard]] std::string For_Pilot(const std::string& error_text) const;
     /// One sampling step; does nothing while another step or `Start` runs.
     void Refresh();
     void Stop_();

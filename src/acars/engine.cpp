@@ -138,6 +138,11 @@ bool ACARS_Engine::Start(std::string& error_text, const clsACARS::Start_Request&
     return whole;
 }
 
+std::string ACARS_Engine::For_Pilot(const std::string& error_text) const {
+    const std::string check = m_context.link.What_To_Check(error_text);
+    return check.empty() ? std::string() : error_text + "\r\n\r\n" + check;
+}
+
 void ACARS_Engine::Open_And_Initialise(bool resume) {
     Flight_State& state = m_context.state;
     m_context.output.Post(m_context.events.FSVersion, state.simulator_name);

@@ -26,6 +26,7 @@ class ACARS_Engine {
     ACARS_Engine& operator=(const ACARS_Engine&) = delete;
 
     bool Start(std::string& error_text, const clsACARS::Start_Request& request);
+    [[nodiscard]] std::string For_Pilot(const std::string& error_text) const;
     void Refresh();
     void Stop_();
     void ReStart(bool& success);

@@ -65,7 +65,7 @@ void ucACARS::ACARS_ON() {
             m_objACARS->Start(failure, {true, m_resume, Without_Placeholder(txtFlightNumber.Text()),
                                         Without_Placeholder(txtAircraftType.Text())});
         if (!started)
-            throw Run_Error(error_number::other, failure);
+            throw Run_Error(error_number::other, failure, m_objACARS->For_Pilot(failure));
         Set_Paused(false);
         Set_Active_State(true);
         tmrPos.Set_Enabled(Airborne_By_Engine());

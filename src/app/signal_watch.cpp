@@ -35,6 +35,11 @@ bool Signal_Watch::Raised() {
     return m_raised;
 }
 
+bool Signal_Watch::Is_Pending() const {
+    pollfd watched{m_descriptor, POLLIN, 0};
+    return m_raised || ::poll(&watched, 1, 0) > 0;
+}
+
 void Signal_Watch::Sleep(std::chrono::microseconds span) {
     if (m_raised || span <= std::chrono::microseconds::zero())
         return;

@@ -15,6 +15,9 @@ class Signal_Watch {
 
     /// True once either signal has come.
     [[nodiscard]] bool Raised();
+    /// As `Raised`, but the descriptor can still be read: for who only stops waiting and leaves the
+    /// rest to the event loop.
+    [[nodiscard]] bool Is_Pending() const;
     /// Sleeps for `span` or until a signal comes.
     void Sleep(std::chrono::microseconds span);
     /// Can be read once a signal has come; for an event loop that waits for several things.

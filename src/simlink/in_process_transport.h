@@ -19,12 +19,15 @@ class In_Process_Transport : public Transport {
     [[nodiscard]] Transport_Opening Open() override;
     Delivery Deliver(std::span<std::byte> block, std::chrono::milliseconds at_most) override;
     void Close() override {}
+    [[nodiscard]] std::string Where() const override { return "127.0.0.1:8338"; }
+    [[nodiscard]] bool Is_Given_Up() const override { return given_up; }
 
     /// Asked at each opening; what it gives takes the place of a good one.
     std::function<std::optional<Transport_Opening>()> on_open;
     /// Asked at each delivery, before the area sees the block (which it may change); what it gives
     /// takes the area's place.
     std::function<std::optional<Delivery>(std::span<std::byte>)> on_deliver;
+    bool given_up = false;
 
   private:
     Offset_Area& m_area;

@@ -116,8 +116,8 @@ bool Wait_For(const Link_Socket& socket, short events, Link_Deadline deadline) {
             return true;
         if (deadline.Has_Passed())
             return false;
-        if (has_work)
-            (*deadline.meanwhile)();
+        if (has_work && !(*deadline.meanwhile)())
+            return false;
     }
 }
 

@@ -39,8 +39,9 @@ class Link_Socket {
 /// How long to wait, and what is done every few milliseconds of a wait that lasts.
 struct Link_Deadline {
     std::chrono::steady_clock::time_point moment;
-    /// None: nothing. Outlives the wait.
-    const std::function<void()>* meanwhile = nullptr;
+    /// None: nothing. Outlives the wait. False: nobody waits any longer, as if the moment were
+    /// past.
+    const std::function<bool()>* meanwhile = nullptr;
 
     [[nodiscard]] bool Has_Passed() const { return std::chrono::steady_clock::now() >= moment; }
 };

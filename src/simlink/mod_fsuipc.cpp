@@ -44,6 +44,24 @@ constexpr auto error_texts = std::to_array<std::string_view>({
     "Read or Write request cannot be added, memory for Process is full",
 });
 
+/// Failures for which there is nobody at the address, and for which the wrong one is there.
+constexpr std::array nobody_there = {ipc_result::no_simulator, ipc_result::timed_out,
+                                     ipc_result::send_failed};
+constexpr std::array other_there = {ipc_result::wrong_fsuipc, ipc_result::wrong_simulator,
+                                    ipc_result::bad_data, ipc_result::wide_client};
+
+constexpr std::string_view check_presence =
+    "Please check:\r\n"
+    "1) The simulator is running, with its flight loaded.\r\n"
+    "2) What connects it is running too: \"norvane-sim flightgear\" for FlightGear, "
+    "\"norvane-bridge.exe\" for a simulator on Windows, under Wine or Proton.\r\n"
+    "3) Both sides name the same address.\r\n"
+    "Then try again.  The help tells more under \"The first flight\".";
+constexpr std::string_view check_kind =
+    "Something answers there, but not as Norvane expects it.  Please check that the simulator has "
+    "loaded its flight, that no other program listens at this address, and that what connects the "
+    "simulator is as new as Norvane.  Then try again.";
+
 /// The place is the simulator's version number.
 constexpr auto simulator_names = std::to_array<std::string_view>(
     {"Any", "FS98", "FS2000", "CFS2", "CFS1", "FLY", "FS2002", "FS2004", "FSX"});
@@ -179,7 +197,8 @@ bool modFSUIPC::IPC_Process(int& result) {
 
 bool modFSUIPC::Send(std::span<std::byte> block, int& result) {
     Delivery delivery = m_transport.Deliver(block, send_time_out);
-    for (int tried = 1; delivery.outcome != Delivery_Outcome::answered && tried < send_tries;
+    for (int tried = 1; delivery.outcome != Delivery_Outcome::answered && tried < send_tries &&
+                        !m_transport.Is_Given_Up();
          ++tried) {
         m_clock.Sleep(pause_between_tries);
         delivery = m_transport.Deliver(block, send_time_out);
@@ -233,6 +252,22 @@ std::string modFSUIPC::IPC_ErrorText(int result) {
     if (result < 0 || std::cmp_greater_equal(result, error_texts.size()))
         return "Unknown result " + std::to_string(result) + " of the simulator link";
     return std::string(error_texts[static_cast<std::size_t>(result)]);
+}
+
+std::string modFSUIPC::What_To_Check(std::string_view error_text) const {
+    const auto among = [&](const auto& results) {
+        return std::any_of(results.begin(), results.end(), [&](int result) {
+            return error_texts.at(static_cast<std::size_t>(result)) == error_text;
+        });
+    };
+    const bool absent = among(nobody_there);
+    if (!absent && !among(other_there))
+        return {};
+    const std::string where = m_transport.Where();
+    const std::string tried = where.empty()
+                                  ? std::string()
+                                  : "Norvane looked for the simulator at " + where + ".\r\n\r\n";
+    return tried + std::string(absent ? check_presence : check_kind);
 }
 
 std::string modFSUIPC::IPC_SimName() const {

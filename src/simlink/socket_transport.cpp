@@ -10,7 +10,7 @@
 namespace norvane {
 
 Socket_Transport::Socket_Transport(Link_Address address, std::chrono::milliseconds connect_at_most,
-                                   std::function<void()> meanwhile)
+                                   std::function<bool()> meanwhile)
     : m_address(std::move(address)),
       m_connect_at_most(connect_at_most),
       m_meanwhile(std::move(meanwhile)) {}

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "simlink/link_socket.h"
@@ -15,11 +16,12 @@ class Socket_Transport : public Transport {
   public:
     /// Not connected yet. A connection that does not come about within `connect_at_most` counts as
     /// silence. `meanwhile` is done every few milliseconds of a wait that lasts; it must not use
-    /// the transport.
+    /// the transport. Once it says false, nobody waits any longer: what is asked counts as silence
+    /// at once.
     explicit Socket_Transport(
         Link_Address address,
         std::chrono::milliseconds connect_at_most = std::chrono::milliseconds(2000),
-        std::function<void()> meanwhile = {});
+        std::function<bool()> meanwhile = {});
 
     /// Another simulator's address, for the next connection; one that is open is closed.
     void Set_Address(Link_Address address);
@@ -31,6 +33,8 @@ class Socket_Transport : public Transport {
     /// refused.
     Delivery Deliver(std::span<std::byte> block, std::chrono::milliseconds at_most) override;
     void Close() override;
+    [[nodiscard]] std::string Where() const override { return m_address.Text(); }
+    [[nodiscard]] bool Is_Given_Up() const override { return m_meanwhile && !m_meanwhile(); }
 
   private:
     [[nodiscard]] Link_Deadline Within(std::chrono::milliseconds span) const;
@@ -41,7 +45,7 @@ class Socket_Transport : public Transport {
 
     Link_Address m_address;
     std::chrono::milliseconds m_connect_at_most;
-    std::function<void()> m_meanwhile;
+    std::function<bool()> m_meanwhile;
     Link_Socket m_socket;
     std::uint32_t m_sequence = 0;
     std::vector<std::byte> m_outgoing;

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 
 namespace norvane {
 
@@ -42,6 +43,10 @@ class Transport {
     /// filled. A delivery after the peer was found gone reconnects first.
     virtual Delivery Deliver(std::span<std::byte> block, std::chrono::milliseconds at_most) = 0;
     virtual void Close() = 0;
+    /// Where the peer is looked for, for people to read; empty where there is only one place.
+    [[nodiscard]] virtual std::string Where() const { return {}; }
+    /// Nobody waits for an answer any longer: the program is about to end.
+    [[nodiscard]] virtual bool Is_Given_Up() const { return false; }
 };
 
 }  // namespace norvane

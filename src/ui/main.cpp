@@ -73,11 +73,16 @@ std::optional<int> Read_Command_Line(int argc, char** argv, Window_Options& opti
 /// The simulator the program flies with: one that runs, or the demonstration's own.
 class Simulator {
   public:
-    Simulator(const Window_Options& options, Settings_Store& store, Qt_Desktop& desktop)
+    Simulator(const Window_Options& options, Settings_Store& store, Qt_Desktop& desktop,
+              const Signal_Watch& signals)
         : m_stand_in(Start(options)),
           m_transport(Parse_Link_Address(m_stand_in ? m_stand_in->Address()
                                                     : Simulator_Address(options.session, store)),
-                      connect_at_most, [&desktop] { desktop.Repaint(); }) {}
+                      connect_at_most, [&desktop, &signals] {
+                          desktop.Repaint();
+                          // A program that is asked to end waits for no simulator.
+                          return !signals.Is_Pending();
+                      }) {}
 
     Transport& Link() { return m_transport; }
     /// The settings were saved; the next "On" looks where they say.
@@ -141,7 +146,7 @@ int Show_Window(QApplication& application, Signal_Watch& signals, Qt_Desktop& de
     const std::unique_ptr<QSplashScreen> splash =
         Show_Splash(session.Outside(),
                     airline == stored_default_airline ? airline : Airline_Directory(airline));
-    Simulator simulator(options, session.Outside().settings, desktop);
+    Simulator simulator(options, session.Outside().settings, desktop, signals);
     Program program(session.Outside(), simulator.Link());
     program.settings.SettingsChanged.connect([&] {
         if (!program.panel.Is_Active())

@@ -84,7 +84,10 @@ TEST_F(Panel_Commands, A_simulator_that_does_not_answer_is_told_and_leaves_the_p
                              "Unable to connect to FSUIPC."),
               std::string::npos)
         << errors[0];
-    EXPECT_EQ(Take_Boxes().size(), 1U);
+    ASSERT_EQ(desktop.boxes.size(), 1U);
+    const std::string& words = desktop.boxes[0].text;
+    EXPECT_LT(words.find("Unable to connect to FSUIPC."), words.find("127.0.0.1:8338")) << words;
+    Take_Boxes();
     program->transport.on_open = nullptr;
     Panel().hypOn.Click();
     EXPECT_TRUE(Panel().Is_Active());

@@ -208,6 +208,12 @@ TEST_F(Mod_Fsuipc, Failed_Sends_Are_Repeated_Ten_Times) {
         EXPECT_FALSE(link.IPC_Process(result));
         EXPECT_EQ(result, ipc_result::nothing_queued);
     }
+    // A program that is about to end waits for none of the other tries.
+    deliveries = 0;
+    transport.given_up = true;
+    Fail_Next(11, Delivery_Outcome::silent);
+    Read_Word(0x3304);
+    EXPECT_EQ(deliveries, 1);
 }
 
 TEST_F(Mod_Fsuipc, A_Refusal_Is_Bad_Data_And_Is_Not_Repeated) {
@@ -264,6 +270,14 @@ TEST_F(Mod_Fsuipc, Texts_Of_Codes_Versions_And_Names) {
     EXPECT_EQ(modFSUIPC::IPC_ErrorText(12), "IPC sendmessage failed all retries");
     EXPECT_EQ(modFSUIPC::IPC_ErrorText(15),
               "Read or Write request cannot be added, memory for Process is full");
+    // What the pilot can check stands with the failures that he can do something about.
+    for (int code = 0; code <= 15; ++code) {
+        const std::string check = link.What_To_Check(modFSUIPC::IPC_ErrorText(code));
+        const bool absent = code == 2 || code == 11 || code == 12;
+        const bool other = code == 7 || code == 8 || code == 13 || code == 14;
+        EXPECT_EQ(check.find("127.0.0.1:8338") != std::string::npos, absent || other) << code;
+        EXPECT_EQ(check.find("norvane-bridge") != std::string::npos, absent) << code;
+    }
     for (const int outside : {-1, 16, 99})
         EXPECT_NE(modFSUIPC::IPC_ErrorText(outside).find(std::to_string(outside)),
                   std::string::npos);
