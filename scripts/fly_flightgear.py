@@ -1,9 +1,10 @@
 #!/usr/bin/python3
-"""Flies a circuit in FlightGear, without a screen, while norvane-cli logs it: fly_flightgear.py PROGRAM_DIRECTORY [--killed]
+"""Flies a circuit in FlightGear, without a screen, while norvane-cli logs it: fly_flightgear.py PROGRAM_DIRECTORY [OPTIONS]
 
-The default aircraft starts its engine on the runway, releases the brake, flies around the field, lands and sets the brake; then the
-row must be in the log. With --killed FlightGear is killed on the way and started again in the air where it was: Norvane must have
-paused and taken the flight up again.
+The aircraft starts its engine on the runway, releases the brake, flies around the field, lands and sets the brake; then the row must
+be in the log. --aircraft chooses it: the default one, on wheels, skis or floats, which start on the sea, or the UFO, which tells of no
+ground at all; --lat, --lon and --heading start it elsewhere. With --killed FlightGear is killed on the way and started again in the
+air where it was: Norvane must have paused and taken the flight up again.
 
 Needs FlightGear (scripts/install_flightgear installs it) and some ten minutes. Everything else goes to a temporary directory.
 """
@@ -23,8 +24,12 @@ from pathlib import Path
 
 PORT = 5401
 LINK = "127.0.0.1:18338"
-# Where FlightGear starts when it is told nothing: on runway 20.
-AIRPORT = "BIKF"
+# The pilot's own name for where the aircraft starts.
+FIELD = "HERE"
+# FlightGear starts on runway 20 of BIKF when it is told nothing; floats lie on the sea north of it, against the wind.
+ON_WATER = {"lat": 64.15, "lon": -22.45, "heading": 150}
+# Every variant in FlightGear's own data; where it starts.
+AIRCRAFT = {"c172p": {}, "c172p-amphibious": {}, "c172p-float": ON_WATER, "c172p-ski": {}, "c172p-bush26": {}, "c172p-bush36": {}, "ufo": {}}
 FLIGHTGEAR = [
     "dbus-run-session", "xvfb-run", "-a", "-s", "-screen 0 128x128x24", "/usr/games/fgfs",
     f"--telnet=socket,bi,60,localhost,{PORT},tcp", "--disable-terrasync", "--disable-sound", "--geometry=64x64",
@@ -44,12 +49,14 @@ STATE = {
     "lat": "/position/latitude-deg", "lon": "/position/longitude-deg", "agl": "/position/altitude-agl-ft",
     "alt": "/position/altitude-ft", "ground": "/position/ground-elev-ft", "ias": "/velocities/airspeed-kt",
     "pitch": "/orientation/pitch-deg", "roll": "/orientation/roll-deg", "heading": "/orientation/heading-deg",
-    "speed": "/velocities/groundspeed-kt", "climb": "/velocities/vertical-speed-fps", "wow": "/gear/gear[1]/wow",
-    "rpm": "/engines/active-engine/rpm",
+    "speed": "/velocities/groundspeed-kt", "climb": "/velocities/vertical-speed-fps", "yaw rate": "/orientation/yaw-rate-degps",
+    "pitch rate": "/orientation/pitch-rate-degps", "roll rate": "/orientation/roll-rate-degps",
 }
 THROTTLE = "/controls/engines/current-engine/throttle"
 MIXTURE = "/controls/engines/current-engine/mixture"
-BRAKE = "/sim/model/c172p/brake-parking"
+ENGINE_AT_MOST_S = 40
+# How fast, high and far the UFO flies.
+UFO_MPS, UFO_FT, UFO_END_M = 60, 300, 1500
 
 
 def within(value, low, high):
@@ -117,33 +124,27 @@ class Simulator:
 
 
 class Pilot:
-    """Flies the circuit by proportional control; to the right when seen along the runway."""
+    """Knows where the flight began."""
 
-    def __init__(self, simulator):
+    BRAKE = "/controls/gear/brake-parking"
+    # Slower for so many looks, it stands.
+    STANDING_KT, STANDING_LOOKS = 0.5, 20
+
+    def __init__(self, simulator, on_water=False):
         self.simulator = simulator
         start = simulator.state()
         self.origin = start["lat"], start["lon"]
         self.runway = start["heading"]
         self.field_ft = start["ground"]
+        self.standing_ft = start["agl"]
+        self.on_water = on_water
         self.stage = "take-off"
         self.trim = 0.0
         self.before = start
         self.steady = 0
 
     def start_engine(self):
-        covers = ("chock", "cowl-plugs-visible", "pitot-cover-visible", "tiedownL-visible", "tiedownR-visible", "tiedownT-visible")
-        self.simulator.put({**{f"/sim/model/c172p/securing/{cover}": 0 for cover in covers},
-                            "/sim/model/c172p/cockpit/control-lock-placed": 0, "/controls/switches/magnetos": 3, THROTTLE: 0.2,
-                            MIXTURE: 0.95, "/controls/switches/master-bat": 1, "/controls/switches/master-alt": 1,
-                            "/controls/engines/engine[0]/primer-lever": 0, "/controls/engines/engine[0]/primer": 3,
-                            "/engines/active-engine/carb_ice": 0, "/engines/active-engine/carb_icing_allowed": "false",
-                            "/engines/active-engine/auto-start": 1, "/controls/switches/starter": 1})
-        end = time.time() + 40
-        while self.simulator.get("/engines/active-engine/running") != "true":
-            if time.time() > end:
-                raise SystemExit("the engine does not start")
-            time.sleep(0.5)
-        self.simulator.put({"/controls/switches/starter": 0, "/engines/active-engine/auto-start": 0})
+        pass
 
     def place(self, now):
         """Metres along the runway and to its right."""
@@ -151,6 +152,14 @@ class Pilot:
         east = (now["lon"] - self.origin[1]) * METRES_A_DEGREE * math.cos(math.radians(self.origin[0]))
         course = math.radians(self.runway)
         return north * math.cos(course) + east * math.sin(course), east * math.cos(course) - north * math.sin(course)
+
+    def touches(self, now):
+        return now["agl"] < self.standing_ft + (2 if self.on_water else 0.5)
+
+    def stands(self, now):
+        # Floats drift with the wind.
+        self.steady = self.steady + 1 if now["speed"] < (3 if self.on_water else self.STANDING_KT) else 0
+        return self.steady > self.STANDING_LOOKS
 
     def fly(self, until):
         """Until a stage of that name begins."""
@@ -167,11 +176,54 @@ class Pilot:
             self.before = now
             time.sleep(0.02)
 
+
+class Ufo_Pilot(Pilot):
+    """Rises, flies straight on, sinks and stops; "take-off", "downwind" and "landing" are its stages."""
+
+    def step(self, now):
+        along, _ = self.place(now)
+        height = now["agl"] - self.standing_ft
+        wanted = {"take-off": UFO_FT, "downwind": UFO_FT}.get(self.stage, 0)
+        pitch = within((wanted - height) * 0.1, -12, 15)
+        throttle = 0 if self.stage == "landing" and height < 5 else 1
+        self.simulator.put({"/engines/engine/speed-max-mps": UFO_MPS, "/controls/flight/aileron": 0,
+                            "/controls/engines/engine/throttle": throttle,
+                            "/controls/flight/elevator": within((now["pitch"] - pitch) * 0.1, -1, 1)})
+        if self.stage == "take-off" and height > UFO_FT - 50:
+            self.stage = "downwind"
+        elif self.stage == "downwind" and along > UFO_END_M:
+            self.stage = "landing"
+        elif self.stage == "landing" and throttle == 0 and self.stands(now):
+            self.stage = "standing"
+
+
+class Cessna_Pilot(Pilot):
+    """Flies the circuit by proportional control; to the right when seen along the runway."""
+
+    BRAKE = "/sim/model/c172p/brake-parking"
+
+    def start_engine(self):
+        covers = ("chock", "cowl-plugs-visible", "pitot-cover-visible", "tiedownL-visible", "tiedownR-visible", "tiedownT-visible")
+        # The swell breaks a wing before the engine runs, and then the floats go in circles.
+        broken = ("settings/damage", "wing-damage/left-wing", "wing-damage/right-wing")
+        self.simulator.put({**{f"/sim/model/c172p/securing/{cover}": 0 for cover in covers}, **{f"/fdm/jsbsim/{part}": 0 for part in broken},
+                            "/sim/model/c172p/cockpit/control-lock-placed": 0, "/controls/switches/magnetos": 3, THROTTLE: 0.2,
+                            MIXTURE: 0.95, "/controls/switches/master-bat": 1, "/controls/switches/master-alt": 1,
+                            "/controls/engines/engine[0]/primer-lever": 0, "/controls/engines/engine[0]/primer": 3,
+                            "/engines/active-engine/carb_ice": 0, "/engines/active-engine/carb_icing_allowed": "false",
+                            "/engines/active-engine/auto-start": 1, "/controls/switches/starter": 1})
+        end = time.time() + ENGINE_AT_MOST_S
+        while self.simulator.get("/engines/active-engine/running") != "true":
+            if time.time() > end:
+                raise SystemExit("the engine does not start")
+            time.sleep(0.5)
+        self.simulator.put({"/controls/switches/starter": 0, "/engines/active-engine/auto-start": 0})
+
     def step(self, now):
         along, right = self.place(now)
         height = now["alt"] - self.field_ft
         if self.stage == "take-off":
-            self.roll_along(now, right, throttle=1, pitch=8 if now["ias"] > 52 else 0)
+            self.roll_along(now, right, throttle=1, pitch=self.take_off_pitch(now))
             self.stage = "upwind" if now["agl"] > 50 else self.stage
         elif self.stage == "upwind":
             self.climb_and_turn(now, height, self.runway - within(right * 0.05, -20, 20))
@@ -192,19 +244,28 @@ class Pilot:
         elif self.stage == "flare":
             self.control(now, pitch=within(2 + (20 - now["agl"]) * 0.25, 1, 6.5), bank=self.bank(now, self.runway - right * 0.05, 8))
             self.simulator.put({THROTTLE: 0})
-            self.stage = "landing run" if now["wow"] and now["agl"] < 8 else self.stage
+            self.stage = "landing run" if self.touches(now) else self.stage
         elif self.stage == "landing run":
             brakes = 0.4 if now["ias"] < 45 else 0
             self.simulator.put({"/controls/gear/brake-left": brakes, "/controls/gear/brake-right": brakes})
+            if self.on_water:
+                # No brake holds it there against an engine that idles.
+                self.simulator.put({MIXTURE: 0})
             self.roll_along(now, right, throttle=0, pitch=0)
-            self.steady = self.steady + 1 if now["speed"] < 0.5 else 0
-            self.stage = "standing" if self.steady > 20 else self.stage
+            self.stage = "standing" if self.stands(now) else self.stage
+
+    def take_off_pitch(self, now):
+        if self.on_water:
+            # Nose up, or the floats dig in and swerve.
+            return 14 if now["ias"] < 54 and self.touches(now) else 7
+        return 8 if now["ias"] > 52 else 0
 
     def roll_along(self, now, right, throttle, pitch):
-        error = turn(self.runway - within(right * 0.4, -8, 8) - now["heading"])
-        rate = turn(now["heading"] - self.before["heading"])
+        # On the sea there is no line to keep, and a float that is pressed to a side digs in.
+        error = turn(self.runway - (0 if self.on_water else within(right * 0.4, -8, 8)) - now["heading"])
+        rudder = within(error * 0.04 - now["yaw rate"] * 0.03, -1, 1)
         self.control(now, pitch, bank=0)
-        self.simulator.put({THROTTLE: throttle, "/controls/flight/rudder": within(error * 0.04 - rate * 0.1, -0.5, 0.5)})
+        self.simulator.put({THROTTLE: throttle, "/controls/flight/rudder": rudder, "/controls/gear/water-rudder": int(now["ias"] < 25)})
 
     def climb_and_turn(self, now, height, heading):
         error = CIRCUIT_FT - height
@@ -225,10 +286,11 @@ class Pilot:
 
     def control(self, now, pitch, bank):
         error = pitch - now["pitch"]
-        airborne = 0.0 if now["wow"] else 1.0
+        airborne = 1.0 if now["agl"] > self.standing_ft + 10 else 0.0
         self.trim = within(self.trim + error * 0.0006 * airborne, -0.4, 0.4)
-        elevator = -(error * 0.03 - (now["pitch"] - self.before["pitch"]) * 0.05) - self.trim
-        aileron = (bank - now["roll"]) * 0.02 - (now["roll"] - self.before["roll"]) * 0.04
+        elevator = -(error * 0.03 - now["pitch rate"] * 0.015) - self.trim
+        level = 0.06 if self.on_water and self.touches(now) else 0.02
+        aileron = (bank - now["roll"]) * level - now["roll rate"] * 0.008
         self.simulator.put({"/controls/flight/elevator": within(elevator, -0.8, 0.5),
                             "/controls/flight/aileron": within(aileron, -0.6, 0.6)})
 
@@ -260,25 +322,30 @@ def in_the_air(now):
             f"--heading={now['heading']}"]
 
 
-def fly(programs, directory, killed):
+def at(start):
+    return [f"--{name}={value}" for name, value in start.items()]
+
+
+def fly(programs, directory, aircraft, start, killed):
     home = directory / "home"
     shutil.copytree(programs, home)
     started, simulators = [], []
     try:
         link = Program(directory / "norvane-sim.txt", home / "norvane-sim", "flightgear", f"localhost:{PORT}", "--listen", LINK)
         started.append(link)
-        simulator = Simulator(directory)
+        simulator = Simulator(directory, f"--aircraft={aircraft}", *at(start))
         simulators.append(simulator)
         link.wait_for("listening on", 30)
-        pilot = Pilot(simulator)
+        pilot = (Ufo_Pilot if aircraft == "ufo" else Cessna_Pilot)(simulator, aircraft == "c172p-float")
+        simulator.put({pilot.BRAKE: 1})
         pilot.start_engine()
         # The world file gives the airport's highest place, the runway lies lower.
-        (home / "bin" / "fs9UD.wld").write_text(f"{pilot.origin[0]}|{pilot.origin[1]}|{pilot.field_ft:.0f}|{AIRPORT}|The field\r\n")
+        (home / "bin" / "fs9UD.wld").write_text(f"{pilot.origin[0]}|{pilot.origin[1]}|{pilot.field_ft:.0f}|{FIELD}|The field\r\n")
         command = [home / "norvane-cli", "--home", home, "--settings", directory / "settings.sqlite", "--sim", LINK]
         norvane = Program(directory / "norvane-cli.txt", *command, "fly", "--new", "--flight-number", "101")
         started.append(norvane)
         time.sleep(5)
-        simulator.put({BRAKE: 0})
+        simulator.put({pilot.BRAKE: 0})
         norvane.wait_for("\nOUT ", 20)
         if killed:
             pilot.fly(until="downwind")
@@ -286,14 +353,14 @@ def fly(programs, directory, killed):
             simulator.kill()
             print("FlightGear is killed", flush=True)
             norvane.wait_for("The flight is paused", 60)
-            simulator = pilot.simulator = Simulator(directory, *in_the_air(last))
+            simulator = pilot.simulator = Simulator(directory, f"--aircraft={aircraft}", *in_the_air(last))
             simulators.append(simulator)
             pilot.before = simulator.state()
             pilot.start_engine()
         pilot.fly(until="standing")
         if killed:
             norvane.wait_for("The flight goes on.", 60)
-        simulator.put({BRAKE: 1})
+        simulator.put({pilot.BRAKE: 1})
         status = norvane.process.wait(timeout=60)
         rows = subprocess.run([str(each) for each in command] + ["log", "rows"], capture_output=True, text=True, check=True).stdout
         print(rows)
@@ -313,10 +380,15 @@ def fly(programs, directory, killed):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("programs", type=Path, metavar="PROGRAM_DIRECTORY", help="where norvane-cli and norvane-sim are")
+    parser.add_argument("--aircraft", choices=AIRCRAFT, default="c172p")
+    for name in ("lat", "lon", "heading"):
+        parser.add_argument(f"--{name}", type=float, help="where to start instead")
     parser.add_argument("--killed", action="store_true", help="kill FlightGear on the way and start it again in the air")
     options = parser.parse_args()
     with tempfile.TemporaryDirectory(prefix="norvane-flightgear-") as directory:
-        fly(options.programs.resolve(), Path(directory), options.killed)
+        start = {**AIRCRAFT[options.aircraft], **{name: getattr(options, name) for name in ("lat", "lon", "heading")
+                                                  if getattr(options, name) is not None}}
+        fly(options.programs.resolve(), Path(directory), options.aircraft, start, options.killed)
     print("done")
 
 
