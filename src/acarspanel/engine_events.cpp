@@ -233,7 +233,11 @@ void ucACARS::Interruption(std::string_view event) {
             {"The connection to Flight Simulator has been interrupted.  "
              "Norvane has entered pause mode.  Please click 'Resume' to continue "
              "when you verify that Flight Simulator is running.",
-             "Norvane Interrupted", Icon::exclamation, Buttons::ok});
+             "Norvane Interrupted",
+             Icon::exclamation,
+             Buttons::ok,
+             {},
+             std::string(interrupted_topic)});
     });
 }
 

@@ -69,6 +69,10 @@ void ucACARS::ACARS_ON() {
         Set_Paused(false);
         Set_Active_State(true);
         tmrPos.Set_Enabled(Airborne_By_Engine());
+        // "On" cannot be used any longer, and what stands beside it would take the keyboard: a
+        // blank typed there would pause the flight.
+        if (const Control* field = First_Field())
+            Focus_Moved.emit(*field);
     });
     Run_What_Waited();
 }

@@ -130,6 +130,11 @@ void ucACARS::Connect_Controls() {
     const auto airport = [this](Text_Box& box, Label& name) {
         box.changed.connect(sigc::mem_fun(*this, &ucACARS::Hand_Over_Codes));
         box.edited.connect([this, &box, &name] { Derive_Name(box, name); });
+        box.left.connect([this, &box, &name] { Settle_Code(box, name); });
+        name.changed.connect([&box, &name] {
+            if (!name.Text().empty())
+                box.Set_Remark({});
+        });
     };
     airport(txtOrigin, lblOriginName);
     airport(txtDestination, lblDestinationName);
@@ -181,6 +186,8 @@ void ucACARS::Set_Active_State(bool on) {
 void ucACARS::Set_Paused(bool paused) {
     m_paused = paused;
     hypPause.Set_Caption(paused ? "Resume" : "Pause");
+    if (!paused)
+        m_services.desktop.Withdraw(interrupted_topic);
 }
 
 void ucACARS::Stop_Timers() {
@@ -238,6 +245,20 @@ void ucACARS::Clear_Old_Values() {
 /// The airport of a code that the pilot entered.
 void ucACARS::Derive_Name(const Text_Box& box, Label& name) {
     name.Set_Text(box.Is_Empty() ? std::string() : Get_Airport_Name(m_services, box.Text()));
+}
+
+/// The pilot has left the box of a code: codes are written in capitals, and one that no airport
+/// file knows is marked.
+void ucACARS::Settle_Code(Text_Box& box, Label& name) {
+    if (box.Is_Empty())
+        return;
+    const std::string code = Upper(Trim(box.Text()));
+    if (code != box.Text()) {
+        box.Set_Text(code);
+        Derive_Name(box, name);
+    }
+    if (name.Text().empty())
+        box.Set_Remark("No airport file of the program directory knows this code");
 }
 
 /// The codes of the form go with every message that the engine composes.

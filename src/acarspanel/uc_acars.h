@@ -208,6 +208,8 @@ class ucACARS {
     // Places in the arrays of both ends.
     static constexpr std::size_t origin = 0;
     static constexpr std::size_t destination = 1;
+    /// Of the box that says that the link dropped.
+    static constexpr std::string_view interrupted_topic = "interrupted";
     /// The setting that has the plan taken from the online network.
     static constexpr int plan_from_network = 1;
 
@@ -303,6 +305,7 @@ class ucACARS {
     void Keep_Old_Values();
     void Clear_Old_Values();
     void Hand_Over_Codes();
+    void Settle_Code(Text_Box& box, Label& name);
     void Derive_Name(const Text_Box& box, Label& name);
 
     Services& m_services;

@@ -1,7 +1,9 @@
 #include "app/frm_main.h"
 
 #include <algorithm>
+#include <array>
 #include <cfloat>
+#include <climits>
 #include <cmath>
 #include <exception>
 #include <utility>
@@ -17,9 +19,20 @@ namespace {
 constexpr std::string_view initialise = "frmMain.Form_Initialize()";
 
 constexpr std::string_view place_section = "AppPos";
-constexpr std::string_view left_key = "MainLeft";
-constexpr std::string_view top_key = "MainTop";
-constexpr int default_place_twips = 1000;
+/// A measure of the window's place in the store, and the least that is one.
+struct Place_Row {
+    std::string_view key;
+    int Window_Place::*measure;
+    int least;
+};
+constexpr std::array place_rows = {
+    Place_Row{"MainLeft", &Window_Place::left, INT_MIN},
+    Place_Row{"MainTop", &Window_Place::top, INT_MIN},
+    Place_Row{"MainWidth", &Window_Place::width, 1},
+    Place_Row{"MainHeight", &Window_Place::height, 1},
+};
+constexpr std::string_view state_key = "MainState";
+constexpr std::string_view maximised_state = "Maximized";
 
 /// One line of the navigation bar: title and description are the same text; `help` is the panel's
 /// place in the help page.
@@ -43,12 +56,14 @@ constexpr std::string_view help_file = "nv.html";
 
 constexpr std::string_view acars_off = "ACARS: OFF";
 constexpr std::string_view no_simulator = "FS:";
+constexpr std::string_view paused_notice =
+    "FLIGHT PAUSED: nothing is recorded until you click \"Resume\" on the ACARS panel";
 
-/// A stored place, kept as a single-precision number; the default for a text that is none.
-int Place_Twips(Settings_Store& store, std::string_view key) {
-    const auto value = Parse_Number(store.Get(place_section, key));
-    if (!value || std::fabs(*value) > FLT_MAX)
-        return default_place_twips;
+/// A stored measure, kept as a single-precision number; `otherwise` for a text that is none.
+int Place_Twips(Settings_Store& store, const Place_Row& row, int otherwise) {
+    const auto value = Parse_Number(store.Get(place_section, row.key));
+    if (!value || std::fabs(*value) > FLT_MAX || Whole(*value) < row.least)
+        return otherwise;
     return Whole(*value);
 }
 
@@ -57,9 +72,7 @@ int Place_Twips(Settings_Store& store, std::string_view key) {
 frmMain::frmMain(Program& program)
     : ZTimer(program.services.desktop.Timers(), std::chrono::seconds(10)),
       m_program(program),
-      m_clock_timer(program.services.desktop.Timers(), std::chrono::seconds(1)),
-      m_left_twips(default_place_twips),
-      m_top_twips(default_place_twips) {
+      m_clock_timer(program.services.desktop.Timers(), std::chrono::seconds(1)) {
     Add_Menus();
     Connect();
     Connect_Flight_Log();
@@ -202,8 +215,14 @@ void frmMain::Connect_Engine() {
         Set_Status(Status_Panel::simulator,
                    "FS: " + Shown_Time(hhmm, utc ? time_kind::utc : time_kind::local));
     });
-    connect(events.Start, [this] { Set_Status(Status_Panel::acars, "ACARS: ON"); });
-    connect(events.Paused, [this] { Set_Status(Status_Panel::acars, "ACARS: PAUSED"); });
+    connect(events.Start, [this] {
+        Set_Status(Status_Panel::acars, "ACARS: ON");
+        Show_Pause();
+    });
+    connect(events.Paused, [this] {
+        Set_Status(Status_Panel::acars, "ACARS: PAUSED");
+        Show_Pause();
+    });
     connect(events.Reset, show_off);
     connect(events.FlightAtGate, show_off);
     // The time of the gate's step comes behind it; and a flight may also end by "Reset".
@@ -211,31 +230,42 @@ void frmMain::Connect_Engine() {
         if (!active)
             show_off();
         Lock_Settings();
+        Show_Pause();
     }));
+}
+
+/// A paused flight is told on every panel and in the title: minutes that are not recorded are lost.
+void frmMain::Show_Pause() {
+    const ucACARS& panel = m_program.panel;
+    const bool paused = panel.Is_Active() && panel.Is_Paused();
+    frame.Set_Notice(paused ? paused_notice : std::string_view());
+    if (std::exchange(m_paused, paused) != paused)
+        changed.emit();
 }
 
 void frmMain::Read_Place() {
     Settings_Store& store = m_program.services.settings;
-    m_left_twips = Place_Twips(store, left_key);
-    m_top_twips = Place_Twips(store, top_key);
+    for (const Place_Row& row : place_rows)
+        m_place.*row.measure = Place_Twips(store, row, Window_Place().*row.measure);
+    m_place.maximised = store.Get(place_section, state_key) == maximised_state;
 }
 
 void frmMain::Save_Place() {
     try {
-        Settings_Batch batch(m_program.services.settings);
-        m_program.services.settings.Set(place_section, left_key, Format_Whole(m_left_twips));
-        m_program.services.settings.Set(place_section, top_key, Format_Whole(m_top_twips));
+        Settings_Store& store = m_program.services.settings;
+        Settings_Batch batch(store);
+        for (const Place_Row& row : place_rows)
+            store.Set(place_section, row.key, Format_Whole(m_place.*row.measure));
+        store.Set(place_section, state_key, m_place.maximised ? maximised_state : "");
     } catch (const std::exception&) {
         // The window's place is not worth a message to a pilot who leaves.
         return;
     }
 }
 
-void frmMain::Set_Place(int left_twips, int top_twips) {
-    if (m_minimised)
-        return;
-    m_left_twips = left_twips;
-    m_top_twips = top_twips;
+void frmMain::Set_Place(const Window_Place& place) {
+    if (!m_minimised)
+        m_place = place;
 }
 
 void frmMain::Set_Minimised(bool minimised) {
@@ -244,7 +274,10 @@ void frmMain::Set_Minimised(bool minimised) {
 }
 
 std::string frmMain::Caption() const {
-    return m_minimised ? "NV " + Status(Status_Panel::acars).Text() : std::string(product_name);
+    const std::string& state = Status(Status_Panel::acars).Text();
+    if (m_minimised)
+        return "NV " + state;
+    return std::string(product_name) + (m_paused ? " - " + state : std::string());
 }
 
 void frmMain::Apply_Colors() {

@@ -31,24 +31,33 @@ struct Menu {
 /// Keys that the window sees before its controls.
 enum class Window_Key { f1, f2, f3, f4, other };
 
+/// Where the window stands on the screen, in twips, and how large it is. While it is maximised the
+/// rest tells what it goes back to.
+struct Window_Place {
+    int left = 1000;
+    int top = 1000;
+    int width = 15000;
+    int height = 7515;
+    bool maximised = false;
+
+    bool operator==(const Window_Place&) const = default;
+};
+
 class frmMain {
   public:
-    /// Height of the window at the start.
-    static constexpr int height_twips = 7515;
-
     explicit frmMain(Program& program);
     ~frmMain();
     frmMain(const frmMain&) = delete;
     frmMain& operator=(const frmMain&) = delete;
 
-    /// Where the window was left, in twips from the screen's top left corner.
-    [[nodiscard]] int Left_Twips() const { return m_left_twips; }
-    [[nodiscard]] int Top_Twips() const { return m_top_twips; }
-    /// The window was moved, or minimised, or restored. Where a minimised window says it stands is
-    /// no place to come back to and is passed over.
-    void Set_Place(int left_twips, int top_twips);
+    /// Where the window was left.
+    [[nodiscard]] const Window_Place& Place() const { return m_place; }
+    /// The pilot moved the window, gave it another size, or maximised it. Where a minimised window
+    /// says it stands is no place to come back to and is passed over.
+    void Set_Place(const Window_Place& place);
     void Set_Minimised(bool minimised);
-    /// The product's name, or "NV " and the ACARS state while minimised.
+    /// The product's name, with the ACARS state behind it while a flight is paused; "NV " and the
+    /// state while minimised.
     [[nodiscard]] std::string Caption() const;
 
     /// True when the key ran a command.
@@ -102,6 +111,7 @@ class frmMain {
     void Connect_Engine();
     void Show_Help();
     void Lock_Settings();
+    void Show_Pause();
     void Say(std::string_view text, Icon icon);
     void Read_Place();
     void Save_Place();
@@ -121,10 +131,10 @@ class frmMain {
     Timer m_clock_timer;
     std::vector<sigc::connection> m_connections;
     std::vector<Menu> m_menus;
-    int m_left_twips = 0;
-    int m_top_twips = 0;
+    Window_Place m_place;
     int m_title_back_color = 0;
     bool m_minimised = false;
+    bool m_paused = false;
     bool m_unloading = false;
 };
 

@@ -70,6 +70,11 @@ void ucAppFrame::Set_Colors(std::int32_t back, std::int32_t fore) {
     changed.emit();
 }
 
+void ucAppFrame::Set_Notice(std::string_view text) {
+    lblNotice.Set_Text(text);
+    lblNotice.Set_Visible(!text.empty());
+}
+
 bool ucAppFrame::Bar_Mouse_Move(int x, int y) {
     Hover(Item_At(x, y));
     return m_hovered != 0;

@@ -51,7 +51,7 @@ class ucAppFrame {
     static constexpr int first_row_top = 100;
     static constexpr int row_height = 1000;
 
-    ucAppFrame() = default;
+    ucAppFrame() { lblNotice.Set_Visible(false); }
     ucAppFrame(const ucAppFrame&) = delete;
     ucAppFrame& operator=(const ucAppFrame&) = delete;
 
@@ -99,6 +99,10 @@ class ucAppFrame {
 
     /// The active item's description.
     Label lblHeading;
+    /// Beside the heading, whichever item is active: what the pilot must not overlook. Hidden while
+    /// there is nothing.
+    Label lblNotice;
+    void Set_Notice(std::string_view text);
     /// Items, hovered item or colours are others now.
     sigc::signal<void()> changed;
 

@@ -32,6 +32,14 @@ void Text_Box::Set_Text(std::string_view text) {
     if (cleaned == m_text)
         return;
     m_text = std::move(cleaned);
+    m_remark.clear();
+    changed.emit();
+}
+
+void Text_Box::Set_Remark(std::string_view remark) {
+    if (remark == m_remark)
+        return;
+    m_remark = remark;
     changed.emit();
 }
 

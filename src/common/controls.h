@@ -63,6 +63,10 @@ class Text_Box : public Control {
     void Enter(std::string_view text);
     /// The focus leaves the box.
     void Leave() { left.emit(); }
+    /// What is odd about the text that is shown, in words; empty when nothing is. The window marks
+    /// the box quietly. It goes with the text that it was said of.
+    [[nodiscard]] const std::string& Remark() const { return m_remark; }
+    void Set_Remark(std::string_view remark);
 
     /// The pilot changed the text.
     sigc::signal<void()> edited;
@@ -71,6 +75,7 @@ class Text_Box : public Control {
   private:
     Field_Lines m_lines;
     std::string m_text;
+    std::string m_remark;
 };
 
 class Combo_Box : public Control {

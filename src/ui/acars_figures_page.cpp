@@ -16,7 +16,8 @@ namespace {
 constexpr int date_characters = 12;
 constexpr int type_characters = 16;
 constexpr int id_characters = 10;
-constexpr int icao_characters = 6;
+/// Four letters, and the mark of a code that nobody knows.
+constexpr int icao_characters = 9;
 constexpr int flight_digits = 12;
 constexpr int name_digits = 40;
 /// "1405Z", "12:34".

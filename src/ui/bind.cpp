@@ -6,10 +6,13 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QTimer>
+#include <memory>
 #include <utility>
 
+#include "ui/guarded_application.h"
 #include "ui/link_button.h"
 #include "ui/look.h"
+#include "ui/pictures.h"
 #include "ui/qt_text.h"
 #include "ui/value_label.h"
 
@@ -245,6 +248,28 @@ void Show_Text(QComboBox& list, const Text_Combo& model) {
         edit.setCursorPosition(same || edit.hasFocus() ? cursor : 0);
 }
 
+/// Marks a box whose text is odd, and says what is odd about it where the pilot points at it.
+class Remark_Mark {
+  public:
+    explicit Remark_Mark(QLineEdit& edit) : m_edit(edit) {}
+
+    void Show(const QString& remark) {
+        if (remark.isEmpty() && m_mark == nullptr)
+            return;
+        if (m_mark == nullptr)
+            m_mark = m_edit.addAction(QIcon(), QLineEdit::TrailingPosition);
+        m_mark->setIcon(Remark_Icon(m_edit.palette().color(QPalette::PlaceholderText)));
+        m_mark->setVisible(!remark.isEmpty());
+        m_mark->setToolTip(Tip_Of(remark));
+        m_edit.setToolTip(Tip_Of(remark));
+        m_edit.setAccessibleDescription(remark);
+    }
+
+  private:
+    QLineEdit& m_edit;
+    QAction* m_mark = nullptr;
+};
+
 void Show_State(QWidget& widget, const Control& model) {
     widget.setEnabled(model.Enabled());
     widget.setVisible(model.Visible());
@@ -263,7 +288,8 @@ void Follow(QObject& widget, Control& model, const std::function<void()>& run) {
 
 void Bind(QLineEdit& edit, Text_Box& model, const QString& caption) {
     edit.setAccessibleName(caption);
-    Follow(edit, model, [&edit, &model] {
+    Follow(edit, model, [&edit, &model, mark = std::make_shared<Remark_Mark>(edit)] {
+        mark->Show(To_Q(model.Remark()));
         const QString text = To_Q(model.Text());
         if (text != edit.text()) {
             const int cursor = edit.cursorPosition();
@@ -403,7 +429,8 @@ void Bind(Link_Button& link, Link& model) {
         link.setText(To_Q(model.Caption()));
         Show_State(link, model);
     });
-    QObject::connect(&link, &Link_Button::clicked, &link, [&model] { model.Click(); });
+    QObject::connect(&link, &Link_Button::clicked, &link,
+                     [&model] { Run_Command([&model] { model.Click(); }); });
 }
 
 void Bind(QAction& action, Menu_Command& model) {
@@ -412,7 +439,8 @@ void Bind(QAction& action, Menu_Command& model) {
         action.setEnabled(model.Enabled());
         action.setVisible(model.Visible());
     });
-    QObject::connect(&action, &QAction::triggered, &action, [&model] { model.Choose(); });
+    QObject::connect(&action, &QAction::triggered, &action,
+                     [&model] { Run_Command([&model] { model.Choose(); }); });
 }
 
 }  // namespace norvane

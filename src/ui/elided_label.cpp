@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QStyle>
 
+#include "ui/qt_text.h"
+
 namespace norvane {
 
 namespace {
@@ -23,7 +25,7 @@ QSize Elided_Label::minimumSizeHint() const {
 void Elided_Label::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     const QString shown = fontMetrics().elidedText(text(), m_mode, contentsRect().width());
-    setToolTip(shown == text() ? QString() : text());
+    setToolTip(shown == text() ? QString() : Tip_Of(text()));
     style()->drawItemText(&painter, contentsRect(), Qt::AlignLeft | Qt::AlignVCenter, palette(),
                           isEnabled(), shown, foregroundRole());
 }

@@ -62,7 +62,7 @@ QWidget* Flight_Log_View::Make_Line(Label& model, const QString& name) {
     Follow(*line, model, [line, name, &model] {
         const QString text = To_Q(model.Text());
         line->setText(text);
-        line->setToolTip(text);
+        line->setToolTip(Tip_Of(text));
         line->setAccessibleName(name + ": " + text);
     });
     return line;

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "ui/bind.h"
+#include "ui/elided_label.h"
 #include "ui/look.h"
 #include "ui/pictures.h"
 #include "ui/qt_text.h"
@@ -141,7 +142,8 @@ void Frame_Item::keyPressEvent(QKeyEvent* event) {
 
 void Frame_Item::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    const QColor ink = Setting_Color(m_frame.ForeColor());
+    const QColor ink =
+        Ink_On(Setting_Color(m_frame.BackColor()), {Setting_Color(m_frame.ForeColor())});
     if (isChecked()) {
         QColor tint = ink;
         tint.setAlpha(active_tint);
@@ -170,7 +172,8 @@ Frame_View::Frame_View(ucAppFrame& frame, QWidget* parent)
     : QWidget(parent),
       m_frame(frame),
       m_bar(new Frame_Bar(frame, this)),
-      m_heading(new QLabel(this)) {
+      m_heading(new QLabel(this)),
+      m_notice(new Elided_Label(Qt::ElideRight, this)) {
     QFont bold = m_heading->font();
     bold.setBold(true);
     bold.setPointSizeF(bold.pointSizeF() * 1.2);
@@ -179,6 +182,15 @@ Frame_View::Frame_View(ucAppFrame& frame, QWidget* parent)
     m_heading->setAutoFillBackground(true);
     m_heading->setBackgroundRole(QPalette::Button);
     Bind(*m_heading, frame.lblHeading);
+    // Ink and ground changed places: it stands out in every style, light or dark.
+    bold.setPointSizeF(font().pointSizeF());
+    m_notice->setFont(bold);
+    m_notice->setContentsMargins(heading_margin, 0, heading_margin, 0);
+    m_notice->setAutoFillBackground(true);
+    m_notice->setBackgroundRole(QPalette::WindowText);
+    m_notice->setForegroundRole(QPalette::Window);
+    Bind(*m_notice, frame.lblNotice);
+    Keep(*this, frame.lblNotice.changed.connect([this] { Lay_Out(); }));
     Keep(*this, frame.changed.connect([this] { Lay_Out(); }));
 }
 
@@ -224,7 +236,13 @@ void Frame_View::Lay_Out() {
     const int width_twips = Pixels_To_Twips(*this, width());
     const int height_twips = Pixels_To_Twips(*this, height());
     m_bar->setGeometry(Pixels(*this, ucAppFrame::Bar_Area(width_twips, height_twips)));
-    m_heading->setGeometry(Pixels(*this, ucAppFrame::Heading_Area(width_twips, height_twips)));
+    const QRect heading = Pixels(*this, ucAppFrame::Heading_Area(width_twips, height_twips));
+    m_heading->setGeometry(heading);
+    QRect notice = heading;
+    const int words = m_heading->sizeHint().width();
+    notice.setLeft(
+        std::max(heading.left() + words, heading.right() + 1 - m_notice->sizeHint().width()));
+    m_notice->setGeometry(notice);
     for (QWidget* view : m_views)
         view->setGeometry(Pixels(*this, ucAppFrame::Panel_Area(width_twips, height_twips)));
 }

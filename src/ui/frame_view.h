@@ -74,6 +74,7 @@ class Frame_View : public QWidget {
     ucAppFrame& m_frame;
     Frame_Bar* m_bar;
     QLabel* m_heading;
+    QLabel* m_notice;
     std::vector<QWidget*> m_views;
     /// The pilot was in the panel that was left last, not on the bar.
     bool m_keyboard_goes_along = false;

@@ -5,6 +5,8 @@
 #include <QStyleOptionFocusRect>
 #include <algorithm>
 
+#include "ui/look.h"
+
 namespace norvane {
 
 namespace {
@@ -14,9 +16,12 @@ constexpr int margin = 3;
 constexpr int side_margin = 1;
 constexpr QColor navy(0x00, 0x00, 0x80);
 constexpr QColor grey(0x80, 0x80, 0x80);
-/// Grounds darker than this take a lighter ink, of 255.
-constexpr int dark_ground = 128;
 constexpr QColor light_link(0x8A, 0xB4, 0xF8);
+/// Greys of a link that cannot be used, for grounds that are near the first one themselves.
+constexpr QColor dark_grey(0x40, 0x40, 0x40);
+constexpr QColor light_grey(0xC0, 0xC0, 0xC0);
+/// A link that cannot be used steps back, but is still read.
+constexpr double grey_contrast = 2.5;
 
 }  // namespace
 
@@ -40,10 +45,10 @@ QSize Link_Button::sizeHint() const {
 }
 
 QColor Link_Button::Ink() const {
+    const QColor ground = palette().color(backgroundRole());
     if (!isEnabled())
-        return grey;
-    const bool dark = qGray(palette().color(backgroundRole()).rgb()) < dark_ground;
-    return dark ? light_link : navy;
+        return Ink_On(ground, {grey, dark_grey, light_grey}, grey_contrast);
+    return Ink_On(ground, {navy, light_link}, easy_contrast);
 }
 
 void Link_Button::paintEvent(QPaintEvent* /*event*/) {

@@ -1,6 +1,8 @@
 #include "ui/look.h"
 
 #include <QLabel>
+#include <algorithm>
+#include <cmath>
 
 #include "app/frm_main.h"
 #include "ui/bind.h"
@@ -10,8 +12,15 @@ namespace norvane {
 namespace {
 
 constexpr int twips_per_inch = 1440;
-/// Grounds lighter than this take black ink, of 255.
-constexpr int light_ground = 140;
+
+/// Relative luminance of a colour, 0 to 1.
+double Luminance(const QColor& color) {
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
 
 }  // namespace
 
@@ -23,8 +32,19 @@ std::int32_t Color_Setting(const QColor& color) {
     return color.red() | color.green() << 8 | color.blue() << 16;
 }
 
-QColor Ink_On(const QColor& ground) {
-    return qGray(ground.rgb()) > light_ground ? Qt::black : Qt::white;
+double Contrast(const QColor& one, const QColor& other) {
+    const auto [darker, lighter] = std::minmax({Luminance(one), Luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor Ink_On(const QColor& ground, std::initializer_list<QColor> wanted, double least) {
+    for (const QColor& ink : wanted) {
+        if (Contrast(ink, ground) >= least)
+            return ink;
+    }
+    const QColor black(Qt::black);
+    const QColor white(Qt::white);
+    return Contrast(black, ground) > Contrast(white, ground) ? black : white;
 }
 
 int Twips_To_Pixels(const QWidget& widget, int twips) {
@@ -50,7 +70,8 @@ Title_Bar::Title_Bar(frmMain& window, const QString& title, QWidget* parent)
         QPalette shown = palette();
         shown.setColor(QPalette::Window, ground);
         shown.setColor(QPalette::Button, ground);
-        shown.setColor(QPalette::WindowText, Ink_On(ground));
+        for (const QPalette::ColorRole text : {QPalette::WindowText, QPalette::ButtonText})
+            shown.setColor(text, Ink_On(ground));
         setPalette(shown);
     };
     Keep(*this, window.changed.connect(colour));

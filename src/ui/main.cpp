@@ -1,7 +1,6 @@
 // norvane: the companion with its window.
 
 #include <CLI/CLI.hpp>
-#include <QApplication>
 #include <QMessageBox>
 #include <QSessionManager>
 #include <QSocketNotifier>
@@ -22,7 +21,9 @@
 #include "config/airline_list.h"
 #include "simlink/link_address.h"
 #include "simlink/socket_transport.h"
+#include "ui/guarded_application.h"
 #include "ui/main_window.h"
+#include "ui/message_boxes.h"
 #include "ui/qt_desktop.h"
 #include "ui/qt_text.h"
 #include "ui/splash.h"
@@ -165,18 +166,31 @@ int Show_Window(QApplication& application, Signal_Watch& signals, Qt_Desktop& de
     return QApplication::exec();
 }
 
-int Run(QApplication& application, Signal_Watch& signals, const Window_Options& options) {
+int Run(Guarded_Application& application, Signal_Watch& signals, const Window_Options& options) {
     Window_Clock clock;
     Qt_Desktop desktop(clock, options.demo ? options.demo_speed : 1);
     clock.Set_Desktop(&desktop);
     // A second program on the same store ends here, before anything is shown.
     Session session(options.session, Access::write, desktop, clock);
+    application.Set_Outside(&session.Outside());
+    int status = 1;
     try {
-        return Show_Window(application, signals, desktop, session, options);
+        status = Show_Window(application, signals, desktop, session, options);
     } catch (...) {
         Log_Error(session.Outside(), "modMain.Main()", Caught_Error(), Show::box);
-        return 1;
     }
+    application.Set_Outside(nullptr);
+    return status;
+}
+
+/// What keeps the program from starting, where there is no error log yet.
+void Tell_Of_Failed_Start(const Run_Error& error) {
+    const std::string words =
+        std::string(product_name) + " cannot start.\r\n\r\n" + Words_For_Pilot(error);
+    const std::unique_ptr<QMessageBox> box(Make_Message_Box(
+        {words, std::string(product_name), Icon::exclamation, Buttons::ok, error.Description()},
+        nullptr));
+    box->exec();
 }
 
 }  // namespace
@@ -188,11 +202,11 @@ int main(int argc, char** argv) {
     // Help and faults of the command line need no display.
     if (const auto status = Read_Command_Line(argc, argv, options, true))
         return *status;
-    QApplication application(argc, argv);
+    Guarded_Application application(argc, argv);
     // The toolkit speaks the pilot's language; numbers in files do not.
     std::setlocale(LC_NUMERIC, "C");
+    // No display name: Qt would put it behind every title, the product's own name included.
     QApplication::setApplicationName("norvane");
-    QApplication::setApplicationDisplayName(To_Q(product_name));
     QApplication::setApplicationVersion(norvane::version);
     // The menu entry, by which the desktop knows whose window this is.
     QGuiApplication::setDesktopFileName("norvane");
@@ -206,7 +220,7 @@ int main(int argc, char** argv) {
     } catch (const Store_In_Use&) {
         return 0;
     } catch (...) {
-        QMessageBox::critical(nullptr, To_Q(product_name), To_Q(Caught_Error().Description()));
+        Tell_Of_Failed_Start(Caught_Error());
         return 1;
     }
 }

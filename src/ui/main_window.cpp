@@ -6,7 +6,9 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QStyle>
 #include <array>
+#include <chrono>
 #include <utility>
 
 #include "ui/about_dialogs.h"
@@ -32,7 +34,8 @@ namespace norvane {
 
 namespace {
 
-constexpr int width_twips = 15000;
+/// Longer than a desktop takes to tell all of one change.
+constexpr std::chrono::milliseconds still_after(200);
 
 /// A panel of the status bar: what it is called and how many digits it has room for.
 struct Status_Row {
@@ -66,11 +69,14 @@ Main_Window::Main_Window(frmMain& form, Program& program, Qt_Desktop& desktop)
     : m_form(form),
       m_desktop(desktop),
       m_frame(new Frame_View(form.frame, this)),
-      m_wait(new QLabel(this)),
-      m_windows{new Response_View(program.response, this)} {
+      m_wait(new QLabel(this)) {
     setWindowIcon(Program_Icon());
     setCentralWidget(m_frame);
+    m_still.setSingleShot(true);
+    m_still.setInterval(still_after);
+    connect(&m_still, &QTimer::timeout, this, [this] { Settle(); });
     Add_Panels(program);
+    Add_Window(new Response_View(program.response, this));
     Add_Dialogs(program);
     Add_Menus();
     Add_Keys();
@@ -115,7 +121,7 @@ void Main_Window::Add_Dialogs(Program& program) {
     const auto make_when_open = [this](auto& form, auto make) {
         Keep(*this, form.changed.connect([this, &form, make, made = false]() mutable {
             if (form.Is_Open() && !std::exchange(made, true))
-                m_windows.push_back(make(form, this));
+                Add_Window(make(form, this));
         }));
     };
     make_when_open(program.pirep_editor, [](frmPIREP& form, QWidget* owner) -> QWidget* {
@@ -175,26 +181,71 @@ void Main_Window::Add_Status_Bar() {
         Bind(*value, m_form.barStatus[static_cast<std::size_t>(row.panel)], row.name);
         statusBar()->addPermanentWidget(value);
     }
-    setMinimumWidth(statusBar()->sizeHint().width());
     const auto show = [this] { m_wait->setText(To_Q(m_desktop.Waiting_For())); };
     Keep(*this, m_desktop.wait_changed.connect(show));
     show();
 }
 
-/// Where the window was left, if that is on a screen that is there.
+void Main_Window::Add_Window(QWidget* window) {
+    m_windows.push_back(window);
+    window->installEventFilter(this);
+}
+
+/// Where the window was left, as far as that is on a screen that is there.
 void Main_Window::Place() {
-    resize(Twips_To_Pixels(*this, width_twips), Twips_To_Pixels(*this, frmMain::height_twips));
-    const QPoint left(Twips_To_Pixels(*this, m_form.Left_Twips()),
-                      Twips_To_Pixels(*this, m_form.Top_Twips()));
-    const QScreen* screen = QGuiApplication::screenAt(left);
+    const Window_Place& left = m_form.Place();
+    resize(Twips_To_Pixels(*this, left.width), Twips_To_Pixels(*this, left.height));
+    move(Twips_To_Pixels(*this, left.left), Twips_To_Pixels(*this, left.top));
+    Fit_Screen();
+    if (left.maximised)
+        setWindowState(windowState() | Qt::WindowMaximized);
+}
+
+/// Brings all of the window onto its screen, with what the desktop draws around it.
+void Main_Window::Fit_Screen() {
+    const QScreen* screen = QGuiApplication::screenAt(pos());
     if (screen == nullptr)
         screen = QGuiApplication::primaryScreen();
     const QRect room = screen->availableGeometry();
-    const QPoint last = room.bottomRight() - QPoint(width(), height());
-    const QPoint place(std::clamp(left.x(), room.left(), std::max(room.left(), last.x())),
-                       std::clamp(left.y(), room.top(), std::max(room.top(), last.y())));
-    m_own_place = place;
-    move(place);
+    // Until it is shown, nobody knows what is around it.
+    QSize around = frameGeometry().size() - size();
+    if (!isVisible())
+        around = QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    const QSize most = room.size() - around;
+    // The status bar shortens its texts rather than hide the window's buttons.
+    setMinimumWidth(std::min(statusBar()->sizeHint().width(), most.width()));
+    resize(size().boundedTo(most));
+    const QPoint last = room.bottomRight() + QPoint(1, 1) -
+                        QPoint(width() + around.width(), height() + around.height());
+    move(std::clamp(pos().x(), room.left(), std::max(room.left(), last.x())),
+         std::clamp(pos().y(), room.top(), std::max(room.top(), last.y())));
+    m_own_place = QRect(pos(), size());
+}
+
+/// The window stands still: the first time after its frame was drawn around it.
+void Main_Window::Settle() {
+    if (!isVisible())
+        return;
+    if (!m_fitted && !isMaximized() && !isMinimized()) {
+        m_fitted = true;
+        Fit_Screen();
+    }
+    Note_Place();
+}
+
+/// A place that was corrected to fit this screen is not the pilot's choice.
+void Main_Window::Note_Place() {
+    if (isMinimized())
+        return;
+    Window_Place place = m_form.Place();
+    place.maximised = isMaximized();
+    if (!place.maximised && QRect(pos(), size()) != m_own_place) {
+        place.left = Pixels_To_Twips(*this, x());
+        place.top = Pixels_To_Twips(*this, y());
+        place.width = Pixels_To_Twips(*this, width());
+        place.height = Pixels_To_Twips(*this, height());
+    }
+    m_form.Set_Place(place);
 }
 
 void Main_Window::Show_Caption() {
@@ -203,21 +254,33 @@ void Main_Window::Show_Caption() {
 
 void Main_Window::moveEvent(QMoveEvent* event) {
     QMainWindow::moveEvent(event);
-    // A place that was corrected to fit this screen is not the pilot's choice.
-    if (pos() != m_own_place && !isMinimized())
-        m_form.Set_Place(Pixels_To_Twips(*this, x()), Pixels_To_Twips(*this, y()));
+    m_still.start();
+}
+
+void Main_Window::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    m_still.start();
 }
 
 void Main_Window::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::WindowStateChange)
+    if (event->type() == QEvent::WindowStateChange) {
         m_form.Set_Minimised(isMinimized());
+        m_still.start();
+    }
     QMainWindow::changeEvent(event);
+}
+
+bool Main_Window::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Show && watched->isWidgetType())
+        m_desktop.Put_On_Top(static_cast<QWidget&>(*watched));
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void Main_Window::closeEvent(QCloseEvent* event) {
     // The program ends behind the window; a step that is running keeps it open until it is over.
     if (!m_ended) {
         event->ignore();
+        Note_Place();
         m_form.Form_Unload(ucACARS::Closing::by_pilot);
     }
 }

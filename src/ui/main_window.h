@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <QTimer>
 #include <vector>
 
 #include "app/frm_main.h"
@@ -25,6 +26,8 @@ class Main_Window : public QMainWindow {
   protected:
     void closeEvent(QCloseEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
@@ -33,7 +36,11 @@ class Main_Window : public QMainWindow {
     void Add_Menus();
     void Add_Keys();
     void Add_Status_Bar();
+    void Add_Window(QWidget* window);
     void Place();
+    void Fit_Screen();
+    void Settle();
+    void Note_Place();
     void Show_Caption();
     void End();
 
@@ -44,7 +51,11 @@ class Main_Window : public QMainWindow {
     /// Those that do not block, beside this one.
     std::vector<QWidget*> m_windows;
     /// Where the window put itself.
-    QPoint m_own_place;
+    QRect m_own_place;
+    /// Runs out when the window has stood still for a moment. A window that is being maximised is
+    /// told of its new size first and of its state later.
+    QTimer m_still;
+    bool m_fitted = false;
     bool m_ended = false;
 };
 

@@ -17,6 +17,8 @@ namespace {
 /// What desktops ask of a program's icon.
 constexpr std::array icon_sizes = {16, 22, 24, 32, 48, 64, 128, 256};
 
+constexpr int remark_size = 16;
+
 struct Item_Row {
     int icon_index;
     const char* drawing;
@@ -58,6 +60,28 @@ QIcon Program_Icon() {
     QIcon icon;
     for (const int size : icon_sizes)
         icon.addPixmap(Drawn("norvane", {size, size}, 1));
+    return icon;
+}
+
+QIcon Remark_Icon(const QColor& ink) {
+    QIcon icon;
+    for (const qreal pixel_ratio : {1.0, 2.0, 3.0}) {
+        QPixmap picture(QSize(remark_size, remark_size) * pixel_ratio);
+        picture.setDevicePixelRatio(pixel_ratio);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(ink, 1.25));
+        const QRectF room(0, 0, remark_size, remark_size);
+        painter.drawEllipse(room.adjusted(1.5, 1.5, -1.5, -1.5));
+        QFont font;
+        font.setPixelSize(remark_size * 2 / 3);
+        font.setBold(true);
+        painter.setFont(font);
+        painter.drawText(room, Qt::AlignCenter, "?");
+        painter.end();
+        icon.addPixmap(picture);
+    }
     return icon;
 }
 

@@ -2,18 +2,19 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QCloseEvent>
 #include <QColorDialog>
 #include <QDesktopServices>
 #include <QFileDialog>
-#include <QKeyEvent>
+#include <QMessageBox>
 #include <QUrl>
+#include <QWindow>
 #include <algorithm>
 
 #include "common/code_page.h"
 #include "common/run_error.h"
 #include "common/text.h"
 #include "ui/look.h"
+#include "ui/message_boxes.h"
 #include "ui/qt_text.h"
 
 namespace norvane {
@@ -27,38 +28,19 @@ using std::chrono::milliseconds;
 /// An open wait looks at its condition at least this often.
 constexpr milliseconds longest_sleep(200);
 
-/// A question: Escape and its window's close button leave it without an answer, which is neither of
-/// its buttons.
-class Question_Box : public QMessageBox {
+/// Keeps Qt's own timers from firing for as long as it lives; those that were due fire later. The
+/// ones of windows themselves are what repaints them.
+class Held_Timers : public QObject {
   public:
-    using QMessageBox::QMessageBox;
+    Held_Timers() { QCoreApplication::instance()->installEventFilter(this); }
 
   protected:
-    void keyPressEvent(QKeyEvent* event) override {
-        if (event->matches(QKeySequence::Cancel))
-            done(QMessageBox::NoButton);
-        else
-            QMessageBox::keyPressEvent(event);
-    }
-    void closeEvent(QCloseEvent* event) override {
-        event->accept();
-        done(QMessageBox::NoButton);
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        return event->type() == QEvent::Timer && !watched->isWindowType();
     }
 };
 
-QMessageBox::Icon Qt_Icon(Icon icon) {
-    switch (icon) {
-        case Icon::information:
-            return QMessageBox::Information;
-        case Icon::question:
-            return QMessageBox::Question;
-        case Icon::exclamation:
-            return QMessageBox::Warning;
-        case Icon::none:
-            break;
-    }
-    return QMessageBox::NoIcon;
-}
+constexpr const char* topic_property = "topic";
 
 }  // namespace
 
@@ -97,21 +79,41 @@ void Qt_Desktop::Set_Busy(bool busy) {
         QApplication::restoreOverrideCursor();
 }
 
+void Qt_Desktop::End_Busy() {
+    m_busy = 0;
+    Set_Busy(false);
+}
+
 QMessageBox* Qt_Desktop::Make_Box(const Message_Box& box) {
-    const bool question = box.buttons == Buttons::yes_no;
-    const auto buttons = question ? QMessageBox::Yes | QMessageBox::No
-                                  : QMessageBox::StandardButtons(QMessageBox::Ok);
-    QMessageBox* shown = question ? new Question_Box(Qt_Icon(box.icon), To_Q(box.title),
-                                                     To_Q(box.text), buttons, m_window)
-                                  : new QMessageBox(Qt_Icon(box.icon), To_Q(box.title),
-                                                    To_Q(box.text), buttons, m_window);
-    // What a server or a file says is no markup.
-    shown->setTextFormat(Qt::PlainText);
-    if (!box.details.empty())
-        shown->setDetailedText(To_Q(box.details));
-    std::erase_if(m_dialogs, [](const auto& dialog) { return dialog.isNull(); });
-    m_dialogs.emplace_back(shown);
+    if (!box.topic.empty())
+        Withdraw(box.topic);
+    QMessageBox* shown = Make_Message_Box(box, m_window);
+    shown->setProperty(topic_property, To_Q(box.topic));
+    Note_Dialog(shown);
     return shown;
+}
+
+void Qt_Desktop::Note_Dialog(QDialog* dialog) {
+    std::erase_if(m_dialogs, [](const auto& other) { return other.isNull(); });
+    m_dialogs.emplace_back(dialog);
+}
+
+void Qt_Desktop::Withdraw(std::string_view topic) {
+    const auto dialogs = m_dialogs;
+    for (const QPointer<QDialog>& dialog : dialogs) {
+        if (dialog && dialog->property(topic_property).toString() == To_Q(topic))
+            dialog->reject();
+    }
+}
+
+void Qt_Desktop::Put_On_Top(QWidget& window) {
+    window.winId();
+    QWidget* below = QApplication::activeModalWidget();
+    if (below == nullptr || below == &window)
+        below = m_window;
+    if (below != nullptr)
+        window.windowHandle()->setTransientParent(below->windowHandle());
+    window.raise();
 }
 
 /// Runs a dialog that the pilot has to answer; what happens behind it is not the tick's any longer.
@@ -137,10 +139,14 @@ Answer Qt_Desktop::Show_Message(const Message_Box& box) {
     QMessageBox* shown = Make_Box(box);
     if (!question && m_timers.Is_Ticking()) {
         shown->setAttribute(Qt::WA_DeleteOnClose);
+        // What the pilot is typing is not meant for the box.
+        shown->setAttribute(Qt::WA_ShowWithoutActivating);
         shown->setModal(false);
+        Put_On_Top(*shown);
         shown->show();
         return Answer::ok;
     }
+    Put_On_Top(*shown);
     const int pressed = Ask(*shown);
     delete shown;
     if (!question)
@@ -167,8 +173,7 @@ std::filesystem::path Qt_Desktop::Choose_File(const File_Choice& choice) {
 bool Qt_Desktop::Run_Dialog(QDialog& dialog) {
     if (m_ended)
         return false;
-    std::erase_if(m_dialogs, [](const auto& other) { return other.isNull(); });
-    m_dialogs.emplace_back(&dialog);
+    Note_Dialog(&dialog);
     return Ask(dialog) == QDialog::Accepted;
 }
 
@@ -211,6 +216,7 @@ void Qt_Desktop::Repaint() {
     if (m_repainting)
         return;
     m_repainting = true;
+    const Held_Timers held;
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
                                     QEventLoop::ExcludeSocketNotifiers);
     m_repainting = false;

@@ -5,7 +5,7 @@
 
 #include <sigc++/sigc++.h>
 
-#include <QMessageBox>
+#include <QDialog>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
@@ -15,6 +15,8 @@
 #include "common/system_clock.h"
 #include "common/timer_queue.h"
 
+class QMessageBox;
+
 namespace norvane {
 
 class Qt_Desktop : public Desktop {
@@ -23,7 +25,9 @@ class Qt_Desktop : public Desktop {
     Qt_Desktop(Clock& clock, double speed);
 
     void Set_Busy(bool busy) override;
+    void End_Busy() override;
     Answer Show_Message(const Message_Box& box) override;
+    void Withdraw(std::string_view topic) override;
     std::filesystem::path Choose_File(const File_Choice& choice) override;
     std::optional<std::int32_t> Choose_Color(std::int32_t current) override;
     void Open_File(const std::filesystem::path& file, std::string_view anchor) override;
@@ -33,11 +37,14 @@ class Qt_Desktop : public Desktop {
                     std::chrono::milliseconds at_most) override;
     [[nodiscard]] Timer_Queue& Timers() override { return m_timers; }
 
-    /// Repaints, within a wait that nothing may interrupt: no timer runs, and what the pilot does
-    /// is kept for later.
+    /// Repaints, within a wait that nothing may interrupt: no timer runs, Qt's own neither, and
+    /// what the pilot does is kept for later.
     void Repaint();
     /// Runs a dialog until the pilot closes it, or the program ends; whether it was accepted.
     bool Run_Dialog(QDialog& dialog);
+    /// Puts a window that is about to be shown above those that are there. One that opens while a
+    /// dialog is waited for can be used beside it.
+    void Put_On_Top(QWidget& window);
     /// The window that boxes belong to.
     void Set_Window(QWidget* window) { m_window = window; }
     [[nodiscard]] QWidget* Window() const { return m_window; }
@@ -53,6 +60,7 @@ class Qt_Desktop : public Desktop {
     void Run_Timers();
     void Arm();
     QMessageBox* Make_Box(const Message_Box& box);
+    void Note_Dialog(QDialog* dialog);
     int Ask(QDialog& dialog);
 
     Timer_Queue m_timers;

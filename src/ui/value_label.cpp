@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QStyle>
 
+#include "ui/qt_text.h"
+
 namespace norvane {
 
 namespace {
@@ -35,7 +37,7 @@ void Value_Label::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const QRect inner = contentsRect().adjusted(margin, 0, -margin, 0);
     const QString shown = fontMetrics().elidedText(m_text, Qt::ElideRight, inner.width());
-    setToolTip(shown == m_text ? QString() : m_text);
+    setToolTip(shown == m_text ? QString() : Tip_Of(m_text));
     style()->drawItemText(&painter, inner, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
                           shown, foregroundRole());
 }

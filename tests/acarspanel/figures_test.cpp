@@ -100,7 +100,19 @@ TEST_F(Panel_Figures, Airports_follow_the_engine_until_the_pilot_names_another) 
     Events().ICAOArr.emit("KAAA", "Alpha Field");
     EXPECT_EQ(Panel().txtDestination.Text(), "kbbb");
     EXPECT_EQ(Panel().lblDestinationName.Text(), "Bravo Field");
-    Panel().txtDestination.Enter("");
+    // Left, a code stands in capitals; one that nobody knows is marked, as long as it stands.
+    const auto leave = [&](const char* typed) {
+        Panel().txtDestination.Enter(typed);
+        EXPECT_EQ(Panel().txtDestination.Remark(), "");
+        Panel().txtDestination.Leave();
+        EXPECT_EQ(program->engine.Form_ICAO_Arrive(), Panel().txtDestination.Text());
+        return Panel().txtDestination.Text() +
+               (Panel().txtDestination.Remark().empty() ? "" : " ?");
+    };
+    EXPECT_EQ(leave("kbbb"), "KBBB");
+    EXPECT_EQ(leave("kxxx"), "KXXX ?");
+    EXPECT_EQ(leave(""), "");
+    EXPECT_TRUE(desktop.boxes.empty());
     EXPECT_EQ(Panel().lblDestinationName.Text(), "");
     EXPECT_EQ(program->engine.Form_ICAO_Arrive(), "");
 }

@@ -69,27 +69,28 @@ TEST_F(Main_Window, Shows_off_when_the_flight_has_settled_at_the_gate) {
 }
 
 TEST_F(Main_Window, Comes_back_where_it_was_left_unless_it_was_minimised) {
-    EXPECT_EQ(window->Left_Twips(), 1000);
-    window->Set_Place(-240, 3330);
+    EXPECT_EQ(window->Place(), Window_Place());
+    const Window_Place left{-240, 3330, 12000, 9000, true};
+    window->Set_Place(left);
     window->Set_Minimised(true);
-    window->Set_Place(-32000, -32000);
+    window->Set_Place({-32000, -32000, 10, 10, false});
     EXPECT_EQ(window->Caption(), "NV ACARS: OFF");
     window->Form_Unload(ucACARS::Closing::by_pilot);
     EXPECT_EQ(full_store.Find("AppPos", "MainLeft"), std::nullopt);
 
     Open();
-    window->Set_Place(-240, 3330);
+    window->Set_Place(left);
     window->Form_Unload(ucACARS::Closing::by_pilot);
     Open();
-    EXPECT_EQ(window->Left_Twips(), -240);
-    EXPECT_EQ(window->Top_Twips(), 3330);
+    EXPECT_EQ(window->Place(), left);
 
     for (const std::string_view broken : {"wide", "", "1e300", "12,5"}) {
         full_store.Set("AppPos", "MainLeft", broken);
         full_store.Set("AppPos", "MainTop", "1234.6");
+        full_store.Set("AppPos", "MainWidth", "-5");
+        full_store.Set("AppPos", "MainState", broken);
         Open();
-        EXPECT_EQ(window->Left_Twips(), 1000) << broken;
-        EXPECT_EQ(window->Top_Twips(), 1235);
+        EXPECT_EQ(window->Place(), (Window_Place{1000, 1235, 15000, 9000, false})) << broken;
     }
 }
 
@@ -127,14 +128,33 @@ TEST_F(Main_Window, Opens_what_its_commands_name) {
     EXPECT_EQ(desktop.boxes.back().icon, Icon::exclamation);
 }
 
-TEST_F(Main_Window, Locks_the_flights_settings_while_one_is_tracked) {
+TEST_F(Main_Window, Locks_the_settings_of_a_flight_and_says_everywhere_that_it_is_paused) {
     ucSettings& panel = program->settings_panel;
     EXPECT_TRUE(panel.cboFuel.Enabled());
+    // A blank typed behind "On" must not pause the flight.
+    const Control* keyboard = nullptr;
+    program->panel.Focus_Moved.connect([&](const Control& model) { keyboard = &model; });
     program->panel.hypOn.Click();
     ASSERT_TRUE(program->panel.Is_Active());
+    EXPECT_EQ(keyboard, &program->panel.txtDate);
     EXPECT_FALSE(panel.cboFuel.Enabled());
     EXPECT_FALSE(panel.txtPilot[ucSettings::pilot_name].Enabled());
+    const auto tells_of_pause = [&] {
+        const Label& notice = window->frame.lblNotice;
+        EXPECT_EQ(notice.Visible(), !notice.Text().empty());
+        EXPECT_EQ(notice.Visible(), window->Caption() == "Norvane - ACARS: PAUSED");
+        return notice.Visible();
+    };
+    EXPECT_FALSE(tells_of_pause());
+    program->panel.hypPause.Click();
+    EXPECT_TRUE(tells_of_pause());
+    program->panel.hypPause.Click();
+    EXPECT_FALSE(tells_of_pause());
+    program->panel.hypPause.Click();
+    desktop.withdrawn.clear();
     program->panel.hypReset.Click();
+    EXPECT_FALSE(tells_of_pause());
+    EXPECT_THAT(desktop.withdrawn, testing::Contains("interrupted"));
     EXPECT_TRUE(panel.cboFuel.Enabled());
     Take_Errors();
 }

@@ -21,6 +21,8 @@
 namespace norvane {
 namespace {
 
+using namespace std::chrono_literals;
+
 class Main_Window_Test : public test::Test_World {
   protected:
     void Open() {
@@ -154,16 +156,34 @@ TEST_F(Main_Window_Test, Nothing_is_clipped_in_a_small_window_and_nothing_moves_
 TEST_F(Main_Window_Test, It_stands_on_a_screen_and_is_closed_by_the_program_only) {
     store.Set("AppPos", "MainLeft", "900000");
     store.Set("AppPos", "MainTop", "-900000");
+    store.Set("AppPos", "MainWidth", "900000");
+    store.Set("AppPos", "MainHeight", "900000");
     Open();
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    EXPECT_TRUE(screen.contains(window->pos()));
+    // The frame comes around it when it is shown.
+    EXPECT_TRUE(
+        qt_desktop.Wait_Until([&] { return screen.contains(window->frameGeometry()); }, 5s));
+    // What the screen asked for is not the pilot's choice.
+    window->close();
+    EXPECT_EQ(store.Get("AppPos", "MainWidth"), "900000");
+    window.reset();
+    form.reset();
+    program.reset();
+    store.Set("AppPos", "MainState", "Maximized");
+    Open();
+    EXPECT_TRUE(window->isMaximized());
+    window->showNormal();
     window->move(30, 45);
+    window->resize(700, 500);
     QApplication::processEvents();
     int heard = 0;
     form->Closed.connect([this, &heard] {
         ++heard;
         EXPECT_EQ(store.Get("AppPos", "MainLeft"),
                   std::to_string(Pixels_To_Twips(*window, window->x())));
+        EXPECT_EQ(store.Get("AppPos", "MainWidth"),
+                  std::to_string(Pixels_To_Twips(*window, window->width())));
+        EXPECT_EQ(store.Get("AppPos", "MainState"), "");
     });
     window->close();
     // A second time, as an impatient pilot does.

@@ -4,8 +4,19 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialog>
 #include <QKeyEvent>
+#include <QMessageBox>
+#include <QWindow>
 #include <functional>
+#include <memory>
+#include <stdexcept>
+
+#include "support/test_world.h"
+#include "ui/bind.h"
+#include "ui/guarded_application.h"
+#include "ui/link_button.h"
+#include "ui/message_boxes.h"
 
 namespace norvane {
 namespace {
@@ -80,14 +91,87 @@ TEST_F(Qt_Desktop_Test, A_box_that_nobody_asked_for_does_not_block) {
     EXPECT_EQ(Open_Box(), nullptr);
 }
 
-TEST_F(Qt_Desktop_Test, The_busy_cursor_lasts_as_long_as_the_outermost_procedure) {
+TEST_F(Qt_Desktop_Test, A_box_closes_itself_when_what_it_says_is_true_no_longer) {
+    const auto open_boxes = [] {
+        QStringList texts;
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            const auto* box = qobject_cast<QMessageBox*>(window);
+            if (box != nullptr && box->isVisible())
+                texts << box->text();
+        }
+        texts.sort();
+        return texts;
+    };
+    const auto show = [&](const std::string& text, const std::string& topic) {
+        In_A_Tick([&] {
+            desktop.Show_Message({text, "Norvane", Icon::exclamation, Buttons::ok, {}, topic});
+        });
+    };
+    show("Interrupted", "link");
+    show("Interrupted again", "link");
+    show("Saved", "log");
+    show("Noted", "");
+    EXPECT_EQ(open_boxes(), (QStringList{"Interrupted again", "Noted", "Saved"}));
+    desktop.Withdraw("link");
+    EXPECT_EQ(open_boxes(), (QStringList{"Noted", "Saved"}));
+    desktop.End_Dialogs();
+}
+
+TEST_F(Qt_Desktop_Test, A_note_that_comes_behind_a_dialog_can_be_read_and_closed) {
+    QWidget window;
+    window.show();
+    desktop.Set_Window(&window);
+    QDialog dialog(&window);
+    QTimer::singleShot(30, [&] {
+        In_A_Tick([this] { desktop.Show_Message({"Interrupted", "Norvane", Icon::exclamation}); });
+        QMessageBox* box = Open_Box();
+        EXPECT_EQ(box->windowHandle()->transientParent(), dialog.windowHandle());
+        EXPECT_FALSE(QApplication::activeModalWidget() == box);
+        dialog.reject();
+        EXPECT_TRUE(box->isVisible());
+        EXPECT_TRUE(box->isEnabled());
+    });
+    EXPECT_FALSE(desktop.Run_Dialog(dialog));
+    desktop.End_Dialogs();
+}
+
+TEST_F(Qt_Desktop_Test, What_a_technician_wants_to_know_opens_and_shuts_under_one_name) {
+    const std::unique_ptr<QMessageBox> box(Make_Message_Box(
+        {"The disk is full.", "Norvane Error", Icon::exclamation, Buttons::ok, "<b>61</b>"},
+        nullptr));
+    QAbstractButton* details = nullptr;
+    for (QAbstractButton* button : box->buttons()) {
+        if (box->buttonRole(button) == QMessageBox::ActionRole)
+            details = button;
+    }
+    ASSERT_NE(details, nullptr);
+    for (int press = 0; press < 3; ++press) {
+        EXPECT_EQ(details->text(), "&Details");
+        details->click();
+        QApplication::processEvents();
+    }
+    EXPECT_EQ(box->detailedText(), "<b>61</b>");
+}
+
+TEST_F(Qt_Desktop_Test, The_busy_cursor_lasts_until_the_outermost_procedure_ends_or_one_fails) {
+    const auto is_busy = [] {
+        const QCursor* shown = QApplication::overrideCursor();
+        return shown != nullptr && shown->shape() == Qt::WaitCursor;
+    };
     {
         const Busy_Cursor outer(desktop);
         { const Busy_Cursor inner(desktop); }
-        ASSERT_NE(QApplication::overrideCursor(), nullptr);
-        EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        EXPECT_TRUE(is_busy());
     }
-    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    EXPECT_FALSE(is_busy());
+    {
+        const Busy_Cursor outer(desktop);
+        const Busy_Cursor inner(desktop);
+        desktop.End_Busy();
+        EXPECT_FALSE(is_busy());
+    }
+    const Busy_Cursor next(desktop);
+    EXPECT_TRUE(is_busy());
 }
 
 TEST_F(Qt_Desktop_Test, Only_a_button_answers_a_question) {
@@ -113,10 +197,45 @@ TEST_F(Qt_Desktop_Test, Only_a_button_answers_a_question) {
 
 TEST_F(Qt_Desktop_Test, A_pause_repaints_without_running_timers_and_loses_none) {
     clock.Set_Desktop(&desktop);
+    int fired = 0;
+    QTimer::singleShot(10, [&] { ++fired; });
     clock.Sleep(milliseconds(100));
-    EXPECT_EQ(ticks, 0);
-    EXPECT_TRUE(Wait_For_Ticks(1));
+    EXPECT_EQ(ticks + fired, 0);
+    EXPECT_TRUE(desktop.Wait_Until([&] { return fired == 1 && ticks > 0; }, milliseconds(5000)));
     clock.Set_Desktop(nullptr);
+}
+
+/// An object whose event handler fails.
+class Failing_Object : public QObject {
+  protected:
+    bool event(QEvent* event) override {
+        if (event->type() == QEvent::User)
+            throw std::runtime_error("an event handler failed");
+        return QObject::event(event);
+    }
+};
+
+class Guard_Test : public test::Test_World {};
+
+TEST_F(Guard_Test, What_fails_within_Qt_is_logged_and_the_program_goes_on) {
+    auto& application = dynamic_cast<Guarded_Application&>(*QCoreApplication::instance());
+    application.Set_Outside(&services);
+    Failing_Object object;
+    QEvent event(QEvent::User);
+    QApplication::sendEvent(&object, &event);
+    QCoreApplication::postEvent(&object, new QEvent(QEvent::User));
+    QApplication::processEvents();
+    EXPECT_EQ(Take_Errors().size(), 2U);
+    EXPECT_TRUE(desktop.boxes.empty());
+    // What the pilot asked for is not done: he is told.
+    Link link("Print");
+    link.clicked.connect([] { throw std::runtime_error("a command failed"); });
+    Link_Button button;
+    Bind(button, link);
+    button.click();
+    EXPECT_EQ(Take_Errors().size(), 1U);
+    EXPECT_EQ(desktop.boxes.size(), 1U);
+    application.Set_Outside(nullptr);
 }
 
 }  // namespace

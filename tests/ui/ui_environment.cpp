@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <optional>
+
+#include "ui/guarded_application.h"
 
 namespace norvane {
 namespace {
@@ -22,7 +23,7 @@ class Ui_Environment : public testing::Environment {
     char m_name[8] = "test_ui";
     char* m_arguments[2] = {m_name, nullptr};
     int m_count = 1;
-    std::optional<QApplication> m_application;
+    std::optional<Guarded_Application> m_application;
 };
 
 // The framework owns it.

@@ -1,0 +1,61 @@
+// Texts on the pilot's own colours, and texts from outside.
+
+#include "ui/look.h"
+
+#include <gtest/gtest.h>
+
+#include "ui/elided_label.h"
+#include "ui/link_button.h"
+#include "ui/qt_text.h"
+
+namespace norvane {
+namespace {
+
+/// The colours of the pilot's three swatches: a menu bar's ground and its text, and the title
+/// bars'.
+constexpr std::int32_t colors[] = {0xFFFFFF, 0x000000, 0x804000, 0xDFDFDF, 0x808080, 0x7F7F00,
+                                   0x0000FF, 0x00FF00, 0xFF0000, 0x00FFFF, 0xC0C0C0, 0x404040};
+
+TEST(Look, Texts_are_read_on_every_colour_that_the_pilot_chooses) {
+    for (const std::int32_t chosen : colors) {
+        const QColor ground = Setting_Color(chosen);
+        // The navigation, with each colour of its text.
+        for (const std::int32_t text : colors) {
+            const QColor wanted = Setting_Color(text);
+            const QColor ink = Ink_On(ground, {wanted});
+            EXPECT_GE(Contrast(ink, ground), least_contrast) << chosen << ' ' << text;
+            EXPECT_EQ(ink == wanted, Contrast(wanted, ground) >= least_contrast);
+        }
+        EXPECT_GE(Contrast(Ink_On(ground), ground), easy_contrast) << chosen;
+        // A link on a title bar, drawn.
+        for (const bool enabled : {true, false}) {
+            Link_Button link("MMMM");
+            QPalette palette;
+            palette.setColor(QPalette::Button, ground);
+            palette.setColor(QPalette::Window, ground);
+            link.setPalette(palette);
+            link.setEnabled(enabled);
+            link.resize(link.sizeHint());
+            const QImage drawn = link.grab().toImage();
+            double best = 1;
+            for (int x = 0; x < drawn.width(); ++x) {
+                for (int y = 0; y < drawn.height(); ++y)
+                    best = std::max(best, Contrast(drawn.pixelColor(x, y), ground));
+            }
+            EXPECT_GE(best, enabled ? least_contrast : 2.0) << chosen << ' ' << enabled;
+        }
+    }
+}
+
+TEST(Look, A_tool_tip_shows_every_sign_of_a_text) {
+    Elided_Label label(Qt::ElideRight, nullptr);
+    label.setText("<b>Bold</b> <img src=x> and a long text behind it");
+    label.resize(30, 20);
+    label.grab();
+    EXPECT_FALSE(label.toolTip().contains("<b>"));
+    EXPECT_TRUE(label.toolTip().contains("&lt;b&gt;Bold"));
+    EXPECT_EQ(Tip_Of("Fuel & oil < 5"), "Fuel & oil < 5");
+}
+
+}  // namespace
+}  // namespace norvane
