@@ -109,7 +109,9 @@ void frmMain::Add_Menus() {
     m_menus = {
         {"&File",
          {&mnuFileFSWorld, &mnuFileLoadAC, nullptr, &mnuFileSendPIREP, nullptr, &mnuFileExit}},
-        {"Flight &Logs", {&mnuFlightLogsManage, &mnuFlightLogsRestoreLog, &mnuFlightLogConvert}},
+        {"Flight &Logs",
+         {&mnuFlightLogsManage, &mnuFlightLogsRestoreLog, &mnuFlightLogConvert,
+          &mnuFlightLogsRecover}},
         {"&Help", {&mnuHelpContents, &mnuHelpICAO, nullptr, &mnuHelpAbout}},
     };
 }
@@ -130,6 +132,7 @@ void frmMain::Connect() {
         m_program.settings.ActiveLogChange.connect([this] { Show_Log_Name(); }),
         m_program.settings.SettingsChanged.connect([this] { Apply_Colors(); }),
         m_program.airline.Change.connect([this] { Hide_Display_VA_Options(); }),
+        m_program.Closing.connect([this] { Keep_Place(); }),
         m_program.Closed.connect([this] { Unloaded(); }),
     };
 }
@@ -137,13 +140,12 @@ void frmMain::Connect() {
 void frmMain::Connect_Flight_Log() {
     ucFlightLog& log = m_program.flight_log;
     mnuFileLoadAC.chosen.connect([this, &log] {
-        if (log.Load_FS_AC()) {
+        const std::string fault = log.Load_FS_AC();
+        if (fault.empty()) {
             log.Load_FS_AC_Titles();
             Say("Aircraft Types Loaded", Icon::information);
         } else {
-            Say("Unable to Load Aircraft Types.  Please make sure that Flight Simulator is "
-                "running.",
-                Icon::exclamation);
+            Say(fault, Icon::exclamation);
         }
     });
     mnuFlightLogsManage.chosen.connect([this] {
@@ -158,6 +160,7 @@ void frmMain::Connect_Flight_Log() {
         Say("Flight Log Default Sizing Restored", Icon::information);
     });
     mnuFlightLogConvert.chosen.connect([this] { m_program.convert_log.Show_Form(); });
+    mnuFlightLogsRecover.chosen.connect([this] { m_program.recover.Show_Form(); });
 }
 
 void frmMain::Connect_Dialogs() {
@@ -347,9 +350,12 @@ void frmMain::Show_Time_And_Date() {
 }
 
 void frmMain::Form_Unload(ucACARS::Closing how) {
-    if (!std::exchange(m_unloading, true) && !m_minimised)
-        Save_Place();
     m_program.Close(how);
+}
+
+void frmMain::Keep_Place() {
+    if (!m_minimised)
+        Save_Place();
 }
 
 void frmMain::Unloaded() {

@@ -66,9 +66,10 @@ class frmMain {
     /// The menu's visible commands, separators only between two of them.
     [[nodiscard]] static std::vector<Menu_Command*> Shown(const Menu& menu);
 
-    /// Ends tracking, keeps the window's place and closes link and flight log, then raises
+    /// Asks about what is not saved; unless the pilot leaves a question, which calls the closing
+    /// off, ends tracking, keeps the window's place and closes link and flight log, then raises
     /// `Closed`: at once, or at the end of the step that is running. A second call does nothing,
-    /// also while the pilot is asked about a finished flight. `Closed` may come from deep within a
+    /// also while the pilot is asked. `Closed` may come from deep within a
     /// procedure of the panel: whoever hears it ends the event loop and destroys nothing yet.
     void Form_Unload(ucACARS::Closing how);
     sigc::signal<void()> Closed;
@@ -98,6 +99,7 @@ class frmMain {
     Menu_Command mnuFlightLogsManage{"&Manage Flight Logs ..."};
     Menu_Command mnuFlightLogsRestoreLog{"&Restore Default Flight Log Sizing "};
     Menu_Command mnuFlightLogConvert{"&Convert MS Flight Simulator Flight Log ..."};
+    Menu_Command mnuFlightLogsRecover{"&Recover Unsaved Flights ..."};
     Menu_Command mnuHelpICAO{"Airport Name/ICAO &Lookup ..."};
     Menu_Command mnuHelpContents{"&Contents ..."};
     Menu_Command mnuHelpAbout{"&About " + std::string(product_name) + " ..."};
@@ -121,6 +123,7 @@ class frmMain {
     void Show_Log_Name();
     void Show_UTC();
     void Show_Time_And_Date();
+    void Keep_Place();
     void Unloaded();
     void Set_Status(Status_Panel panel, std::string_view text) {
         barStatus[static_cast<std::size_t>(panel)].Set_Text(text);
@@ -135,7 +138,6 @@ class frmMain {
     int m_title_back_color = 0;
     bool m_minimised = false;
     bool m_paused = false;
-    bool m_unloading = false;
 };
 
 }  // namespace norvane

@@ -24,6 +24,7 @@ Program::Program(const Services& outside, Transport& transport, const Http_Optio
       statistics(services, settings),
       manage_logs(services, settings),
       convert_log(services),
+      recover(services, settings, flight_log),
       engine({services, link, settings, airline, utc}),
       response(services),
       http_limits(Limits(http)),
@@ -62,15 +63,27 @@ void Program::Connect() {
 }
 
 void Program::Close(ucACARS::Closing how) {
-    if (how == ucACARS::Closing::by_signal)
-        m_log_ending = ucFlightLog::Ending::by_signal;
+    m_signalled = m_signalled || how == ucACARS::Closing::by_signal;
     if (std::exchange(m_close_called, true)) {
         // Whoever asks again without patience waits for no server.
         m_closing = m_closing || how == ucACARS::Closing::by_signal;
         return;
     }
+    if (Called_Off(how))
+        return;
+    if (m_signalled)
+        how = ucACARS::Closing::by_signal;
     m_farewell = how == ucACARS::Closing::by_pilot ? longest_farewell : std::chrono::seconds(0);
+    Closing.emit();
     panel.Close(how);
+}
+
+/// Asks whatever the pilot is to be asked before anything ends.
+bool Program::Called_Off(ucACARS::Closing how) {
+    if (how == ucACARS::Closing::by_signal || flight_log.Closing() || m_signalled)
+        return false;
+    m_close_called = false;
+    return true;
 }
 
 /// The panel has ended: a step that was running is over, and what it stored is in the store.
@@ -83,7 +96,7 @@ void Program::End_The_Rest() {
     end([this] { messages.Close(m_farewell); });
     m_closing = true;
     end([this] { link.IPC_Close(); });
-    end([this] { flight_log.Closing(m_log_ending); });
+    end([this] { flight_log.End(); });
     Closed.emit();
 }
 

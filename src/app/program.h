@@ -17,6 +17,7 @@
 #include "config/uc_settings.h"
 #include "flightlog/frm_convert_log.h"
 #include "flightlog/frm_flight_log.h"
+#include "flightlog/frm_recover.h"
 #include "flightlog/uc_flight_log.h"
 #include "flightlog/uc_stats.h"
 #include "logentry/cls_log_entry.h"
@@ -36,10 +37,14 @@ class Program {
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    /// Ends the flight's tracking as closing the main window does: panel, engine, link, flight log,
-    /// then raises `Closed`: at once, or at the end of the step that is running. A second call by
-    /// a signal ends the requests that the first one waits for; any other does nothing.
+    /// Ends the flight's tracking as closing the main window does. The pilot is asked first what is
+    /// to become of the log's changes; a question that he leaves calls the closing off, nothing
+    /// having happened. Then raises `Closing`, ends panel, engine, link and flight log, and raises
+    /// `Closed`: at once, or at the end of the step that is running. A second call by a signal ends
+    /// the questions and requests that the first one waits for; any other does nothing.
     void Close(ucACARS::Closing how);
+    /// Nothing calls the closing off any more.
+    sigc::signal<void()> Closing;
     /// Everything has ended. The panel's procedure that raised it is still running: whoever hears
     /// it destroys nothing yet.
     sigc::signal<void()> Closed;
@@ -54,6 +59,7 @@ class Program {
     ucStats statistics;
     frmFlightLog manage_logs;
     frmConvertLog convert_log;
+    frmRecover recover;
     clsACARS engine;
     frmResponse response;
     Http_Options http_limits;
@@ -71,11 +77,14 @@ class Program {
     void Connect();
     void End_The_Rest();
 
+    [[nodiscard]] bool Called_Off(ucACARS::Closing how);
+
     bool m_close_called = false;
+    /// A signal asked for the end: nobody is asked anything any more.
+    bool m_signalled = false;
     /// From here on no request is waited for any longer.
     bool m_closing = false;
     std::chrono::milliseconds m_farewell{0};
-    ucFlightLog::Ending m_log_ending = ucFlightLog::Ending::by_pilot;
 };
 
 }  // namespace norvane

@@ -27,6 +27,10 @@ struct Words {
     /// As `log rows` or `world list` counts, from 1.
     std::size_t row = 0;
     std::string date;
+    /// Numbers in "log recover".
+    std::vector<std::size_t> rows;
+    /// Questions are answered with Yes.
+    bool yes = false;
     std::vector<std::string> fields;
     bool report = false;
     Aircraft_Place place;

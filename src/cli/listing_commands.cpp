@@ -16,6 +16,7 @@
 #include "config/airline_list.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
+#include "config/log_names.h"
 #include "config/setting_table.h"
 #include "flightlog/log_reading.h"
 #include "flightlog/log_table.h"
@@ -31,7 +32,8 @@ void Print(std::string_view text) {
 
 Log_Table Named_Log(Session& session, const std::string& name) {
     const clsAppSettings settings(session.Outside());
-    return Read_Log(session.Outside(), name.empty() ? settings.FlightLog() : From_Utf8(name));
+    return Read_Log(session.Outside(),
+                    name.empty() ? settings.FlightLog() : Log_Name_From_Utf8(name));
 }
 
 /// The figures of one flight have one meaning: what decides it stays while a flight waits to be

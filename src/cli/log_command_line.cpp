@@ -71,6 +71,22 @@ void Add_Row_Commands(CLI::App* log, Words& words, Work& work) {
     });
 }
 
+/// Who only lists needs no lock, and works beside a flight.
+void Add_Recover(CLI::App* log, Words& words, Work& work) {
+    auto* recover = log->add_subcommand(
+        "recover",
+        "List the flights and edits that are in \".unsaved\" files and in no log; with numbers, "
+        "or --yes for all, add them to the active log");
+    recover->add_option("ROW", words.rows, "Numbers in that list, from 1; with none it is printed")
+        ->check(CLI::Range(1, 999999999));
+    recover->callback([&] {
+        const bool takes = words.yes || !words.rows.empty();
+        work = {takes ? Access::write : Access::look, [&](Console&, Session& open) {
+                    return Log_Recover(open, words.yes && words.rows.empty(), words.rows);
+                }};
+    });
+}
+
 void Add_Reports(CLI::App* log, Words& words, Work& work) {
     auto* report = log->add_subcommand("report", "Write the logbook of the active log");
     report
@@ -102,6 +118,7 @@ void Add_Log_Commands(CLI::App& app, Words& words, Work& work) {
     Add_Named(log->add_subcommand("remove", "Delete a log (asks)"), words, work, Log_Remove);
     Add_Named(log->add_subcommand("use", "Make a log the active one"), words, work, Log_Use);
     Add_Row_Commands(log, words, work);
+    Add_Recover(log, words, work);
     Add_Reports(log, words, work);
     auto* hours = app.add_subcommand("hours", "Block time of the active log by aircraft type");
     hours->add_flag("--report", words.report, "Write them as a page");

@@ -23,6 +23,7 @@
 #include "flightlog/mod_fs_log.h"
 #include "flightlog/uc_flight_log.h"
 #include "flightlog/uc_stats.h"
+#include "flightlog/unsaved_rows.h"
 #include "logentry/cls_log_entry.h"
 
 namespace norvane {
@@ -59,8 +60,8 @@ std::size_t Checked_Row(const Log_Table& table, const Row_Choice& row, const Reg
 /// The active log as its panel holds it, with one current row. Nothing of the layout is touched.
 class Open_Log {
   public:
-    /// Raises when the log cannot be read, or `row` is not its row.
-    Open_Log(Session& session, const Row_Choice& row)
+    /// Raises when the log cannot be read, here and below.
+    explicit Open_Log(Session& session)
         : services(session.Outside()),
           settings(services),
           airline(services),
@@ -71,6 +72,9 @@ class Open_Log {
             throw Run_Error(error_number::path_file_access,
                             From_Path(panel.File().Path()) + " cannot be read");
         }
+    }
+    /// Raises when `row` is not its row.
+    Open_Log(Session& session, const Row_Choice& row) : Open_Log(session) {
         panel.Set_Current_Row(Checked_Row(panel.Table(), row, services.regional));
     }
 
@@ -92,17 +96,21 @@ class Open_Log {
 class Log_Management {
   public:
     Log_Management(Session& session, const std::string& name)
-        : settings(session.Outside()), form(session.Outside(), settings) {
+        : services(session.Outside()), settings(services), form(services, settings) {
         Fill_Logs(session.Outside(), form.cboLogs);
-        form.cboLogs.Enter(From_Utf8(name));
+        form.cboLogs.Enter(Log_Name_From_Utf8(name));
     }
     void Demand_Log() const {
+        const std::string hidden = Hidden_Log_Fault(services, form.cboLogs.Text());
+        if (!hidden.empty())
+            throw Run_Error(error_number::path_file_access, hidden, hidden);
         if (form.cboLogs.Selected() < 0) {
             throw Run_Error(error_number::file_not_found,
                             "There is no flight log named \"" + form.cboLogs.Text() + "\"");
         }
     }
 
+    Services& services;
     clsAppSettings settings;
     frmFlightLog form;
 };
@@ -137,7 +145,8 @@ std::optional<std::size_t> Column_Number_Of(std::string_view text) {
 }
 
 /// Leaves only the wanted fields included. A caption that several columns have means all of them.
-void Choose_Fields(std::vector<Report_Field>& fields, const std::vector<std::string>& wanted) {
+void Choose_Fields(std::vector<Report_Field>& fields, const Grid_Layout& layout,
+                   const std::vector<std::string>& wanted) {
     for (Report_Field& field : fields)
         field.included = wanted.empty();
     for (const std::string& each : wanted) {
@@ -149,7 +158,10 @@ void Choose_Fields(std::vector<Report_Field>& fields, const std::vector<std::str
                     field.included = found = true;
             }
         };
-        include([&](const Report_Field& field) { return Equal_No_Case(field.caption, text); });
+        include([&](const Report_Field& field) {
+            return Equal_No_Case(field.caption, text) ||
+                   Equal_No_Case(layout.columns.at(field.column).caption, text);
+        });
         if (!found) {
             include([column = Column_Number_Of(text)](const Report_Field& field) {
                 return field.column == column;
@@ -166,6 +178,10 @@ int Log_List(Session& session) {
     const clsAppSettings settings(session.Outside());
     for (const std::string& name : List_Logs(session.Outside()))
         Console_Desktop::Print((name == settings.FlightLog() ? "* " : "  ") + name);
+    for (const auto& file : Hidden_Logs(session.Outside())) {
+        Console_Desktop::Say("Not listed, because its name cannot be told from another one here: " +
+                             From_Path(file));
+    }
     return exit_status::done;
 }
 
@@ -186,7 +202,7 @@ int Log_Use(Session& session, const std::string& name) {
 }
 
 int Log_Copy(Session& session, const Row_Choice& row, const std::string& name) {
-    return Status_Of(Open_Log(session, row).panel.Copy_To_Log(From_Utf8(name)));
+    return Status_Of(Open_Log(session, row).panel.Copy_To_Log(Log_Name_From_Utf8(name)));
 }
 
 int Log_Delete(Session& session, const Row_Choice& row) {
@@ -212,10 +228,37 @@ int Log_Import_Plan(Session& session, const Row_Choice& row, const std::string& 
     return Status_Of(log.panel.Grid_Save());
 }
 
+int Log_Recover(Session& session, bool all, const std::vector<std::size_t>& rows) {
+    const auto unsaved = Find_Unsaved_Rows(session.Outside());
+    std::vector<std::string> chosen;
+    for (std::size_t i = 0; i < unsaved.size(); ++i) {
+        if (all)
+            chosen.push_back(unsaved[i].line);
+        else if (rows.empty())
+            Console_Desktop::Print(
+                fmt::format("{}\t{}\t{}", i + 1, From_Path(unsaved[i].file), unsaved[i].line));
+    }
+    for (const std::size_t row : rows) {
+        if (row > unsaved.size()) {
+            throw Run_Error(error_number::subscript_out_of_range,
+                            fmt::format("There is no unsaved row {}: there are {} of them", row,
+                                        unsaved.size()));
+        }
+        if (!all)
+            chosen.push_back(unsaved[row - 1].line);
+    }
+    if (unsaved.empty())
+        Console_Desktop::Say("There are no unsaved flights");
+    if (chosen.empty())
+        return exit_status::done;
+    Open_Log log(session);
+    return Status_Of(log.panel.Recover_Rows(chosen));
+}
+
 int Log_Report(Session& session, const std::vector<std::string>& fields) {
     const Report_Source log(session);
     auto chosen = All_Report_Fields(log.layout);
-    Choose_Fields(chosen, fields);
+    Choose_Fields(chosen, log.layout, fields);
     if (log.table.Row_Count() == 0) {
         throw Run_Error(error_number::other, "There are no log entries to include in the report");
     }
@@ -257,7 +300,8 @@ int Hours(Session& session, bool report) {
 }
 
 int Convert_Log(Session& session, const std::string& file, const std::string& name) {
-    Console_Desktop::Print(From_Path(modFSLog::Convert(session.Outside(), file, From_Utf8(name))));
+    Console_Desktop::Print(
+        From_Path(modFSLog::Convert(session.Outside(), file, Log_Name_From_Utf8(name))));
     return exit_status::done;
 }
 

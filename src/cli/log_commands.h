@@ -33,6 +33,10 @@ int Log_Delete(Session& session, const Row_Choice& row);
 /// Asks whether filled cells may be overwritten; the empty ones are filled in any case.
 int Log_Import_Plan(Session& session, const Row_Choice& row, const std::string& file);
 
+/// Lists what stands in ".unsaved" files and in no log, "number<TAB>file<TAB>row"; takes `all`, or
+/// the rows of these numbers, into the active log.
+int Log_Recover(Session& session, bool all, const std::vector<std::size_t>& rows);
+
 /// The reports print the page's path. `fields`: captions, whatever their case, or numbers of
 /// columns, from 0; none are all.
 int Log_Report(Session& session, const std::vector<std::string>& fields);

@@ -143,7 +143,6 @@ int main(int argc, char** argv) {
     Fly_Options fly;
     Words words;
     Work work;
-    bool yes = false;
     CLI::App app("Norvane without a window: flies along with a simulator and keeps the flight log",
                  "norvane-cli");
     app.set_version_flag("--version", std::string("norvane-cli ") + norvane::version);
@@ -158,7 +157,7 @@ int main(int argc, char** argv) {
                    "repeatable")
         ->allow_extra_args(false)
         ->check(CLI::Validator(Path_Mapping_Fault, ""));
-    app.add_flag("--yes", yes, "Answer questions with Yes");
+    app.add_flag("--yes", words.yes, "Answer questions with Yes");
     app.require_subcommand(1);
     Add_Fly(app, session, fly, work);
     Add_Log_Commands(app, words, work);
@@ -172,6 +171,6 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? exit_status::done : exit_status::wrong_usage;
     }
-    Console console(fly.time_scale, yes);
+    Console console(fly.time_scale, words.yes);
     return Run(session, console, work);
 }

@@ -105,6 +105,20 @@ double Round_Half_Up(double value, int decimals) {
     return Parse_Number(Format_Fixed(value, decimals)).value_or(0);
 }
 
+namespace {
+
+constexpr double units_of_one = 10'000;
+
+}  // namespace
+
+void Decimal_Sum::Add(double figure) {
+    m_units += std::round(figure * units_of_one);
+}
+
+double Decimal_Sum::Value() const {
+    return m_units / units_of_one;
+}
+
 std::int32_t Whole(double value) {
     if (std::isnan(value))
         return 0;

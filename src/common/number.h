@@ -40,6 +40,17 @@ struct Regional {
 /// group digits in every country.
 [[nodiscard]] std::optional<double> Parse_Pilot_Number(std::string_view text, const Regional&);
 
+/// A sum of figures as they are written, with up to four decimals: no binary remainder of its parts
+/// tips the way it is rounded.
+class Decimal_Sum {
+  public:
+    void Add(double figure);
+    [[nodiscard]] double Value() const;
+
+  private:
+    double m_units = 0;
+};
+
 /// Fixed decimals with ".", rounded as `Round_Half_Up`, at least `min_digits` before the point; a
 /// zero never carries a sign.
 [[nodiscard]] std::string Format_Fixed(double value, int decimals, int min_digits = 1);

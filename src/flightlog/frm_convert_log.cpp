@@ -3,7 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "common/boxes.h"
 #include "common/code_page.h"
+#include "common/file_writer.h"
+#include "common/line_reader.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "common/text.h"
@@ -70,20 +73,39 @@ void frmConvertLog::FlightLog_Convert() {
         const std::string name = txtName.Text();
         const std::string fault = Check_Log_Name(name, {});
         if (!fault.empty()) {
-            m_services.desktop.Show_Message(
-                {fault, std::string(product_name), Icon::exclamation, Buttons::ok});
+            Tell(m_services.desktop, fault, Icon::exclamation);
             return;
         }
+        std::filesystem::path converted;
         {
             const Busy_Cursor busy(m_services.desktop);
             lblStatus.Set_Text("");
             m_services.desktop.Process_Events();
-            modFSLog::Convert(m_services, m_source, name);
+            converted = modFSLog::Convert(m_services, m_source, name);
             lblStatus.Set_Text("Log-> " + name);
         }
-        m_services.desktop.Show_Message(
-            {"FS Flight Log converted", std::string(product_name), Icon::information, Buttons::ok});
+        Tell(m_services.desktop, "FS Flight Log converted");
+        Offer_As_Log(converted, name);
     });
+}
+
+void frmConvertLog::Offer_As_Log(const std::filesystem::path& converted, const std::string& name) {
+    const std::string where = "The converted flights are in " + From_Path(converted) + ".";
+    const std::string fault = New_Log_Fault(m_services, name);
+    if (!fault.empty()) {
+        Tell(m_services.desktop,
+             where + "  They were not made a flight log of their own: " + fault);
+        return;
+    }
+    if (Ask(m_services.desktop, where + "  Would you like to have them as the flight log \"" +
+                                    name + "\", too?") != Answer::yes) {
+        return;
+    }
+    const auto log = Log_Path(m_services, name);
+    std::filesystem::create_directories(log.parent_path());
+    Write_File_Atomically(log, Read_File(converted));
+    Tell(m_services.desktop,
+         "Flight Log: " + name + " added.  \"Manage Flight Logs ...\" makes it the active one.");
 }
 
 }  // namespace norvane

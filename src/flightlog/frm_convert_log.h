@@ -5,6 +5,7 @@
 
 #include <array>
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 #include "common/controls.h"
@@ -38,6 +39,7 @@ class frmConvertLog : public Modal_Form {
 
   private:
     void Show_Link_State();
+    void Offer_As_Log(const std::filesystem::path& converted, const std::string& name);
 
     Services& m_services;
     std::filesystem::path m_source;

@@ -67,7 +67,7 @@ bool frmFlightLog::FlightLog_Add() {
     bool added = false;
     Guarded(m_services, "frmFlightLog.FlightLog_Add()", Show::box, [&] {
         const std::string name = cboLogs.Text();
-        const std::string fault = Check_Log_Name(name, List_Logs(m_services));
+        const std::string fault = New_Log_Fault(m_services, name);
         if (!fault.empty()) {
             Say(fault, Icon::exclamation);
             return;
@@ -129,7 +129,8 @@ bool frmFlightLog::Refuse_No_Log(const std::string& name) {
     const std::vector<std::string> logs = List_Logs(m_services);
     if (std::find(logs.begin(), logs.end(), name) != logs.end())
         return false;
-    const std::string fault = Check_Log_Name(name, {});
+    const std::string hidden = Hidden_Log_Fault(m_services, name);
+    const std::string fault = hidden.empty() ? Check_Log_Name(name, {}) : hidden;
     if (!fault.empty())
         Say(fault, Icon::exclamation);
     return !fault.empty();

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "common/find_file.h"
 #include "common/log_error.h"
 #include "common/number.h"
@@ -71,6 +73,19 @@ void Grid_Layout::Save() const {
         settings.Set(grid_section, Visible_Key(i), columns.at(i).visible ? "True" : "False");
     }
     batch.Commit();
+}
+
+std::string Grid_Layout::Distinct_Caption(std::size_t column) const {
+    const std::string& caption = columns.at(column).caption;
+    const auto alike = std::count_if(columns.begin(), columns.end(), [&](const Grid_Column& other) {
+        return Equal_No_Case(other.caption, caption);
+    });
+    if (alike < 2)
+        return caption;
+    // An airport's name stands behind its code.
+    if (column == log_column::origin + 1 || column == log_column::destination + 1)
+        return columns.at(column - 1).caption + " " + caption;
+    return fmt::format("{} ({})", caption, column);
 }
 
 bool Grid_Layout::Get_Setting(std::size_t column) const {

@@ -46,6 +46,10 @@ class Grid_Layout {
     int row_height_twips = default_row_height_twips;
     std::array<Grid_Column, log_column_count> columns;
 
+    /// The column's caption; where another column has the same, with what tells it apart: for lists
+    /// and reports, in which a column does not stand beside its neighbours.
+    [[nodiscard]] std::string Distinct_Caption(std::size_t column) const;
+
   private:
     void Get_Custom_Captions(const std::filesystem::path& definitions, std::size_t first_column,
                              std::size_t most);

@@ -114,6 +114,8 @@ std::string Log_Line(const clsLogEntry& entry) {
 Checked_Cell Check_Cell(std::size_t column, std::string_view typed, const Regional& regional) {
     const std::string text = Clean_Field(typed, Field_Lines::one);
     const Cell_Check check = columns.at(column).check;
+    if (column == log_column::origin || column == log_column::destination)
+        return {Upper(text), {}};
     if (text.empty() || check == Cell_Check::none)
         return {text, {}};
     if (check == Cell_Check::date) {

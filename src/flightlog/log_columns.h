@@ -59,7 +59,8 @@ struct Log_Column {
 
 /// What becomes of a text that the pilot typed into a cell.
 struct Checked_Cell {
-    /// The text to keep: a date in short date form, a number with one decimal, others as typed.
+    /// The text to keep: a date in short date form, a number with one decimal, an airport's code in
+    /// capitals, others as typed.
     std::string text;
     /// Why the text is refused; empty when it is taken.
     std::string_view message;

@@ -43,6 +43,24 @@ void Begin_Draft(const std::filesystem::path& draft) {
     Write_File(draft, {});
 }
 
+void End_Draft(const std::filesystem::path& draft) {
+    std::error_code ignored;
+    if (!std::filesystem::is_symlink(draft, ignored))
+        std::filesystem::remove(draft, ignored);
+}
+
+/// The failure in the pilot's words.
+Run_Error Unsaved(const Run_Error& failure, const std::filesystem::path& log) {
+    const std::string_view remedy = failure.Number() == error_number::disk_full
+                                        ? "Please make room on the disk, then click \"Save\"."
+                                        : "Please look under \"Details\" what kept it from being "
+                                          "written, mend that, then click \"Save\".";
+    return {failure.Number(), failure.Description(),
+            fmt::format("The flight log was not saved.  Its file {} is as it was before, and every "
+                        "flight and change is still here: nothing is lost while Norvane runs.  {}",
+                        From_Path(log), remedy)};
+}
+
 }  // namespace
 
 Log_File::Log_File(Services& services, std::filesystem::path path)
@@ -59,24 +77,33 @@ std::optional<Log_File::Stamp> Log_File::Stamp_Now() const {
                  status.st_mtim.tv_nsec};
 }
 
-bool Log_File::Load_XArray(Log_Table& table) {
+std::vector<Log_File::Trouble> Log_File::Load_XArray(Log_Table& table) {
+    std::vector<Trouble> troubles;
     m_loaded = false;
-    Guarded(m_services, load_procedure, Show::box, [&] {
+    try {
         // Taken before the file is read: a change while it is being read counts as one.
         m_stamp = Stamp_Now();
         if (m_stamp)
-            Load(table);
+            Load(table, troubles);
         m_loaded = true;
-    });
-    return m_loaded;
+    } catch (...) {
+        troubles.push_back({load_procedure, Caught_Error()});
+    }
+    return troubles;
 }
 
-void Log_File::Load(Log_Table& table) {
+void Log_File::Load(Log_Table& table, std::vector<Trouble>& troubles) {
     // Both only read the log: the copy is made while it is being loaded.
     auto backup = std::async([&] { Backup_Log(m_path); });
-    Log_Reading reading = Parse_Log(Read_File(m_path));
+    std::string content = Read_File(m_path);
+    Demand_Code_Page(content, m_path);
+    Log_Reading reading = Parse_Log(std::move(content));
     Sort_XArray(reading.table, 0, m_services.regional.short_date);
-    Guarded(m_services, "modFunctions.Backup_Log()", Show::box, [&] { backup.get(); });
+    try {
+        backup.get();
+    } catch (...) {
+        troubles.push_back({"modFunctions.Backup_Log()", Caught_Error()});
+    }
     if (!reading.set_aside.empty()) {
         Log_Error(m_services, load_procedure,
                   {error_number::type_mismatch, Report_Of(reading, m_path)}, Show::silent);
@@ -117,20 +144,32 @@ std::string Log_File::Save_XArray(const Log_Table& table) {
         throw Run_Error(error_number::path_file_access,
                         From_Path(m_path) + ": was not loaded to its end and is not written over");
     }
+    Demand_Writable(m_path);
     Keep_Set_Aside();
     std::filesystem::create_directories(m_path.parent_path());
     std::string notice = Keep_Changed_File();
-    const auto draft = m_services.program_directory / "templog.txt";
-    Begin_Draft(draft);
-    Atomic_File file(m_path);
-    // The draft takes each piece first: a disk without room for it leaves the log alone.
-    For_Each_Piece(table, [&](std::string_view piece) {
-        Append_To_File(draft, piece);
-        file.Write(piece);
-    });
-    file.Commit();
+    Write(table);
     m_stamp = Stamp_Now();
     return notice;
+}
+
+void Log_File::Write(const Log_Table& table) {
+    const auto draft = m_services.program_directory / "templog.txt";
+    try {
+        Begin_Draft(draft);
+        Atomic_File file(m_path);
+        // The draft takes each piece first: a disk without room for it leaves the log alone.
+        For_Each_Piece(table, [&](std::string_view piece) {
+            Append_To_File(draft, piece);
+            file.Write(piece);
+        });
+        file.Commit();
+    } catch (...) {
+        // Half a draft is worth nothing, and may hold the room that what is kept beside the log
+        // needs.
+        End_Draft(draft);
+        throw Unsaved(Caught_Error(), m_path);
+    }
 }
 
 }  // namespace norvane

@@ -9,7 +9,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "common/run_error.h"
 #include "flightlog/log_table.h"
 
 namespace norvane {
@@ -24,9 +26,15 @@ class Log_File {
     /// False after a load that failed: such a table is never written over the file.
     [[nodiscard]] bool Loaded_To_Its_End() const { return m_loaded; }
 
+    /// A failure, and the procedure it is to be reported under.
+    struct Trouble {
+        std::string_view procedure;
+        Run_Error error;
+    };
     /// Backs the log up and loads it, sorted by date. A log without a file leaves the table as it
-    /// is, and so does a file that cannot be read; that one is reported, and the result is false.
-    bool Load_XArray(Log_Table& table);
+    /// is, and so does a file that cannot be read. Opens no box: what went wrong, with the log or
+    /// with its backup, is for the caller to show once it has taken over what was loaded.
+    [[nodiscard]] std::vector<Trouble> Load_XArray(Log_Table& table);
     /// Writes the table over the log, by way of "templog.txt" in the program directory. A file that
     /// was changed meanwhile is kept beside it; the result is what to tell the pilot of that, empty
     /// when there is nothing to tell. Raises when it fails, the log being as it was; 75 when the
@@ -48,7 +56,8 @@ class Log_File {
     };
 
     [[nodiscard]] std::optional<Stamp> Stamp_Now() const;
-    void Load(Log_Table& table);
+    void Load(Log_Table& table, std::vector<Trouble>& troubles);
+    void Write(const Log_Table& table);
     void Keep_Set_Aside();
     [[nodiscard]] std::string Keep_Changed_File();
 

@@ -2,9 +2,11 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <fstream>
 #include <string>
 #include <system_error>
@@ -56,19 +58,16 @@ fs::path Write_New(const fs::path& log, std::string_view ending, std::string_vie
     return file;
 }
 
-/// Copies so that `to` is never half a file.
-void Copy_Whole(const fs::path& from, const fs::path& to) {
-    const fs::path half = to.parent_path() / ("." + to.filename().string() + ".half");
-    try {
-        Copy_File(from, half);
-        // A file renamed over another is sent to the disk at once, which every load would wait for.
-        fs::remove(to);
-        fs::rename(half, to);
-    } catch (...) {
-        std::error_code ignored;
-        fs::remove(half, ignored);
-        throw;
-    }
+/// A backup that is larger than the new copy steps back to ".bak1", but never over a larger one.
+void Step_Back(const fs::path& log, const fs::path& backup, std::uintmax_t new_size) {
+    std::error_code missing;
+    const auto size = fs::file_size(backup, missing);
+    if (missing || new_size >= size)
+        return;
+    const fs::path older = Beside_Log(log, ".bak1");
+    const auto older_size = fs::file_size(older, missing);
+    if (missing || size >= older_size)
+        fs::rename(backup, older);
 }
 
 char Last_Byte(const fs::path& file) {
@@ -94,11 +93,18 @@ void Backup_Log(const fs::path& log) {
         throw Run_Error(error_number::path_file_access,
                         From_Path(backup) + ": is the log itself and cannot be its backup");
     }
-    const auto size_before = fs::file_size(backup, ignored);
-    const bool had_backup = !ignored;
-    if (had_backup && fs::file_size(log) < size_before)
-        fs::rename(backup, Beside_Log(log, ".bak1"));
-    Copy_Whole(log, backup);
+    const fs::path copy = backup.parent_path() / ("." + backup.filename().string() + ".half");
+    try {
+        // Nothing of what is kept gives way before the new copy is whole.
+        Copy_File(log, copy);
+        Step_Back(log, backup, fs::file_size(copy));
+        // A file renamed over another is sent to the disk at once, which every load would wait for.
+        fs::remove(backup);
+        fs::rename(copy, backup);
+    } catch (...) {
+        fs::remove(copy, ignored);
+        throw;
+    }
 }
 
 fs::path Keep_Skipped(const fs::path& log, std::string_view lines) {
@@ -141,7 +147,25 @@ fs::path Write_Unsaved(Services& services, const fs::path& log, std::string_view
     return file;
 }
 
+void Demand_Writable(const fs::path& log) {
+    struct stat status {};
+    if (::stat(log.c_str(), &status) != 0)
+        return;
+    constexpr mode_t anybody = 0222;
+    // Root may write everything, which is not what whoever protected the file meant.
+    if ((status.st_mode & anybody) != 0 &&
+        (::faccessat(AT_FDCWD, log.c_str(), W_OK, AT_EACCESS) == 0 || errno == ENOSYS)) {
+        return;
+    }
+    throw Run_Error(
+        error_number::permission_denied, From_Path(log) + ": is protected from being written",
+        fmt::format("The flight log {} is protected from being written, so nothing was saved to "
+                    "it.  Please take the protection off the file, then save again.",
+                    From_Path(log)));
+}
+
 void Append_To_Log(const fs::path& log, std::string_view line) {
+    Demand_Writable(log);
     const std::uintmax_t size_before = fs::exists(log) ? fs::file_size(log) : 0;
     std::string added;
     if (size_before > 0 && !Ends_A_Line(Last_Byte(log)))

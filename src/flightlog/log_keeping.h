@@ -14,8 +14,8 @@ struct Services;
 [[nodiscard]] std::filesystem::path Beside_Log(const std::filesystem::path& log,
                                                std::string_view ending);
 
-/// Copies the log over its ".bak". A backup that is larger than the new one becomes ".bak1". Raises
-/// when it fails.
+/// Copies the log over its ".bak". A backup that is larger than the new one becomes ".bak1", unless
+/// that is larger still. Raises when it fails, what was kept staying as it was.
 void Backup_Log(const std::filesystem::path& log);
 
 /// Adds lines to the log's ".skipped", but none that it has already: a log is loaded many times.
@@ -31,6 +31,9 @@ std::filesystem::path Keep_Other(const std::filesystem::path& log);
 /// directory takes no file. Says so in the error log. Returns the file; raises when it fails.
 std::filesystem::path Write_Unsaved(Services& services, const std::filesystem::path& log,
                                     std::string_view lines);
+
+/// Raises 70 for a log that was made read-only: whoever did so does not want it replaced.
+void Demand_Writable(const std::filesystem::path& log);
 
 /// Adds a line to the end of a log, creating it when missing; a missing final line end is supplied
 /// first. A log that takes only a part of the line is cut back to what it was. Raises when it

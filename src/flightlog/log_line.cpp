@@ -1,6 +1,7 @@
 #include "flightlog/log_line.h"
 
 #include <algorithm>
+#include <array>
 
 #include "common/text.h"
 #include "flightlog/log_columns.h"
@@ -11,6 +12,9 @@ namespace {
 
 // A size that the compiler counts at once; the sum of a block fits a byte.
 constexpr std::size_t block_size = 32;
+
+// What the pilot cannot edit before trying again: the four times and the fuel at the gate.
+constexpr std::array<std::size_t, 5> identity_columns{log_column::time_out, 6, 7, 10, 11};
 
 }  // namespace
 
@@ -51,6 +55,15 @@ std::string_view Field_At(std::string_view line, std::size_t begin) {
 std::string_view Field_Of(std::string_view line, std::size_t column) {
     const std::size_t begin = Begin_Of_Field(line, column);
     return begin == std::string_view::npos ? std::string_view() : Field_At(line, begin);
+}
+
+bool Same_Flight(std::string_view a, std::string_view b) {
+    if (a == b)
+        return true;
+    return !Field_Of(a, log_column::time_out).empty() &&
+           std::all_of(identity_columns.begin(), identity_columns.end(), [&](std::size_t column) {
+               return Field_Of(a, column) == Field_Of(b, column);
+           });
 }
 
 }  // namespace norvane

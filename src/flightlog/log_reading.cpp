@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
+#include "common/code_page.h"
 #include "common/line_reader.h"
 #include "common/run_error.h"
 #include "common/services.h"
@@ -39,6 +42,22 @@ Log_Reading Parse_Log(std::string content) {
     return reading;
 }
 
+void Demand_Code_Page(std::string_view content, const std::filesystem::path& file) {
+    constexpr std::size_t looked_at = 4;
+    const auto nul = [&](std::size_t i) { return content[i] == '\0'; };
+    const bool marked = content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF");
+    const bool every_other =
+        content.size() >= looked_at && nul(0) == nul(2) && nul(1) == nul(3) && nul(0) != nul(1);
+    if (!marked && !every_other)
+        return;
+    throw Run_Error(
+        error_number::type_mismatch, From_Path(file) + ": is UTF-16 text",
+        fmt::format("{} was stored as \"Unicode\" (UTF-16) by another program and cannot be read "
+                    "as a flight log.  Nothing in it was changed.  Please store it as \"ANSI\" "
+                    "(Windows-1252) there, then load it again.",
+                    From_Path(file)));
+}
+
 std::string Line_Numbers(const std::vector<std::size_t>& ascending) {
     std::string text;
     for (std::size_t i = 0; i < ascending.size(); ++i) {
@@ -58,7 +77,13 @@ Log_Table Read_Log(const Services& services, std::string_view name) {
         throw Run_Error(error_number::path_file_access,
                         fmt::format("\"{}\" is not the name of a flight log", name));
     }
-    Log_Table table = Parse_Log(Read_File(Log_Path(services, name))).table;
+    const std::string hidden = Hidden_Log_Fault(services, name);
+    if (!hidden.empty())
+        throw Run_Error(error_number::path_file_access, hidden, hidden);
+    const auto file = Log_Path(services, name);
+    std::string content = Read_File(file);
+    Demand_Code_Page(content, file);
+    Log_Table table = Parse_Log(std::move(content)).table;
     Sort_XArray(table, 0, services.regional.short_date);
     return table;
 }

@@ -108,9 +108,8 @@ void Add_Columns(ACARS_Page& page, const Grid_Layout& layout,
 std::vector<Report_Field> All_Report_Fields(const Grid_Layout& layout) {
     std::vector<Report_Field> fields;
     for (std::size_t column = 0; column < layout.columns.size(); ++column) {
-        const std::string& caption = layout.columns.at(column).caption;
-        if (!caption.empty())
-            fields.push_back({caption, column, true});
+        if (!layout.columns.at(column).caption.empty())
+            fields.push_back({layout.Distinct_Caption(column), column, true});
     }
     return fields;
 }
@@ -199,16 +198,19 @@ double Column_Number(std::string_view text, const Regional& regional) {
 
 std::vector<double> Total_Coumn(const Log_Table& table, const std::vector<Column_Total>& wanted,
                                 const Regional& regional) {
-    std::vector<double> totals(wanted.size());
+    std::vector<Decimal_Sum> sums(wanted.size());
     for (std::size_t row = 0; row < table.Row_Count(); ++row) {
         const auto cells = table.Cells(row);
         const std::string_view rules = cells[log_column::ifr_vfr];
         for (std::size_t i = 0; i < wanted.size(); ++i) {
             const auto& [column, filter] = wanted[i];
             if (filter.empty() || Equal_No_Case(rules, filter))
-                totals[i] += Column_Number(cells.at(column), regional);
+                sums[i].Add(Column_Number(cells.at(column), regional));
         }
     }
+    std::vector<double> totals;
+    for (const Decimal_Sum& sum : sums)
+        totals.push_back(sum.Value());
     return totals;
 }
 

@@ -18,7 +18,7 @@ class Grid_Layout;
 class Log_Table;
 class clsAppSettings;
 
-/// The columns that have a caption, all of them included.
+/// The columns that have a caption, each by one of its own, all of them included.
 [[nodiscard]] std::vector<Report_Field> All_Report_Fields(const Grid_Layout& layout);
 
 /// Every flight in the table's order, with the fields that are included; `totals` is the line under

@@ -182,7 +182,8 @@ void Log_Table::Sort(const Key_Of& key_of) {
 }
 
 Log_Totals Log_Table::Totals(const Regional& regional) const {
-    Log_Totals totals;
+    Decimal_Sum block_hours;
+    Decimal_Sum flight_hours;
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         if (row + rows_ahead < m_rows.size())
             __builtin_prefetch(Stored_Line(row + rows_ahead).data());
@@ -194,10 +195,10 @@ Log_Totals Log_Table::Totals(const Regional& regional) const {
         // The later column is looked for from the earlier one on.
         const auto flight =
             Field_Of(line.substr(begin), log_column::flight_time - log_column::block_time);
-        totals.block_hours += Parse_Pilot_Number(block, regional).value_or(0);
-        totals.flight_hours += Parse_Pilot_Number(flight, regional).value_or(0);
+        block_hours.Add(Parse_Pilot_Number(block, regional).value_or(0));
+        flight_hours.Add(Parse_Pilot_Number(flight, regional).value_or(0));
     }
-    return totals;
+    return {block_hours.Value(), flight_hours.Value()};
 }
 
 std::size_t Log_Table::Bytes_Held() const {

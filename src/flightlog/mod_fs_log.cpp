@@ -1,5 +1,7 @@
 #include "flightlog/mod_fs_log.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <string>
@@ -13,6 +15,7 @@
 #include "common/text.h"
 #include "config/log_names.h"
 #include "flightlog/log_columns.h"
+#include "flightlog/log_reading.h"
 
 namespace norvane::modFSLog {
 
@@ -78,6 +81,7 @@ std::filesystem::path Convert(Services& services, const std::filesystem::path& s
     if (!fault.empty())
         throw Run_Error(error_number::invalid_call, fault);
     std::string content = Read_File(source);
+    Demand_Code_Page(content, source);
     // Neither may break a record's columns, nor a field of ours.
     std::replace_if(
         content.begin(), content.end(), [](char c) { return c == '\0' || c == field_separator; },
@@ -85,6 +89,14 @@ std::filesystem::path Convert(Services& services, const std::filesystem::path& s
     std::string log;
     for (Line_Reader reader(Behind_Heading(content)); reader.Next();)
         log += Converted(reader.Line(), services.regional.short_date);
+    if (log.empty()) {
+        throw Run_Error(error_number::type_mismatch,
+                        From_Path(source) + ": has no flight that begins with a date",
+                        fmt::format("{} holds no flight that can be read, so nothing was converted."
+                                    "  Please choose the simulator's own log (*.log); its dates "
+                                    "must be written as the computer writes them ({}).",
+                                    From_Path(source), services.regional.short_date));
+    }
     const auto directory = services.program_directory / "convertedlogs";
     std::filesystem::create_directories(directory);
     auto file = directory / To_Path(std::string(name) + ".txt");

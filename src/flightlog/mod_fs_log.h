@@ -14,7 +14,8 @@ namespace modFSLog {  // NOLINT(readability-identifier-naming)
 
 /// Writes "convertedlogs" / `name` + ".txt" in the program directory, replacing an older one, and
 /// returns its path. `name` is code page text that can be a log's name, else 5 is raised; raises
-/// too when a file cannot be read or written, an older file staying as it was.
+/// too when a file cannot be read or written, and 13 when it has no flight, an older file staying
+/// as it was.
 std::filesystem::path Convert(Services& services, const std::filesystem::path& source,
                               std::string_view name);
 

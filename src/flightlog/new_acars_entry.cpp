@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 
 #include "common/code_page.h"
 #include "common/log_error.h"
@@ -15,23 +14,6 @@
 #include "logentry/cls_log_entry.h"
 
 namespace norvane {
-
-namespace {
-
-// What the pilot cannot edit before trying again: the four times and the fuel at the gate.
-constexpr std::array<std::size_t, 5> identity_columns{log_column::time_out, 6, 7, 10, 11};
-
-/// Both lines tell of one flight, be it with edits between two tries.
-bool Same_Flight(const std::string& a, const std::string& b) {
-    if (a == b)
-        return true;
-    return !Field_Of(a, log_column::time_out).empty() &&
-           std::all_of(identity_columns.begin(), identity_columns.end(), [&](std::size_t column) {
-               return Field_Of(a, column) == Field_Of(b, column);
-           });
-}
-
-}  // namespace
 
 void ucFlightLog::NewACARS_Entry() {
     bool saved = false;
@@ -53,10 +35,8 @@ void ucFlightLog::NewACARS_Entry() {
         table_changed.emit();
         Forget_Failed_Flight(line);
         m_failed_flights.push_back(line);
-        saved = Grid_Save();
-        if (saved)
-            Forget_Failed_Flight(line);
-        else
+        saved = Save_And_Tell([&] { Forget_Failed_Flight(line); });
+        if (!saved)
             Total_FlightTime();
     });
     m_log_entry.New_Log_Entry_Save_Result(saved);
@@ -76,13 +56,6 @@ void ucFlightLog::Keep_Flight_Of_Unloaded_Log(const std::string& line) {
 void ucFlightLog::Forget_Failed_Flight(const std::string& line) {
     std::erase_if(m_failed_flights,
                   [&](const std::string& other) { return Same_Flight(line, other); });
-}
-
-void ucFlightLog::Keep_Unsaved_Flights() {
-    if (m_failed_flights.empty() || !m_unsaved_edits)
-        return;
-    Write_Unsaved(m_services, m_file->Path(), Join(m_failed_flights, cr_lf));
-    m_failed_flights.clear();
 }
 
 std::size_t ucFlightLog::Row_For_Flight(const std::string& line) {

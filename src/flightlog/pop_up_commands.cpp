@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "common/boxes.h"
+#include "common/code_page.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "common/text.h"
@@ -99,18 +101,29 @@ void ucFlightLog::Read_Flight_Plan(const std::filesystem::path& file) {
             return;
         clsIniFile plan(m_services);
         plan.Set_INI_FilePath(file);
-        plan.Get_Flight_Plan();
-        if (Says_Nothing(plan))
+        const bool reported = !plan.Get_Flight_Plan();
+        if (Says_Nothing(plan)) {
+            if (reported)
+                return;
+            Tell(
+                m_services.desktop,
+                From_Path(file) +
+                    " holds no flight plan that can be read, so nothing was taken from it.  Please "
+                    "choose a plan that was saved by the simulator or a planner (*.pln).",
+                Icon::exclamation);
             return;
+        }
         const std::string before = m_table.Line(*row);
-        const bool overwrite = May_Overwrite(*row);
+        const Answer overwrite = May_Overwrite(*row);
+        if (overwrite == Answer::none)
+            return;
         // A flight that was logged while the question stood may have taken the row's place.
         if (Current_Row() != row || m_table.Line(*row) != before) {
             throw Run_Error(error_number::invalid_call,
                             "The row has changed, so the flight plan was not taken into it");
         }
         for (const Plan_Value& each : plan_values) {
-            if (overwrite || m_table.Get(*row, each.column).empty())
+            if (overwrite == Answer::yes || m_table.Get(*row, each.column).empty())
                 Write_Cell(*row, each.column, (plan.*each.value)());
         }
         Write_Cell(*row, log_column::ifr_vfr, plan.Flight_Type());
@@ -119,18 +132,17 @@ void ucFlightLog::Read_Flight_Plan(const std::filesystem::path& file) {
 
 /// Asks whether a flight plan may replace what the row's cells hold; nothing is asked, and nothing
 /// replaced, where they are empty.
-bool ucFlightLog::May_Overwrite(std::size_t row) {
+Answer ucFlightLog::May_Overwrite(std::size_t row) {
     std::vector<std::string> filled;
     for (const Plan_Value& each : plan_values) {
         if (!m_table.Get(row, each.column).empty())
             filled.emplace_back(each.label);
     }
     if (filled.empty())
-        return false;
+        return Answer::no;
     const std::string question = "Norvane detected that the following fields have been entered; " +
                                  Join(filled, ", ") + ".  Do you wish to overwrite these fields?";
-    return m_services.desktop.Show_Message({question, std::string(product_name), Icon::question,
-                                            Buttons::yes_no}) == Answer::yes;
+    return Ask(m_services.desktop, question);
 }
 
 void ucFlightLog::Copy_Flight() {
@@ -164,7 +176,7 @@ bool ucFlightLog::Copy_Line(const std::string& flight, const std::string& name) 
         if (is_active)
             fault = "\"" + name + "\" is the active flight log: the flight is in it.";
         else if (!is_listed)
-            fault = Check_Log_Name(name, logs);
+            fault = New_Log_Fault(m_services, name);
         if (!fault.empty()) {
             m_services.desktop.Show_Message(
                 {fault, std::string(product_name), Icon::exclamation, Buttons::ok});
@@ -189,6 +201,8 @@ void ucFlightLog::Delete_LogEntry() {
             return;
         drop_edit_wanted.emit();
         m_table.Delete_Row(*row);
+        m_changed = true;
+        m_unsaved_edits = true;
         table_changed.emit();
         Total_FlightTime();
     });

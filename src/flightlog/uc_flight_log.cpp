@@ -2,14 +2,20 @@
 
 #include <fmt/format.h>
 
+#include <unordered_set>
+
+#include "common/boxes.h"
 #include "common/code_page.h"
 #include "common/find_file.h"
+#include "common/line_reader.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "common/text.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
+#include "config/log_names.h"
 #include "flightlog/log_keeping.h"
+#include "flightlog/log_reading.h"
 #include "logentry/cls_log_entry.h"
 
 namespace norvane {
@@ -53,51 +59,102 @@ void ucFlightLog::UCI() {
         Grid_Load();
         Load_Aircraft();
         Load_ICAO_List();
+        Tell_Of_Hidden_Logs();
     });
 }
 
-void ucFlightLog::Closing(Ending ending) {
-    Guarded(m_services, "ucFlightLog.Closing()", Show::box, [&] {
+void ucFlightLog::Tell_Of_Hidden_Logs() {
+    std::vector<std::string> names;
+    for (const auto& file : Hidden_Logs(m_services))
+        names.push_back(From_Path(file.filename()));
+    if (!names.empty()) {
+        lblStatus.Set_Text(fmt::format(
+            "Not offered, because their names cannot be told apart here: {} in \"logs\".  Please "
+            "give these files names in the characters of Western Europe",
+            Join(names, ", ")));
+    }
+}
+
+bool ucFlightLog::Closing() {
+    bool goes_on = true;
+    const bool settled = Guarded(m_services, "ucFlightLog.Closing()", Show::box, [&] {
         // What is being typed counts as a change, too.
         commit_edit_wanted.emit();
-        if (ending == Ending::by_signal)
-            Keep_Unsaved_Edits();
-        else if (m_changed)
-            Prompt_Save_Changes();
-        Keep_Unsaved_Flights();
+        goes_on = !m_changed || Prompt_Save_Changes();
+    });
+    if (settled)
+        return goes_on;
+    return Ask(m_services.desktop,
+               "The changes of the flight log could neither be saved nor kept beside it.  Would "
+               "you like to close Norvane all the same, and lose them?",
+               Icon::question, "Flight Log Changed") == Answer::yes;
+}
+
+/// False when the question was left.
+bool ucFlightLog::Prompt_Save_Changes() {
+    const Answer answer =
+        Ask(m_services.desktop, "Would you like to save the changes made to the Flight Log?",
+            Icon::question, "Flight Log Changed");
+    if (answer == Answer::none)
+        return false;
+    if (answer != Answer::yes || !Grid_Save())
+        Give_Up_Changes();
+    return true;
+}
+
+/// The table is as the file again: a flight that is logged from here on takes nothing along that
+/// the pilot did not want saved.
+void ucFlightLog::Give_Up_Changes() {
+    const auto kept = Keep_Unsaved_Edits();
+    m_changed = false;
+    Grid_Load();
+    if (!kept)
+        return;
+    Tell(
+        m_services.desktop,
+        fmt::format("The changes were not saved to the flight log.  They are kept in {}; \"Recover "
+                    "Unsaved Flights ...\" in the menu \"Flight Logs\" brings them back.",
+                    From_Path(*kept)),
+        Icon::information, "Flight Log Changed");
+}
+
+void ucFlightLog::End() {
+    Guarded(m_services, "ucFlightLog.End()", Show::box, [&] {
+        commit_edit_wanted.emit();
+        Keep_Unsaved_Edits();
     });
     // What a printout hides is not what the pilot hid.
     if (m_printing)
         Fields_To_Print(true);
     Save_Grid_Settings();
     m_subscription.disconnect();
-    m_table.Clear();
     m_airports.clear();
     m_types.clear();
+    lists_changed.emit();
     m_changed = false;
     m_unsaved_edits = false;
-}
-
-void ucFlightLog::Prompt_Save_Changes() {
-    const Answer answer = m_services.desktop.Show_Message(
-        {"Would you like to save the changes made to the Flight Log?", "Flight Log Changed",
-         Icon::question, Buttons::yes_no});
-    if (answer == Answer::yes && !Grid_Save())
-        Keep_Unsaved_Edits();
+    m_table.Clear();
+    table_changed.emit();
 }
 
 void ucFlightLog::FlightLog_Change() {
     Guarded(m_services, "ucFlightLog.FlightLog_Change()", Show::box, [&] {
         commit_edit_wanted.emit();
-        Guarded(m_services, "ucFlightLog.Keep_Unsaved_Edits()", Show::box,
-                [&] { Keep_Unsaved_Edits(); });
+        std::optional<Run_Error> failure;
+        try {
+            Keep_Unsaved_Edits();
+        } catch (...) {
+            failure = Caught_Error();
+        }
         m_unsaved_edits = false;
         m_failed_flights.clear();
         // First the file: an emptied table must never be written over the log before.
         m_file.emplace(m_services, m_settings.FlightLog_Path());
         m_table.Clear();
-        Grid_Load();
         Make_Report_Field_List();
+        Grid_Load();
+        if (failure)
+            Log_Error(m_services, "ucFlightLog.Keep_Unsaved_Edits()", *failure, Show::box);
     });
 }
 
@@ -158,34 +215,59 @@ void ucFlightLog::Load_ICAO_List() {
 
 void ucFlightLog::Grid_Load() {
     Guarded(m_services, "ucFlightLog.Grid_Load()", Show::box, [&] {
-        if (m_file->Load_XArray(m_table))
+        const auto troubles = m_file->Load_XArray(m_table);
+        if (m_file->Loaded_To_Its_End())
             m_unsaved_edits = false;
         table_changed.emit();
         Total_FlightTime();
+        // Only now: a flight may be logged while a box is open.
+        for (const auto& [procedure, error] : troubles)
+            Log_Error(m_services, procedure, error, Show::box);
     });
 }
 
+/// The log stands in its file; what to tell the pilot of it. Raises when it does not.
+std::string ucFlightLog::Save_Table() {
+    const Busy_Cursor busy(m_services.desktop);
+    commit_edit_wanted.emit();
+    std::string notice = m_file->Save_XArray(m_table);
+    m_changed = false;
+    m_unsaved_edits = false;
+    lblStatus.Set_Text("");
+    Tell_Of_Undated_Rows();
+    Total_FlightTime();
+    return notice;
+}
+
+/// They stand in the file, but no load takes them.
+void ucFlightLog::Tell_Of_Undated_Rows() {
+    std::vector<std::size_t> rows;
+    for (std::size_t row = 0; row < m_table.Row_Count(); ++row) {
+        if (m_table.Get(row, log_column::date).empty() && !m_table.Is_Blank(row))
+            rows.push_back(row + 1);
+    }
+    if (!rows.empty()) {
+        lblStatus.Set_Text(fmt::format(
+            "Without a date, and so not shown at the next start: row {}.  Please type the date in "
+            "and save again",
+            Line_Numbers(rows)));
+    }
+}
+
 bool ucFlightLog::Grid_Save() {
+    return Save_And_Tell([] {});
+}
+
+bool ucFlightLog::Save_And_Tell(const std::function<void()>& once_saved) {
     bool saved = false;
     Guarded(m_services, "ucFlightLog.Grid_Save()", Show::box, [&] {
-        std::string notice;
-        {
-            const Busy_Cursor busy(m_services.desktop);
-            commit_edit_wanted.emit();
-            notice = m_file->Save_XArray(m_table);
-            saved = true;
-            m_changed = false;
-            m_unsaved_edits = false;
-            lblStatus.Set_Text("");
-            Total_FlightTime();
-        }
+        const std::string notice = Save_Table();
+        saved = true;
+        once_saved();
         // Only now: a flight may be logged, and fail to be saved, while the box is open.
-        if (!notice.empty()) {
-            m_services.desktop.Show_Message(
-                {notice, Title(" Save Flight Log"), Icon::information, Buttons::ok});
-        }
-        m_services.desktop.Show_Message(
-            {"Flight Log Saved", Title(" Save Flight Log"), Icon::information, Buttons::ok});
+        if (!notice.empty())
+            Tell(m_services.desktop, notice, Icon::information, Title(" Save Flight Log"));
+        Tell(m_services.desktop, "Flight Log Saved", Icon::information, Title(" Save Flight Log"));
     });
     return saved;
 }
@@ -252,9 +334,16 @@ bool ucFlightLog::Commit_Edit(std::size_t row, std::size_t column, std::string_v
     Guarded(m_services, "ucFlightLog.Commit_Edit()", Show::box, [&] {
         const Checked_Cell checked = Check_Cell(column, text, m_services.regional);
         if (!checked.message.empty()) {
-            m_services.desktop.Show_Message({std::string(checked.message),
-                                             Title(" Invalid Field Entry"), Icon::information,
-                                             Buttons::ok});
+            Tell(m_services.desktop, checked.message, Icon::information,
+                 Title(" Invalid Field Entry"));
+            return;
+        }
+        if (column == log_column::date && checked.text.empty() &&
+            !m_table.Get(row, column).empty()) {
+            Tell(m_services.desktop,
+                 "A flight without a date cannot stay in the log.  Please enter a valid date, or "
+                 "delete the flight.",
+                 Icon::information, Title(" Invalid Field Entry"));
             return;
         }
         if (column == log_column::aircraft_type && checked.text != m_type_before)
@@ -290,17 +379,45 @@ void ucFlightLog::Write_Cell(std::size_t row, std::size_t column, std::string_vi
     cell_changed.emit(row, column);
 }
 
-void ucFlightLog::Keep_Unsaved_Edits() {
+/// What the table has and the file has not; all of it where rows were deleted only, which no single
+/// row can tell.
+std::vector<std::string> ucFlightLog::Unsaved_Lines() const {
+    std::unordered_set<std::string> in_file;
+    std::size_t rows_in_file = 0;
+    try {
+        const Log_Table saved = Parse_Log(Read_File(m_file->Path())).table;
+        rows_in_file = saved.Row_Count();
+        for (std::size_t row = 0; row < rows_in_file; ++row)
+            in_file.insert(saved.Line(row));
+    } catch (const std::exception&) {
+        // Without the file nothing stands in it: all of the table is kept.
+        rows_in_file = 0;
+    }
+    std::vector<std::string> all;
+    std::vector<std::string> missing;
+    for (std::size_t row = 0; row < m_table.Row_Count(); ++row) {
+        if (m_table.Is_Blank(row))
+            continue;
+        all.push_back(m_table.Line(row));
+        if (!in_file.contains(all.back()))
+            missing.push_back(all.back());
+    }
+    return missing.empty() && all.size() < rows_in_file ? all : missing;
+}
+
+/// The file, if there was anything to keep.
+std::optional<std::filesystem::path> ucFlightLog::Keep_Unsaved_Edits() {
+    std::optional<std::filesystem::path> kept;
     if (!m_unsaved_edits)
-        return;
-    std::string lines;
-    For_Each_Piece(m_table, [&](std::string_view piece) { lines += piece; });
+        return kept;
+    const std::vector<std::string> lines = Unsaved_Lines();
     if (!lines.empty()) {
-        const auto kept = Write_Unsaved(m_services, m_file->Path(), lines);
-        lblStatus.Set_Text("The log as it stood unsaved is kept in " + From_Path(kept));
+        kept = Write_Unsaved(m_services, m_file->Path(), Join(lines, cr_lf));
+        lblStatus.Set_Text("What was not saved is kept in " + From_Path(*kept));
     }
     m_unsaved_edits = false;
     m_failed_flights.clear();
+    return kept;
 }
 
 }  // namespace norvane

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,6 +16,7 @@
 
 #include "acars/cls_acars.h"
 #include "common/controls.h"
+#include "common/services.h"
 #include "flightlog/frm_log.h"
 #include "flightlog/frm_report.h"
 #include "flightlog/grid_layout.h"
@@ -24,7 +26,6 @@
 
 namespace norvane {
 
-struct Services;
 class clsAppSettings;
 class clsLogEntry;
 class clsVASettings;
@@ -50,13 +51,13 @@ class ucFlightLog {
 
     /// Starts the panel: layout, subscription to the log entry, active log, pick lists.
     void UCI();
-    enum class Ending {
-        by_pilot,   // he is asked whether changes are to be saved
-        by_signal,  // they stay beside the log, as nobody can be asked
-    };
-    /// Ends it: settles what was not saved, stores the layout, drops the subscription. A flight
-    /// that could not be saved stays beside the log whatever the pilot answers.
-    void Closing(Ending ending = Ending::by_pilot);
+    /// Asks what is to become of changes that were not saved: Yes saves them, No keeps them beside
+    /// the log and says where. False when the pilot left the question: the closing is called off,
+    /// and nothing has happened. Flights are taken in until `End`.
+    [[nodiscard]] bool Closing();
+    /// Ends it without a question: what is still not saved, a flight too, stays beside the log; the
+    /// layout is stored, the subscription dropped, the table emptied.
+    void End();
 
     /// Turns to the log that is active now. Unsaved edits of the one before are kept beside it.
     void FlightLog_Change();
@@ -76,9 +77,9 @@ class ucFlightLog {
     void Load_FS_AC_Titles();
     /// Where the titles of the simulator's aircraft can be had; without it none are.
     void Set_Simulator(const clsACARS::Parts& simulator) { m_simulator.emplace(simulator); }
-    /// Writes "bin\ac.cfg" with the titles of all aircraft of the simulator; false when it cannot
-    /// be reached or has none.
-    bool Load_FS_AC();
+    /// Writes "bin\ac.cfg" with the titles of all aircraft of the simulator; what to tell the pilot
+    /// when it cannot be reached or has none, empty when it is done or was reported.
+    std::string Load_FS_AC();
 
     void Grid_Load();
     /// True when the log stands in its file.
@@ -94,6 +95,10 @@ class ucFlightLog {
     /// Adds the log entry's flight as the last row, saves, and answers the entry. A flight whose
     /// save failed before takes its own row again.
     void NewACARS_Entry();
+    /// Takes rows of ".unsaved" files, of 53 fields each, into the log and saves it; only then they
+    /// leave those files. A row of a flight that the log has takes its row's place. False when the
+    /// log could not be saved: the rows are in the table then, and in those files still.
+    bool Recover_Rows(const std::vector<std::string>& lines);
     /// Deletes the current row, if there is one.
     void Delete_LogEntry();
     /// An empty row at the end; its index.
@@ -178,7 +183,7 @@ class ucFlightLog {
     void Connect_Reports();
     void Copy_Flight();
     bool Copy_Line(const std::string& flight, const std::string& name);
-    [[nodiscard]] bool May_Overwrite(std::size_t row);
+    [[nodiscard]] Answer May_Overwrite(std::size_t row);
     template <class Write>
     void Show_Report(const Write& write);
     [[nodiscard]] bool Has_Entries();
@@ -188,10 +193,15 @@ class ucFlightLog {
     void Load_ATC_Models();
     void Load_List(std::string_view procedure, std::string_view relative);
     void Load_ICAO_List();
-    void Prompt_Save_Changes();
+    [[nodiscard]] bool Prompt_Save_Changes();
+    void Give_Up_Changes();
+    [[nodiscard]] std::string Save_Table();
+    bool Save_And_Tell(const std::function<void()>& once_saved);
+    void Tell_Of_Undated_Rows();
+    void Tell_Of_Hidden_Logs();
+    [[nodiscard]] std::vector<std::string> Unsaved_Lines() const;
     void Write_Cell(std::size_t row, std::size_t column, std::string_view text);
-    void Keep_Unsaved_Edits();
-    void Keep_Unsaved_Flights();
+    std::optional<std::filesystem::path> Keep_Unsaved_Edits();
     void Keep_Flight_Of_Unloaded_Log(const std::string& line);
     void Forget_Failed_Flight(const std::string& line);
     [[nodiscard]] std::size_t Row_For_Flight(const std::string& line);

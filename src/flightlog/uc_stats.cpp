@@ -1,5 +1,6 @@
 #include "flightlog/uc_stats.h"
 
+#include "common/boxes.h"
 #include "common/log_error.h"
 #include "common/number.h"
 #include "common/services.h"
@@ -26,17 +27,23 @@ Hours_By_Type Sum_Hours_By_Type(Log_Table table, const Regional& regional) {
     const auto open = [&](std::string_view type) { sums.types.push_back({std::string(type), 0}); };
     // Flights without a type count nowhere; that they are there shows by a group without hours.
     open(table.Get(0, log_column::aircraft_type));
+    Decimal_Sum type_hours;
+    Decimal_Sum all_hours;
     for (std::size_t row = 0; row < table.Row_Count(); ++row) {
         const std::string_view type = table.Get(row, log_column::aircraft_type);
         if (Trimmed_View(type).empty())
             continue;
-        if (type != sums.types.back().aircraft_type)
+        if (type != sums.types.back().aircraft_type) {
             open(type);
-        const std::string_view time = table.Get(row, log_column::block_time);
-        sums.types.back().hours += Parse_Pilot_Number(time, regional).value_or(0);
+            type_hours = {};
+        }
+        const double hours =
+            Parse_Pilot_Number(table.Get(row, log_column::block_time), regional).value_or(0);
+        type_hours.Add(hours);
+        all_hours.Add(hours);
+        sums.types.back().hours = type_hours.Value();
     }
-    for (const Hours_By_Type::Type& type : sums.types)
-        sums.all_hours += type.hours;
+    sums.all_hours = all_hours.Value();
     return sums;
 }
 
@@ -52,19 +59,22 @@ void ucStats::Display_Flight_Stats() {
         m_totals.clear();
         tdbTimeCaption.Set_Text(caption_start);
         totals_changed.emit();
-        Log_Table table;
+        Log_File file(m_services, m_settings.FlightLog_Path());
+        std::vector<Log_File::Trouble> troubles;
+        bool empty = false;
         {
             const Busy_Cursor busy(m_services.desktop);
-            // A log that cannot be read was reported: nothing is known of its hours.
-            if (!Log_File(m_services, m_settings.FlightLog_Path()).Load_XArray(table))
-                return;
+            Log_Table table;
+            troubles = file.Load_XArray(table);
+            empty = table.Row_Count() == 0;
+            // Of a log that cannot be read no hours are known.
+            if (file.Loaded_To_Its_End())
+                Show_Sums(Sum_Hours_By_Type(std::move(table), m_services.regional));
         }
-        if (table.Row_Count() == 0) {
-            m_services.desktop.Show_Message({"No Flight Time Recorded", std::string(product_name),
-                                             Icon::information, Buttons::ok});
-        }
-        const Busy_Cursor busy(m_services.desktop);
-        Show_Sums(Sum_Hours_By_Type(std::move(table), m_services.regional));
+        for (const auto& [procedure, error] : troubles)
+            Log_Error(m_services, procedure, error, Show::box);
+        if (empty && file.Loaded_To_Its_End())
+            Tell(m_services.desktop, "No Flight Time Recorded");
     });
 }
 

@@ -67,23 +67,25 @@ bool clsIniFile::Is_Missing() const {
     return !std::filesystem::exists(m_file, failure) && !failure;
 }
 
-void clsIniFile::Get_Flight_Plan() {
+bool clsIniFile::Get_Flight_Plan() {
     if (Is_Missing())
-        return;
-    Guarded(m_services, "clsIniFile.Get_Flight_Plan()", Show::box, [&] {
-        const std::string text = Flight_Plan_Text(Read_File(m_file));
-        if (!Is_Ini_Flight_Plan(text)) {
-            Get_XML_Flight_Plan(text);
-            return;
-        }
-        Read_Ini_Flight_Plan(text, From_Path(m_file), m_plan);
-    });
+        return true;
+    bool read = true;
+    return Guarded(m_services, "clsIniFile.Get_Flight_Plan()", Show::box,
+                   [&] {
+                       const std::string text = Flight_Plan_Text(Read_File(m_file));
+                       if (Is_Ini_Flight_Plan(text))
+                           Read_Ini_Flight_Plan(text, From_Path(m_file), m_plan);
+                       else
+                           read = Get_XML_Flight_Plan(text);
+                   }) &&
+           read;
 }
 
-void clsIniFile::Get_XML_Flight_Plan(const std::string& text) {
+bool clsIniFile::Get_XML_Flight_Plan(const std::string& text) {
     // The name that error logs of the field have always carried.
-    Guarded(m_services, "clswIniFile.Get_XML_Flight_Plan()", Show::box,
-            [&] { Read_Xml_Flight_Plan(text, From_Path(m_file), m_plan); });
+    return Guarded(m_services, "clswIniFile.Get_XML_Flight_Plan()", Show::box,
+                   [&] { Read_Xml_Flight_Plan(text, From_Path(m_file), m_plan); });
 }
 
 void clsIniFile::Get_Configuration_Info() {

@@ -31,7 +31,8 @@ class clsIniFile {
     void Get_Configuration_Info();
     /// Reads the seven values of a saved flight plan of either layout; nothing happens when the
     /// file is missing. What was read before an error stays; a plan that is in error has no route.
-    void Get_Flight_Plan();
+    /// False when an error was reported.
+    bool Get_Flight_Plan();
     /// Reads the five addresses of a weather source.
     void Get_URLs(std::string_view section);
 
@@ -65,7 +66,7 @@ class clsIniFile {
     template <class Reader>
     void Read_Payload(std::string_view procedure, Reader reader);
     [[nodiscard]] bool Is_Missing() const;
-    void Get_XML_Flight_Plan(const std::string& text);
+    bool Get_XML_Flight_Plan(const std::string& text);
     void Do_ACLoader(const std::string& section);
     void Do_WB(const std::string& section);
     void DO_PSS(const std::string& section);

@@ -9,27 +9,29 @@
 
 namespace norvane {
 
-Field_List::Field_List(frmReport& form, QWidget* parent)
+Field_List::Field_List(std::string_view heading, std::deque<frmReport::Entry>& lines,
+                       const std::array<Menu_Command*, 3>& commands, QWidget* parent)
     : QTreeWidget(parent), m_menu(new QMenu(this)) {
-    setHeaderLabel(To_Q(frmReport::heading));
+    setHeaderLabel(To_Q(heading));
     header()->setSectionsClickable(false);
-    setAccessibleName(To_Q(frmReport::heading));
+    setAccessibleName(To_Q(heading));
     setRootIsDecorated(false);
     setUniformRowHeights(true);
     setTabKeyNavigation(false);
-    for (frmReport::Entry& entry : form.lvwFields)
+    for (frmReport::Entry& entry : lines)
         Add(entry);
     if (topLevelItemCount() > 0)
         setCurrentItem(topLevelItem(0));
-    connect(this, &QTreeWidget::itemChanged, this, [this, &form](QTreeWidgetItem* item) {
-        Check_Box& box = form.lvwFields.at(static_cast<std::size_t>(indexOfTopLevelItem(item))).box;
+    connect(this, &QTreeWidget::itemChanged, this, [this, &lines](QTreeWidgetItem* item) {
+        Check_Box& box = lines.at(static_cast<std::size_t>(indexOfTopLevelItem(item))).box;
         if ((item->checkState(0) == Qt::Checked) != box.Checked())
             box.Click();
     });
-    Bind(*m_menu->addAction(QString()), form.mnuSelectAll);
-    Bind(*m_menu->addAction(QString()), form.mnuUnselectAll);
-    m_menu->addSeparator();
-    Bind(*m_menu->addAction(QString()), form.mnuExit);
+    for (Menu_Command* command : commands) {
+        if (command == commands.back())
+            m_menu->addSeparator();
+        Bind(*m_menu->addAction(QString()), *command);
+    }
 }
 
 void Field_List::Add(frmReport::Entry& entry) {

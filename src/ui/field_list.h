@@ -1,9 +1,12 @@
 #pragma once
-// The check list of the field chooser: one line for each field, Space turns it over, the right
-// mouse button and the menu key open its pop-up menu.
+// The check list of a chooser: one line for each entry, Space turns it over, the right mouse button
+// and the menu key open its pop-up menu.
 
 #include <QMenu>
 #include <QTreeWidget>
+#include <array>
+#include <deque>
+#include <string_view>
 
 #include "flightlog/frm_report.h"
 
@@ -11,8 +14,9 @@ namespace norvane {
 
 class Field_List : public QTreeWidget {
   public:
-    /// The list as it stands in the open form.
-    Field_List(frmReport& form, QWidget* parent);
+    /// Lines that stay while the form is open, and the menu's commands, the last one set apart.
+    Field_List(std::string_view heading, std::deque<frmReport::Entry>& lines,
+               const std::array<Menu_Command*, 3>& commands, QWidget* parent);
 
     [[nodiscard]] QMenu& Menu() { return *m_menu; }
 

@@ -150,11 +150,16 @@ QWidget* Log_Cell_Editor::Make_Airport_List(QWidget* parent) const {
     return list;
 }
 
-/// The pilot chose from the list: the edit is over.
+/// The pilot chose from the list: the edit is over. Where he did so by Return, the toolkit ends it
+/// as well, in an event that comes first.
 void Log_Cell_Editor::Close_With_Commit(QWidget* editor) const {
     auto* self = const_cast<Log_Cell_Editor*>(this);
-    Q_EMIT self->commitData(editor);
-    Q_EMIT self->closeEditor(editor, NoHint);
+    QTimer::singleShot(0, editor, [self, editor] {
+        if (editor != self->m_editor)
+            return;
+        Q_EMIT self->commitData(editor);
+        Q_EMIT self->closeEditor(editor, NoHint);
+    });
 }
 
 void Log_Cell_Editor::setEditorData(QWidget* editor, const QModelIndex& index) const {

@@ -1,10 +1,12 @@
 #include "ui/log_dialogs.h"
 
+#include <QLabel>
 #include <QLineEdit>
 
 #include "flightlog/frm_convert_log.h"
 #include "flightlog/frm_flight_log.h"
 #include "flightlog/frm_log.h"
+#include "flightlog/frm_recover.h"
 #include "ui/bind.h"
 #include "ui/dialog_rows.h"
 #include "ui/field_list.h"
@@ -17,6 +19,7 @@ namespace norvane {
 namespace {
 
 constexpr QSize field_list_size(300, 420);
+constexpr QSize row_list_size(720, 360);
 /// Room for a log's name, and for a file's shortened path.
 constexpr int name_characters = 36;
 constexpr int path_characters = 48;
@@ -26,7 +29,9 @@ constexpr int path_characters = 48;
 void Draw(frmReport& form, Qt_Desktop& desktop, QObject& owner) {
     Show_With(form, desktop, owner, To_Q(frmReport::title), [&form](QDialog& dialog) {
         QVBoxLayout* rows = Dialog_Rows(dialog);
-        auto* list = new Field_List(form, &dialog);
+        auto* list =
+            new Field_List(frmReport::heading, form.lvwFields,
+                           {&form.mnuSelectAll, &form.mnuUnselectAll, &form.mnuExit}, &dialog);
         rows->addWidget(list, 1);
         rows->addLayout(End_Row({&form.hypOK, &form.hypCancel}, dialog));
         dialog.resize(field_list_size);
@@ -67,6 +72,25 @@ void Draw(frmConvertLog& form, Qt_Desktop& desktop, QObject& owner) {
         rows.Add_Figure("Status:", form.lblStatus, path_characters);
         rows.Add_End({&form.hypClose});
         select->setFocus();
+    });
+}
+
+void Draw(frmRecover& form, Qt_Desktop& desktop, QObject& owner) {
+    Show_With(form, desktop, owner, To_Q(frmRecover::title), [&form](QDialog& dialog) {
+        QVBoxLayout* rows = Dialog_Rows(dialog);
+        auto* list =
+            new Field_List(frmRecover::heading, form.lvwRows,
+                           {&form.mnuSelectAll, &form.mnuUnselectAll, &form.mnuExit}, &dialog);
+        rows->addWidget(list, 1);
+        auto* log = new QLabel(&dialog);
+        log->setTextFormat(Qt::PlainText);
+        Follow(*log, form.lblActiveLog, [log, &form] {
+            log->setText("Active flight log: " + To_Q(form.lblActiveLog.Text()));
+        });
+        rows->addWidget(log);
+        rows->addLayout(End_Row({&form.hypRecover, &form.hypClose}, dialog));
+        dialog.resize(row_list_size);
+        list->setFocus();
     });
 }
 

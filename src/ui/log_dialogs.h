@@ -9,6 +9,7 @@ namespace norvane {
 
 class Qt_Desktop;
 class frmConvertLog;
+class frmRecover;
 class frmFlightLog;
 class frmLog;
 class frmReport;
@@ -17,5 +18,6 @@ void Draw(frmReport& form, Qt_Desktop& desktop, QObject& owner);
 void Draw(frmLog& form, Qt_Desktop& desktop, QObject& owner);
 void Draw(frmFlightLog& form, Qt_Desktop& desktop, QObject& owner);
 void Draw(frmConvertLog& form, Qt_Desktop& desktop, QObject& owner);
+void Draw(frmRecover& form, Qt_Desktop& desktop, QObject& owner);
 
 }  // namespace norvane

@@ -140,7 +140,8 @@ void Log_Grid::Open_Column_Menu(const QPoint& place) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     for (std::size_t column = 0; column < log_column::first_optional; ++column) {
         Grid_Column& shown = m_log.Layout().columns.at(column);
-        QAction* action = menu->addAction(To_Q(shown.caption).replace('&', "&&"));
+        QAction* action =
+            menu->addAction(To_Q(m_log.Layout().Distinct_Caption(column)).replace('&', "&&"));
         action->setCheckable(true);
         action->setChecked(shown.visible);
         connect(action, &QAction::toggled, this, [this, &shown](bool visible) {

@@ -115,6 +115,7 @@ void Main_Window::Add_Panels(Program& program) {
 void Main_Window::Add_Dialogs(Program& program) {
     Draw(program.manage_logs, m_desktop, *this);
     Draw(program.convert_log, m_desktop, *this);
+    Draw(program.recover, m_desktop, *this);
     Draw(program.settings_panel.airline_lookup, m_desktop, *this);
     Draw(program.world_locations, m_desktop, *this);
     Draw(program.about, m_desktop, *this);

@@ -36,6 +36,7 @@ TEST_F(Cli_Logs, Keep_several_logs) {
     EXPECT_EQ(Status({"log", "new", "Zoë"}), 0);
     EXPECT_EQ(Status({"log", "new", "ZOË"}), 1) << "differs by case only";
     EXPECT_EQ(Status({"log", "new", "a/b"}), 1);
+    EXPECT_EQ(Status({"log", "new", "日本"}), 1) << "it could not be told from another";
     EXPECT_EQ(Run({"log", "list"}).output, "* My Flight Log\n  Zoë\n");
     EXPECT_EQ(Status({"--yes", "log", "remove", active}), 1) << "it is the active one";
     EXPECT_EQ(Status({"--yes", "log", "remove", "my flight log"}), 1);
@@ -71,7 +72,7 @@ TEST_F(Cli_Logs, Import_a_plan) {
     const auto plan = fs::path(NORVANE_SOURCE_DIR) / "tests/data/plans/lfpg-eidw.pln";
     const std::string before = Read_File(log);
     Write_File(directory / "cut.pln", "<DepartureName>Left</DepartureName>\n<DepartureID>KJ");
-    for (const auto* broken : {"none.pln", "cut.pln"})
+    for (const auto* broken : {"none.pln", "cut.pln", "home/ErrorLog.Log"})
         EXPECT_EQ(Status({"log", "import-plan", "1", (directory / broken).string()}), 1);
     EXPECT_EQ(Read_File(log), before);
     const std::vector<std::string> import{"log", "import-plan", "2", plan.string()};
@@ -82,6 +83,25 @@ TEST_F(Cli_Logs, Import_a_plan) {
     EXPECT_EQ(Rows()[0][23], "") << "another row";
     EXPECT_EQ(Status({"--yes", import[0], import[1], import[2], import[3]}), 0);
     EXPECT_EQ(Rows()[1][3], "LFPG");
+}
+
+TEST_F(Cli_Logs, Recover_what_was_kept_beside_a_log) {
+    const auto kept = home / "logs" / "Other.unsaved";
+    const std::string line(50, '|');
+    Write_File(kept, "1/3/2008|A|1" + line + "\r\n1/4/2008|B|2" + line + "\r\n1/5/2008|C|3" + line);
+    EXPECT_EQ(Run({"log", "recover"}).output, "1\t" + kept.string() + "\t1/3/2008|A|1" + line +
+                                                  "\n2\t" + kept.string() + "\t1/4/2008|B|2" +
+                                                  line + "\n3\t" + kept.string() +
+                                                  "\t1/5/2008|C|3" + line + "\n");
+    EXPECT_EQ(Status({"log", "recover", "4"}), 1);
+    EXPECT_EQ(Rows().size(), 2U);
+    EXPECT_EQ(Status({"log", "recover", "2"}), 0);
+    ASSERT_EQ(Rows().size(), 3U);
+    EXPECT_EQ(Rows()[2][0], "1/4/2008");
+    EXPECT_EQ(Status({"--yes", "log", "recover"}), 0);
+    EXPECT_EQ(Rows().size(), 5U);
+    EXPECT_FALSE(fs::exists(kept));
+    EXPECT_EQ(Run({"log", "recover"}).output, "");
 }
 
 TEST_F(Cli_Logs, Report_and_convert) {
@@ -113,7 +133,10 @@ TEST_F(Cli_Logs, Report_and_convert) {
     EXPECT_EQ(Run({"convert", (data / "simulator.log").string(), "Old"}).output,
               converted.string() + "\n");
     EXPECT_EQ(Read_File(converted), Read_File(data / "converted.txt"));
-    EXPECT_EQ(Status({"convert", (directory / "none.log").string(), "Old"}), 1);
+    Write_File(directory / "empty.log", "");
+    for (const auto* none : {"none.log", "empty.log"})
+        EXPECT_EQ(Status({"convert", (directory / none).string(), "Old"}), 1) << none;
+    EXPECT_EQ(Read_File(converted), Read_File(data / "converted.txt"));
 }
 
 }  // namespace

@@ -41,8 +41,6 @@ TEST_F(Conversion_Test, Takes_the_flights_and_leaves_the_rest) {
 
 TEST_F(Conversion_Test, Replaces_what_was_converted_before) {
     EXPECT_NE(Converted(Read_File(simulator_log)), "");
-    EXPECT_EQ(Converted("1\n2\n3\n4\n5\n"), "") << "nothing but the heading";
-    EXPECT_EQ(Converted("1\n2\n3\n1/1/2008\n"), "") << "not even the heading";
     EXPECT_EQ(Converted("\n\n\n\n\n1/1/2008"), "1/1/2008" + std::string(41, '|') + "\r\n");
     services.regional.short_date = "dd.MM.yyyy";
     EXPECT_EQ(Converted("\n\n\n\n\n31.1.2008"), "31.01.2008" + std::string(41, '|') + "\r\n");
@@ -51,6 +49,9 @@ TEST_F(Conversion_Test, Replaces_what_was_converted_before) {
 TEST_F(Conversion_Test, A_failure_keeps_what_was_converted_before) {
     const auto file = modFSLog::Convert(services, simulator_log, "Old");
     EXPECT_THROW(modFSLog::Convert(services, directory / "missing.log", "Old"), Run_Error);
+    // Nothing but the heading, not even that, nothing at all, two bytes a character.
+    for (const std::string content : {"1\n2\n3\n4\n5\n", "1\n2\n3\n1/1/2008\n", "", "\xFF\xFE\x31"})
+        EXPECT_THROW(static_cast<void>(Converted(content)), Run_Error) << content;
     EXPECT_EQ(Read_File(file), golden);
     EXPECT_THROW(modFSLog::Convert(services, simulator_log, "../Old"), Run_Error);
     EXPECT_FALSE(fs::exists(directory / "Old.txt"));
@@ -77,14 +78,24 @@ TEST_F(Conversion_Test, The_dialog_converts_what_was_chosen_and_named) {
         }
         EXPECT_EQ(form.lblStatus.Text(), "Log-> Old");
         EXPECT_EQ(Read("convertedlogs/Old.txt"), golden);
+        EXPECT_FALSE(fs::exists(directory / "logs/Old.txt")) << "not without a Yes";
+        desktop.answers = {Answer::yes};
+        convert.Click();
+        EXPECT_EQ(Read("logs/Old.txt"), golden);
+        // A log of the name is never written over.
+        Write("logs/Old.txt", "1/1/2008|mine\r\n");
+        desktop.answers = {Answer::yes};
+        convert.Click();
+        EXPECT_EQ(Read("logs/Old.txt"), "1/1/2008|mine\r\n");
         fs::remove(source);
         convert.Click();
         EXPECT_EQ(form.lblStatus.Text(), "") << "it failed";
     });
     form.Show_Form();
-    ASSERT_EQ(boxes.size(), 3U);
+    ASSERT_EQ(boxes.size(), 9U);
     EXPECT_EQ(boxes[0], "The name of a flight log must not contain any of : * ? \" < > |");
     EXPECT_EQ(boxes[1], "FS Flight Log converted");
+    EXPECT_NE(boxes[2].find((directory / "convertedlogs/Old.txt").string()), std::string::npos);
     const auto errors = Take_Errors();
     ASSERT_EQ(errors.size(), 1U);
     EXPECT_NE(errors[0].find("frmConvertLog.FlightLog_Convert()"), std::string::npos);

@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "common/run_error.h"
+#include "common/log_error.h"
 #include "common/text.h"
 #include "flightlog/log_file.h"
 #include "flightlog/log_keeping.h"
@@ -22,7 +22,12 @@ class Log_File_Test : public test::Test_World {
   protected:
     Log_File_Test() { fs::create_directories(directory / "logs"); }
     [[nodiscard]] fs::path Log() const { return directory / "logs" / "A.txt"; }
-    bool Load() { return file.Load_XArray(table); }
+    /// As the panel does: what went wrong is told once everything is taken over.
+    bool Load() {
+        for (const auto& [procedure, error] : file.Load_XArray(table))
+            Log_Error(services, procedure, error, Show::box);
+        return file.Loaded_To_Its_End();
+    }
     std::vector<std::string> Names() const {
         std::vector<std::string> names;
         for (const auto& item : fs::directory_iterator(directory / "logs"))
@@ -182,16 +187,52 @@ TEST_F(Log_File_Test, A_file_that_another_program_changed_is_kept_and_the_pilot_
 }
 
 TEST_F(Log_File_Test, A_backup_never_replaces_a_larger_one_without_keeping_it) {
-    Write("logs/A.txt", "1/1/2008|first\r\n");
-    Load();
-    Write("logs/A.txt", "1/1/2008|first and more\r\n");
-    Load();
-    EXPECT_FALSE(fs::exists(directory / "logs/A.bak1"));
-    EXPECT_EQ(Read("logs/A.bak"), "1/1/2008|first and more\r\n");
+    // The log as it shrinks and grows, and what of it is kept behind the newest copy.
+    const std::string whole = "1/1/2008|first and more\r\n";
+    for (const auto& [log, older] :
+         std::vector<std::pair<std::string, std::string>>{{"1/1/2008|first\r\n", ""},
+                                                          {whole, ""},
+                                                          {"1/1/2008|a\r\n", whole},
+                                                          {"1/1/2008\r\n", whole},
+                                                          {"1/1/2008|first\r\n", whole}}) {
+        Write("logs/A.txt", log);
+        Load();
+        EXPECT_EQ(Read("logs/A.bak"), log);
+        EXPECT_EQ(fs::exists(directory / "logs/A.bak1") ? Read("logs/A.bak1") : "", older) << log;
+    }
+    // A copy that cannot be made moves nothing.
+    fs::create_directories(directory / "logs/.A.bak.half");
     Write("logs/A.txt", "1/1/2008\r\n");
-    Load();
-    EXPECT_EQ(Read("logs/A.bak"), "1/1/2008\r\n");
-    EXPECT_EQ(Read("logs/A.bak1"), "1/1/2008|first and more\r\n");
+    EXPECT_TRUE(Load());
+    EXPECT_EQ(Read("logs/A.bak"), "1/1/2008|first\r\n");
+    EXPECT_EQ(Read("logs/A.bak1"), whole);
+    Errors();
+}
+
+TEST_F(Log_File_Test, A_log_that_is_no_code_page_text_or_protected_stays_as_it_is) {
+    const std::string text = "1/1/2008|a\r\n";
+    std::string wide;
+    for (const char c : text)
+        wide.append({c, '\0'});
+    for (const std::string& content : {"\xFF\xFE" + wide, wide, std::string(1, '\0') + wide}) {
+        Write("logs/A.txt", content);
+        EXPECT_FALSE(Load());
+        EXPECT_TRUE(Contains(Errors(), "UTF-16"));
+        EXPECT_TRUE(Contains(desktop.boxes.back().text, "Windows-1252"));
+        EXPECT_THROW(file.Save_XArray(table), Run_Error);
+        EXPECT_EQ(Read("logs/A.txt"), content);
+        desktop.Run_For(std::chrono::minutes(2));
+    }
+    Write("logs/A.txt", text);
+    ASSERT_TRUE(Load());
+    table.Set(0, 1, "b");
+    fs::permissions(Log(), fs::perms(0444));
+    EXPECT_THROW(file.Save_XArray(table), Run_Error);
+    EXPECT_THROW(Append_To_Log(Log(), "2/1/2008"), Run_Error);
+    EXPECT_EQ(Read("logs/A.txt"), text);
+    fs::permissions(Log(), fs::perms(0644));
+    file.Save_XArray(table);
+    EXPECT_EQ(Read("logs/A.txt"), Full_Line("1/1/2008|b"));
 }
 
 TEST_F(Log_File_Test, Only_the_final_extension_gives_way_and_never_to_the_log_itself) {

@@ -168,9 +168,12 @@ TEST(Log_Table_Test, Totals_sum_what_is_numeric_in_the_signs_of_the_country) {
               "Total Block Time: 1,234.5            Total Flight Time: 1,100.0");
     EXPECT_EQ(caption("1234,5;1,25 .5;0", german),
               "Total Block Time: 1.235,0            Total Flight Time: 1,3");
-    // Ten tenths are one, not a binary neighbour that rounds down.
-    EXPECT_EQ(caption("0.05;0.1 0.1;0.1 0.1;0.05", american),
-              "Total Block Time: 0.3            Total Flight Time: 0.3");
+    // Decimal figures, not binary neighbours that round down after many of them.
+    std::string many = "948.25;948.25";
+    for (int i = 0; i < 2000; ++i)
+        many = "0.05;0.15 " + many + " -0.05;-0.15";
+    EXPECT_EQ(caption(many, american),
+              "Total Block Time: 948.3            Total Flight Time: 948.3");
 }
 
 TEST(Log_Columns_Test, Typed_texts_become_dates_and_figures_or_are_refused) {
@@ -191,6 +194,8 @@ TEST(Log_Columns_Test, Typed_texts_become_dates_and_figures_or_are_refused) {
             {16, "1.25", &german, "1,3", ""},
             {16, "", &american, "", ""},
             {14, "1:15", &american, "1:15", ""},
+            {3, "kjfk", &american, "KJFK", ""},
+            {4, "Kennedy", &american, "Kennedy", ""},
             {19, "a|b\nc", &american, "a/b c", ""},
         };
     for (const auto& [column, typed, regional, text, message] : cases) {

@@ -37,6 +37,13 @@ class Log_World : public Test_World {
         entry->NewLogEntrySaveOK.connect([this] { answers += "ok "; });
         entry->NewLogEntrySaveFail.connect([this] { answers += "fail "; });
     }
+    /// The program ends, unless the pilot calls it off.
+    bool Close() {
+        const bool goes_on = log->Closing();
+        if (goes_on)
+            log->End();
+        return goes_on;
+    }
     void Set_Flight(std::string_view date, std::string_view time_out) {
         entry->Set(Log_Field::FLIGHT_DATE, date);
         entry->Set(Log_Field::TIME_OUT, time_out);

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include "config/log_names.h"
 #include "flightlog/frm_flight_log.h"
+#include "flightlog/log_reading.h"
 #include "flightlog/log_world.h"
 
 namespace norvane {
@@ -93,6 +95,36 @@ TEST_F(Manage_Logs_Test, The_active_log_and_what_is_no_log_stay) {
         EXPECT_FALSE(form->FlightLog_Active()) << name;
     }
     EXPECT_EQ(settings->FlightLog(), "My Flight Log");
+}
+
+TEST_F(Manage_Logs_Test, Logs_that_cannot_be_told_apart_are_neither_offered_nor_opened) {
+    const auto refused = [&](const std::string& name) {
+        form->cboLogs.Enter(name);
+        const bool done = form->FlightLog_Delete() || form->FlightLog_Active() ||
+                          form->FlightLog_Add() || log->Copy_To_Log(name);
+        return !done && Take_Boxes().size() == 4;
+    };
+    log->Set_Current_Row(0);
+    const std::vector<std::string> files{"\xE6\x97\xA5\xE6\x9C\xAC", "\xE6\x9D\xB1\xE4\xBA\xAC",
+                                         "\xC4\xB6", "\xC4\xB8"};
+    // Only its own letters are lost: it is one log still.
+    Write("logs/\xC5\x81odz.txt", "1/1/2008|alone\r\n");
+    for (const std::string& file : files)
+        Write("logs/" + file + ".txt", "1/1/2008|" + file + "\r\n");
+    EXPECT_EQ(List_Logs(services), (std::vector<std::string>{"Jets", "Lodz", "My Flight Log"}));
+    EXPECT_EQ(Read_Log(services, "Lodz").Row_Count(), 1U);
+    EXPECT_EQ(Hidden_Logs(services).size(), files.size());
+    for (const auto* name : {"??", "K", "k"}) {
+        EXPECT_TRUE(refused(name)) << name;
+        EXPECT_THROW(static_cast<void>(Read_Log(services, name)), Run_Error) << name;
+    }
+    for (const std::string& file : files) {
+        EXPECT_THROW(static_cast<void>(Log_Name_From_Utf8(file)), Run_Error);
+        EXPECT_EQ(Read("logs/" + file + ".txt"), "1/1/2008|" + file + "\r\n");
+    }
+    EXPECT_EQ(Log_Name_From_Utf8("Zo\xC3\xAB"), "Zo\xEB");
+    Start();
+    EXPECT_NE(log->lblStatus.Text().find("cannot be told apart"), std::string::npos);
 }
 
 TEST_F(Manage_Logs_Test, Another_log_is_shown_and_unsaved_edits_are_kept) {

@@ -124,7 +124,7 @@ TEST_F(Failing_Save_Test, A_flight_that_was_never_saved_outlives_a_No_to_the_clo
     Set_Flight("1/2/2008", "0900");
     entry->New_Log_Entry_Save();
     desktop.answers = {Answer::no};
-    log->Closing();
+    Close();
     EXPECT_EQ(Read("logs/My Flight Log.unsaved"), test::Full_Line("1/2/2008|||||0900"));
     EXPECT_EQ(Take_Errors().size(), 2U);
 }
@@ -144,7 +144,7 @@ TEST_F(Failing_Save_Test, A_flight_that_fails_while_a_box_of_a_save_is_open_stay
     EXPECT_TRUE(log->Grid_Save());
     EXPECT_EQ(answers, "fail ");
     EXPECT_TRUE(log->Changed());
-    log->Closing();
+    Close();
     EXPECT_EQ(Read("logs/My Flight Log.unsaved"), test::Full_Line("1/2/2008|||||0900"));
     Take_Errors();
 }
@@ -177,9 +177,32 @@ TEST_F(New_Entry_Test, A_log_that_cannot_be_read_is_not_written_over) {
     EXPECT_EQ(Read(log_file), test::Full_Line("1/1/2008|a") + test::Full_Line("1/2/2008|||||0900"));
 }
 
+TEST_F(New_Entry_Test, A_flight_that_is_logged_behind_a_box_of_the_load_stays) {
+    Write(log_file, "1/1/2008|a\r\n");
+    std::filesystem::create_directories(directory / "logs/.My Flight Log.bak.half");
+    desktop.on_box = [&](const Message_Box& box) {
+        if (!Contains(box.details, "Backup_Log"))
+            return;
+        Set_Flight("1/2/2008", "0900");
+        entry->New_Log_Entry_Save();
+        std::filesystem::remove(directory / "templog.txt");
+        std::filesystem::create_directories(directory / "templog.txt" / "x");
+        Set_Flight("1/3/2008", "0900");
+        entry->New_Log_Entry_Save();
+        std::filesystem::remove_all(directory / "templog.txt");
+    };
+    Start();
+    EXPECT_EQ(answers, "");
+    EXPECT_EQ(log->Table().Row_Count(), 3U);
+    EXPECT_EQ(Read(log_file), test::Full_Line("1/1/2008|a") + test::Full_Line("1/2/2008|||||0900"));
+    log->End();
+    EXPECT_EQ(Read("logs/My Flight Log.unsaved"), test::Full_Line("1/3/2008|||||0900"));
+    Take_Errors();
+}
+
 TEST_F(New_Entry_Test, A_closed_panel_takes_no_more_flights) {
     Start();
-    log->Closing();
+    Close();
     Set_Flight("1/2/2008", "0900");
     entry->New_Log_Entry_Save();
     EXPECT_EQ(answers, "");

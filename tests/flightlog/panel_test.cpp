@@ -29,6 +29,8 @@ TEST_F(Panel_Test, An_edit_is_checked_written_and_counted) {
     EXPECT_TRUE(log->Changed());
     EXPECT_TRUE(log->Commit_Edit(0, 0, "4/23/08"));
     EXPECT_EQ(log->Table().Get(0, 0), "4/23/2008");
+    EXPECT_FALSE(log->Commit_Edit(0, 0, "")) << "the next load would drop the flight";
+    EXPECT_EQ(log->Table().Get(0, 0), "4/23/2008");
     EXPECT_TRUE(log->Commit_Edit(0, 13, "1.26"));
     EXPECT_EQ(log->tdbLogCaption.Text(), "Total Block Time: 3.3            Total Flight Time: 0.0");
     log->Set_Current_Row(1);
@@ -48,9 +50,6 @@ TEST_F(Panel_Test, The_type_counts_as_changed_only_when_it_differs) {
     EXPECT_TRUE(log->Commit_Edit(0, 1, "B738"));
     EXPECT_TRUE(log->Changed());
     EXPECT_TRUE(log->Grid_Save());
-    log->Set_Current_Row(0);
-    log->Delete_LogEntry();
-    EXPECT_FALSE(log->Changed());
 }
 
 TEST_F(Panel_Test, A_picked_airport_brings_its_name) {
@@ -112,27 +111,79 @@ TEST_F(Panel_Test, Turning_to_another_log_keeps_unsaved_edits_of_the_one_before)
 
 TEST_F(Panel_Test, Closing_asks_only_about_changes_and_saves_on_Yes) {
     Start_With_Two_Flights();
-    log->Closing();
+    Close();
     EXPECT_TRUE(desktop.boxes.empty());
     Start();
     log->Begin_Edit(0, 19);
     log->Commit_Edit(0, 19, "typed");
     desktop.answers = {Answer::yes};
-    log->Closing();
+    Close();
     ASSERT_EQ(desktop.boxes.size(), 2U);
     EXPECT_EQ(desktop.boxes[0].text, "Would you like to save the changes made to the Flight Log?");
     EXPECT_EQ(desktop.boxes[0].title, "Flight Log Changed");
     EXPECT_EQ(desktop.boxes[0].buttons, Buttons::yes_no);
     EXPECT_TRUE(Contains(Read(log_file), "typed"));
+    EXPECT_EQ(log->Table().Row_Count(), 0U);
     // A type that is just being typed is a change, though its edit's begin was none.
     Start();
     Take_Boxes();
     log->Begin_Edit(0, 1);
     log->commit_edit_wanted.connect([&] { log->Commit_Edit(0, 1, "B744"); });
     desktop.answers = {Answer::yes};
-    log->Closing();
+    Close();
     EXPECT_EQ(Take_Boxes().size(), 2U);
     EXPECT_TRUE(Contains(Read(log_file), "|B744|"));
+}
+
+TEST_F(Panel_Test, A_question_that_is_left_calls_the_closing_off_and_No_keeps_what_was_typed) {
+    Start_With_Two_Flights();
+    const std::string before = Read(log_file);
+    log->Commit_Edit(0, 19, "typed");
+    desktop.answers = {Answer::none};
+    EXPECT_FALSE(Close());
+    EXPECT_TRUE(log->Changed());
+    EXPECT_EQ(log->Table().Get(0, 19), "typed");
+    EXPECT_FALSE(Exists("logs/My Flight Log.unsaved"));
+    Take_Boxes();
+
+    desktop.answers = {Answer::no};
+    ASSERT_TRUE(log->Closing());
+    const std::string kept = Full_Line("1/1/2008|a||||||||||||1||||||typed");
+    EXPECT_EQ(Read("logs/My Flight Log.unsaved"), kept);
+    EXPECT_TRUE(Contains(Take_Boxes().at(1), (directory / "logs/My Flight Log.unsaved").string()));
+    // A flight that is logged while the rest closes takes nothing along that was given up.
+    Set_Flight("1/3/2008", "0900");
+    entry->New_Log_Entry_Save();
+    log->End();
+    EXPECT_EQ(Read(log_file), Replace_All(before, "\r\n", std::string(39, '|') + "\r\n") +
+                                  Full_Line("1/3/2008|||||0900"));
+    Take_Errors();
+
+    // What can neither be saved nor kept is lost only knowingly.
+    Start();
+    log->Commit_Edit(0, 19, "typed again");
+    std::filesystem::remove_all(directory / "logs");
+    Write("logs", "in the way");
+    std::filesystem::rename(directory, directory.string() + ".away");
+    desktop.answers = {Answer::no, Answer::no};
+    EXPECT_FALSE(log->Closing());
+    EXPECT_EQ(log->Table().Get(0, 19), "typed again");
+    std::filesystem::rename(directory.string() + ".away", directory);
+    Take_Errors();
+}
+
+TEST_F(Panel_Test, A_deleted_flight_is_a_change_that_is_asked_about_and_kept) {
+    Start_With_Two_Flights();
+    const std::string before = Read(log_file);
+    log->Set_Current_Row(1);
+    log->Delete_LogEntry();
+    desktop.answers = {Answer::none};
+    EXPECT_FALSE(Close());
+    EXPECT_EQ(log->Table().Row_Count(), 1U);
+    log->End();
+    EXPECT_EQ(Read(log_file), before);
+    EXPECT_EQ(Read("logs/My Flight Log.unsaved"), Full_Line("1/1/2008|a||||||||||||1"));
+    EXPECT_EQ(Take_Errors().size(), 1U);
 }
 
 TEST_F(Panel_Test, Two_headers_sort_and_the_others_do_nothing) {
@@ -167,7 +218,7 @@ TEST_F(Panel_Test, The_layout_returns_from_the_store_and_gives_way_to_the_defaul
     EXPECT_EQ(layout.columns[37].entries, (std::vector<std::string>{"IFR", "VFR"}));
     EXPECT_FALSE(layout.columns[52].visible);
     layout.columns[52].width_twips = 777;
-    log->Closing();
+    Close();
     EXPECT_EQ(store.Get("Grid", "Row"), "450");
     EXPECT_EQ(store.Get("Grid", "Col52"), "777");
     EXPECT_EQ(store.Get("Grid", "Col5_Visible"), "False");

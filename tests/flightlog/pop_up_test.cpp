@@ -5,6 +5,7 @@
 
 #include <map>
 
+#include "common/text.h"
 #include "flightlog/log_reading.h"
 #include "flightlog/log_world.h"
 
@@ -82,8 +83,17 @@ TEST_F(Pop_Up_Test, A_plan_replaces_what_is_filled_only_when_the_pilot_says_so) 
     EXPECT_EQ(desktop.boxes[0].title, "Norvane");
     EXPECT_EQ(desktop.boxes[0].icon, Icon::question);
     EXPECT_EQ(Take_Boxes().front(), question_begin + "Origin Airport, Flight Level" + question_end);
+    // Left without an answer, not even the empty cells are filled.
+    log->Commit_Edit(1, 24, "");
+    desktop.answers = {Answer::none};
+    Import(plan);
+    expected.erase(24);
+    EXPECT_EQ(Row(1), expected);
+    log->Commit_Edit(1, 24, "DCT");
+    Take_Boxes();
     desktop.answers = {Answer::yes};
     Import(plan);
+    expected[24] = plan_cells.at(24);
     expected[4] = plan_cells.at(4);
     expected[23] = plan_cells.at(23);
     EXPECT_EQ(Row(1), expected);
@@ -104,6 +114,7 @@ TEST_F(Pop_Up_Test, A_plan_that_says_nothing_leaves_the_row) {
     EXPECT_EQ(Take_Boxes().size(), 1U) << "the reader tells what is wrong with the file";
     Import(directory / "missing.pln");
     Import(Write("no.pln", std::string("\0\xFF no plan", 10)));
+    EXPECT_TRUE(Contains(Take_Boxes().at(1), "no.pln holds no flight plan"));
     Import({});
     log->Set_Current_Row(2);
     Import(plan);
