@@ -79,10 +79,16 @@ class Simulator:
         self.process = subprocess.Popen([*FLIGHTGEAR, *arguments], env=environment, stdin=subprocess.DEVNULL, stdout=self.log, stderr=self.log,
                                         start_new_session=True)
         self.socket = None
+        try:
+            self.wait(directory)
+        except BaseException:
+            self.kill()
+            raise
+
+    def wait(self, directory):
         end = time.time() + START_AT_MOST_S
         while not self.is_ready():
             if time.time() > end or self.process.poll() is not None:
-                self.kill()
                 raise SystemExit("FlightGear does not start; see the end of its log:\n"
                                  + (directory / "fgfs.log").read_text(errors="replace")[-2000:])
             time.sleep(1)
