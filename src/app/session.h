@@ -46,6 +46,7 @@ class Session {
     /// Raises `Store_In_Use` when the store's lock is taken (for writing), and whatever keeps the
     /// program directory or the store from being used.
     Session(const Session_Options& options, Access access, Desktop& desktop, Clock& clock);
+    ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
