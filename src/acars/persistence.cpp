@@ -183,9 +183,10 @@ void Take_Phase(Flight_State& state, const std::string& text) {
 
 void Persist(Engine_Context& engine, Show show) {
     Flight_State& state = engine.state;
-    const bool in_flight =
-        !state.At(Block_Event::off).time_utc.empty() && state.At(Block_Event::in).time_utc.empty();
-    if (!in_flight)
+    if (state.At(Block_Event::off).time_utc.empty())
+        return;
+    // What stands in the store from the gate on is the panel's to keep or to delete.
+    if (!state.At(Block_Event::in).time_utc.empty() && !engine.output.at_gate)
         return;
     Guarded(engine.services, "clsACARS.Persist()", show, [&] {
         Settings_Batch batch(engine.services.settings);

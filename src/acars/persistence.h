@@ -1,7 +1,7 @@
 #pragma once
-// The flight in progress in the settings store: written after every step between OFF and IN, read
-// when a flight is taken up again. Section "ACARS", one text a key; the panel keeps its own keys
-// and deletes the section when the flight ends.
+// The flight in progress in the settings store: written after every step from OFF on, that of IN
+// included, read when a flight is taken up again. Section "ACARS", one text a key; the panel keeps
+// its own keys and deletes the section when the flight is in the log or given up.
 
 #include <optional>
 
@@ -14,7 +14,8 @@ namespace norvane {
 struct Engine_Context;
 struct Services;
 
-/// Writes the flight when it is between OFF and IN, nothing otherwise. Failures are reported.
+/// Writes the flight when it is between OFF and IN or has just come to IN, nothing otherwise.
+/// Failures are reported.
 void Persist(Engine_Context& engine, Show show);
 /// Takes the stored flight into the state. A coordinate that cannot be read ends it and is
 /// reported.

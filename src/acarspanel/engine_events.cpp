@@ -155,10 +155,13 @@ void ucACARS::Tell_Elsewhere(const std::string& away_nm) {
              "\r\n\"Log Flight\" logs it as it stands, \"Reset\" gives it up.");
 }
 
-/// The step's figures have all arrived: what changed in the air is stored with them, and what a
-/// failed transaction of the step before took away.
+/// The step's figures have all arrived: what changed is stored with them, and what a failed
+/// transaction of the step before took away. With the step that came to the gate the finished
+/// flight is stored, whatever becomes of the program from then on.
 void ucACARS::Step_Ended() {
-    if ((m_changed || !m_objACARS->Was_Stored()) && Airborne())
+    if (!m_objACARS->TIME_IN().empty() && m_active && m_finish == Finish::none)
+        Take_Engine_Airports();
+    if ((m_changed || !m_objACARS->Was_Stored()) && Has_Flight_To_Keep())
         Persist();
 }
 
@@ -168,9 +171,11 @@ void ucACARS::FlightAtGate() {
         if (!m_active || m_closed)
             return;
         Stop_Timers();
-        m_finish = Finish::unlogged;
         m_resume = false;
-        Take_Engine_Airports();
+        Set_Finish(Finish::unlogged);
+        if (!m_objACARS->Was_Stored())
+            m_changed = true;
+        m_store_timer.Set_Enabled(m_changed);
         if (m_settings.WX_URL() == "FS" || txtFlightLevel.Is_Empty() ||
             !Awaits_Destination_Weather()) {
             Settle_At_Gate();
@@ -196,12 +201,14 @@ void ucACARS::End_Tracking() {
     m_gate_notice.reset();
     Set_Active_State(false);
     Keep_Old_Values();
+    if (m_changed)
+        Persist();
 }
 
 void ucACARS::Settle_At_Gate() {
     Guarded(m_services, "ucACARS.FlightAtGate()", Show::silent, [&] {
         End_Tracking();
-        if (m_settings.OPT_AutoLog())
+        if (Logs_By_Itself())
             ACARS_LOG();
     });
 }
@@ -242,9 +249,13 @@ void ucACARS::Interruption(std::string_view event) {
 }
 
 void ucACARS::NewLogEntrySaveFail() {
-    m_services.desktop.Show_Message({"This log entry was NOT saved due to the application error",
-                                     std::string(product_name) + " Log Entry", Icon::exclamation,
-                                     Buttons::ok});
+    Tell(
+        m_services.desktop,
+        "This log entry was NOT saved due to the application error.  The flight stays on the ACARS "
+        "panel and is offered again at the next start; its PIREP leaves when it is in the log.  "
+        "Put "
+        "right what the error names, then click \"Log Flight\" again.",
+        Icon::exclamation, std::string(product_name) + " Log Entry");
 }
 
 }  // namespace norvane

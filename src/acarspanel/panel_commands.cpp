@@ -5,11 +5,9 @@
 #include <utility>
 
 #include "acars/cls_acars.h"
+#include "common/boxes.h"
 #include "common/log_error.h"
 #include "common/services.h"
-#include "flightlog/log_columns.h"
-#include "flightlog/log_keeping.h"
-#include "logentry/cls_log_entry.h"
 
 namespace norvane {
 
@@ -23,13 +21,6 @@ constexpr std::string_view incomplete_question =
     "Flight Log.\r\n\r\nWould you like to log this flight anyway?";
 constexpr std::string_view second_question =
     "This flight has already been logged.  Would you like to log it again?";
-constexpr std::string_view unlogged_question =
-    "This flight has not been logged.  Would you like to log it now?";
-
-bool Ask(Desktop& desktop, std::string_view question, Icon icon) {
-    return desktop.Show_Message({std::string(question), std::string(product_name), icon,
-                                 Buttons::yes_no}) == Answer::yes;
-}
 
 }  // namespace
 
@@ -69,34 +60,13 @@ void ucACARS::ACARS_ON() {
         Set_Paused(false);
         Set_Active_State(true);
         tmrPos.Set_Enabled(Airborne_By_Engine());
+        Show_Stored();
         // "On" cannot be used any longer, and what stands beside it would take the keyboard: a
         // blank typed there would pause the flight.
         if (const Control* field = First_Field())
             Focus_Moved.emit(*field);
     });
     Run_What_Waited();
-}
-
-/// Puts the finished flight off the panel; false when the pilot wanted it logged first and that
-/// failed.
-bool ucACARS::Begin_New_Flight() {
-    if (!May_Drop_Finished_Flight())
-        return false;
-    m_objACARS->Reset();
-    Clear_Old_Values();
-    m_finish = Finish::none;
-    Delete_Stored_Flight(m_services);
-    return true;
-}
-
-/// Asks about a finished flight that is not in the log. True when it is logged now, or given up.
-bool ucACARS::May_Drop_Finished_Flight() {
-    if (m_finish != Finish::unlogged)
-        return true;
-    if (Ask(m_services.desktop, unlogged_question, Icon::question))
-        return ACARS_LOG();
-    m_finish = Finish::given_up;
-    return true;
 }
 
 void ucACARS::ACARS_MODE() {
@@ -118,116 +88,15 @@ void ucACARS::Log_Flight() {
     Guarded(m_services, "ucACARS.hypLog_Click()", Show::box, [&] {
         const Finish asked_at = m_finish;
         if (asked_at == Finish::none &&
-            !Ask(m_services.desktop, incomplete_question, Icon::information))
+            Ask(m_services.desktop, incomplete_question, Icon::information) != Answer::yes)
             return;
-        if (asked_at == Finish::logged && !Ask(m_services.desktop, second_question, Icon::question))
+        if (asked_at == Finish::logged && Ask(m_services.desktop, second_question) != Answer::yes)
             return;
         // The flight goes on behind the question: it may have reached the gate and the log.
         if (m_finish == Finish::logged && asked_at != Finish::logged)
             return;
         ACARS_LOG();
     });
-}
-
-/// True when the flight log has saved the flight.
-bool ucACARS::ACARS_LOG() {
-    m_saved = false;
-    Guarded(m_services, "ucACARS.ACARS_LOG()", Show::box, [&] {
-        const Busy_Cursor busy(m_services.desktop);
-        if (m_waiting)
-            End_Tracking();
-        // What comes from now on would be the panel's alone.
-        if (m_finish != Finish::none)
-            Drop_Requests();
-        Create_Log_Entry();
-        if (m_finish != Finish::none)
-            Note_Row_To_Be_Logged();
-        m_objNewLogEntry.New_Log_Entry_Save();
-        const bool complete = m_saved && m_finish != Finish::none;
-        if (complete) {
-            m_finish = Finish::logged;
-            Keep_Old_Values();
-        }
-        const bool has_pirep = m_settings.OPT_PIREP() && m_objNewLogEntry.Export_ACARS_Report();
-        // Before the post, which takes its time: a program killed meanwhile has nothing left to
-        // log. Behind the export, which a store that fails does not cost.
-        if (complete) {
-            Guarded(m_services, "ucACARS.ACARS_LOG()", Show::box,
-                    [&] { Delete_Stored_Flight(m_services); });
-        }
-        if (has_pirep && m_saved && m_settings.OPT_PIREP_SEND())
-            Queue_PIREP();
-    });
-    return m_saved;
-}
-
-void ucACARS::ACARS_RESET() {
-    Guarded(m_services, "ucACARS.ACARS_RESET()", Show::box, [&] {
-        const Busy_Cursor busy(m_services.desktop);
-        Stop_Timers();
-        Drop_Requests();
-        if (m_waiting)
-            End_Tracking();
-        if (m_finish == Finish::unlogged)
-            Save_Row_As_Unsaved();
-        m_finish = Finish::none;
-        m_resume = false;
-        m_plan_read = false;
-        m_network_plan = false;
-        if (m_objACARS != nullptr) {
-            m_objACARS->Send_Disconnect_Message();
-            m_objACARS->Reset();
-            m_objACARS->Stop_();
-        }
-        Set_Paused(false);
-        Set_Active_State(false);
-        Clear_All_Fields();
-        Delete_Stored_Flight(m_services);
-    });
-}
-
-void ucACARS::Drop_Stored_Flight() {
-    Guarded(m_services, "ucACARS.Drop_Stored_Flight()", Show::box, [&] {
-        if (!m_resume || m_active)
-            return;
-        Save_Row_As_Unsaved();
-        m_finish = Finish::none;
-        m_resume = false;
-        m_network_plan = false;
-        Clear_All_Fields();
-        Delete_Stored_Flight(m_services);
-        Active_State.emit(false);
-    });
-}
-
-void ucACARS::Close(Closing how) {
-    After_Step([this, how] { Close_Now(how); });
-}
-
-void ucACARS::Close_Now(Closing how) {
-    if (std::exchange(m_closed, true))
-        return;
-    Stop_Timers();
-    Drop_Requests();
-    Guarded(m_services, "ucACARS.Close()", Show::box, [&] {
-        // A flight that was on its way into the log is logged without asking.
-        if (m_waiting)
-            Settle_At_Gate();
-        if (how == Closing::by_pilot)
-            May_Drop_Finished_Flight();
-        else if (m_finish == Finish::unlogged)
-            Save_Row_As_Unsaved();
-    });
-    Persist();
-    End_Posts(how);
-    Closed.emit();
-}
-
-/// Keeps the finished flight's row beside the log; raises when it cannot be written.
-void ucACARS::Save_Row_As_Unsaved() {
-    Create_Log_Entry();
-    Write_Unsaved(m_services, m_settings.FlightLog_Path(), Log_Line(m_objNewLogEntry));
-    m_finish = Finish::given_up;
 }
 
 void ucACARS::Tick() {

@@ -20,6 +20,9 @@ constexpr std::chrono::seconds network_interval(10);
 /// How long a flight at the gate waits for the destination's weather at most.
 constexpr std::chrono::seconds longest_gate_wait(10'000);
 constexpr std::chrono::milliseconds post_delay(1);
+/// How soon what changes outside of steps is stored, and how soon a store that failed is tried
+/// again.
+constexpr std::chrono::seconds store_delay(5);
 
 }  // namespace
 
@@ -36,6 +39,7 @@ ucACARS::ucACARS(Parts parts)
       m_response(parts.response),
       m_http(std::move(parts.http)),
       m_gate_timer(m_services.desktop.Timers(), longest_gate_wait),
+      m_store_timer(m_services.desktop.Timers(), store_delay),
       m_network(m_services, m_settings, m_airline,
                 Given_Up_When([this] { return m_polled_in_round != m_request_round; }, m_http)),
       m_ends{{{txtOrigin, lblOriginName, txtWXOrigin, {}},
@@ -75,6 +79,7 @@ void ucACARS::UCI() {
         m_plan_read = false;
         m_network_plan = false;
         m_finish = Finish::none;
+        m_row_in_log.clear();
         m_position_minutes = 0;
         Show_Page(0);
         if (m_has_optional_fields)
@@ -83,6 +88,7 @@ void ucACARS::UCI() {
         Clear_All_Fields();
         Set_Active_State(false);
         Restore();
+        Show_Stored();
     });
 }
 
@@ -120,6 +126,7 @@ void ucACARS::Connect_Controls() {
     tmrVATSIM.tick.connect(sigc::mem_fun(*this, &ucACARS::VATSIM_Tick));
     m_gate_timer.tick.connect(sigc::mem_fun(*this, &ucACARS::Settle_At_Gate));
     m_post_timer.tick.connect(sigc::mem_fun(*this, &ucACARS::Post_PIREPs));
+    m_store_timer.tick.connect(sigc::mem_fun(*this, &ucACARS::Store_Tick));
     mnuPosition.chosen.connect([this] {
         After_Step([this] {
             if (m_objACARS != nullptr)
@@ -153,10 +160,14 @@ void ucACARS::Connect_Controls() {
     };
 }
 
-/// What changes on the panel is stored at the end of a step in the air.
+/// What changes on the panel is stored at the end of a step, or soon where no steps are made.
 void ucACARS::Note_Changes() {
     const auto note = [this](Control& control) {
-        control.changed.connect([this] { m_changed = true; });
+        control.changed.connect([this] {
+            m_changed = true;
+            if (!tmr.Enabled() && Has_Flight_To_Keep())
+                m_store_timer.Set_Enabled(true);
+        });
     };
     for (Label* label : m_labels)
         note(*label);

@@ -80,16 +80,23 @@ class ucACARS {
     /// The active airline changed: its fields are loaded anew.
     void VA_Change() { VA_Settings(); }
 
+    /// Logs a finished flight that an earlier run of the program left stored, or asks the pilot
+    /// whether to: for the start, when he can be asked. No simulator is needed.
+    void Settle_Stored_Flight();
     /// Gives up a stored flight that was not switched on again: its row goes to the log's
-    /// ".unsaved" file. Nothing happens without one; a row that cannot be written keeps the flight.
-    void Drop_Stored_Flight();
+    /// ".unsaved" file, which is returned. Nothing happens without one (empty); a row that cannot
+    /// be written keeps the flight.
+    std::filesystem::path Drop_Stored_Flight();
 
     enum class Closing {
-        by_pilot,   // a finished flight that is not in the log is asked about
-        by_signal,  // its row goes to the log's ".unsaved" file
+        by_pilot,        // a finished flight that is not in the log is asked about
+        by_signal,       // its row goes to the log's ".unsaved" file
+        keeping_flight,  // it stays stored for the next start
     };
     /// Ends waits, stops the timers and stores the flight, then raises `Closed`: at once, or at the
-    /// end of the step that is running. The engine's owner stops the engine afterwards.
+    /// end of the step that is running. The engine's owner stops the engine afterwards. A pilot who
+    /// leaves a question unanswered, or whose flight could be kept nowhere, goes on as before. A
+    /// second call counts while the pilot is asked, when it is not his.
     void Close(Closing how);
 
     /// The flight is tracked, paused or not.
@@ -101,6 +108,15 @@ class ucACARS {
     [[nodiscard]] bool Is_Logged() const { return m_finish == Finish::logged; }
     /// "On" will go on with a stored flight.
     [[nodiscard]] bool Is_Resumable() const { return m_resume; }
+    /// A flight is under way, waits to be taken up again, or is finished and not in the log: what
+    /// its figures mean must not be changed.
+    [[nodiscard]] bool Is_Tracked_Or_Stored() const {
+        return m_active || m_resume || m_finish == Finish::unlogged;
+    }
+    /// The ".unsaved" file that keeps the flight given up last; empty before.
+    [[nodiscard]] const std::filesystem::path& Kept_In() const { return m_kept_in; }
+    /// Which flight the panel shows: "KJFK to KBOS, OFF 1414Z", as far as it is known.
+    [[nodiscard]] std::string Flight_Words() const;
     /// The title's context menu opens only in the air.
     [[nodiscard]] bool Context_Menu_Opens() const { return tmrPos.Enabled(); }
     /// 0 identity and figures, 1 airline page, 2 optional fields, 3 airline fields.
@@ -124,6 +140,13 @@ class ucACARS {
     sigc::signal<void(bool)> Active_State;
     /// The link dropped; the flight is paused and stored.
     sigc::signal<void()> Interrupted;
+    /// `Is_Tracked_Or_Stored` may be another one now.
+    sigc::signal<void()> Stored_State;
+    /// The pilot closes the program: whoever has a question asks it now; false calls it off.
+    sigc::signal<void(bool&)> Close_Asked;
+    sigc::signal<void()> Close_Called_Off;
+    /// Nothing calls it off any more.
+    sigc::signal<void()> Closing_Now;
     sigc::signal<void()> Closed;
     sigc::signal<void()> Page_Changed;
     /// The input focus belongs to this control.
@@ -147,6 +170,8 @@ class ucACARS {
     Menu_Command mnuPosition{"&Position Report"};
     Menu_Command mnuExit{"E&xit"};
 
+    /// Which flight is stored, and what goes on with it; hidden while none waits.
+    Label lblStored;
     Text_Box txtDate;
     Text_Box txtAircraftType;
     Text_Box txtAircraftID;
@@ -242,10 +267,21 @@ class ucACARS {
     bool ACARS_LOG();
     void ACARS_RESET();
     void ACARS_REPORT();
-    void Close_Now(Closing how);
+    void Close_Now();
+    bool May_Close();
+    bool Is_Kept_Beyond_The_End();
     bool Begin_New_Flight();
-    bool May_Drop_Finished_Flight();
-    void Save_Row_As_Unsaved();
+    bool Ask_About_Finished_Flight();
+    [[nodiscard]] std::string Row();
+    [[nodiscard]] bool Would_Lose_Flight();
+    std::filesystem::path Keep_Row();
+    std::optional<std::filesystem::path> Keep_Row_Or_Ask(std::string_view question);
+    void Keep_Row_Somewhere();
+    void Tell_Where(const std::filesystem::path& kept);
+    void Set_Finish(Finish finish);
+    void Show_Stored();
+    void Take_Logged_Row(const std::string& row, bool at_gate);
+    void Send_PIREP_Of(bool was_logged_before);
     void Tick();
     void Position_Tick();
     void Weather_Tick(std::size_t end);
@@ -281,11 +317,16 @@ class ucACARS {
     void End_Posts(Closing how);
 
     void Create_Log_Entry();
-    void Note_Row_To_Be_Logged();
-    [[nodiscard]] bool Stored_Flight_Is_Logged();
-    void Persist();
+    void Note_Row_To_Be_Logged(const std::string& row);
+    [[nodiscard]] bool Stands_In_Log(const std::string& row);
+    [[nodiscard]] bool Logs_By_Itself() const;
+    [[nodiscard]] bool Has_Flight_To_Keep() const;
+    bool Persist();
+    void Store_Panel();
+    void Store_Tick();
     void Restore();
-    [[nodiscard]] bool Airborne() const;
+    void Restore_Panel();
+    void Take_Row(const std::string& row);
     [[nodiscard]] bool Airborne_By_Engine() const;
 
     [[nodiscard]] std::filesystem::path Optional_Fields_File() const;
@@ -334,10 +375,19 @@ class ucACARS {
     bool m_waiting = false;
     std::optional<Wait_Notice> m_gate_notice;
     Timer m_gate_timer;
+    /// `Close` was called; how, until it is done or called off.
+    std::optional<Closing> m_closing;
     bool m_closed = false;
     bool m_saved = false;
+    /// The row that could not be saved to the log was found at the start.
+    bool m_save_failed = false;
+    /// The row by which the flight was logged before its gate; empty: it was not.
+    std::string m_row_in_log;
+    std::filesystem::path m_kept_in;
     /// A field changed since the flight was stored.
     bool m_changed = false;
+    /// Stores what changes while no step does: paused, waiting, at the gate.
+    Timer m_store_timer;
     Finish m_finish = Finish::none;
     /// The codes of the flight were taken from a plan, or with a stored flight.
     bool m_plan_read = false;

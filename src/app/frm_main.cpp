@@ -193,10 +193,10 @@ void frmMain::Show_Help() {
     });
 }
 
-/// A flight in progress, or one that waits to be resumed, keeps the settings that it began with.
+/// A flight in progress, or one that waits to be resumed or logged, keeps the settings that it
+/// began with.
 void frmMain::Lock_Settings() {
-    m_program.settings_panel.ACARS_STATE(!m_program.panel.Is_Active() &&
-                                         !m_program.panel.Is_Resumable());
+    m_program.settings_panel.ACARS_STATE(!m_program.panel.Is_Tracked_Or_Stored());
 }
 
 void frmMain::Say(std::string_view text, Icon icon) {
@@ -235,6 +235,7 @@ void frmMain::Connect_Engine() {
         Lock_Settings();
         Show_Pause();
     }));
+    m_connections.push_back(m_program.panel.Stored_State.connect([this] { Lock_Settings(); }));
 }
 
 /// A paused flight is told on every panel and in the title: minutes that are not recorded are lost.

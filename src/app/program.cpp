@@ -59,31 +59,19 @@ void Program::Connect() {
         panel.VA_Change();
         flight_log.VA_Change();
     });
+    panel.Close_Asked.connect([this](bool& may) { may = flight_log.Closing(); });
+    panel.Close_Called_Off.connect([this] { m_close_called = false; });
+    panel.Closing_Now.connect([this] { Closing.emit(); });
     panel.Closed.connect([this] { End_The_Rest(); });
 }
 
 void Program::Close(ucACARS::Closing how) {
-    m_signalled = m_signalled || how == ucACARS::Closing::by_signal;
-    if (std::exchange(m_close_called, true)) {
-        // Whoever asks again without patience waits for no server.
-        m_closing = m_closing || how == ucACARS::Closing::by_signal;
-        return;
-    }
-    if (Called_Off(how))
-        return;
-    if (m_signalled)
-        how = ucACARS::Closing::by_signal;
-    m_farewell = how == ucACARS::Closing::by_pilot ? longest_farewell : std::chrono::seconds(0);
-    Closing.emit();
+    const bool by_pilot = how == ucACARS::Closing::by_pilot;
+    // Whoever asks again without patience waits for no server.
+    m_closing = m_closing || (m_close_called && !by_pilot);
+    m_close_called = true;
+    m_farewell = by_pilot ? longest_farewell : std::chrono::seconds(0);
     panel.Close(how);
-}
-
-/// Asks whatever the pilot is to be asked before anything ends.
-bool Program::Called_Off(ucACARS::Closing how) {
-    if (how == ucACARS::Closing::by_signal || flight_log.Closing() || m_signalled)
-        return false;
-    m_close_called = false;
-    return true;
 }
 
 /// The panel has ended: a step that was running is over, and what it stored is in the store.

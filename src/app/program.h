@@ -38,10 +38,11 @@ class Program {
     Program& operator=(const Program&) = delete;
 
     /// Ends the flight's tracking as closing the main window does. The pilot is asked first what is
-    /// to become of the log's changes; a question that he leaves calls the closing off, nothing
-    /// having happened. Then raises `Closing`, ends panel, engine, link and flight log, and raises
-    /// `Closed`: at once, or at the end of the step that is running. A second call by a signal ends
-    /// the questions and requests that the first one waits for; any other does nothing.
+    /// to become of the log's changes and of a finished flight; a question that he leaves calls the
+    /// closing off, and all goes on. Then raises `Closing`, ends panel, engine, link and flight
+    /// log, and raises `Closed`: at once, or at the end of the step that is running. A second call
+    /// by a signal ends the questions and requests that the first one waits for; any other does
+    /// nothing.
     void Close(ucACARS::Closing how);
     /// Nothing calls the closing off any more.
     sigc::signal<void()> Closing;
@@ -77,11 +78,7 @@ class Program {
     void Connect();
     void End_The_Rest();
 
-    [[nodiscard]] bool Called_Off(ucACARS::Closing how);
-
     bool m_close_called = false;
-    /// A signal asked for the end: nobody is asked anything any more.
-    bool m_signalled = false;
     /// From here on no request is waited for any longer.
     bool m_closing = false;
     std::chrono::milliseconds m_farewell{0};

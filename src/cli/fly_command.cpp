@@ -58,6 +58,7 @@ class Flight {
 
   private:
     bool Signalled() { return m_console.signals.Raised(); }
+    bool Drop_Stored_Flight();
     bool Switch_On();
     void Read_Plan(bool resumed);
     int Follow_To_The_Gate();
@@ -81,8 +82,13 @@ class Flight {
 
 int Flight::Fly() {
     ucACARS& panel = m_program.panel;
-    if (m_options.start_new)
-        panel.Drop_Stored_Flight();
+    if (m_options.start_new && !Drop_Stored_Flight())
+        return exit_status::failed;
+    if (panel.Is_At_Gate()) {
+        Console_Desktop::Say("A finished flight was not logged: " + panel.Flight_Words() +
+                             ".  It is logged now, without a simulator.");
+        return Log();
+    }
     if (!m_options.flight_number.empty()) {
         panel.txtFlightNumber.Enter(From_Utf8(m_options.flight_number));
         panel.txtFlightNumber.Leave();
@@ -98,11 +104,25 @@ int Flight::Fly() {
     return Follow_To_The_Gate();
 }
 
+/// False when the stored flight could not be kept, and so was not dropped.
+bool Flight::Drop_Stored_Flight() {
+    ucACARS& panel = m_program.panel;
+    const std::string flight = panel.Flight_Words();
+    const auto kept = panel.Drop_Stored_Flight();
+    if (panel.Is_Tracked_Or_Stored())
+        return false;
+    if (!kept.empty())
+        Console_Desktop::Say("The stored flight was given up: " + flight +
+                             ".  Its row is kept in " + From_Path(kept));
+    return true;
+}
+
 bool Flight::Switch_On() {
     ucACARS& panel = m_program.panel;
     const bool resumed = panel.Is_Resumable();
     if (resumed) {
-        Console_Desktop::Say("A stored flight is resumed.");
+        Console_Desktop::Say("A stored flight is resumed: " + panel.Flight_Words() +
+                             ".  \"fly --new\" gives it up instead.");
         if (!Await_Stored_Flight_In_The_Simulator(m_program.services, m_program.link,
                                                   [this] { return Signalled(); }))
             return false;
@@ -181,8 +201,12 @@ int Flight::Log() {
     if (!panel.Is_Logged())
         panel.hypLog.Click();
     if (!panel.Is_Logged()) {
-        Console_Desktop::Say("The flight was not saved to the log; see the error log.");
-        m_program.Close(ucACARS::Closing::by_signal);
+        // On the screen it is safe, whatever becomes of the files.
+        Console_Desktop::Print(Log_Line(m_program.log_entry));
+        Console_Desktop::Say(
+            "The flight was not saved to the log; the row is above.  It stays stored: the next "
+            "\"fly\" logs it, without a simulator.  The error log tells what to put right.");
+        m_program.Close(ucACARS::Closing::keeping_flight);
         return exit_status::failed;
     }
     Print_Result();
@@ -193,9 +217,16 @@ int Flight::Log() {
 }
 
 int Flight::Close_On_Signal() {
-    Console_Desktop::Say(
-        "Ended by a signal; a flight in the air stays stored and is resumed next time.");
+    const ucACARS& panel = m_program.panel;
     m_program.Close(ucACARS::Closing::by_signal);
+    if (panel.Is_Logged())
+        Console_Desktop::Say("Ended by a signal; the flight is in the log.");
+    else if (!panel.Kept_In().empty())
+        Console_Desktop::Say("Ended by a signal; the row of the finished flight is kept in " +
+                             From_Path(panel.Kept_In()));
+    else
+        Console_Desktop::Say(
+            "Ended by a signal; a flight in the air stays stored and is resumed next time.");
     return exit_status::failed;
 }
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 
 #include "common/code_page.h"
 #include "common/log_error.h"
@@ -14,6 +15,20 @@
 #include "logentry/cls_log_entry.h"
 
 namespace norvane {
+
+namespace {
+
+/// The rows begin with the same flight, however it went on: one of them may have been logged before
+/// its end.
+bool Same_Departure(const std::string& a, const std::string& b) {
+    constexpr std::array<std::size_t, 3> columns{log_column::date, log_column::time_out,
+                                                 log_column::time_out + 1};
+    return std::all_of(columns.begin(), columns.end(), [&](std::size_t column) {
+        return !Field_Of(a, column).empty() && Field_Of(a, column) == Field_Of(b, column);
+    });
+}
+
+}  // namespace
 
 void ucFlightLog::NewACARS_Entry() {
     bool saved = false;
@@ -29,7 +44,8 @@ void ucFlightLog::NewACARS_Entry() {
             Keep_Flight_Of_Unloaded_Log(line);
             return;
         }
-        m_table.Set_Line(Row_For_Flight(line), line);
+        if (!Bring_Row_Up_To_Date(line))
+            m_table.Set_Line(Row_For_Flight(line), line);
         m_changed = true;
         m_unsaved_edits = true;
         table_changed.emit();
@@ -56,6 +72,34 @@ void ucFlightLog::Keep_Flight_Of_Unloaded_Log(const std::string& line) {
 void ucFlightLog::Forget_Failed_Flight(const std::string& line) {
     std::erase_if(m_failed_flights,
                   [&](const std::string& other) { return Same_Flight(line, other); });
+}
+
+/// A flight that was logged before its end keeps its row. What the pilot wrote into it since stays,
+/// all else becomes as the flight ended. False when the log has no such row any more.
+bool ucFlightLog::Bring_Row_Up_To_Date(const std::string& line) {
+    const std::string& logged = m_log_entry.Row_In_Log();
+    if (logged.empty())
+        return false;
+    const auto last_row_that = [&](auto&& same) -> std::optional<std::size_t> {
+        for (std::size_t row = m_table.Row_Count(); row-- > 0;) {
+            if (same(m_table.Line(row)))
+                return row;
+        }
+        return std::nullopt;
+    };
+    auto row = last_row_that([&](const std::string& other) { return other == logged; });
+    if (!row)
+        row = last_row_that([&](const std::string& other) { return Same_Flight(other, logged); });
+    if (!row)
+        row =
+            last_row_that([&](const std::string& other) { return Same_Departure(other, logged); });
+    if (!row)
+        return false;
+    for (std::size_t column = 0; column < log_column_count; ++column) {
+        if (m_table.Get(*row, column) == Field_Of(logged, column))
+            m_table.Set(*row, column, Field_Of(line, column));
+    }
+    return true;
 }
 
 std::size_t ucFlightLog::Row_For_Flight(const std::string& line) {

@@ -93,7 +93,7 @@ class ucFlightLog {
     void Header_Click(std::size_t column);
     void Total_FlightTime();
     /// Adds the log entry's flight as the last row, saves, and answers the entry. A flight whose
-    /// save failed before takes its own row again.
+    /// save failed before, or that was logged before it ended, takes its own row again.
     void NewACARS_Entry();
     /// Takes rows of ".unsaved" files, of 53 fields each, into the log and saves it; only then they
     /// leave those files. A row of a flight that the log has takes its row's place. False when the
@@ -204,6 +204,7 @@ class ucFlightLog {
     std::optional<std::filesystem::path> Keep_Unsaved_Edits();
     void Keep_Flight_Of_Unloaded_Log(const std::string& line);
     void Forget_Failed_Flight(const std::string& line);
+    bool Bring_Row_Up_To_Date(const std::string& line);
     [[nodiscard]] std::size_t Row_For_Flight(const std::string& line);
     [[nodiscard]] std::optional<std::size_t> Row_Of_Failed_Flight(const std::string& line) const;
     void Drop_Undated_End();

@@ -42,6 +42,11 @@ class clsLogEntry {
     [[nodiscard]] const std::string& VA_FIELDS(std::size_t slot) const;
     void Set_VA_FIELDS(std::size_t slot, std::string_view text);
 
+    /// The row by which the flight stands in the log already, having been logged before it ended:
+    /// the log brings that row up to date. Empty: the flight gets a row of its own.
+    [[nodiscard]] const std::string& Row_In_Log() const { return m_row_in_log; }
+    void Set_Row_In_Log(std::string_view row) { m_row_in_log = row; }
+
     /// Announces the complete entry; the flight log answers with `New_Log_Entry_Save_Result`.
     void New_Log_Entry_Save();
     void New_Log_Entry_Save_Result(bool saved);
@@ -67,6 +72,7 @@ class clsLogEntry {
     std::array<std::string, log_field_count> m_fields;
     std::array<std::string, optional_slots> m_optional;
     std::array<std::string, airline_slots> m_airline;
+    std::string m_row_in_log;
 };
 
 /// Removes the stored flight, the engine's figures with it. Raises when the store fails.

@@ -1,6 +1,7 @@
 #include "ui/acars_view.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -37,6 +38,11 @@ Acars_View::Acars_View(ucACARS& panel, frmMain& window, QWidget* parent)
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
     rows->addWidget(Make_Title(window));
+    auto* stored = new QLabel(this);
+    stored->setWordWrap(true);
+    stored->setMargin(stored->fontMetrics().averageCharWidth());
+    Bind(*stored, panel.lblStored);
+    rows->addWidget(stored);
     m_stack = new QStackedWidget(this);
     m_pages = {Make_Figures_Page(panel, m_stack), Make_Airline_Page(panel, m_stack),
                Make_Fields_Page(panel.optFields, "Optional Fields", "Optional field", m_stack),

@@ -163,6 +163,8 @@ int Show_Window(QApplication& application, Signal_Watch& signals, Qt_Desktop& de
     starting.reset();
     if (options.demo)
         QTimer::singleShot(0, &window, [&program] { Begin_Demonstration(program); });
+    else
+        QTimer::singleShot(0, &window, [&program] { program.panel.Settle_Stored_Flight(); });
     return QApplication::exec();
 }
 

@@ -29,7 +29,7 @@ class Persistence : public Engine_World {
     }
 };
 
-TEST_F(Persistence, Stores_Between_Off_And_In_Only) {
+TEST_F(Persistence, Stores_From_Off_To_The_Step_Of_In_Only) {
     settings->Set_ACARS_Fuel(unit::kilograms);
     settings->Set_ACARS_Time(time_kind::local);
     ASSERT_TRUE(Start());
@@ -45,8 +45,10 @@ TEST_F(Persistence, Stores_Between_Off_And_In_Only) {
     EXPECT_NEAR(std::stod(Stored(67)), -73.77893, 1e-9);
     Fly(moment::off + 1, moment::on + 1);
     EXPECT_EQ(Stored(45) + Stored(48), "31340");
-    store.Delete_Section(section);
     Fly(moment::in, moment::in + 1);
+    EXPECT_EQ(Stored(45) + Stored(49), "41352");
+    // From here on it is the panel's to delete.
+    store.Delete_Section(section);
     engine->Refresh();
     engine->Paused();
     EXPECT_EQ(Stored(45), "absent");

@@ -43,13 +43,13 @@ TEST_F(Panel_Figures, A_flown_flight_fills_every_field_of_its_row) {
     Stand();
     Fly();
     Log();
-    EXPECT_EQ(
-        log.back(),
-        "3/14/2026|Test Jet|N123|KAAA|Alpha Field|09:05|09:10|3039 kg|KBBB|Bravo Field|09:40|"
-        "09:50|1823 kg|0.8|0:45|1215 kg|0.5|0:30|608 kg||77|||5000||60 nm|40823 kg|45359 kg|"
-        "44906 kg|44452 kg|43998 kg|E1N1 91 /E1N2 0 /E2N1 92 /E2N2 0|140 kts|-300 ft/min|"
-        "120 kts|KAAA 141400Z 00000KT 0SM SKC 0/0 A0000|KBBB 141450Z 00000KT 0SM SKC 0/0 A0000|VFR" +
-            std::string(15, '|'));
+    EXPECT_EQ(log.back(),
+              "3/14/2026|Test Jet|N123|KAAA|Alpha Field|09:05|09:10|3039 kg|KBBB|Bravo Field|09:40|"
+              "09:50|1823 kg|0.8|0:45|1215 kg|0.5|0:30|608 kg||77|||5000||60 nm|40823 kg|45359 kg|"
+              "44906 kg|44452 kg|43998 kg|E1N1 91 /E1N2 0 /E2N1 92 /E2N2 0|140 kts|-300 ft/min|"
+              "120 kts|KAAA 141400Z 00000KT 0SM SKC 0/0 A0000|KBBB 141450Z 00000KT 0SM SKC 0/0 "
+              "A0000|VFR" +
+                  std::string(15, '|'));
 }
 
 TEST_F(Panel_Figures, A_figure_in_another_unit_than_that_of_the_settings_changes_nothing) {

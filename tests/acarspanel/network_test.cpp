@@ -191,7 +191,7 @@ TEST_F(Panel_Network, A_resumed_flight_has_fetched_weather_renewed_at_landing_an
         Touch_Down();
         Pass(2);
         EXPECT_EQ(Panel().txtWXDestination.Text(), is_typed ? "typed" : "KBBB 141500Z SN");
-        Panel().hypReset.Click();
+        Give_Up();
         Set_Page("/wx/KBBB", "KBBB 141200Z RA");
     }
 }
@@ -234,7 +234,7 @@ TEST_F(Panel_Network, The_networks_plan_is_looked_for_until_it_is_there_and_then
     Pass(21);
     EXPECT_THAT(Take_Asked(), IsEmpty()) << "the flight has its plan";
     EXPECT_EQ(Panel().lblATCFlight.Text(), "BAW1");
-    Panel().hypReset.Click();
+    Give_Up();
     Stand();
     Panel().hypOn.Click();
     Pass(11);

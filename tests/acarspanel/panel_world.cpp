@@ -124,6 +124,14 @@ void Panel_World::Park() {
     Step();
 }
 
+void Panel_World::Give_Up() {
+    desktop.answers = {Answer::yes};
+    Panel().hypReset.Click();
+    desktop.answers.clear();
+    Take_Boxes();
+    Take_Errors();
+}
+
 void Panel_World::Fly() {
     Panel().hypOn.Click();
     Roll();

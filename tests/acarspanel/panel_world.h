@@ -68,6 +68,8 @@ class Panel_World : public Test_World {
     void Set_Minute(int minute);
     /// From "On" to the gate.
     void Fly();
+    /// "Reset", and Yes when it asks.
+    void Give_Up();
 
     Offset_Area area;
     /// How the panel's requests go out.

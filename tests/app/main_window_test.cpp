@@ -5,24 +5,12 @@
 #include <optional>
 
 #include "app/frm_main.h"
-#include "common/run_error.h"
 #include "simlink/in_process_transport.h"
 #include "simlink/offset_area.h"
 #include "support/test_world.h"
 
 namespace norvane::test {
 namespace {
-
-/// A store that takes nothing more.
-class Full_Store : public Memory_Store {
-  public:
-    void Set(std::string_view section, std::string_view key, std::string_view value) override {
-        if (full)
-            throw Run_Error(error_number::disk_full, "The store is full");
-        Memory_Store::Set(section, key, value);
-    }
-    bool full = false;
-};
 
 class Main_Window : public Test_World {
   protected:
@@ -31,9 +19,7 @@ class Main_Window : public Test_World {
     void Open() {
         window.reset();
         program.reset();
-        program.emplace(
-            Services{desktop, full_store, clock, error_log, services.regional, directory},
-            transport);
+        program.emplace(services, transport);
         window.emplace(*program);
         Take_Errors();
     }
@@ -48,7 +34,6 @@ class Main_Window : public Test_World {
     static constexpr std::size_t file = 0;
     static constexpr std::size_t help = 2;
 
-    Full_Store full_store;
     Offset_Area area;
     In_Process_Transport transport{area};
     std::optional<Program> program;
@@ -76,7 +61,7 @@ TEST_F(Main_Window, Comes_back_where_it_was_left_unless_it_was_minimised) {
     window->Set_Place({-32000, -32000, 10, 10, false});
     EXPECT_EQ(window->Caption(), "NV ACARS: OFF");
     window->Form_Unload(ucACARS::Closing::by_pilot);
-    EXPECT_EQ(full_store.Find("AppPos", "MainLeft"), std::nullopt);
+    EXPECT_EQ(store.Find("AppPos", "MainLeft"), std::nullopt);
 
     Open();
     window->Set_Place(left);
@@ -85,10 +70,10 @@ TEST_F(Main_Window, Comes_back_where_it_was_left_unless_it_was_minimised) {
     EXPECT_EQ(window->Place(), left);
 
     for (const std::string_view broken : {"wide", "", "1e300", "12,5"}) {
-        full_store.Set("AppPos", "MainLeft", broken);
-        full_store.Set("AppPos", "MainTop", "1234.6");
-        full_store.Set("AppPos", "MainWidth", "-5");
-        full_store.Set("AppPos", "MainState", broken);
+        store.Set("AppPos", "MainLeft", broken);
+        store.Set("AppPos", "MainTop", "1234.6");
+        store.Set("AppPos", "MainWidth", "-5");
+        store.Set("AppPos", "MainState", broken);
         Open();
         EXPECT_EQ(window->Place(), (Window_Place{1000, 1235, 15000, 9000, false})) << broken;
     }
@@ -97,7 +82,7 @@ TEST_F(Main_Window, Comes_back_where_it_was_left_unless_it_was_minimised) {
 TEST_F(Main_Window, Closes_once_and_without_a_word_when_its_place_cannot_be_stored) {
     int closed = 0;
     window->Closed.connect([&] { ++closed; });
-    full_store.full = true;
+    store.full = true;
     window->mnuFileExit.Choose();
     window->Form_Unload(ucACARS::Closing::by_signal);
     EXPECT_EQ(closed, 1);

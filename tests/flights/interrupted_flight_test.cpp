@@ -1,6 +1,8 @@
 // A flight whose link fails, or whose program is killed, must end as the same row as an unbroken
 // one.
 
+#include <stdexcept>
+
 #include "flights/flight_world.h"
 
 namespace norvane::test {
@@ -118,29 +120,78 @@ TEST_F(Interrupted_Flight,
     EXPECT_GT(kills, 30U);
 }
 
-TEST_F(Interrupted_Flight, Is_paused_with_the_pilot_told_and_goes_on_when_the_simulator_is_back) {
-    Short_Flight flight(*world);
-    Program& program = flight.Start();
-    bool gone = false;
-    flight.trouble = [&](std::size_t, std::span<std::byte>) {
-        return gone ? std::optional(Delivery{Delivery_Outcome::failed, 0}) : std::nullopt;
+/// Everything after the gate's step is between the program and its files: whatever it is doing when
+/// it is killed, the flight ends in the log once, as it was, without the simulator and without a
+/// message.
+TEST_F(Interrupted_Flight,
+       Comes_out_the_same_when_the_program_is_killed_at_any_moment_at_the_gate) {
+    struct Moment {
+        std::string_view name;
+        std::function<void(Short_Flight&)> reach;
+        bool is_in_the_log = false;
     };
-    program.panel.hypOn.Click();
-    flight.desktop.Wait_Until([&] { return !program.engine.TIME_OFF().empty(); },
-                              std::chrono::minutes(180));
-    gone = true;
-    flight.desktop.Wait_Until([&] { return program.panel.Is_Paused(); }, std::chrono::minutes(5));
-    ASSERT_TRUE(program.panel.Is_Paused());
-    ASSERT_FALSE(flight.desktop.boxes.empty());
-    EXPECT_EQ(flight.desktop.boxes.back().title, "Norvane Interrupted");
-    EXPECT_EQ(flight.desktop.boxes.back().text,
-              "The connection to Flight Simulator has been interrupted.  Norvane has entered pause "
-              "mode.  Please click 'Resume' to continue when you verify that Flight Simulator is "
-              "running.");
-    flight.desktop.Run_For(std::chrono::seconds(5));
-    gone = false;
-    EXPECT_EQ(flight.Fly(), unbroken);
-    EXPECT_TRUE(flight.Take_Reports().empty());
+    const auto draft = [](const Short_Flight& flight) {
+        return flight.directory / "templog.txt" / "in the way";
+    };
+    const std::vector<Moment> moments = {
+        {"with auto-log off", [](Short_Flight& flight) { ASSERT_TRUE(flight.Fly_To_Gate()); }},
+        {"while it waits for the weather",
+         [&](Short_Flight& flight) {
+             Program& program = flight.Running();
+             program.panel.txtFlightLevel.Enter(unbroken[flight_level_column]);
+             program.engine.events.FlightIN.connect([&](const std::string&, int) {
+                 program.settings.Set_WX_URL("NOAA");
+                 program.panel.tmrWX[1].Set_Enabled(true);
+             });
+             program.panel.hypOn.Click();
+             flight.desktop.Wait_Until([&] { return !program.engine.TIME_IN().empty(); },
+                                       std::chrono::minutes(180));
+             ASSERT_FALSE(program.panel.Is_At_Gate());
+         }},
+        {"when the log could not be written",
+         [&](Short_Flight& flight) {
+             std::filesystem::create_directories(draft(flight));
+             ASSERT_TRUE(flight.Fly_To_Gate());
+             flight.Log();
+             ASSERT_FALSE(flight.Running().panel.Is_Logged());
+             std::filesystem::remove_all(flight.directory / "templog.txt");
+             flight.Take_Reports();
+         }},
+        {"behind its row",
+         [](Short_Flight& flight) {
+             ASSERT_TRUE(flight.Fly_To_Gate());
+             flight.Running().log_entry.NewLogEntrySaveOK.connect(
+                 [] { throw std::runtime_error("killed"); });
+             flight.Log();
+             ASSERT_EQ(flight.Take_Reports().size(), 1U);
+         },
+         true},
+    };
+    for (const Moment& moment : moments) {
+        for (const bool auto_log : {false, true}) {
+            SCOPED_TRACE(std::string(moment.name) + (auto_log ? ", logged by itself" : ""));
+            Short_Flight flight(*world);
+            flight.Start();
+            moment.reach(flight);
+            flight.Kill();
+            ASSERT_FALSE(HasFatalFailure());
+            flight.clock.Sleep(std::chrono::hours(1));
+            flight.trouble = [](std::size_t, std::span<std::byte>) {
+                return std::optional(Delivery{Delivery_Outcome::failed, 0});
+            };
+            Program& program = flight.Start();
+            EXPECT_EQ(program.panel.Is_At_Gate(), !moment.is_in_the_log);
+            program.settings.Set_OPT_AutoLog(auto_log);
+            flight.desktop.boxes.clear();
+            flight.desktop.answers = {Answer::yes};
+            program.panel.Settle_Stored_Flight();
+            EXPECT_EQ(flight.desktop.answers.empty(), !auto_log && !moment.is_in_the_log);
+            EXPECT_EQ(flight.Rows(), (std::vector<Row>{unbroken}));
+            EXPECT_EQ(flight.messages, messages);
+            EXPECT_FALSE(flight.Start().panel.Is_Tracked_Or_Stored());
+            EXPECT_TRUE(flight.Take_Reports().empty());
+        }
+    }
 }
 
 }  // namespace

@@ -55,6 +55,41 @@ TEST_F(Log_In_Flight,
     EXPECT_EQ(log.Table().Get(1, 19), "smooth");
 }
 
+TEST_F(Log_In_Flight, A_flight_logged_in_the_air_has_its_row_brought_up_to_date_at_the_gate) {
+    for (const bool killed : {false, true}) {
+        SCOPED_TRACE(killed);
+        Flight_World flight(*world, 5);
+        Program* program = &flight.Start();
+        program->panel.hypOn.Click();
+        ASSERT_TRUE(flight.desktop.Wait_Until([&] { return !program->engine.TIME_OFF().empty(); },
+                                              std::chrono::minutes(180)));
+        flight.desktop.answers = {Answer::yes};
+        flight.Log();
+        ASSERT_THAT(flight.Rows(), SizeIs(1));
+        ucFlightLog& log = program->flight_log;
+        log.Begin_Edit(0, log_column::comments);
+        ASSERT_TRUE(log.Commit_Edit(0, log_column::comments, "typed into the log"));
+        ASSERT_TRUE(log.Grid_Save());
+        if (killed) {
+            flight.Kill();
+            program = &flight.Start();
+        }
+        flight.desktop.boxes.clear();
+        ASSERT_TRUE(flight.Fly_To_Gate());
+        EXPECT_TRUE(program->panel.Is_Logged()) << "without auto-log, too: it was logged already";
+        const auto rows = flight.Rows();
+        ASSERT_THAT(rows, SizeIs(1));
+        EXPECT_EQ(rows[0][log_column::comments], "typed into the log");
+        EXPECT_EQ(rows[0][log_column::flight_time], program->panel.lblFlightTime.Text());
+        EXPECT_NE(rows[0][log_column::flight_time], "");
+        // The next flight has a row of its own.
+        flight.desktop.answers = {Answer::yes};
+        program->panel.hypOn.Click();
+        flight.Log();
+        EXPECT_THAT(flight.Rows(), SizeIs(2));
+    }
+}
+
 TEST_F(Log_In_Flight, A_signal_keeps_what_was_not_saved_without_asking) {
     Flight_World flight(*world, 5);
     Program& program = flight.Start();

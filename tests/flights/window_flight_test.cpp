@@ -72,6 +72,30 @@ TEST_F(Window_Flight,
     EXPECT_EQ(flight.Rows().size(), 1U);
 }
 
+TEST_F(Window_Flight, Left_unanswered_the_question_calls_the_closing_off_and_nothing_has_ended) {
+    Flight_World flight(*world, 5);
+    Program& program = flight.Start();
+    frmMain window(program);
+    ASSERT_TRUE(flight.Fly_To_Gate());
+    // A flight that waits to be logged keeps the settings that its figures were taken with.
+    EXPECT_FALSE(program.settings_panel.cboFuel.Enabled());
+    int closed = 0;
+    window.Closed.connect([&] { ++closed; });
+    flight.desktop.answers = {Answer::none};
+    window.mnuFileExit.Choose();
+    EXPECT_EQ(closed, 0);
+    EXPECT_TRUE(program.link.Is_Open());
+    EXPECT_TRUE(window.ZTimer.Enabled());
+    // "On" asks the same, and flies on; a flight under way closes and is stored.
+    flight.desktop.answers = {Answer::yes};
+    program.panel.hypOn.Click();
+    EXPECT_TRUE(program.panel.Is_Active());
+    EXPECT_EQ(flight.Rows().size(), 1U);
+    window.mnuFileExit.Choose();
+    EXPECT_EQ(closed, 1);
+    EXPECT_FALSE(program.link.Is_Open());
+}
+
 TEST_F(Window_Flight, Closed_in_a_step_in_the_air_it_ends_after_the_step_and_the_flight_goes_on) {
     Flight_World unbroken(*world, 5);
     unbroken.Start();

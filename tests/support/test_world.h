@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "common/run_error.h"
 #include "common/services.h"
 #include "common/timer_queue.h"
 #include "config/memory_store.h"
@@ -91,6 +92,17 @@ class Recorded_Error_Log : public Error_Log {
     std::vector<std::string> entries;
 };
 
+/// A store that can be full: then it takes nothing more.
+class Full_Store : public Memory_Store {
+  public:
+    void Set(std::string_view section, std::string_view key, std::string_view value) override {
+        if (full)
+            throw Run_Error(error_number::disk_full, "The store is full");
+        Memory_Store::Set(section, key, value);
+    }
+    bool full = false;
+};
+
 /// The fixture. A test that expects reports takes them with `Take_Errors`.
 class Test_World : public testing::Test {
   protected:
@@ -107,7 +119,7 @@ class Test_World : public testing::Test {
 
     Virtual_Clock clock;
     Scripted_Desktop desktop{clock};
-    Memory_Store store;
+    Full_Store store;
     Recorded_Error_Log error_log;
     std::filesystem::path directory;
     Services services;
