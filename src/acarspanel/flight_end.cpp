@@ -297,7 +297,9 @@ void ucACARS::Keep_Row_Somewhere() {
 void ucACARS::Tell_Where(const std::filesystem::path& kept) {
     if (!kept.empty()) {
         Tell(m_services.desktop,
-             fmt::format("The row of this flight is kept in {}", From_Path(kept)));
+             fmt::format("The row of this flight is kept in {}; \"Recover Unsaved Flights ...\" in "
+                         "the menu \"Flight Logs\" brings it back.",
+                         From_Path(kept)));
     }
 }
 
