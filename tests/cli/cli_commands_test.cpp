@@ -122,7 +122,12 @@ TEST_F(Cli_Commands, Show_a_flight_plan) {
 
 TEST_F(Cli_Commands, Keep_a_second_writer_away_but_let_others_look) {
     Start_Simulator();
-    Child_Process flying(Command(fly));
+    // Found where the settings say: nothing else names the simulator here.
+    const auto address = "unix:" + (directory / "sim").string();
+    EXPECT_EQ(Run({"settings", "set", "Simulator_Address", address}).status, 0);
+    std::vector<std::string> command{NORVANE_CLI, "--home", home.string()};
+    command.insert(command.end(), fly.begin(), fly.end());
+    Child_Process flying(command);
     ASSERT_TRUE(flying.Read_Until([](const std::string& output) { return !output.empty(); }));
     const auto second = Run({"settings", "set", "PilotID", "7"});
     const auto look = Run({"settings", "get", "ACARS_Date"});

@@ -195,7 +195,7 @@ TEST_F(Dialog_Views, A_row_is_chosen_by_keys_and_taken_by_Enter_or_a_double_clic
 TEST_F(Dialog_Views, Airports_are_found_while_the_pilot_types_and_copied_by_keys) {
     Write("bin/fs9.wld",
           "19.7|-155|38|PHTO|Hilo|\r\n21.3|-157.9|13|PHNL|Honolulu|\r\n1|2|3|KXYZ|Other|\r\n");
-    frmICAO form(services, [] { return std::string("fs9.wld"); });
+    frmICAO form(services, [] { return frmICAO::World_Files{"fs9.wld", "fs9UD.wld"}; });
     Airport_View view(form, nullptr);
     form.Show_Form();
     QApplication::processEvents();
