@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <utility>
+
 #include "common/date_time.h"
 #include "common/log_error.h"
 #include "common/services.h"
@@ -82,17 +85,25 @@ void ucFlightLog::Fields_To_Print(bool visible) {
 
 Print_Job ucFlightLog::Print_Setup() const {
     const Date_Time now = m_services.clock.Local_Now();
-    return {fmt::format("Flight Log: [{}]{} {:02}:{:02}:{:02}", m_settings.FlightLog(),
-                        Format_Date(now.date, m_services.regional.short_date), now.time.hour,
-                        now.time.minute, now.time.second),
-            !m_page_set_up};
+    const std::string& log = m_settings.FlightLog();
+    const auto& [hour, minute, second] = now.time;
+    std::string file_name = fmt::format("Flight Log - {} - {} {:02}-{:02}-{:02}", log,
+                                        Format_Date(now.date, "yyyy-MM-dd"), hour, minute, second);
+    std::replace_if(
+        file_name.begin(), file_name.end(),
+        [](char c) {
+            return static_cast<unsigned char>(c) < ' ' || Contains("/\\:*?\"<>|", {&c, 1});
+        },
+        '-');
+    return {
+        fmt::format("Flight Log: [{}]{} {:02}:{:02}:{:02}", log,
+                    Format_Date(now.date, m_services.regional.short_date), hour, minute, second),
+        std::move(file_name)};
 }
 
 void ucFlightLog::Grid_Page_Setup() {
-    Guarded(m_services, "ucFlightLog.Grid_Page_Setup()", Show::box, [&] {
-        page_setup_wanted.emit(Print_Setup());
-        m_page_set_up = true;
-    });
+    Guarded(m_services, "ucFlightLog.Grid_Page_Setup()", Show::box,
+            [&] { page_setup_wanted.emit(Print_Setup()); });
 }
 
 void ucFlightLog::Grid_Print_Preview() {

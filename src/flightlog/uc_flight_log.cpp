@@ -50,7 +50,6 @@ void ucFlightLog::UCI() {
     Guarded(m_services, "ucFlightLog.UCI()", Show::box, [&] {
         m_changed = false;
         m_unsaved_edits = false;
-        m_page_set_up = false;
         Make_Grid(false);
         Make_Report_Field_List();
         m_subscription.disconnect();

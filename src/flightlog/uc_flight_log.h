@@ -34,8 +34,9 @@ class clsVASettings;
 struct Print_Job {
     /// Over every page.
     std::string heading;
-    /// The pilot has not set pages up in this run: print in landscape.
-    bool default_page = true;
+    /// What a file of it is called, without a directory or an extension; of signs that every system
+    /// takes.
+    std::string file_name;
 };
 
 class ucFlightLog {
@@ -226,7 +227,6 @@ class ucFlightLog {
     std::string m_pop_up_line;
     std::vector<Report_Field> lvwLog;
     /// The pilot has set pages up in this run.
-    bool m_page_set_up = false;
     /// Columns are hidden for the time of a printout.
     bool m_printing = false;
     bool m_changed = false;

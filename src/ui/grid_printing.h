@@ -20,6 +20,7 @@ class Grid_Printing : public QObject {
     Grid_Printing(ucFlightLog& log, Qt_Desktop& desktop, QWidget& parent);
 
   private:
+    /// Ready for a new job: all pages, once, from the first; the page as it was set up.
     [[nodiscard]] QPrinter& Printer(const Print_Job& job);
     void Set_Page_Up(const Print_Job& job);
     void Preview(const Print_Job& job);
@@ -32,6 +33,8 @@ class Grid_Printing : public QObject {
     QWidget& m_parent;
     /// Made when it is needed: looking for printers takes its time.
     std::unique_ptr<QPrinter> m_printer;
+    /// Where the last file went, or where the pilot keeps documents.
+    QString m_directory;
 };
 
 }  // namespace norvane

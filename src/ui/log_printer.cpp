@@ -1,6 +1,7 @@
 #include "ui/log_printer.h"
 
 #include <QFontMetrics>
+#include <QPageRanges>
 #include <QPainter>
 #include <algorithm>
 
@@ -22,6 +23,27 @@ constexpr int lines_without_flights = 5;
 
 }  // namespace
 
+std::vector<int> Pages_To_Paint(const QPrinter& printer, int pages) {
+    const bool ranged = printer.printRange() == QPrinter::PageRange;
+    const QPageRanges ranges = printer.pageRanges();
+    std::vector<int> wanted;
+    for (int page = 1; page <= pages; ++page) {
+        if (!ranged || ranges.isEmpty() || ranges.contains(page))
+            wanted.push_back(page);
+    }
+    if (printer.outputFormat() != QPrinter::PdfFormat)
+        return wanted;
+    if (printer.pageOrder() == QPrinter::LastPageFirst)
+        std::reverse(wanted.begin(), wanted.end());
+    const auto copies = static_cast<std::size_t>(std::max(1, printer.copyCount()));
+    std::vector<int> painted;
+    for (std::size_t i = 0; i < copies * wanted.size(); ++i) {
+        painted.push_back(printer.collateCopies() ? wanted.at(i % wanted.size())
+                                                  : wanted.at(i / copies));
+    }
+    return painted;
+}
+
 Log_Printer::Log_Printer(const Log_Table& table, const Grid_Layout& layout, QString heading,
                          QPrinter& printer)
     : m_table(table),
@@ -41,17 +63,26 @@ Log_Printer::Log_Printer(const Log_Table& table, const Grid_Layout& layout, QStr
 }
 
 void Log_Printer::Place_Columns(const Grid_Layout& layout) {
+    const auto dots = [&](std::size_t column) {
+        const double width = static_cast<double>(layout.columns.at(column).width_twips) *
+                             m_printer.resolution() / twips_per_inch;
+        return static_cast<int>(std::clamp(width, 0.0, double(m_page.width())));
+    };
+    std::vector<Column> repeated;
+    int used_by_repeated = 0;
+    if (layout.columns[log_column::date].visible && 2 * dots(log_column::date) <= m_page.width()) {
+        used_by_repeated = dots(log_column::date);
+        repeated.push_back({log_column::date, used_by_repeated});
+    }
     m_across.emplace_back();
     int used = 0;
     for (std::size_t i = 0; i < layout.columns.size(); ++i) {
         if (!layout.columns.at(i).visible)
             continue;
-        const double dots = static_cast<double>(layout.columns.at(i).width_twips) *
-                            m_printer.resolution() / twips_per_inch;
-        const int width = static_cast<int>(std::clamp(dots, 0.0, double(m_page.width())));
+        const int width = std::min(dots(i), m_page.width() - used_by_repeated);
         if (used + width > m_page.width()) {
-            m_across.emplace_back();
-            used = 0;
+            m_across.push_back(repeated);
+            used = used_by_repeated;
         }
         m_across.back().push_back({i, width});
         used += width;
@@ -63,18 +94,20 @@ int Log_Printer::Pages() const {
     return static_cast<int>(std::max<std::size_t>(1, down) * m_across.size());
 }
 
-bool Log_Printer::Print(int first, int last, const std::function<bool(int)>& goes_on) {
+bool Log_Printer::Print(const std::vector<int>& pages, const std::function<bool(int)>& goes_on) {
     QPainter painter;
     if (!painter.begin(&m_printer))
         return false;
-    for (int page = first; page <= last; ++page) {
+    int painted = 0;
+    for (const int page : pages) {
         // Another log may have come meanwhile: its rows are not those that were counted.
-        if (!goes_on(page) || m_table.Row_Count() < m_rows ||
-            (page > first && !m_printer.newPage())) {
+        if (!goes_on(painted) || m_table.Row_Count() < m_rows ||
+            (painted > 0 && !m_printer.newPage())) {
             m_printer.abort();
             return false;
         }
         Paint_Page(painter, page);
+        ++painted;
     }
     return painter.end();
 }

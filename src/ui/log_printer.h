@@ -1,6 +1,7 @@
 #pragma once
 // The flight log on paper: what the grid shows, in its widths. Columns that do not fit go on on
-// further pages, which follow at once, so that the pages of a flight lie together. Cells are read
+// further pages, which repeat the date and follow at once, so that the pages of a flight lie
+// together. Cells are read
 // from the table while their page is painted; nothing is built beforehand.
 
 #include <QFont>
@@ -14,6 +15,10 @@
 
 namespace norvane {
 
+/// The pages that the pilot asked for in the dialog of `printer`, in their order, each as often as
+/// it is to be painted. Printers make copies and turn the order by themselves; a file does not.
+[[nodiscard]] std::vector<int> Pages_To_Paint(const QPrinter& printer, int pages);
+
 class Log_Printer {
   public:
     /// Paints with the page, the resolution and the fonts of `printer`. Table and layout are read
@@ -23,9 +28,9 @@ class Log_Printer {
 
     /// At least one, even without columns.
     [[nodiscard]] int Pages() const;
-    /// Paints pages `first` to `last`, from 1, and asks `goes_on` before each one, with its number.
-    /// False when the printer cannot be painted on, or the printing was ended.
-    bool Print(int first, int last, const std::function<bool(int)>& goes_on);
+    /// Paints pages, numbered from 1, in this order, and asks `goes_on` before each one, with how
+    /// many are painted. False when the printer cannot be painted on, or the printing was ended.
+    bool Print(const std::vector<int>& pages, const std::function<bool(int)>& goes_on);
 
   private:
     struct Column {

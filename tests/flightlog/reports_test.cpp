@@ -189,16 +189,13 @@ TEST_F(Reports_Test, A_preview_shows_the_chosen_columns_and_afterwards_all_it_le
         ++previews;
         EXPECT_EQ(shown(), "0 3 ");
         EXPECT_EQ(job.heading, "Flight Log: [My Flight Log]3/14/2026 15:09:26");
-        EXPECT_TRUE(job.default_page);
+        EXPECT_EQ(job.file_name, "Flight Log - My Flight Log - 2026-03-14 15-09-26");
     });
     log->hypACARS[ucFlightLog::print_preview].Click();
     EXPECT_EQ(previews, 1);
     // Even what the pilot had hidden.
     EXPECT_TRUE(log->Layout().columns[5].visible);
     EXPECT_TRUE(log->Layout().columns[19].visible);
-    log->Grid_Page_Setup();
-    log->print_wanted.connect([&](const Print_Job& job) { EXPECT_FALSE(job.default_page); });
-    log->Grid_Print();
 }
 
 TEST(Column_Number_Test, A_unit_behind_a_number_does_not_hide_it_in_any_country) {

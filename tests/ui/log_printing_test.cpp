@@ -1,18 +1,25 @@
-// Printing from the flight log panel, up to the end of the program in the midst of it.
+// Printing from the flight log panel through the desktop's dialogs, read back from the files, up to
+// the end of the program in the midst of it.
 
 #include <gtest/gtest.h>
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
 #include <QProgressDialog>
+#include <QRadioButton>
+#include <QSpinBox>
 #include <QTimer>
 #include <fstream>
-#include <iterator>
 
 #include "flightlog/log_world.h"
 #include "ui/grid_printing.h"
+#include "ui/pdf_text.h"
 #include "ui/qt_desktop.h"
 #include "ui/qt_text.h"
 
@@ -21,9 +28,11 @@ namespace {
 
 class Log_Printing : public test::Log_World {
   protected:
-    void SetUp() override {
+    void Start_With(int rows) {
+        qputenv("HOME", directory.c_str());
+        std::filesystem::create_directory(directory / "Documents");
         std::string lines;
-        for (int row = 0; row < 5000; ++row)
+        for (int row = 0; row < rows; ++row)
             lines += test::Full_Line("1/2/2008|B738|N123|PHNL|Honolulu");
         Write(log_file, lines);
         Start();
@@ -31,35 +40,45 @@ class Log_Printing : public test::Log_World {
         new Grid_Printing(*log, qt_desktop, parent);
         parent.show();
         QObject::connect(&look, &QTimer::timeout, &look, [this] { Step(); });
-        look.start(20);
         // What is still open by then would be open for ever.
         QObject::connect(&too_late, &QTimer::timeout, &too_late, [this] {
             if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
                 hung = true;
+                look.stop();
+                if (auto* box = qobject_cast<QMessageBox*>(dialog))
+                    ADD_FAILURE() << From_Q(box->text());
                 dialog->reject();
             }
         });
-        too_late.start(10'000);
+        too_late.start(20'000);
     }
-    /// The pilot's part: prints to the file, out of the preview or not; then the program ends.
+    /// Chooses a command; the pilot's parts are played in the dialogs that open, one after the
+    /// other.
+    void Choose(ucFlightLog::Command command) {
+        look.start(20);
+        log->hypACARS[command].Click();
+        look.stop();
+        EXPECT_FALSE(hung);
+    }
     void Step() {
         QWidget* const modal = QApplication::activeModalWidget();
-        if (auto* preview = qobject_cast<QPrintPreviewDialog*>(modal)) {
-            look.setInterval(200);
-            for (QAction* action : preview->findChildren<QAction*>()) {
-                if (action->text() == "Print") {
-                    action->trigger();
-                    return;
-                }
-            }
-        } else if (auto* dialog = qobject_cast<QPrintDialog*>(modal); dialog && !over_preview) {
-            dialog->printer()->setOutputFormat(QPrinter::PdfFormat);
-            dialog->printer()->setOutputFileName(Path_To_Q(file));
-            dialog->done(QDialog::Accepted);
-        } else if (dialog || qobject_cast<QProgressDialog*>(modal)) {
-            look.stop();
-            qt_desktop.End_Dialogs();
+        if (auto* dialog = qobject_cast<QPrintDialog*>(modal); dialog && on_dialog) {
+            file = Path_From_Q(dialog->findChild<QLineEdit*>("filename")->text());
+            on_dialog(*dialog);
+        } else if (auto* preview = qobject_cast<QPrintPreviewDialog*>(modal);
+                   preview && on_preview) {
+            on_preview(*preview);
+        } else if (auto* progress = qobject_cast<QProgressDialog*>(modal);
+                   progress && on_progress) {
+            on_progress(*progress);
         }
+    }
+    static void Trigger(QWidget& dialog, const QString& text) {
+        for (QAction* action : dialog.findChildren<QAction*>()) {
+            if (action->text() == text)
+                return action->trigger();
+        }
+        ADD_FAILURE() << "no action " << text.toStdString();
     }
 
     Window_Clock qt_clock;
@@ -67,29 +86,99 @@ class Log_Printing : public test::Log_World {
     QWidget parent;
     QTimer look;
     QTimer too_late;
-    bool over_preview = false;
     bool hung = false;
-    const std::filesystem::path file = directory / "log.pdf";
+    std::function<void(QPrintDialog&)> on_dialog;
+    std::function<void(QPrintPreviewDialog&)> on_preview;
+    std::function<void(QProgressDialog&)> on_progress;
+    /// The one that the dialog offered.
+    std::filesystem::path file;
 };
 
-TEST_F(Log_Printing, The_programs_end_ends_it) {
-    log->hypACARS[ucFlightLog::print].Click();
-    EXPECT_FALSE(look.isActive());
-    EXPECT_FALSE(hung);
-    std::ifstream pdf(file, std::ios::binary);
-    const std::string content(std::istreambuf_iterator<char>(pdf), {});
-    std::size_t pages = 0;
-    for (auto at = content.find("/Type /Page\n"); at != std::string::npos;
-         at = content.find("/Type /Page\n", at + 1))
-        ++pages;
-    EXPECT_LT(pages, 100U) << "all pages were printed before the program could end";
+TEST_F(Log_Printing, A_file_gets_what_the_dialog_asks_for_and_the_next_one_all_again) {
+    Start_With(150);
+    on_dialog = [](QPrintDialog& dialog) { dialog.accept(); };
+    Choose(ucFlightLog::print);
+    EXPECT_EQ(file, directory / "Documents/Flight Log - My Flight Log - 2026-03-14 15-09-26.pdf");
+    const std::string all = test::Pdf_Page_Numbers(file);
+    EXPECT_TRUE(all.starts_with("1 2 3 4 ")) << all;
+    EXPECT_NE(test::Pdf_Pages(file)[0].find("Flight Log: [My Flight Log]3/14/2026 15:09:26"),
+              std::string::npos);
+
+    on_dialog = [](QPrintDialog& dialog) {
+        dialog.findChild<QRadioButton*>("pagesRadioButton")->setChecked(true);
+        dialog.findChild<QLineEdit*>("pagesLineEdit")->setText("1,3-4");
+        dialog.findChild<QSpinBox*>("copies")->setValue(2);
+        dialog.findChild<QCheckBox*>("reverse")->setChecked(true);
+        dialog.accept();
+    };
+    clock.Sleep(std::chrono::seconds(5));
+    Choose(ucFlightLog::print);
+    EXPECT_EQ(test::Pdf_Page_Numbers(file), "4 3 1 4 3 1 ");
+
+    on_dialog = [](QPrintDialog& dialog) { dialog.accept(); };
+    clock.Sleep(std::chrono::seconds(5));
+    Choose(ucFlightLog::print);
+    EXPECT_EQ(test::Pdf_Page_Numbers(file), all);
 }
 
-TEST_F(Log_Printing, The_programs_end_closes_the_dialog_over_the_preview) {
-    over_preview = true;
-    log->hypACARS[ucFlightLog::print_preview].Click();
-    EXPECT_FALSE(look.isActive());
-    EXPECT_FALSE(hung);
+TEST_F(Log_Printing, What_is_cancelled_leaves_the_files_as_they_were) {
+    Start_With(3000);
+    on_dialog = [this](QPrintDialog& dialog) {
+        std::ofstream(file) << "older";
+        // Else it asks whether to write over it.
+        dialog.done(QDialog::Accepted);
+    };
+    on_progress = [](QProgressDialog& progress) {
+        if (progress.value() > 5)
+            progress.cancel();
+    };
+    Choose(ucFlightLog::print);
+    EXPECT_EQ(test::Pdf_Pages(file).size(), 0U);
+    std::vector<std::filesystem::path> left;
+    for (const auto& each : std::filesystem::directory_iterator(directory / "Documents"))
+        left.push_back(each.path());
+    EXPECT_EQ(left, std::vector{file});
+    EXPECT_EQ(std::filesystem::file_size(file), 5U);
+}
+
+TEST_F(Log_Printing, The_previews_own_page_is_the_page_from_then_on) {
+    Start_With(3);
+    on_preview = [](QPrintPreviewDialog& preview) {
+        preview.findChild<QPrintPreviewWidget*>()->setPortraitOrientation();
+        preview.reject();
+    };
+    Choose(ucFlightLog::print_preview);
+    auto orientation = QPageLayout::Landscape;
+    on_dialog = [&](QPrintDialog& dialog) {
+        orientation = dialog.printer()->pageLayout().orientation();
+        dialog.reject();
+    };
+    Choose(ucFlightLog::print);
+    EXPECT_EQ(orientation, QPageLayout::Portrait);
+}
+
+TEST_F(Log_Printing, The_programs_end_ends_the_printing_and_the_dialog_over_the_preview) {
+    Start_With(3000);
+    const auto end = [this] {
+        look.stop();
+        qt_desktop.End_Dialogs();
+    };
+    on_preview = [&](QPrintPreviewDialog& preview) {
+        look.start(200);
+        on_preview = nullptr;
+        QTimer::singleShot(300, &preview, end);
+        Trigger(preview, "Print");
+    };
+    Choose(ucFlightLog::print_preview);
+    EXPECT_TRUE(on_preview == nullptr);
+}
+
+TEST_F(Log_Printing, The_programs_end_leaves_no_half_of_a_log) {
+    Start_With(3000);
+    on_dialog = [](QPrintDialog& dialog) { dialog.accept(); };
+    on_progress = [this](QProgressDialog&) { qt_desktop.End_Dialogs(); };
+    Choose(ucFlightLog::print);
+    EXPECT_FALSE(std::filesystem::exists(file));
 }
 
 }  // namespace
