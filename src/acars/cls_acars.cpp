@@ -61,6 +61,10 @@ void clsACARS::Write_Message_To_FS(std::string_view text) {
     m_engine->Write_Message_To_FS(text);
 }
 
+bool clsACARS::Is_Showing_Messages() const {
+    return m_engine->Is_Showing_Messages();
+}
+
 bool clsACARS::Is_Stepping() const {
     return m_engine->Is_Stepping();
 }

@@ -67,6 +67,8 @@ class clsACARS {
     /// Shows a text in the simulator, line by line, with pauses during which events flow.
     void Write_Message_To_FS(std::string_view text);
 
+    /// Messages are on their way into the simulator, or stand there for their time.
+    [[nodiscard]] bool Is_Showing_Messages() const;
     /// True while `Start` or a step runs.
     [[nodiscard]] bool Is_Stepping() const;
     /// False when what the step before stored, listeners' writes included, was lost with its

@@ -1,5 +1,6 @@
 #include "acars/engine.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -295,6 +296,11 @@ void ACARS_Engine::Queue_Message(const std::string& text) {
         m_carriers.push_back(std::make_unique<frmFSMsg>(m_context.services.desktop.Timers()));
         m_carriers.back()->Queue_Message(*this, text);
     });
+}
+
+bool ACARS_Engine::Is_Showing_Messages() const {
+    return std::any_of(m_carriers.begin(), m_carriers.end(),
+                       [](const auto& carrier) { return !carrier->Is_Done(); });
 }
 
 void ACARS_Engine::Stop_Displays() {

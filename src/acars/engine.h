@@ -47,6 +47,7 @@ class ACARS_Engine {
     /// As `Show_Message`, after the step that may be running.
     void Write_Message_To_FS(std::string_view text);
 
+    [[nodiscard]] bool Is_Showing_Messages() const;
     [[nodiscard]] bool Is_Stepping() const { return m_stepping; }
     [[nodiscard]] bool Was_Stored() const { return m_stored; }
     [[nodiscard]] const Flight_State& State() const { return m_context.state; }

@@ -105,6 +105,7 @@ bool ucACARS::ACARS_LOG() {
         const std::string row = Row();
         const bool was_logged_before = m_finish != Finish::logged && !m_row_in_log.empty();
         m_objNewLogEntry.Set_Row_In_Log(was_logged_before ? m_row_in_log : "");
+        Note_Due_PIREP(row, was_logged_before);
         if (at_gate)
             Note_Row_To_Be_Logged(row);
         m_objNewLogEntry.New_Log_Entry_Save();
@@ -117,7 +118,7 @@ bool ucACARS::ACARS_LOG() {
             Guarded(m_services, "ucACARS.ACARS_LOG()", Show::box,
                     [&] { Delete_Stored_Flight(m_services); });
         }
-        if (has_pirep && m_saved && m_settings.OPT_PIREP_SEND())
+        if (has_pirep && m_saved)
             Send_PIREP_Of(was_logged_before);
     });
     return m_saved;
@@ -141,7 +142,10 @@ void ucACARS::Take_Logged_Row(const std::string& row, bool at_gate) {
 void ucACARS::Send_PIREP_Of(bool was_logged_before) {
     if (!was_logged_before) {
         Queue_PIREP();
-    } else if (!m_airline.Script_PIREP().empty()) {
+        return;
+    }
+    m_due_pireps.Take_Off(m_objNewLogEntry.Get(Log_Field::PIREP_FILE_NAME));
+    if (m_settings.OPT_PIREP_SEND() && !m_airline.Script_PIREP().empty()) {
         Tell(m_services.desktop,
              fmt::format(
                  "The airline has the PIREP of this flight as it was logged before the gate.  "

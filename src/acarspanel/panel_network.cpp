@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "acars/cls_acars.h"
+#include "common/boxes.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "config/cls_va_settings.h"
@@ -21,6 +22,11 @@ namespace {
 
 /// How long a pilot who leaves waits for the airline to take his last PIREP, whose file remains.
 constexpr std::chrono::milliseconds longest_last_post(15'000);
+
+constexpr std::string_view no_pilot_id =
+    "Your flight plan is to come from the online network, but the settings hold no VATSIM PID.  "
+    "The flight goes on without it: please enter the plan here, or the PID in Settings before the "
+    "next flight.";
 
 }  // namespace
 
@@ -98,6 +104,7 @@ void ucACARS::VATSIM_Tick() {
         const std::string pilot_id = m_settings.VATSIM_PID();
         if (pilot_id.empty()) {
             tmrVATSIM.Set_Enabled(false);
+            Tell(m_services.desktop, no_pilot_id, Icon::exclamation);
             return;
         }
         if (std::exchange(m_polled_in_round, m_request_round) != m_request_round)
@@ -123,10 +130,49 @@ void ucACARS::VATSIM_Tick() {
     });
 }
 
+/// The row of a flight and its PIREP cannot be written in one stroke, and the post takes its time:
+/// a program that ends between them makes up by this note what is missing.
+void ucACARS::Note_Due_PIREP(const std::string& row, bool was_logged_before) {
+    if (!m_settings.OPT_PIREP())
+        return;
+    const clsLogEntry& entry = m_objNewLogEntry;
+    m_due_pireps.Note({entry.Get(Log_Field::PIREP_FILE_NAME), entry.PIREP_Line(), row,
+                       m_airline.Name(), m_settings.OPT_PIREP_SEND() && !was_logged_before,
+                       Due_PIREP::Stage::noted});
+}
+
+/// The PIREP of the flight just logged is written: what is left of it is its post.
 void ucACARS::Queue_PIREP() {
-    m_posts.push_back({m_objNewLogEntry.Get(Log_Field::PIREP_FILE_NAME),
-                       m_settings.Virtual_Airline(), !m_services.desktop.Timers().Is_Ticking()});
+    const std::string file = m_objNewLogEntry.Get(Log_Field::PIREP_FILE_NAME);
+    if (!m_settings.OPT_PIREP_SEND()) {
+        m_due_pireps.Take_Off(file);
+        return;
+    }
+    m_due_pireps.Set_Stage(file, Due_PIREP::Stage::written);
+    m_posts.push_back({file, m_airline.Name(), !m_services.desktop.Timers().Is_Ticking()});
     m_post_timer.Set_Enabled(true);
+}
+
+/// Makes up what an earlier run left between a flight's row and the airline. A row that is not in
+/// the log has no PIREP yet.
+void ucACARS::Take_Up_Due_PIREPs() {
+    using Stage = Due_PIREP::Stage;
+    m_due_pireps.Load();
+    const std::vector<Due_PIREP> left = m_due_pireps.All();
+    for (const Due_PIREP& due : left) {
+        if (due.stage == Stage::noted) {
+            clsLogEntry entry(m_services);
+            if (!Stands_In_Log(due.row) || !entry.Make_Up_PIREP(due.file, due.line))
+                continue;
+            if (!due.is_sent) {
+                m_due_pireps.Take_Off(due.file);
+                continue;
+            }
+            m_due_pireps.Set_Stage(due.file, Stage::written);
+        }
+        m_posts.push_back({due.file, due.airline, false, due.stage == Stage::sending});
+    }
+    m_post_timer.Set_Enabled(!m_posts.empty());
 }
 
 void ucACARS::Post_PIREPs() {
@@ -137,9 +183,24 @@ void ucACARS::Post_PIREPs() {
     while (!m_posts.empty()) {
         const PIREP_Post post = std::move(m_posts.front());
         m_posts.pop_front();
-        Post_PIREP(post);
+        if (post.is_uncertain)
+            Tell_Of_Uncertain_PIREP(post);
+        else
+            Post_PIREP(post);
     }
     m_posting = false;
+}
+
+/// A second post could reach the airline as a second flight: the pilot decides.
+void ucACARS::Tell_Of_Uncertain_PIREP(const PIREP_Post& post) {
+    m_due_pireps.Take_Off(post.file);
+    Tell(m_services.desktop,
+         fmt::format("Norvane was ended while it sent a PIREP to the airline {}, which may have "
+                     "got it or not.  The flight is in the flight log, and the PIREP is kept "
+                     "in\r\n\r\n{}\r\n\r\nIf the airline does not have it, please send it with "
+                     "\"File\" / \"Send PIREP ...\".",
+                     post.airline, post.file),
+         Icon::information);
 }
 
 void ucACARS::Post_PIREP(const PIREP_Post& post) {
@@ -150,35 +211,54 @@ void ucACARS::Post_PIREP(const PIREP_Post& post) {
         // A change of the airline on the panel would take its fields away from the next flight.
         const Airline_By_Name of_flight(m_services, m_airline, post.airline);
         const clsVASettings& airline = of_flight.Get();
-        if (airline.Script_PIREP().empty())
+        if (airline.Script_PIREP().empty()) {
+            m_due_pireps.Take_Off(post.file);
             return;
-        const Busy_Cursor busy(m_services.desktop);
-        const Wait_Notice notice(m_services.desktop, "Contacting the airline's server ...");
+        }
+        const auto is_given_up = [this] { return m_http.given_up && m_http.given_up(); };
+        // Not begun, it stays due.
+        if (is_given_up())
+            return;
         // An entry of its own: the shared one may be the next flight's before the post is over.
         clsLogEntry entry(m_services);
         entry.Set(Log_Field::PIREP_FILE_NAME, post.file);
-        m_response.Contact_Server();
         // Closing ends a post, but not one that began with it.
-        const auto is_over = [this, began_closed = m_closed] { return m_closed && !began_closed; };
-        Http_Options limits = Given_Up_When(is_over, m_http);
+        const bool began_closed = m_closed;
+        Http_Options limits =
+            Given_Up_When([this, began_closed] { return m_closed && !began_closed; }, m_http);
         if (m_closed)
             limits.all_within = std::min(limits.all_within, longest_last_post);
-        const bool is_answered = entry.Send_PIREP(m_settings, airline, limits);
-        if (is_answered && !m_closed)
+        std::optional<Run_Error> failure;
+        {
+            const Busy_Cursor busy(m_services.desktop);
+            const Wait_Notice notice(m_services.desktop, "Contacting the airline's server ...");
+            m_response.Contact_Server();
+            m_due_pireps.Set_Stage(post.file, Due_PIREP::Stage::sending);
+            failure = entry.Send_PIREP(m_settings, airline, limits);
+        }
+        // A post that was broken off may have arrived: the next start tells.
+        const bool is_broken_off = failure && ((m_closed && !began_closed) || is_given_up());
+        if (!is_broken_off)
+            m_due_pireps.Take_Off(post.file);
+        if (!failure && !m_closed)
             m_response.Show_Response();
         else
             m_response.Close();
+        if (failure && !is_broken_off)
+            Tell_PIREP_Failure(m_services.desktop, *failure);
     });
 }
 
-/// Sends what waits; a post that is under way is given up, and what waits behind it.
+/// Sends what waits; a post that is under way is given up, and what waits behind it stays due.
 void ucACARS::End_Posts(Closing how) {
     m_post_timer.Set_Enabled(false);
     if (!m_posting && how == Closing::by_pilot)
         Post_PIREPs();
     for (const PIREP_Post& post : std::exchange(m_posts, {})) {
-        Log_Error(m_services, "ucACARS.Close()",
-                  {error_number::other, "The PIREP was not sent: " + post.file}, Show::silent);
+        Log_Error(
+            m_services, "ucACARS.Close()",
+            {error_number::other, "The PIREP is not sent before the next start: " + post.file},
+            Show::silent);
     }
 }
 

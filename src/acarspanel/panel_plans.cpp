@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "acars/cls_acars.h"
+#include "common/boxes.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "net/vatsim_data.h"
@@ -12,6 +13,14 @@
 #include "simdata/plan_choice.h"
 
 namespace norvane {
+
+namespace {
+
+constexpr std::string_view cut_plan =
+    "The online network sent only a part of your flight plan.  What came stands on the panel; "
+    "please enter the rest yourself.";
+
+}  // namespace
 
 void ucACARS::Load_Flight_Plan() {
     Guarded(m_services, "ucACARS.hypFP_Click()", Show::silent, [&] {
@@ -47,7 +56,7 @@ void ucACARS::Read_Flight_Plan(const std::filesystem::path& file) {
 }
 
 void ucACARS::Read_VATSIM_Data(std::string_view line) {
-    Guarded(m_services, "ucACARS.Read_VATSIM_Data()", Show::silent, [&] {
+    const bool is_whole = Guarded(m_services, "ucACARS.Read_VATSIM_Data()", Show::silent, [&] {
         m_plan_read = true;
         m_network_plan = true;
         m_changed = true;
@@ -73,6 +82,8 @@ void ucACARS::Read_VATSIM_Data(std::string_view line) {
         txtFlightLevel.Set_Text(field(vatsim_place::altitude));
         Set_Rules(field(vatsim_place::rules) == "I");
     });
+    if (!is_whole)
+        Tell(m_services.desktop, cut_plan, Icon::exclamation);
 }
 
 void ucACARS::Set_Rules(bool instrument) {

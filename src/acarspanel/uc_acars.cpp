@@ -44,6 +44,7 @@ ucACARS::ucACARS(Parts parts)
                 Given_Up_When([this] { return m_polled_in_round != m_request_round; }, m_http)),
       m_ends{{{txtOrigin, lblOriginName, txtWXOrigin, {}},
               {txtDestination, lblDestinationName, txtWXDestination, {}}}},
+      m_due_pireps(m_services),
       m_post_timer(m_services.desktop.Timers(), post_delay) {
     for (const Panel_Field& row : Panel_Fields()) {
         if (Label* label = row.Find_Label(*this))
@@ -89,6 +90,7 @@ void ucACARS::UCI() {
         Set_Active_State(false);
         Restore();
         Show_Stored();
+        Take_Up_Due_PIREPs();
     });
 }
 

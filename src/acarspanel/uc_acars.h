@@ -21,6 +21,7 @@
 #include <utility>
 #include <vector>
 
+#include "acarspanel/due_pireps.h"
 #include "common/controls.h"
 #include "common/services.h"
 #include "common/timer_queue.h"
@@ -251,8 +252,10 @@ class ucACARS {
     struct PIREP_Post {
         std::string file;
         std::string airline;
-        /// The pilot logged the flight and is told what fails.
+        /// The pilot logged the flight and waits for the answer.
         bool by_pilot = false;
+        /// An earlier run was ended while the airline's server had it.
+        bool is_uncertain = false;
     };
 
     void Connect_Controls();
@@ -311,9 +314,12 @@ class ucACARS {
     [[nodiscard]] bool May_Ask() const;
     [[nodiscard]] bool Polls_Network() const;
     void Drop_Requests();
+    void Note_Due_PIREP(const std::string& row, bool was_logged_before);
+    void Take_Up_Due_PIREPs();
     void Queue_PIREP();
     void Post_PIREPs();
     void Post_PIREP(const PIREP_Post& post);
+    void Tell_Of_Uncertain_PIREP(const PIREP_Post& post);
     void End_Posts(Closing how);
 
     void Create_Log_Entry();
@@ -402,6 +408,7 @@ class ucACARS {
     std::array<End, 2> m_ends;
     std::deque<PIREP_Post> m_posts;
     bool m_posting = false;
+    Due_PIREPs m_due_pireps;
     /// A post takes up to a minute: it has a timer of its own, beside which all others go on.
     Timer m_post_timer;
     /// Minutes counted by `tmrPos` since the last position report was asked for.

@@ -1,8 +1,10 @@
 #include "app/program.h"
 
-#include "common/log_error.h"
-
 #include <utility>
+
+#include "common/boxes.h"
+#include "common/code_page.h"
+#include "common/log_error.h"
 
 namespace norvane {
 
@@ -85,7 +87,18 @@ void Program::End_The_Rest() {
     m_closing = true;
     end([this] { link.IPC_Close(); });
     end([this] { flight_log.End(); });
+    end([this] { Keep_PIREP_Edits(); });
     Closed.emit();
+}
+
+void Program::Keep_PIREP_Edits() {
+    const std::filesystem::path kept = pirep_editor.Keep_Edits();
+    if (!kept.empty() && !m_signalled) {
+        Tell(services.desktop,
+             "The PIREP that was open has changes that were not saved.  They are "
+             "kept in\r\n\r\n" +
+                 From_Path(kept));
+    }
 }
 
 }  // namespace norvane

@@ -77,6 +77,7 @@ class Program {
     [[nodiscard]] Http_Options Limits(const Http_Options& http) const;
     void Connect();
     void End_The_Rest();
+    void Keep_PIREP_Edits();
 
     bool m_close_called = false;
     /// From here on no request is waited for any longer.

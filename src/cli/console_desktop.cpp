@@ -14,16 +14,32 @@ namespace norvane {
 Console_Desktop::Console_Desktop(Clock& clock, Signal_Watch& signals, double speed, bool yes)
     : m_signals(signals), m_timers(clock, speed), m_yes(yes) {}
 
+std::string Console_Desktop::Printable(std::string utf8) {
+    for (std::size_t i = 0; i < utf8.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(utf8[i]);
+        const bool is_control = (byte < 0x20 && byte != '\n' && byte != '\t') || byte == 0x7F;
+        // The second row of controls, U+0080 to U+009F, has two bytes each.
+        const bool is_late_control =
+            byte == 0xC2 && i + 1 < utf8.size() && static_cast<unsigned char>(utf8[i + 1]) < 0xA0;
+        if (is_late_control)
+            utf8.erase(i + 1, 1);
+        if (is_control || is_late_control)
+            utf8[i] = '.';
+    }
+    return utf8;
+}
+
 void Console_Desktop::Say(std::string_view text) {
     // One line; unlike a field of the log, a message keeps its "|".
     std::string line = Replace_All(text, cr_lf, " ");
     std::replace_if(
         line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
-    fmt::print(stderr, "{}\n", To_Utf8(line));
+    fmt::print(stderr, "{}\n", Printable(To_Utf8(line)));
 }
 
 void Console_Desktop::Print(std::string_view text) {
-    fmt::print("{}\n", To_Utf8(Replace_All(Replace_All(text, cr_lf, "\n"), "\r", "\n")));
+    const std::string lines = Replace_All(Replace_All(text, cr_lf, "\n"), "\r", "\n");
+    fmt::print("{}\n", Printable(To_Utf8(lines)));
     std::fflush(stdout);
 }
 

@@ -31,6 +31,9 @@ class Console_Desktop : public Desktop {
                     std::chrono::milliseconds at_most) override;
     [[nodiscard]] Timer_Queue& Timers() override { return m_timers; }
 
+    /// The text with a dot for each control character but tabulators and line ends: what a server
+    /// or a file says must not command the pilot's terminal.
+    [[nodiscard]] static std::string Printable(std::string utf8);
     /// A line on standard error, in UTF-8; line breaks become blanks.
     static void Say(std::string_view text);
     /// A result on standard output, in UTF-8 with LF, at once.

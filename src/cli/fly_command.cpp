@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <chrono>
+#include <utility>
 
 #include "app/program.h"
 #include "app/sim_process.h"
@@ -13,6 +14,7 @@
 #include "common/log_error.h"
 #include "flightlog/log_columns.h"
 #include "simlink/link_address.h"
+#include "simlink/mod_fsuipc.h"
 #include "simlink/socket_transport.h"
 
 namespace norvane {
@@ -21,10 +23,14 @@ namespace {
 
 using std::chrono::milliseconds;
 
+constexpr milliseconds connect_at_most(2000);
 /// Between two tries to take up a dropped link.
 constexpr milliseconds resume_pause(5000);
 /// How long a logged flight waits for the airline's server, beyond the report on its way.
 constexpr std::chrono::seconds longest_posting(60);
+/// How long the flight's last messages have to come onto the simulator's screen: a text of two
+/// lines, in the timers' time.
+constexpr milliseconds longest_display(10'000);
 /// A wait that only its condition or a signal ends.
 constexpr milliseconds for_ever = std::chrono::hours(24 * 365);
 
@@ -45,8 +51,13 @@ std::vector<std::string> Stand_In_Arguments(const Fly_Options& options, double s
 /// One flight through the panel of a started program.
 class Flight {
   public:
-    Flight(Console& console, Session& session, Program& program, const Fly_Options& options)
-        : m_console(console), m_session(session), m_program(program), m_options(options) {
+    Flight(Console& console, Session& session, Program& program, const Socket_Transport& transport,
+           const Fly_Options& options)
+        : m_console(console),
+          m_session(session),
+          m_program(program),
+          m_transport(transport),
+          m_options(options) {
         m_program.engine.events.ACARSMessage.connect(
             [](Message_Type, const std::string& text) { Console_Desktop::Print(text + "\n"); });
         m_program.engine.events.FSTime.connect([this](const std::string&) { m_stepped = true; });
@@ -60,6 +71,9 @@ class Flight {
     bool Signalled() { return m_console.signals.Raised(); }
     bool Drop_Stored_Flight();
     bool Switch_On();
+    bool Begin_Tracking();
+    [[nodiscard]] bool May_Begin_Again();
+    bool Pause_Between_Tries(double& waited_s);
     void Read_Plan(bool resumed);
     int Follow_To_The_Gate();
     bool Take_Up_Dropped_Link();
@@ -69,11 +83,12 @@ class Flight {
     void Print_Result();
     bool Is_Posting() const;
     void Await_Posts();
-    void Tell_How_The_PIREP_Went() const;
+    [[nodiscard]] bool Tell_How_The_PIREP_Went() const;
 
     Console& m_console;
     Session& m_session;
     Program& m_program;
+    const Socket_Transport& m_transport;
     const Fly_Options& m_options;
     /// Looks for the gate from within a request to the airline too, however long that hangs.
     Timer m_gate_watch{m_console.desktop.Timers(), std::chrono::seconds(1)};
@@ -127,12 +142,51 @@ bool Flight::Switch_On() {
                                                   [this] { return Signalled(); }))
             return false;
     }
-    panel.hypOn.Click();
-    if (!panel.Is_Active() && !panel.Is_At_Gate())
+    if (!Begin_Tracking())
         return false;
     if (!m_options.plan.empty())
         Read_Plan(resumed);
     return true;
+}
+
+/// A simulator that answered and then failed in the middle of the start comes back, as one does
+/// that fails in flight. Where none answers there is nothing to wait for.
+bool Flight::Begin_Tracking() {
+    ucACARS& panel = m_program.panel;
+    bool is_told = false;
+    for (double waited_s = 0;;) {
+        panel.hypOn.Click();
+        if (panel.Is_Active() || panel.Is_At_Gate())
+            return true;
+        if (!is_told && !May_Begin_Again())
+            return false;
+        if (!std::exchange(is_told, true)) {
+            Console_Desktop::Say(
+                "The simulator failed while tracking began; trying again every 5 seconds.");
+        }
+        if (!Pause_Between_Tries(waited_s))
+            return false;
+    }
+}
+
+/// Not with a simulator, or a version of its interface, that is refused each time.
+bool Flight::May_Begin_Again() {
+    if (Signalled() || !m_transport.Has_Answered())
+        return false;
+    int result = ipc_result::okay;
+    if (m_program.link.IPC_Open(0, result))
+        m_program.link.IPC_Close();
+    return result != ipc_result::wrong_fsuipc && result != ipc_result::wrong_simulator &&
+           result != ipc_result::wide_client;
+}
+
+/// False when the pilot's patience, or a signal, ends the tries.
+bool Flight::Pause_Between_Tries(double& waited_s) {
+    if (m_options.give_up_s && waited_s >= *m_options.give_up_s)
+        return false;
+    m_console.desktop.Wait_Until([] { return false; }, resume_pause);
+    waited_s += std::chrono::duration<double>(resume_pause).count();
+    return !Signalled();
 }
 
 /// A resumed flight keeps what was known about it.
@@ -167,11 +221,7 @@ bool Flight::Take_Up_Dropped_Link() {
     ucACARS& panel = m_program.panel;
     Console_Desktop::Say("The flight is paused; trying to resume it every 5 seconds.");
     double waited_s = 0;
-    for (;;) {
-        m_console.desktop.Wait_Until([] { return false; }, resume_pause);
-        if (Signalled())
-            return false;
-        waited_s += std::chrono::duration<double>(resume_pause).count();
+    while (Pause_Between_Tries(waited_s)) {
         m_stepped = false;
         panel.hypPause.Click();
         m_console.desktop.Wait_Until([&] { return panel.Is_Paused() || m_stepped; }, for_ever);
@@ -181,9 +231,8 @@ bool Flight::Take_Up_Dropped_Link() {
             Console_Desktop::Say("The flight goes on.");
             return true;
         }
-        if (m_options.give_up_s && waited_s >= *m_options.give_up_s)
-            return false;
     }
+    return false;
 }
 
 void Flight::Log_At_Gate() {
@@ -211,9 +260,11 @@ int Flight::Log() {
     }
     Print_Result();
     Await_Posts();
-    Tell_How_The_PIREP_Went();
-    m_program.Close(ucACARS::Closing::by_pilot);
-    return exit_status::done;
+    m_console.desktop.Wait_Until([&] { return !m_program.engine.Is_Showing_Messages(); },
+                                 longest_display);
+    const bool is_taken = Tell_How_The_PIREP_Went();
+    m_program.Close(Signalled() ? ucACARS::Closing::by_signal : ucACARS::Closing::by_pilot);
+    return is_taken ? exit_status::done : exit_status::failed;
 }
 
 int Flight::Close_On_Signal() {
@@ -256,19 +307,29 @@ void Flight::Await_Posts() {
         Console_Desktop::Say("The error log tells what was not sent.");
 }
 
-void Flight::Tell_How_The_PIREP_Went() const {
+/// False when the airline was to have a PIREP and did not take it.
+bool Flight::Tell_How_The_PIREP_Went() const {
     const clsAppSettings& settings = m_program.settings;
     if (!settings.OPT_PIREP() || !settings.OPT_PIREP_SEND() ||
         m_program.airline.Script_PIREP().empty())
-        return;
-    if (!m_program.response.Is_Open()) {
+        return true;
+    if (m_program.panel.Is_Posting()) {
         Console_Desktop::Say(
-            "The PIREP was not sent; the error log tells why. \"pirep send\" sends its file "
-            "again.");
-        return;
+            "The flight is in the log, and its PIREP is due: the next start of Norvane sends it, "
+            "or "
+            "tells that the airline may have it already.");
+        return false;
+    }
+    if (!m_program.response.Is_Open()) {
+        Console_Desktop::Say(fmt::format(
+            "The flight is in the log, but the PIREP was not sent; the error log tells why.  "
+            "\"norvane-cli pirep send '{}'\" sends it again.",
+            m_program.log_entry.Get(Log_Field::PIREP_FILE_NAME)));
+        return false;
     }
     Console_Desktop::Print("The airline's answer to the PIREP:");
     Print_Server_Answer(m_program.response.Page());
+    return true;
 }
 
 }  // namespace
@@ -285,7 +346,8 @@ int Run_Fly(Console& console, Session& session, const Fly_Options& options) {
                           Stand_In_Arguments(options, speed));
     }
     Socket_Transport transport(
-        Parse_Link_Address(simulator ? simulator->Address() : options.simulator));
+        Parse_Link_Address(simulator ? simulator->Address() : options.simulator), connect_at_most,
+        [&console] { return !console.signals.Is_Pending(); });
     Program program(session.Outside(), transport, console.Until_Signal());
     if (program.settings.ACARS_UseTime() == 1 && speed != 1) {
         Console_Desktop::Say(
@@ -293,7 +355,7 @@ int Run_Fly(Console& console, Session& session, const Fly_Options& options) {
             "(ACARS_UseTime is 1)");
         return exit_status::wrong_usage;
     }
-    return Flight(console, session, program, options).Fly();
+    return Flight(console, session, program, transport, options).Fly();
 }
 
 }  // namespace norvane

@@ -27,7 +27,7 @@ namespace norvane {
 namespace {
 
 void Print(std::string_view text) {
-    fmt::print("{}\n", To_Utf8(text));
+    fmt::print("{}\n", Console_Desktop::Printable(To_Utf8(text)));
 }
 
 Log_Table Named_Log(Session& session, const std::string& name) {

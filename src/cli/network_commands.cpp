@@ -138,15 +138,13 @@ int Network_Request::Send(const std::string& file) {
     }
     clsLogEntry entry(m_services);
     entry.Set(Log_Field::PIREP_FILE_NAME, From_Path(std::filesystem::absolute(file)));
-    if (entry.Send_PIREP(m_settings, m_airline, m_console.Until_Signal())) {
+    const std::optional<Run_Error> not_sent =
+        entry.Send_PIREP(m_settings, m_airline, m_console.Until_Signal());
+    if (!not_sent) {
         Print_Server_Answer(Read_File(m_services.program_directory / "sr"));
         return exit_status::done;
     }
-    if (!Tell_Reasons("The PIREP was not sent")) {
-        throw Run_Error(error_number::other, "The PIREP was not sent: the first line of " +
-                                                 From_Path(file) +
-                                                 " holds no values separated by \"|\"");
-    }
+    (void)Tell_Reasons("The PIREP was not sent");
     return exit_status::failed;
 }
 
@@ -176,7 +174,7 @@ void Print_Server_Answer(std::string_view page) {
     while (page.ends_with('\n') || page.ends_with('\r'))
         page.remove_suffix(1);
     const std::string lines = Replace_All(Replace_All(page, cr_lf, "\n"), "\r", "\n");
-    fmt::print("{}\n", Is_Utf8(lines) ? lines : To_Utf8(lines));
+    fmt::print("{}\n", Console_Desktop::Printable(Is_Utf8(lines) ? lines : To_Utf8(lines)));
     std::fflush(stdout);
 }
 

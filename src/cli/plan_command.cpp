@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "cli/console_desktop.h"
 #include "cli/exit_status.h"
 #include "common/code_page.h"
 #include "common/run_error.h"
@@ -53,7 +54,7 @@ clsIniFile Read_Plan(Services& services, const std::string& file) {
 int Show_Plan(Session& session, const std::string& file) {
     const clsIniFile plan = Read_Plan(session.Outside(), file);
     for (const auto& [name, value] : Values_Of(plan))
-        fmt::print("{}: {}\n", name, To_Utf8(value));
+        fmt::print("{}: {}\n", name, Console_Desktop::Printable(To_Utf8(value)));
     return exit_status::done;
 }
 

@@ -17,9 +17,9 @@ namespace {
 constexpr std::string_view directory_prefix = "VA_";
 
 /// The store keeps a section for each airline, so these cannot be airlines.
-constexpr std::array<std::string_view, 9> reserved_names{
+constexpr std::array<std::string_view, 10> reserved_names{
     "DEFAULT", "VA",   "Virtual Airline", "Options", "PIREP",
-    "AppPos",  "Grid", "Flight Plan",     "ACARS"};
+    "AppPos",  "Grid", "Flight Plan",     "ACARS",   "Due PIREPs"};
 
 }  // namespace
 

@@ -56,6 +56,33 @@ std::filesystem::path PIREP_File(const Services& services, std::string_view stat
     return services.program_directory / To_Path(stated.substr(directory.size()));
 }
 
+Run_Error No_Values(const std::string& file) {
+    return {error_number::other,
+            "The PIREP was not sent: the first line of " + file +
+                " holds no values separated by "
+                "\"|\"",
+            "There is nothing to send: " + file +
+                " holds no PIREP.  The flight log is not affected.  Please select a PIREP that was "
+                "saved at the end of a flight."};
+}
+
+Run_Error Not_Sent(const std::string& file, const clsVASettings& airline,
+                   const Post_Result& result) {
+    const std::string& host = airline.WebServer();
+    return {
+        error_number::other,
+        fmt::format("The PIREP {} was not sent to the airline {} at {}: {}", file, airline.Name(),
+                    host, result.failure),
+        fmt::format("The server {} gave no proper answer to your PIREP for the airline {}.  "
+                    "Your flight log is not affected, and the PIREP is kept in\r\n\r\n{}\r\n"
+                    "\r\n{}",
+                    host, airline.Name(), file,
+                    result.for_pilot.empty()
+                        ? "Please send it with \"File\" / \"Send PIREP ...\" when the server "
+                          "can be reached again."
+                        : result.for_pilot + "  \"File\" / \"Send PIREP ...\" sends it again.")};
+}
+
 std::string Slot_Key(std::size_t slot, int ending) {
     return fmt::format("{}{}", slot, ending);
 }
@@ -137,28 +164,43 @@ std::string clsLogEntry::PIREP_Line() const {
 }
 
 bool clsLogEntry::Export_ACARS_Report() {
+    return Write_PIREP(PIREP_File(m_services, Get(Log_Field::PIREP_FILE_NAME)), PIREP_Line());
+}
+
+bool clsLogEntry::Make_Up_PIREP(const std::string& file, std::string_view line) {
+    std::error_code failure;
+    const std::filesystem::path path = PIREP_File(m_services, file);
+    return std::filesystem::exists(path, failure) || Write_PIREP(path, line);
+}
+
+bool clsLogEntry::Write_PIREP(const std::filesystem::path& file, std::string_view line) {
     return Guarded(m_services, "clsLogEntry.Export_ACARS_Report()", Show::box, [&] {
         std::filesystem::create_directories(m_services.program_directory / "reports");
-        Write_File_Atomically(PIREP_File(m_services, Get(Log_Field::PIREP_FILE_NAME)),
-                              PIREP_Line() + std::string(cr_lf));
+        Write_File_Atomically(file, std::string(line) + std::string(cr_lf));
     });
 }
 
-bool clsLogEntry::Send_PIREP(const clsAppSettings& settings, const clsVASettings& airline,
-                             const Http_Options& options) {
-    bool success = false;
-    Guarded(m_services, "clsLogEntry.Send_PIREP()", Show::box, [&] {
-        const std::string file = Read_File(PIREP_File(m_services, Get(Log_Field::PIREP_FILE_NAME)));
+std::optional<Run_Error> clsLogEntry::Send_PIREP(const clsAppSettings& settings,
+                                                 const clsVASettings& airline,
+                                                 const Http_Options& options) {
+    try {
+        const std::string& stated = Get(Log_Field::PIREP_FILE_NAME);
+        const std::string file = Read_File(PIREP_File(m_services, stated));
         Line_Reader lines(file);
         if (!lines.Next() || !Contains(lines.Line(), std::string_view(&field_separator, 1)))
-            return;
+            throw No_Values(stated);
         clsWinInet client(m_services, settings, airline, options);
-        success = client
-                      .Send_PIREP(airline.WebServer(), airline.Script_PIREP(),
-                                  With_Posted_Date(lines.Line(), m_services.regional))
-                      .success;
-    });
-    return success;
+        const Post_Result result =
+            client.Send_PIREP(airline.WebServer(), airline.Script_PIREP(),
+                              With_Posted_Date(lines.Line(), m_services.regional));
+        if (!result.success)
+            throw Not_Sent(stated, airline, result);
+        return std::nullopt;
+    } catch (...) {
+        Run_Error error = Caught_Error();
+        Log_Error(m_services, "clsLogEntry.Send_PIREP()", error, Show::silent);
+        return error;
+    }
 }
 
 bool clsLogEntry::Persist() {
@@ -182,6 +224,15 @@ void clsLogEntry::Restore() {
                             text = m_services.settings.Get(flight_section, key);
                         });
     });
+}
+
+void Tell_PIREP_Failure(Desktop& desktop, const Run_Error& error) {
+    const std::string words = error.For_Pilot().empty()
+                                  ? "The PIREP could not be read, and was not sent.  Your flight "
+                                    "log is not affected."
+                                  : error.For_Pilot();
+    desktop.Show_Message({words, std::string(product_name) + " Error", Icon::exclamation,
+                          Buttons::ok, error.Description()});
 }
 
 void Delete_Stored_Flight(Services& services) {

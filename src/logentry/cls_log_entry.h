@@ -8,9 +8,11 @@
 
 #include <array>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "common/run_error.h"
 #include "logentry/log_fields.h"
 #include "net/http_client.h"
 
@@ -18,6 +20,7 @@ namespace norvane {
 
 class clsAppSettings;
 class clsVASettings;
+class Desktop;
 struct Services;
 
 /// Settings section that holds the flight in progress, the engine's part and the entry's.
@@ -52,11 +55,15 @@ class clsLogEntry {
     void New_Log_Entry_Save_Result(bool saved);
     /// Writes the PIREP text file; false when it failed (reported).
     bool Export_ACARS_Report();
+    /// Writes that file from a line of `PIREP_Line`, unless it is there; false when it failed
+    /// (reported).
+    bool Make_Up_PIREP(const std::string& file, std::string_view line);
     /// Posts the first line of the PIREP text file to the airline's PIREP script, the flight date
-    /// as "YYYY-MM-DD hh:mm:ss". True when the script answered, whatever it said; false when that
-    /// failed (reported) or the file holds no values.
-    [[nodiscard]] bool Send_PIREP(const clsAppSettings& settings, const clsVASettings& airline,
-                                  const Http_Options& options = {});
+    /// as "YYYY-MM-DD hh:mm:ss". Empty when the script answered, whatever it said; else why it did
+    /// not, or why there was nothing to post, for `Tell_PIREP_Failure`. The error log has it.
+    [[nodiscard]] std::optional<Run_Error> Send_PIREP(const clsAppSettings& settings,
+                                                      const clsVASettings& airline,
+                                                      const Http_Options& options = {});
     /// The 52 values of the PIREP line joined by "|".
     [[nodiscard]] std::string PIREP_Line() const;
     /// Stores the flight in progress; false when that failed (reported).
@@ -68,12 +75,18 @@ class clsLogEntry {
     sigc::signal<void()> NewLogEntrySaveFail;
 
   private:
+    bool Write_PIREP(const std::filesystem::path& file, std::string_view line);
+
     Services& m_services;
     std::array<std::string, log_field_count> m_fields;
     std::array<std::string, optional_slots> m_optional;
     std::array<std::string, airline_slots> m_airline;
     std::string m_row_in_log;
 };
+
+/// Tells the pilot that a PIREP has not reached its airline, and where it is kept. Waits for no
+/// answer where nobody asked for the post.
+void Tell_PIREP_Failure(Desktop& desktop, const Run_Error& error);
 
 /// Removes the stored flight, the engine's figures with it. Raises when the store fails.
 void Delete_Stored_Flight(Services& services);

@@ -46,7 +46,11 @@ class frmPIREP {
 
     /// Opens the window with no file; one that is open comes to the front as it is.
     void Show_Form();
+    /// Edits that are not saved are asked about first, here and before another PIREP is selected.
     void Close_Form();
+    /// Writes edits that are not saved to a file of their own beside the PIREP, whose name is
+    /// returned; empty when there are none or that failed (reported).
+    std::filesystem::path Keep_Edits();
     [[nodiscard]] bool Is_Open() const { return m_open; }
     /// Opened, closed, or asked for again while it is open.
     sigc::signal<void()> changed;
@@ -86,7 +90,12 @@ class frmPIREP {
     void Take_Rows(std::vector<std::unique_ptr<Row>> rows);
     bool Read_PIREP_File();
     void Display_Fields(std::string_view line);
+    [[nodiscard]] bool Is_Edited() const;
+    bool May_Leave_Edits();
+    bool May_Send();
+    void Note_Saved_Values();
     void Save_PIREP();
+    bool Write_PIREP();
     void Delete_PIREP();
     void Send_PIREP();
     void Enable_File_Links();
@@ -98,6 +107,8 @@ class frmPIREP {
     Http_Options m_http;
     std::filesystem::path m_file;
     std::vector<std::unique_ptr<Row>> m_rows;
+    /// What the rows showed when they were last read or saved.
+    std::vector<std::string> m_saved_values;
     /// The airline whose labels the rows have, and the index of its last one.
     std::string m_labels_of;
     int m_last_label = -1;

@@ -26,6 +26,7 @@ clsWinInet::clsWinInet(Services& services, const clsAppSettings& settings,
       m_settings(settings),
       m_airline(airline),
       m_client(services.desktop, options),
+      m_given_up(options.given_up),
       m_sources(services) {
     m_sources.Set_INI_FilePath(Find_Path(services, services.program_directory, "bin\\url.cfg"));
 }
@@ -46,14 +47,21 @@ void clsWinInet::Add_Field(std::string_view name, std::string_view value) {
 Post_Result clsWinInet::Send_PIREP(std::string_view web_server, std::string_view post_script,
                                    std::string_view pirep) {
     Post_Result result;
-    Guarded(m_services, "clsWinInet.Send_PIREP()", Show::box, [&] {
+    Guarded(m_services, "clsWinInet.Send_PIREP()", Show::silent, [&] {
         m_form.clear();
         const std::vector<std::string> values = Split(pirep, field_separator);
         const int last =
             std::min(m_airline.PIREP_Fields_Ubound(), static_cast<int>(values.size()) - 1);
         for (int i = 0; i <= last; ++i)
             Add_Field(m_airline.PIREP_Fields(i), values.at(static_cast<std::size_t>(i)));
-        result.answer = HTTP_Request(web_server, Http_Verb::post, post_script);
+        try {
+            result.answer = HTTP_Request(web_server, Http_Verb::post, post_script);
+        } catch (...) {
+            const Run_Error error = Caught_Error();
+            result.failure = error.Description();
+            result.for_pilot = error.For_Pilot();
+            throw;
+        }
         Write_File(m_services.program_directory / "sr", result.answer + std::string(cr_lf));
         result.success = true;
     });
@@ -95,8 +103,15 @@ std::optional<std::string> clsWinInet::Get_VATSIM_FlightPlan(std::string_view pi
             return;
         }
         m_sources.Get_URLs("VATSIM");
-        const std::string data =
-            HTTP_Request(m_sources.URL(), Http_Verb::get, m_sources.URL_Data());
+        std::string data;
+        try {
+            data = HTTP_Request(m_sources.URL(), Http_Verb::get, m_sources.URL_Data());
+        } catch (...) {
+            // A poll that nobody waits for any longer has not failed.
+            if (m_given_up && m_given_up())
+                return;
+            throw;
+        }
         line = Find_VATSIM_Line(data, pilot_id, [&] { m_services.desktop.Process_Events(); });
     });
     return line;

@@ -4,6 +4,7 @@
 // second operation on a client whose request is still running fails. Operations report their own
 // failures and never raise.
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,6 +33,10 @@ struct Post_Result {
     bool success = false;
     /// The answer without blanks around it.
     std::string answer;
+    /// Why there is none, as the error log has it.
+    std::string failure = {};
+    /// What is known of it besides, for the pilot; may be empty.
+    std::string for_pilot = {};
 };
 
 class clsWinInet {
@@ -40,7 +45,8 @@ class clsWinInet {
                const Http_Options& options = {});
 
     /// Posts the values of a PIREP, separated by "|", under the active airline's field names, and
-    /// keeps the answer in the file "sr" of the program directory.
+    /// keeps the answer in the file "sr" of the program directory. Whoever asked tells the pilot of
+    /// a failure: he knows which file it was.
     [[nodiscard]] Post_Result Send_PIREP(std::string_view web_server, std::string_view post_script,
                                          std::string_view pirep);
     /// Posts one message as the fields "acars0" to "acars7".
@@ -80,6 +86,7 @@ class clsWinInet {
     const clsAppSettings& m_settings;
     const clsVASettings& m_airline;
     Http_Client m_client;
+    std::function<bool()> m_given_up;
     clsIniFile m_sources;
     std::string m_form;
 };

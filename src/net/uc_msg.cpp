@@ -7,9 +7,12 @@
 #include <utility>
 
 #include "acars/cls_acars.h"
+#include "acars/persistence.h"
 #include "common/boxes.h"
+#include "common/date_time.h"
 #include "common/file_writer.h"
 #include "common/log_error.h"
+#include "common/number.h"
 #include "common/services.h"
 #include "common/text.h"
 #include "config/cls_app_settings.h"
@@ -18,6 +21,20 @@
 namespace norvane {
 
 namespace {
+
+constexpr std::string_view flight_section = "ACARS";
+/// Each message of the log is followed by an empty line.
+constexpr const char* message_end = "\r\n\r\n";
+constexpr std::string_view count_key = "Messages";
+
+std::string Message_Key(std::size_t number) {
+    return fmt::format("Message {}", number);
+}
+
+/// A flight is stored from OFF until it is in the log or given up.
+bool Is_Flight_Stored(Services& services) {
+    return Read_Stored_Flight(services).phase >= Flight_Phase::off;
+}
 
 /// A message log of this moment that is not there yet: flights may end within one second.
 std::filesystem::path New_Log_File(const Services& services) {
@@ -65,25 +82,107 @@ void ucMSG::Set_ACARS(clsACARS& engine) {
     m_engine_connections = {
         events.ACARSMessage.connect(
             [this](Message_Type type, const std::string& text) { Take_Message(type, text); }),
-        events.Start.connect([this] { Enable_Input(!m_closed); }),
+        events.Start.connect([this] {
+            Drop_Other_Flights_Messages();
+            Enable_Input(!m_closed);
+        }),
+        events.FSTime.connect([this](const std::string&) { Step_Ended(); }),
         events.FlightAtGate.connect([this] { Enable_Input(false); }),
         events.Reset.connect([this] { Clear_Log(); }),
     };
+    Restore_Messages();
 }
 
 void ucMSG::Take_Message(Message_Type type, const std::string& text) {
-    const std::string added = text + "\r\n\r\n";
-    m_log += added;
-    Log_Appended.emit(added);
+    Drop_Other_Flights_Messages();
+    const Date_Time now = m_services.clock.Local_Now();
+    m_messages.push_back({fmt::format("{} {:02}:{:02}:{:02}", Format_Iso_Date(now.date),
+                                      now.time.hour, now.time.minute, now.time.second),
+                          type, text});
+    Store_Messages();
+    Add_To_Log(text);
+    Send_ACARS_Report(text + message_end);
     if (m_settings.OPT_MessageLog() && type == Message_Type::times)
         Export_Message_Log();
-    Send_ACARS_Report(added);
+}
+
+void ucMSG::Add_To_Log(const std::string& text) {
+    const std::string added = text + message_end;
+    m_log += added;
+    Log_Appended.emit(added);
 }
 
 void ucMSG::Clear_Log() {
     Enable_Input(false);
     m_log.clear();
+    m_messages.clear();
+    m_stored = 0;
+    m_restored = false;
     Log_Cleared.emit();
+}
+
+/// The step stored the flight, or lost what was stored with its transaction.
+void ucMSG::Step_Ended() {
+    if (!m_objACARS->Was_Stored())
+        m_stored = 0;
+    Store_Messages();
+}
+
+/// Puts what is new beside the stored flight; before there is one, nothing. Within a step this is
+/// part of the step's transaction.
+void ucMSG::Store_Messages() {
+    Guarded(m_services, "ucMSG.Store_Messages()", Show::silent, [&] {
+        if (m_stored == m_messages.size() || !Is_Flight_Stored(m_services))
+            return;
+        Settings_Store& store = m_services.settings;
+        Settings_Batch batch(store);
+        for (std::size_t i = m_stored; i < m_messages.size(); ++i) {
+            const Message& message = m_messages[i];
+            store.Set(
+                flight_section, Message_Key(i + 1),
+                fmt::format("{}|{}|{}", message.time,
+                            Format_Whole(static_cast<std::int32_t>(message.type)), message.text));
+        }
+        store.Set(flight_section, count_key,
+                  Format_Whole(static_cast<std::int32_t>(m_messages.size())));
+        batch.Commit();
+        m_stored = m_messages.size();
+    });
+}
+
+void ucMSG::Restore_Messages() {
+    Guarded(m_services, "ucMSG.Restore_Messages()", Show::silent, [&] {
+        Settings_Store& store = m_services.settings;
+        const auto count = Parse_Int32(store.Get(flight_section, count_key));
+        if (!count || !Is_Flight_Stored(m_services))
+            return;
+        for (std::int32_t number = 1; number <= *count; ++number) {
+            const std::string stored =
+                store.Get(flight_section, Message_Key(static_cast<std::size_t>(number)));
+            const std::size_t type = stored.find(field_separator);
+            const std::size_t text = stored.find(field_separator, type + 1);
+            if (type == std::string::npos || text == std::string::npos)
+                continue;
+            const auto type_number = Parse_Int32(stored.substr(type + 1, text - type - 1));
+            m_messages.push_back({stored.substr(0, type),
+                                  static_cast<Message_Type>(type_number.value_or(
+                                      static_cast<std::int32_t>(Message_Type::comment))),
+                                  stored.substr(text + 1)});
+            Add_To_Log(m_messages.back().text);
+        }
+        m_stored = m_messages.size();
+        m_restored = true;
+    });
+}
+
+/// A stored flight that was given up unseen has left its messages here.
+void ucMSG::Drop_Other_Flights_Messages() {
+    if (std::exchange(m_restored, false) && !Is_Flight_Stored(m_services)) {
+        m_log.clear();
+        m_messages.clear();
+        m_stored = 0;
+        Log_Cleared.emit();
+    }
 }
 
 void ucMSG::Enter_Comment() {
@@ -140,20 +239,28 @@ void ucMSG::Get_WX() {
 }
 
 void ucMSG::Export_Message_Log() {
-    Guarded(m_services, "ucMSG.Export_Message_Log()", Show::box,
-            [&] { Write_File_Atomically(New_Log_File(m_services), m_log + std::string(cr_lf)); });
+    try {
+        Write_File_Atomically(New_Log_File(m_services), m_log + std::string(cr_lf));
+    } catch (...) {
+        const Run_Error error = Caught_Error();
+        Log_Error(m_services, "ucMSG.Export_Message_Log()", error, Show::silent);
+        m_services.desktop.Show_Message(
+            {"The messages of this flight could not be written to a file.  The flight and its "
+             "times are not affected, and the messages stay on \"ACARS Messages\" until the next "
+             "flight begins: please copy what you need from there.",
+             std::string(product_name) + " Error", Icon::exclamation, Buttons::ok,
+             error.Description()});
+    }
 }
 
 void ucMSG::Send_ACARS_Report(std::string_view text) {
     Guarded(m_services, "ucMSG.Send_ACARS_Report()", Show::silent, [&] {
-        const std::string airline = m_settings.Virtual_Airline();
-        // Another airline's script is not known before that airline is loaded.
-        const bool has_script = m_airline.Name() != airline || !m_airline.Script_ACARS().empty();
-        if (m_objACARS == nullptr || !has_script)
+        // The airline that is loaded is the one that was saved, whatever the pilot looks at.
+        if (m_objACARS == nullptr || m_airline.Script_ACARS().empty())
             return;
         if (m_closed)
             throw Run_Error(error_number::other, "An ACARS message came too late to be sent");
-        m_reports.push_back({airline,
+        m_reports.push_back({m_airline.Name(),
                              {std::string(text), m_settings.PilotID(),
                               m_objACARS->Form_ICAO_Depart(), m_objACARS->Form_ICAO_Arrive()}});
         tmrPost.Set_Enabled(true);

@@ -40,14 +40,16 @@ class ucMSG {
     ucMSG(const ucMSG&) = delete;
     ucMSG& operator=(const ucMSG&) = delete;
 
-    /// The engine whose messages are shown from now on; it outlives the panel's use of it.
+    /// The engine whose messages are shown from now on; it outlives the panel's use of it. The
+    /// messages of a stored flight stand there already: what is left of it comes behind them.
     void Set_ACARS(clsACARS& engine);
 
     /// Hands a message to the engine, which composes and announces it.
     void Send_Message(Message_Type type, std::string_view text);
     /// Fetches the weather of the airport in the command box and sends it as a message.
     void Get_WX();
-    /// Writes the messages of the flight to a new file in "messagelogs".
+    /// Writes the messages of the flight to a new file in "messagelogs"; the pilot is told when
+    /// that fails, without a wait for his answer where a step asked for it.
     void Export_Message_Log();
     /// Puts one message in the queue to the ACARS script of the airline that is active now, with
     /// the pilot and the airports of now. The pilot is not told how that went.
@@ -74,6 +76,12 @@ class ucMSG {
     Timer tmrPost;
 
   private:
+    /// One message as it is stored with its flight.
+    struct Message {
+        std::string time;
+        Message_Type type = Message_Type::comment;
+        std::string text;
+    };
     struct Waiting_Report {
         std::string airline;
         ACARS_Report report;
@@ -81,7 +89,12 @@ class ucMSG {
 
     void Connect_Controls();
     void Take_Message(Message_Type type, const std::string& text);
+    void Add_To_Log(const std::string& text);
     void Clear_Log();
+    void Store_Messages();
+    void Restore_Messages();
+    void Drop_Other_Flights_Messages();
+    void Step_Ended();
     void Enter_Comment();
     void Enable_Input(bool enabled);
     void Post_Next();
@@ -98,6 +111,11 @@ class ucMSG {
     clsACARS* m_objACARS = nullptr;
     std::vector<sigc::connection> m_engine_connections;
     std::string m_log;
+    std::vector<Message> m_messages;
+    /// How many of them the store has.
+    std::size_t m_stored = 0;
+    /// They are those of a flight that an earlier run stored, and that may have been given up.
+    bool m_restored = false;
     std::deque<Waiting_Report> m_reports;
     bool m_posting = false;
     bool m_fetching = false;

@@ -59,6 +59,7 @@ Delivery Socket_Transport::Deliver(std::span<std::byte> block, std::chrono::mill
         delivery = Receive(block, deadline);
     if (delivery.outcome == Delivery_Outcome::failed)
         Close();
+    m_has_answered = m_has_answered || delivery.outcome == Delivery_Outcome::answered;
     return delivery;
 }
 

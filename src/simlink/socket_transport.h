@@ -33,6 +33,8 @@ class Socket_Transport : public Transport {
     /// refused.
     Delivery Deliver(std::span<std::byte> block, std::chrono::milliseconds at_most) override;
     void Close() override;
+    /// A simulator has answered a request since this object was made.
+    [[nodiscard]] bool Has_Answered() const { return m_has_answered; }
     [[nodiscard]] std::string Where() const override { return m_address.Text(); }
     [[nodiscard]] bool Is_Given_Up() const override { return m_meanwhile && !m_meanwhile(); }
 
@@ -47,6 +49,7 @@ class Socket_Transport : public Transport {
     std::chrono::milliseconds m_connect_at_most;
     std::function<bool()> m_meanwhile;
     Link_Socket m_socket;
+    bool m_has_answered = false;
     std::uint32_t m_sequence = 0;
     std::vector<std::byte> m_outgoing;
     /// What has come and was not taken yet: part of a frame, or stale frames.

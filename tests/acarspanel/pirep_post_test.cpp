@@ -2,11 +2,18 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <stdexcept>
+
 #include "acarspanel/network_world.h"
+#include "common/code_page.h"
+#include "config/uc_settings.h"
+#include "flightlog/log_columns.h"
 
 namespace norvane {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -77,14 +84,17 @@ TEST_F(Panel_Posts, A_flight_is_logged_whatever_the_airlines_server_does) {
         EXPECT_TRUE(Panel().Is_Logged());
         EXPECT_EQ(log.size(), 1U);
         EXPECT_FALSE(program->response.Is_Open());
-        EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsWinInet.Send_PIREP()")));
-        EXPECT_TRUE(Take_Boxes().empty()) << "nobody asked for this post";
+        const std::string file = Logged(Log_Field::PIREP_FILE_NAME);
+        EXPECT_THAT(Take_Errors(),
+                    ElementsAre(HasSubstr("clsWinInet.Send_PIREP()"),
+                                HasSubstr(file + " was not sent to the airline X at " + host)));
+        EXPECT_THAT(Take_Boxes(), ElementsAre(AllOf(HasSubstr(host), HasSubstr(file))))
+            << "also of a post that a timer began";
         desktop.answers = {Answer::yes};
-        Pass(60);  // the same box is not shown twice within a minute
         Panel().hypLog.Click();
         Pass(1);
         EXPECT_EQ(Take_Boxes().size(), 2U) << "the question, and what became of the pilot's post";
-        EXPECT_EQ(Take_Errors().size(), 1U);
+        Take_Errors();
         Kill();
         Begin("X");
         EXPECT_FALSE(Panel().Is_Resumable());
@@ -114,10 +124,10 @@ TEST_F(Panel_Posts, What_the_pilot_does_meanwhile_reaches_no_post_that_is_under_
     EXPECT_TRUE(Has_Happened());
     EXPECT_THAT(Take_Asked(), ElementsAre(Form("B738"), Form("B738")));
     EXPECT_TRUE(Panel().Is_Active()) << "the new flight goes on";
-    // Another airline is on the panel when this flight ends.
-    program->airline.Get_VA_Settings("DEFAULT");
     Touch_Down();
     Park();
+    // Another airline is loaded before the flight's post begins.
+    program->airline.Get_VA_Settings("DEFAULT");
     Pass(1);
     EXPECT_THAT(Take_Asked(), ElementsAre(Form("A320")));
     EXPECT_EQ(program->airline.Name(), "DEFAULT");
@@ -131,11 +141,16 @@ TEST_F(Panel_Posts, Closing_ends_a_post_under_way_but_not_the_one_that_it_begins
     Pass(1);
     EXPECT_TRUE(Has_Happened());
     EXPECT_FALSE(program->response.Is_Open());
-    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsWinInet.Send_PIREP()")));
+    EXPECT_EQ(Take_Errors().size(), 2U);
     EXPECT_EQ(log.size(), 1U);
+    EXPECT_TRUE(Take_Boxes().empty());
 
+    // It may have arrived: the pilot is told, and nothing goes out unasked.
     Start_At(server.Host());
     Take_Asked();
+    Pass(1);
+    EXPECT_THAT(Take_Boxes(), ElementsAre(HasSubstr("may have got it or not")));
+    EXPECT_TRUE(Take_Asked().empty());
     Settings().Set_WX_URL("NOAA");
     Panel().txtWXOrigin.Enter("mine");
     Panel().txtFlightLevel.Enter("FL350");
@@ -149,6 +164,57 @@ TEST_F(Panel_Posts, Closing_ends_a_post_under_way_but_not_the_one_that_it_begins
     EXPECT_TRUE(Take_Boxes().empty());
     Pass(5);
     EXPECT_TRUE(Take_Asked().empty());
+}
+
+TEST_F(Panel_Posts, A_program_killed_between_row_and_post_makes_the_pirep_up_once) {
+    enum Moment { before_the_row, behind_the_row, before_the_post };
+    for (const Moment killed : {before_the_row, behind_the_row, before_the_post}) {
+        Start_At(server.Host());
+        std::filesystem::remove(Settings().FlightLog_Path());
+        Settings().Set_OPT_AutoLog(false);
+        Panel().txtAircraftType.Enter("B738");
+        // Nothing behind what the flight log does now is done any more.
+        program->entry.NewLogEntrySave.connect([&] {
+            if (killed != before_the_row)
+                Write("logs/My Flight Log.txt", Log_Line(program->entry) + "\r\n");
+            if (killed != before_the_post)
+                throw std::runtime_error("killed");
+        });
+        Fly();
+        Panel().hypLog.Click();
+        const std::filesystem::path file = To_Path(Logged(Log_Field::PIREP_FILE_NAME));
+        EXPECT_EQ(std::filesystem::exists(file), killed == before_the_post);
+        Kill();
+        Begin();
+        Pass(1);
+        if (killed == before_the_row)
+            EXPECT_TRUE(Take_Asked().empty());
+        else
+            EXPECT_THAT(Take_Asked(), ElementsAre(Form("B738"))) << killed;
+        EXPECT_EQ(std::filesystem::exists(file), killed != before_the_row);
+        Kill();
+        Begin();
+        Pass(1);
+        EXPECT_TRUE(Take_Asked().empty()) << "a second time";
+        std::filesystem::remove(file);
+        Take_Errors();
+        Take_Boxes();
+    }
+}
+
+TEST_F(Panel_Posts, An_airline_that_is_only_looked_at_gets_nothing) {
+    Write("VA_Y/server.cfg", server.Host() + "\r\n/other\r\n");
+    Write("VA_Y/pirep.cfg", "1^y\r\n2^y\r\n");
+    Settings().Save_Settings();
+    ucSettings settings_panel(services, Settings(), program->airline);
+    const auto& airlines = settings_panel.cboVA.Entries();
+    const auto place = std::find(airlines.begin(), airlines.end(), "Y");
+    ASSERT_NE(place, airlines.end());
+    settings_panel.cboVA.Choose(static_cast<int>(place - airlines.begin()));
+    Panel().txtAircraftType.Enter("B738");
+    Fly();
+    Pass(1);
+    EXPECT_THAT(Take_Asked(), ElementsAre(Form("B738")));
 }
 
 }  // namespace

@@ -192,12 +192,14 @@ TEST_F(Cli_Flights, Ended_by_a_signal_are_stored_and_resumed_or_dropped) {
 }
 
 TEST_F(Cli_Flights, Are_logged_once_with_auto_log_too_and_leave_a_pirep) {
-    for (const auto* name : {"OPT_AutoLog", "OPT_PIREP"})
+    for (const auto* name : {"OPT_AutoLog", "OPT_PIREP", "OPT_ACARS_To_FS"})
         ASSERT_EQ(Run({"settings", "set", name, "True"}).status, 0);
     Start_Simulator();
     const auto result =
         Run({"fly", "--time-scale", "1000", "--flight-number", "NV 7", "--aircraft", "B738"});
     ASSERT_EQ(result.status, 0) << result.errors;
+    for (const auto* shown : {"Message: IN ", "Message: BLOCK TIME "})
+        EXPECT_TRUE(Simulator_Shows(shown)) << "before the program ends: " << shown;
     const auto rows = Rows();
     ASSERT_EQ(rows.size(), 1U);
     EXPECT_EQ(rows[0][1], "B738");

@@ -42,6 +42,12 @@ void Cli_World::Start_Simulator(int at_s) {
     ASSERT_TRUE(listening) << m_simulator->Errors();
 }
 
+bool Cli_World::Simulator_Shows(const std::string& text) const {
+    return m_simulator->Read_Until(
+        [&](const std::string& output) { return output.find(text) != std::string::npos; },
+        std::chrono::seconds(2));
+}
+
 std::vector<std::string> Cli_World::Command(std::vector<std::string> arguments) const {
     arguments.insert(arguments.begin(), {NORVANE_CLI, "--home", home.string(), "--sim",
                                          "unix:" + (directory / "sim").string()});

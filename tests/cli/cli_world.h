@@ -22,6 +22,8 @@ class Cli_World : public testing::Test {
     /// from `at_s` on. Returns when it listens.
     void Start_Simulator(int at_s = 0);
     void Kill_Simulator() { m_simulator.reset(); }
+    /// The stand-in has printed this text, which a client showed in the simulator.
+    [[nodiscard]] bool Simulator_Shows(const std::string& text) const;
 
     /// The command line of norvane-cli with this world's places, then `arguments`.
     [[nodiscard]] std::vector<std::string> Command(std::vector<std::string> arguments) const;

@@ -122,23 +122,72 @@ TEST_F(Pirep_Editor, The_View_Follows_The_Focus_Row_By_Row) {
     EXPECT_EQ(editor.Scroll(), 3 * 360);
 }
 
-TEST_F(Pirep_Editor, Sends_The_File_As_It_Is_Stored_And_Deletes_It) {
-    Select(Line(20));
-    editor.Rows()[0]->txtField.Enter("not saved");
-    Click(frmPIREP::send);
-    EXPECT_THAT(server.Request(), HasSubstr("f0=0&f1=1&"));
-    EXPECT_EQ(response.Page(), "OK\r\n");
-    EXPECT_TRUE(response.Is_Open());
-    EXPECT_TRUE(Has_File_Links());
-    Click(frmPIREP::remove);
-    EXPECT_FALSE(std::filesystem::exists(directory / "reports/my.txt"));
-    EXPECT_TRUE(editor.Rows().empty());
+TEST_F(Pirep_Editor, Edits_Are_Sent_Saved_Or_Kept_As_The_Pilot_Says) {
+    const std::string stored = Line(20);
+    const std::string edited = Replace_All(stored.substr(0, stored.size() - 2), "0|1|", "new|1|");
+    const auto kept = directory / "reports/my-unsaved.txt";
+    struct Case {
+        frmPIREP::Command command;
+        Answer answer;
+        bool is_done, is_saved, is_kept;
+    };
+    for (const Case& each : {Case{frmPIREP::send, Answer::none, false, false, false},
+                             Case{frmPIREP::send, Answer::no, true, false, false},
+                             Case{frmPIREP::send, Answer::yes, true, true, false},
+                             Case{frmPIREP::close, Answer::none, false, false, false},
+                             Case{frmPIREP::close, Answer::no, true, false, true},
+                             Case{frmPIREP::close, Answer::yes, true, true, false},
+                             Case{frmPIREP::select, Answer::none, false, false, false},
+                             Case{frmPIREP::select, Answer::no, true, false, true},
+                             Case{frmPIREP::remove, Answer::none, false, false, false},
+                             Case{frmPIREP::remove, Answer::no, false, false, false},
+                             Case{frmPIREP::remove, Answer::yes, true, false, false}}) {
+        SCOPED_TRACE(fmt::format("{} {}", int(each.command), int(each.answer)));
+        editor.Show_Form();
+        Select(stored);
+        editor.Rows()[0]->txtField.Enter("new");
+        desktop.answers = {each.answer};
+        desktop.file_choices.clear();
+        desktop.boxes.clear();
+        Click(each.command);
+        ASSERT_FALSE(desktop.boxes.empty());
+        EXPECT_EQ(desktop.boxes.front().buttons, Buttons::yes_no);
+        const bool is_deleted = each.command == frmPIREP::remove && each.is_done;
+        EXPECT_EQ(std::filesystem::exists(directory / "reports/my.txt"), !is_deleted);
+        if (!is_deleted) {
+            EXPECT_EQ(Read("reports/my.txt"), each.is_saved ? edited + "|\r\n" : stored);
+        }
+        EXPECT_EQ(std::filesystem::exists(kept), each.is_kept);
+        if (each.is_kept) {
+            EXPECT_EQ(Read("reports/my-unsaved.txt"), edited + "|\r\n");
+        }
+        const bool is_closed = each.command == frmPIREP::close && each.is_done;
+        EXPECT_EQ(editor.Is_Open(), !is_closed);
+        EXPECT_EQ(response.Is_Open(), each.command == frmPIREP::send && each.is_done);
+        if (response.Is_Open()) {
+            EXPECT_THAT(server.Request(), HasSubstr(each.is_saved ? "f0=new&" : "f0=0&f1=1&"));
+        }
+        EXPECT_EQ(desktop.file_choices.size(), each.command == frmPIREP::select && each.is_done);
+        std::filesystem::remove(kept);
+        response.Close();
+        // The next turn begins without edits.
+        desktop.answers = {Answer::no};
+        if (editor.Is_Open())
+            editor.Close_Form();
+        std::filesystem::remove(kept);
+    }
+    // Without edits nothing is asked; a file without values is no PIREP.
+    editor.Show_Form();
+    Select("");
     EXPECT_FALSE(Has_File_Links());
-    EXPECT_EQ(desktop.boxes.back().text, "PIREP Deleted");
-    // A dialog that is left chooses nothing, and takes nothing away.
-    Select(Line(20));
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("holds no PIREP")));
+    Select(stored);
+    desktop.boxes.clear();
     Click(frmPIREP::select);
-    EXPECT_EQ(editor.Rows().size(), 20U);
+    Click(frmPIREP::send);
+    Click(frmPIREP::close);
+    EXPECT_TRUE(desktop.boxes.empty());
+    EXPECT_EQ(editor.Rows().size(), 20U) << "a dialog that is left takes nothing away";
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 namespace norvane {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -23,7 +24,7 @@ class Pirep_Sending : public test::Net_World {
     }
     bool Send(const std::string& file) {
         Write("reports/one.txt", file);
-        return entry.Send_PIREP(settings, airline, options);
+        return !entry.Send_PIREP(settings, airline, options);
     }
     [[nodiscard]] std::string Form() const {
         return server.Request().substr(server.Request().find("\r\n\r\n") + 4);
@@ -50,16 +51,28 @@ TEST_F(Pirep_Sending, The_Date_Takes_The_Form_That_Servers_Read) {
     EXPECT_EQ(Form(), "a=1&b=2&");
 }
 
-TEST_F(Pirep_Sending, What_Cannot_Be_Sent_Is_Told) {
-    EXPECT_FALSE(Send("no values\r\na|b\r\n"));
-    EXPECT_FALSE(Send(""));
+TEST_F(Pirep_Sending, What_Cannot_Be_Sent_Is_Told_With_File_Airline_And_Host) {
+    for (const char* content : {"no values\r\na|b\r\n", ""}) {
+        EXPECT_FALSE(Send(content));
+        EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("one.txt holds no values")));
+    }
     EXPECT_EQ(server.Request(), "");
     std::filesystem::remove(directory / "reports/one.txt");
-    EXPECT_FALSE(entry.Send_PIREP(settings, airline, options));
-    airline.Get_VA_Settings("DEFAULT");  // has no server
-    EXPECT_FALSE(Send("1|2"));
-    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsLogEntry.Send_PIREP()"),
-                                           HasSubstr("clsWinInet.Send_PIREP()")));
+    EXPECT_TRUE(entry.Send_PIREP(settings, airline, options));
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsLogEntry.Send_PIREP()")));
+    Write("VA_X/server.cfg", "127.0.0.1:1\r\n/in\r\n");
+    airline.Get_VA_Settings("X");
+    Write("reports/one.txt", "1|2");
+    Take_Errors();
+    const auto failure = entry.Send_PIREP(settings, airline, options);
+    ASSERT_TRUE(failure);
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsWinInet.Send_PIREP()"),
+                                           HasSubstr("one.txt was not sent to the airline X at "
+                                                     "127.0.0.1:1: InternetConnect")));
+    Tell_PIREP_Failure(desktop, *failure);
+    EXPECT_THAT(desktop.boxes.back().text,
+                AllOf(HasSubstr("127.0.0.1:1"), HasSubstr("one.txt"), HasSubstr("Send PIREP")));
+    EXPECT_THAT(desktop.boxes.back().details, HasSubstr("InternetConnect"));
 }
 
 }  // namespace

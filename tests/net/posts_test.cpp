@@ -94,13 +94,12 @@ TEST_F(Posts, A_Failed_Post_Is_Reported_And_Leaves_No_Answer) {
     EXPECT_THAT(Take_Errors(), ElementsAre(AllOf(HasSubstr("clsWinInet.Send_PIREP()"),
                                                  HasSubstr("Error Number: -2147220996\r\n"),
                                                  HasSubstr("Error Description: Missing URL\r\n"))));
-    EXPECT_EQ(desktop.boxes.size(), 1U);
     answer.clear();
     EXPECT_FALSE(Client().Send_PIREP(server.Host(), "/pirep", "1|2").success);
     EXPECT_FALSE(Client().Send_ACARS_Report(server.Host(), "/acars", report).success);
     EXPECT_THAT(Take_Errors(),
                 ElementsAre(HasSubstr("HttpSendRequest"), HasSubstr("HttpSendRequest")));
-    EXPECT_EQ(desktop.boxes.size(), 2U) << "reports of messages stay silent";
+    EXPECT_TRUE(desktop.boxes.empty()) << "whoever asked knows what to tell";
     EXPECT_FALSE(std::filesystem::exists(directory / "sr"));
 }
 

@@ -132,6 +132,7 @@ TEST_F(Message_Panel, A_report_goes_to_the_airline_of_its_message_whatever_its_s
         Fly_For("BAD", host);
         Raise("lost");
         Fly_For("X", server.Host());
+        settings.Set_Virtual_Airline("BAD");  // the pilot looks at it
         Raise("good");
         Fly_For("NONE", "");
         Raise("unsent");
@@ -163,10 +164,53 @@ TEST_F(Message_Panel, The_times_at_the_gate_write_a_log_file_that_replaces_none)
               first + Message("again\r\n\r\n") + "\r\n");
 
     std::filesystem::remove_all(directory / "messagelogs");
-    Raise("kept", Message_Type::times);
+    Timer step(desktop.Timers(), std::chrono::milliseconds(1));
+    step.tick.connect([&] {
+        step.Set_Enabled(false);
+        Raise("kept", Message_Type::times);
+    });
+    step.Set_Enabled(true);
+    Pass();
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ucMSG.Export_Message_Log()")));
     EXPECT_THAT(panel->Log(), EndsWith("kept\r\n\r\n"));
     EXPECT_FALSE(panel->Is_Posting()) << "no airline that takes reports";
+    ASSERT_EQ(desktop.boxes.size(), 1U) << "also from within a step";
+    EXPECT_THAT(desktop.boxes[0].text, HasSubstr("could not be written to a file"));
+}
+
+TEST_F(Message_Panel, The_messages_of_a_stored_flight_outlive_the_program) {
+    const auto start_anew = [&] {
+        panel.emplace(ucMSG::Parts{services, settings, airline, options});
+        panel->Set_ACARS(engine);
+        Take_Asked();
+    };
+    settings.Set_OPT_MessageLog(true);
+    std::filesystem::create_directories(directory / "messagelogs");
+    Raise("out|");
+    engine.events.FSTime.emit("1405");
+    start_anew();
+    EXPECT_EQ(panel->Log(), "") << "no flight is stored before OFF";
+    Raise("out|");
+    store.Set("ACARS", "45", "2");
+    engine.events.FSTime.emit("1410");
+    Raise("off", Message_Type::off);
+    Pass();
+    start_anew();
+    EXPECT_EQ(panel->Log(), Message("out|\r\n\r\n") + Message("off\r\n\r\n"));
+    engine.events.Start.emit();
+    Raise("times", Message_Type::times);
+    EXPECT_EQ(Read("messagelogs/2026-03-14-1509-27_ACARS.txt"), panel->Log() + "\r\n");
+    Pass();
+    EXPECT_THAT(Take_Asked(), ElementsAre(HasSubstr("acars4=times+"))) << "sent a second time";
+
+    start_anew();
+    EXPECT_THAT(panel->Log(), HasSubstr("times"));
+    store.Delete_Section("ACARS");  // given up
+    Raise("new", Message_Type::connected);
+    engine.events.Start.emit();
+    engine.events.FSTime.emit("1500");
+    EXPECT_EQ(panel->Log(), Message("new\r\n\r\n"));
+    EXPECT_FALSE(store.Find("ACARS", "Messages")) << "no flight to keep them with";
 }
 
 TEST_F(Message_Panel, The_pilot_comments_between_start_and_gate) {
