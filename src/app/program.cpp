@@ -93,7 +93,7 @@ void Program::End_The_Rest() {
 
 void Program::Keep_PIREP_Edits() {
     const std::filesystem::path kept = pirep_editor.Keep_Edits();
-    if (!kept.empty() && !m_signalled) {
+    if (!kept.empty() && m_farewell > std::chrono::milliseconds::zero()) {
         Tell(services.desktop,
              "The PIREP that was open has changes that were not saved.  They are "
              "kept in\r\n\r\n" +
