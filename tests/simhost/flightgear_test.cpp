@@ -326,15 +326,16 @@ class Flightgear_Services : public testing::Test {
                    .simulator_directory = shipped,
                    .pace = {20ms, 300ms, 200ms, 50ms}},
                   clock),
-          transport(service.Address(), 200ms, [this] { Pump(); }),
+          transport(service.Address(), 200ms, [this] { return Pump(); }),
           link(transport, clock),
           reader(link) {
         service.told.connect([this](const std::string& text) { told.push_back(text); });
         service.text_shown.connect([this](const std::string& text) { shown = text; });
     }
-    void Pump() {
+    bool Pump() {
         simulator.Serve();
         service.Serve(1ms);
+        return true;
     }
     bool Pump_Until(const std::function<bool()>& condition) {
         const auto end = std::chrono::steady_clock::now() + 10s;
