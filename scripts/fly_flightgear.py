@@ -164,7 +164,7 @@ class Pilot:
 
     def stands(self, now):
         # Floats drift with the wind.
-        self.steady = self.steady + 1 if now["speed"] < (3 if self.on_water else self.STANDING_KT) else 0
+        self.steady = self.steady + 1 if now["speed"] < (5 if self.on_water else self.STANDING_KT) else 0
         return self.steady > self.STANDING_LOOKS
 
     def fly(self, until):
