@@ -48,7 +48,7 @@ void Load_And_Sort(benchmark::State& state) {
     for ([[maybe_unused]] auto iteration : state) {
         Log_File file(log.services, log.path);
         Log_Table table;
-        best_ours = std::min(best_ours, Timed([&] { file.Load_XArray(table); }));
+        best_ours = std::min(best_ours, Timed([&] { static_cast<void>(file.Load_XArray(table)); }));
         if (table.Row_Count() != Big_Log::flights)
             state.SkipWithError("not all flights were loaded");
     }
@@ -70,7 +70,7 @@ void Save_Beside_Copy(benchmark::State& state) {
     Big_Log& log = The_Log();
     Log_File file(log.services, log.path);
     Log_Table table;
-    file.Load_XArray(table);
+    static_cast<void>(file.Load_XArray(table));
     const fs::path copy = log.services.program_directory / "copy";
     double save_s = 0;
     double copy_s = 0;
@@ -111,7 +111,7 @@ double Peak_Of_A_Load() {
         const double before = Status_Bytes("VmRSS:");
         Log_File file(log.services, log.path);
         Log_Table table;
-        file.Load_XArray(table);
+        static_cast<void>(file.Load_XArray(table));
         const double peak = Status_Bytes("VmHWM:") - before;
         const auto written = ::write(ends[1], &peak, sizeof peak);
         ::_exit(written == sizeof peak ? 0 : 1);
@@ -138,7 +138,7 @@ void Sum_Hours(benchmark::State& state) {
     Big_Log& log = The_Log();
     Log_File file(log.services, log.path);
     Log_Table table;
-    file.Load_XArray(table);
+    static_cast<void>(file.Load_XArray(table));
     for ([[maybe_unused]] auto iteration : state)
         benchmark::DoNotOptimize(table.Totals(log.services.regional));
     state.counters["sqlite3_ms"] = 1e3 * log.Sqlite_Seconds("SELECT sum(c13), sum(c16) FROM log");
@@ -150,7 +150,7 @@ void Sort_Rows(benchmark::State& state) {
     Big_Log& log = The_Log();
     Log_File file(log.services, log.path);
     Log_Table table;
-    file.Load_XArray(table);
+    static_cast<void>(file.Load_XArray(table));
     int mode = 1;
     for ([[maybe_unused]] auto iteration : state) {
         Sort_XArray(table, mode, log.services.regional.short_date);
