@@ -72,6 +72,7 @@ void Program::Close(ucACARS::Closing how) {
     // Whoever asks again without patience waits for no server.
     m_closing = m_closing || (m_close_called && !by_pilot);
     m_close_called = true;
+    m_signalled = m_signalled || !by_pilot;
     m_farewell = by_pilot ? longest_farewell : std::chrono::seconds(0);
     panel.Close(how);
 }

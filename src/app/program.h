@@ -80,6 +80,8 @@ class Program {
     void Keep_PIREP_Edits();
 
     bool m_close_called = false;
+    /// The program was asked to end by a signal: nobody is there to read a box.
+    bool m_signalled = false;
     /// From here on no request is waited for any longer.
     bool m_closing = false;
     std::chrono::milliseconds m_farewell{0};
