@@ -160,8 +160,7 @@ TEST_F(Panel_Storage, The_pilot_is_told_of_an_unknown_place_and_of_a_wrong_one) 
     Write("bin/fs9.wld", "");
     Fly();
     EXPECT_THAT(Take_Boxes(), testing::ElementsAre(testing::HasSubstr("No airport is known")));
-    Panel().hypReset.Click();
-    EXPECT_EQ(Take_Errors().size(), 1U) << "its row was kept";
+    Give_Up();
     Stand();
     Take_Off();
     Touch_Down();

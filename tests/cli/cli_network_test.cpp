@@ -206,7 +206,7 @@ TEST_F(Cli_Network, A_flight_is_reported_to_its_airline) {
     messages.pop_back();
     ASSERT_GT(messages.size(), 5U);
     ASSERT_EQ(reports.size(), messages.size());
-    EXPECT_THAT(reports.front(), HasSubstr("acars4=Flight+Connected"));
+    EXPECT_THAT(reports.front(), HasSubstr("&acars4=Message%3A+Flight+Connected"));
     EXPECT_THAT(reports.back(), testing::EndsWith("&acars7=KLGA&"));
 }
 

@@ -143,6 +143,7 @@ TEST_F(Dialog_Views, The_rows_of_a_PIREP_follow_the_keyboard_and_go_with_the_fil
     QApplication::sendEvent(last, &back);
     EXPECT_EQ(form.Scroll(), 0);
 
+    desktop.answers = {Answer::yes};
     form.hypPIREP[frmPIREP::remove].Click();
     EXPECT_TRUE(fields_shown().empty());
     EXPECT_FALSE(bar->isVisible());

@@ -146,8 +146,11 @@ TEST_F(Flight_Log_View_Test, A_picked_airport_brings_its_name_and_a_typed_code_s
     // Return on a text that is an entry ends the edit for the list and for the toolkit.
     static int warnings;
     warnings = 0;
-    const auto handler = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext&, const QString&) { ++warnings; });
+    const auto handler =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+            // The platform without a screen has complaints of its own.
+            warnings += text.contains("editor") ? 1 : 0;
+        });
     Begin(1, 3, "PHNL");
     Press(Qt::Key_Return);
     qInstallMessageHandler(handler);
