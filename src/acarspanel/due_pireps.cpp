@@ -9,6 +9,7 @@
 
 #include "common/log_error.h"
 #include "common/services.h"
+#include "flightlog/log_line.h"
 
 namespace norvane {
 
@@ -80,7 +81,7 @@ void Due_PIREPs::Store() {
 void Due_PIREPs::Note(Due_PIREP due) {
     std::erase_if(m_due, [&](const Due_PIREP& other) {
         return other.file == due.file ||
-               (other.stage == Due_PIREP::Stage::noted && other.row == due.row);
+               (other.stage == Due_PIREP::Stage::noted && Same_Flight(other.row, due.row));
     });
     m_due.push_back(std::move(due));
     if (m_due.size() > most_kept)

@@ -35,7 +35,8 @@ class Due_PIREPs {
 
     /// Takes what an earlier run has left.
     void Load();
-    /// Notes one more. A row that is to be logged once more has one PIREP, the later.
+    /// Notes one more. A flight that is to be logged once more has one PIREP, the later, whatever
+    /// the pilot changed in its row.
     void Note(Due_PIREP due);
     void Set_Stage(const std::string& file, Due_PIREP::Stage stage);
     void Take_Off(const std::string& file);
