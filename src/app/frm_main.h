@@ -99,7 +99,7 @@ class frmMain {
     Menu_Command mnuFlightLogsManage{"&Manage Flight Logs ..."};
     Menu_Command mnuFlightLogsRestoreLog{"&Restore Default Flight Log Sizing "};
     Menu_Command mnuFlightLogConvert{"&Convert MS Flight Simulator Flight Log ..."};
-    Menu_Command mnuFlightLogsRecover{"&Recover Unsaved Flights ..."};
+    Menu_Command mnuFlightLogsRecover{"Recover &Unsaved Flights ..."};
     Menu_Command mnuHelpICAO{"Airport Name/ICAO &Lookup ..."};
     Menu_Command mnuHelpContents{"&Contents ..."};
     Menu_Command mnuHelpAbout{"&About " + std::string(product_name) + " ..."};
