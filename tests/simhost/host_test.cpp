@@ -3,6 +3,7 @@
 #include <cstring>
 #include <memory>
 
+#include "common/run_error.h"
 #include "common/system_clock.h"
 #include "simhost/recorder.h"
 #include "simhost/recording.h"
@@ -135,7 +136,15 @@ TEST_F(Hosts, A_Recorded_Simulator_Plays_Back_The_Same) {
     const int stop = ::eventfd(0, EFD_CLOEXEC);
     const auto file = directory.path / "a.rec";
     std::thread recorder([&] { Record({directory.Address(), 5ms, file}, real, stop); });
-    while (!std::filesystem::exists(file) || Read_Recording(file).size() < 3)
+    // Before its first moment is written the file is no recording.
+    const auto recorded = [&] {
+        try {
+            return Read_Recording(file).size();
+        } catch (const Run_Error&) {
+            return std::size_t{0};
+        }
+    };
+    while (recorded() < 3)
         std::this_thread::sleep_for(5ms);
     ::eventfd_write(stop, 1);
     recorder.join();
