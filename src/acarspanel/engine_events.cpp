@@ -203,6 +203,7 @@ void ucACARS::End_Tracking() {
     Keep_Old_Values();
     if (m_changed)
         Persist();
+    Show_Stored();
 }
 
 void ucACARS::Settle_At_Gate() {

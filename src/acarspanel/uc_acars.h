@@ -116,6 +116,8 @@ class ucACARS {
     }
     /// The ".unsaved" file that keeps the flight given up last; empty before.
     [[nodiscard]] const std::filesystem::path& Kept_In() const { return m_kept_in; }
+    /// The store has all that the panel shows of a flight that is to be kept.
+    [[nodiscard]] bool Is_Stored_Whole() const { return !m_changed; }
     /// Which flight the panel shows: "KJFK to KBOS, OFF 1414Z", as far as it is known.
     [[nodiscard]] std::string Flight_Words() const;
     /// The title's context menu opens only in the air.

@@ -76,6 +76,7 @@ class Flight {
     bool Pause_Between_Tries(double& waited_s);
     void Read_Plan(bool resumed);
     int Follow_To_The_Gate();
+    void Say_Where_The_Row_Is();
     bool Take_Up_Dropped_Link();
     void Log_At_Gate();
     int Log();
@@ -245,6 +246,17 @@ void Flight::Log_At_Gate() {
         m_program.panel.hypLog.Click();
 }
 
+void Flight::Say_Where_The_Row_Is() {
+    const ucACARS& panel = m_program.panel;
+    std::string where = "nothing could be written, so please keep that row";
+    if (panel.Is_Stored_Whole())
+        where = "it stays stored: the next \"fly\" logs it, without a simulator";
+    else if (!panel.Kept_In().empty())
+        where = "it is kept in " + From_Path(panel.Kept_In());
+    Console_Desktop::Say("The flight was not saved to the log; the row is above, and " + where +
+                         ".  The error log tells what to put right.");
+}
+
 int Flight::Log() {
     ucACARS& panel = m_program.panel;
     if (!panel.Is_Logged())
@@ -252,10 +264,8 @@ int Flight::Log() {
     if (!panel.Is_Logged()) {
         // On the screen it is safe, whatever becomes of the files.
         Console_Desktop::Print(Log_Line(m_program.log_entry));
-        Console_Desktop::Say(
-            "The flight was not saved to the log; the row is above.  It stays stored: the next "
-            "\"fly\" logs it, without a simulator.  The error log tells what to put right.");
         m_program.Close(ucACARS::Closing::keeping_flight);
+        Say_Where_The_Row_Is();
         return exit_status::failed;
     }
     Print_Result();
