@@ -37,7 +37,9 @@ std::string Value_Behind(std::string_view line, std::size_t equals) {
 /// Walks the lines of the first section of a name.
 class Section_Lines {
   public:
-    Section_Lines(std::string_view content, std::string_view section) : m_reader(content) {
+    Section_Lines(std::string_view content, std::string_view section,
+                  Comment_Lines comments = Comment_Lines::leave_out)
+        : m_reader(content), m_comments(comments) {
         while (!m_inside && m_reader.Next()) {
             const std::string_view line = Without_White_Space(m_reader.Line());
             m_inside = line.starts_with('[') &&
@@ -45,12 +47,13 @@ class Section_Lines {
         }
     }
 
-    /// Moves to the next line that is neither empty nor a comment; false at the section's end.
+    /// Moves to the next line that counts and is not empty; false at the section's end.
     bool Next() {
         while (m_inside && m_reader.Next()) {
             m_line = Without_White_Space(m_reader.Line());
             m_inside = !m_line.starts_with('[');
-            if (m_inside && !m_line.empty() && m_line.front() != ';')
+            const bool counts = m_comments == Comment_Lines::keep || !m_line.starts_with(';');
+            if (m_inside && !m_line.empty() && counts)
                 return true;
         }
         return false;
@@ -59,6 +62,7 @@ class Section_Lines {
 
   private:
     Line_Reader m_reader;
+    Comment_Lines m_comments;
     std::string_view m_line;
     bool m_inside = false;
 };
@@ -100,9 +104,9 @@ std::map<std::string, std::string> Profile::Values(std::string_view section) con
     return values;
 }
 
-std::string Profile::Section(std::string_view section) const {
+std::string Profile::Section(std::string_view section, Comment_Lines comments) const {
     std::string entries;
-    for (Section_Lines lines(m_content, section);
+    for (Section_Lines lines(m_content, section, comments);
          entries.size() < section_buffer - 1 && lines.Next();) {
         entries += lines.Line();
         entries += '\0';

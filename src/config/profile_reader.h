@@ -11,6 +11,9 @@
 
 namespace norvane {
 
+/// Whether lines that begin with ";" count among a section's.
+enum class Comment_Lines { leave_out, keep };
+
 class Profile {
   public:
     /// Reads the file whole; a missing file is an empty one. Raises when it cannot be read.
@@ -25,10 +28,11 @@ class Profile {
     /// All of a section's values as `Value` gives them, by their keys in lower case: one pass where
     /// many keys are asked for.
     [[nodiscard]] std::map<std::string, std::string> Values(std::string_view section) const;
-    /// The section's lines as written (surrounding blanks, empty lines and lines that begin with
-    /// ";" left out), each followed by a NUL, cut to the 32767 characters of the field's buffer; a
-    /// single NUL when there is none.
-    [[nodiscard]] std::string Section(std::string_view section) const;
+    /// The section's lines as written (surrounding blanks, empty lines and, unless they are to be
+    /// kept, lines that begin with ";" left out), each followed by a NUL, cut to the 32767
+    /// characters of the field's buffer; a single NUL when there is none.
+    [[nodiscard]] std::string Section(std::string_view section,
+                                      Comment_Lines comments = Comment_Lines::leave_out) const;
     /// The names of the sections, in file order.
     [[nodiscard]] std::vector<std::string> Section_Names() const;
 

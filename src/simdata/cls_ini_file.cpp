@@ -102,10 +102,13 @@ void clsIniFile::Get_Configuration_Info() {
     m_baggage_cargo.clear();
     m_atc_model = Get_String("GENERAL", "ATC_MODEL", true);
     m_max_rpm = Get_String("PISTON_ENGINE", "MAX_RATED_RPM", true);
-    const std::string section = GetSectEntries(payload_section);
+    // Aircraft makers write their marker as a comment, behind either sign.
+    std::string marked;
+    Guarded(m_services, "clsIniFile.GetSectEntries()", Show::silent,
+            [&] { marked = Profile(m_file).Section(payload_section, Comment_Lines::keep); });
     for (const auto& layout : layouts) {
-        if (Contains_No_Case(section, layout.marker)) {
-            (this->*layout.read)(section);
+        if (Contains_No_Case(marked, layout.marker)) {
+            (this->*layout.read)(GetSectEntries(payload_section));
             return;
         }
     }

@@ -91,6 +91,8 @@ TEST_F(Ini_File, Stations_That_Count_Their_People) {
                       "Station_Load.6=1,1,2,Lower cargo in another case\r\n"
                       "station_load.7=heavy,1,2,More cargo\r\n"),
               "20/1201");
+    // A marker counts behind either sign of a comment, a station behind none.
+    EXPECT_EQ(Payload("; ACLOADER\r\nstation_load.0=7,cargo\r\n;station_load.1=8,cargo"), "/7");
     EXPECT_EQ(Payload("// ACLOADER and LYONSMARK\r\npax_weight=5\r\ncargo_weight=6"), "/");
 }
 
