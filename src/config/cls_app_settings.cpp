@@ -224,7 +224,7 @@ std::string clsAppSettings::Check_Airline_Directory() {
         return {};
     }
     // A section of the store that is no airline's must not go with an airline of its name.
-    const std::string fault = Airline_Name_Fault(stored);
+    std::string fault = Airline_Name_Fault(stored);
     if (fault.empty()) {
         if (std::filesystem::is_directory(
                 Find_Path(m_services, m_services.program_directory, Airline_Directory(stored)))) {

@@ -31,10 +31,9 @@ constexpr std::array pilot_texts = {
     Pilot_Text{&App_Setting_Values::Airline_ICAO, &App::Set_Airline_ICAO},
 };
 
-}  // namespace
-
-const std::vector<Setting_List>& Setting_Lists() {
-    static const std::vector<Setting_List> lists = {
+/// What a flight begins and ends with, and in which units.
+std::vector<Setting_List> Lists_Of_Units() {
+    return {
         {&Panel::cboDate,
          "Default Date:",
          "Default date used when ACARS started",
@@ -65,6 +64,12 @@ const std::vector<Setting_List>& Setting_Lists() {
          {"Local", "Zulu"},
          &App::ACARS_Time,
          &App::Set_ACARS_Time},
+    };
+}
+
+/// How it is recorded, and what goes with it.
+std::vector<Setting_List> Lists_Of_Recording() {
+    return {
         {&Panel::cboATCModel,
          "Aircraft Type:",
          "Variable in aircraft.cfg to use for Aircraft Type",
@@ -93,6 +98,17 @@ const std::vector<Setting_List>& Setting_Lists() {
          &App::ACARS_UseTime,
          &App::Set_ACARS_UseTime},
     };
+}
+
+}  // namespace
+
+const std::vector<Setting_List>& Setting_Lists() {
+    static const std::vector<Setting_List> lists = [] {
+        std::vector<Setting_List> all = Lists_Of_Units();
+        const std::vector<Setting_List> more = Lists_Of_Recording();
+        all.insert(all.end(), more.begin(), more.end());
+        return all;
+    }();
     return lists;
 }
 

@@ -209,6 +209,7 @@ std::vector<double> Total_Coumn(const Log_Table& table, const std::vector<Column
         }
     }
     std::vector<double> totals;
+    totals.reserve(sums.size());
     for (const Decimal_Sum& sum : sums)
         totals.push_back(sum.Value());
     return totals;

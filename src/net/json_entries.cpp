@@ -16,13 +16,11 @@ constexpr int entry_depth = 3;
 
 /// Behind the text that begins with the quotation mark at `start`; the end when it is not closed.
 std::size_t Behind_Text(std::string_view page, std::size_t start) {
-    for (std::size_t i = start + 1; i < page.size(); ++i) {
-        i = page.find_first_of("\"\\", i);
-        if (i == std::string_view::npos)
-            return page.size();
+    std::size_t i = start + 1;
+    while ((i = page.find_first_of("\"\\", i)) != std::string_view::npos) {
         if (page[i] == '"')
             return i + 1;
-        ++i;  // whatever is escaped
+        i += 2;  // with whatever is escaped
     }
     return page.size();
 }

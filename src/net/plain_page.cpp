@@ -333,11 +333,12 @@ void Page_Cleaner::Put_Text(std::string_view text) {
         std::erase_if(around, [&](const auto& outer) { return outer.second == drawn; });
         around.emplace_back(std::move(start), drawn);
     }
-    for (const auto& [start, name] : around)
+    std::string ends;
+    for (const auto& [start, name] : around) {
         m_markup.append("<").append(start).append(">");
-    m_markup += Replace_All(Replace_All(text, "<", "&lt;"), ">", "&gt;");
-    for (auto each = around.rbegin(); each != around.rend(); ++each)
-        m_markup.append("</").append(each->second).append(">");
+        ends.insert(0, "</" + std::string(name) + ">");
+    }
+    m_markup += Replace_All(Replace_All(text, "<", "&lt;"), ">", "&gt;") + ends;
     m_elements += static_cast<int>(around.size());
 }
 
