@@ -26,7 +26,9 @@ Property_Server::Property_Server(Link_Address address, Property_Pace pace)
     : m_address(std::move(address)), m_pace(pace), m_piece(piece_size) {}
 
 pollfd Property_Server::Wanted() const {
-    const short events = m_connecting ? POLLOUT : m_outgoing.empty() ? POLLIN : POLLIN | POLLOUT;
+    if (m_connecting)
+        return system_sockets::Poll_Entry(m_socket.Descriptor(), POLLOUT);
+    const short events = m_outgoing.empty() ? POLLIN : POLLIN | POLLOUT;
     return system_sockets::Poll_Entry(m_socket.Descriptor(), events);
 }
 
