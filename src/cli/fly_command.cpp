@@ -76,7 +76,7 @@ class Flight {
     bool Pause_Between_Tries(double& waited_s);
     void Read_Plan(bool resumed);
     int Follow_To_The_Gate();
-    void Say_Where_The_Row_Is();
+    void Say_Where_The_Row_Is() const;
     bool Take_Up_Dropped_Link();
     void Log_At_Gate();
     int Log();
@@ -246,7 +246,7 @@ void Flight::Log_At_Gate() {
         m_program.panel.hypLog.Click();
 }
 
-void Flight::Say_Where_The_Row_Is() {
+void Flight::Say_Where_The_Row_Is() const {
     const ucACARS& panel = m_program.panel;
     std::string where = "nothing could be written, so please keep that row";
     if (panel.Is_Stored_Whole())
