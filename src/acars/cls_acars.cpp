@@ -33,6 +33,10 @@ void clsACARS::Paused() {
     m_engine->Paused();
 }
 
+void clsACARS::Store() {
+    m_engine->Store();
+}
+
 void clsACARS::Resume_() {
     m_engine->Resume_();
 }

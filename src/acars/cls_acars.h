@@ -59,6 +59,8 @@ class clsACARS {
     void ReStart(bool& success);
     void Paused();
     void Resume_();
+    /// Writes the flight to the store, between steps.
+    void Store();
     void Reset();
     void Send_Disconnect_Message();
     void Report_Position();

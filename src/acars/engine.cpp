@@ -212,6 +212,10 @@ void ACARS_Engine::Paused() {
     });
 }
 
+void ACARS_Engine::Store() {
+    Run_When_Free([this] { Persist(m_context, Show::silent); });
+}
+
 void ACARS_Engine::Resume_() {
     Run_When_Free([this] {
         bool success = false;

@@ -31,6 +31,7 @@ class ACARS_Engine {
     void Stop_();
     void ReStart(bool& success);
     void Paused();
+    void Store();
     void Resume_();
     void Reset();
     void Send_Disconnect_Message();

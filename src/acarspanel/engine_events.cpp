@@ -234,8 +234,10 @@ void ucACARS::Interruption(std::string_view event) {
         Guarded(m_services, event, Show::silent, [&] { batch.emplace(m_services.settings); });
         ACARS_MODE();
         Persist();
-        if (batch)
-            Guarded(m_services, event, Show::silent, [&] { batch->Commit(); });
+        if (batch && !Guarded(m_services, event, Show::silent, [&] { batch->Commit(); })) {
+            m_changed = true;
+            m_store_timer.Set_Enabled(true);
+        }
         Interrupted.emit();
         m_services.desktop.Show_Message(
             {"The connection to Flight Simulator has been interrupted.  "

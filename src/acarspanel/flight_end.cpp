@@ -93,7 +93,7 @@ void ucACARS::Settle_Stored_Flight() {
 
 /// True when the flight log has saved the flight.
 bool ucACARS::ACARS_LOG() {
-    m_saved = false;
+    bool saved = false;
     Guarded(m_services, "ucACARS.ACARS_LOG()", Show::box, [&] {
         const Busy_Cursor busy(m_services.desktop);
         if (m_waiting)
@@ -108,20 +108,27 @@ bool ucACARS::ACARS_LOG() {
         Note_Due_PIREP(row, was_logged_before);
         if (at_gate)
             Note_Row_To_Be_Logged(row);
-        m_objNewLogEntry.New_Log_Entry_Save();
-        if (m_saved)
+        const std::string pirep = m_objNewLogEntry.Get(Log_Field::PIREP_FILE_NAME);
+        // Before the log's boxes: the flight goes on behind them, and may come to the gate.
+        m_on_saved = [&] {
+            saved = true;
             Take_Logged_Row(row, at_gate);
+        };
+        m_objNewLogEntry.New_Log_Entry_Save();
+        // What was stored meanwhile has named the entry anew; the name that is noted counts.
+        m_objNewLogEntry.Set(Log_Field::PIREP_FILE_NAME, pirep);
         const bool has_pirep = m_settings.OPT_PIREP() && m_objNewLogEntry.Export_ACARS_Report();
         // Before the post, which takes its time: a program killed meanwhile has nothing left to
         // log. Behind the export, which a store that fails does not cost.
-        if (m_saved && at_gate) {
+        if (saved && at_gate) {
             Guarded(m_services, "ucACARS.ACARS_LOG()", Show::box,
                     [&] { Delete_Stored_Flight(m_services); });
         }
-        if (has_pirep && m_saved)
+        if (has_pirep && saved)
             Send_PIREP_Of(was_logged_before);
     });
-    return m_saved;
+    m_on_saved = {};
+    return saved;
 }
 
 /// The log has the flight: for good, or as far as it went.
@@ -148,8 +155,10 @@ void ucACARS::Send_PIREP_Of(bool was_logged_before) {
     if (m_settings.OPT_PIREP_SEND() && !m_airline.Script_PIREP().empty()) {
         Tell(m_services.desktop,
              fmt::format(
-                 "The airline has the PIREP of this flight as it was logged before the gate.  "
-                 "The complete one is not sent by itself; it is kept in {}",
+                 "This flight was logged before the gate, and its PIREP was given out then.  So "
+                 "that the airline does not count it twice, the complete one is not sent by "
+                 "itself.  If the airline has none, please send it with \"Send PIREP ...\"; it is "
+                 "kept in {}",
                  m_objNewLogEntry.Get(Log_Field::PIREP_FILE_NAME)));
     }
 }
@@ -214,7 +223,8 @@ std::filesystem::path ucACARS::Drop_Stored_Flight() {
 /// Puts the finished flight off the panel; false when the pilot wanted it logged first and that
 /// failed, or did not say what is to become of it.
 bool ucACARS::Begin_New_Flight() {
-    if (!Ask_About_Finished_Flight() || m_finish == Finish::unlogged)
+    // A signal may have ended the panel behind the question.
+    if (!Ask_About_Finished_Flight() || m_finish == Finish::unlogged || m_closed)
         return false;
     m_objACARS->Reset();
     Clear_Old_Values();

@@ -81,6 +81,10 @@ void ucACARS::ACARS_MODE() {
             m_objACARS->Paused();
         else
             m_objACARS->Resume_();
+        // No step comes that would store again what the store did not take.
+        if (m_paused && !m_objACARS->Was_Stored())
+            m_changed = true;
+        m_store_timer.Set_Enabled(m_paused && m_changed && Has_Flight_To_Keep());
     });
 }
 

@@ -137,14 +137,19 @@ void ucACARS::Note_Due_PIREP(const std::string& row, bool was_logged_before) {
         return;
     const clsLogEntry& entry = m_objNewLogEntry;
     m_due_pireps.Note({entry.Get(Log_Field::PIREP_FILE_NAME), entry.PIREP_Line(), row,
-                       m_airline.Name(), m_settings.OPT_PIREP_SEND() && !was_logged_before,
+                       m_airline.Name(), Sends_PIREPs() && !was_logged_before,
                        Due_PIREP::Stage::noted});
+}
+
+/// An airline without a script has nobody to send to.
+bool ucACARS::Sends_PIREPs() const {
+    return m_settings.OPT_PIREP_SEND() && !m_airline.Script_PIREP().empty();
 }
 
 /// The PIREP of the flight just logged is written: what is left of it is its post.
 void ucACARS::Queue_PIREP() {
     const std::string file = m_objNewLogEntry.Get(Log_Field::PIREP_FILE_NAME);
-    if (!m_settings.OPT_PIREP_SEND()) {
+    if (!Sends_PIREPs()) {
         m_due_pireps.Take_Off(file);
         return;
     }
@@ -213,6 +218,13 @@ void ucACARS::Post_PIREP(const PIREP_Post& post) {
         const clsVASettings& airline = of_flight.Get();
         if (airline.Script_PIREP().empty()) {
             m_due_pireps.Take_Off(post.file);
+            const Run_Error lost(error_number::other,
+                                 "No PIREP script is known of the airline " + post.airline,
+                                 "The PIREP was not sent: the files of the airline " +
+                                     post.airline + " name no script.  It is kept in\r\n\r\n" +
+                                     post.file + "\r\n\r\nPlease send it with \"Send PIREP ...\".");
+            Log_Error(m_services, "ucACARS.Post_PIREP()", lost, Show::silent);
+            Tell_PIREP_Failure(m_services.desktop, lost);
             return;
         }
         const auto is_given_up = [this] { return m_http.given_up && m_http.given_up(); };

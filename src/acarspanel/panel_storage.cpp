@@ -123,6 +123,9 @@ bool ucACARS::Persist() {
         Create_Log_Entry();
         Settings_Batch batch(m_services.settings);
         Store_Panel();
+        // Between steps the engine's part may be missing: it is lost with a step's transaction.
+        if (m_active && !m_objACARS->Is_Stepping())
+            m_objACARS->Store();
         stored = m_objNewLogEntry.Persist();
         batch.Commit();
         m_changed = !stored;

@@ -156,7 +156,10 @@ void ucACARS::Connect_Controls() {
     chkVFR.edited.connect([this] { chkIFR.Set_Checked(!chkVFR.Checked()); });
     Note_Changes();
     m_entry_connections = {
-        m_objNewLogEntry.NewLogEntrySaveOK.connect([this] { m_saved = true; }),
+        m_objNewLogEntry.NewLogEntrySaveOK.connect([this] {
+            if (m_on_saved)
+                std::exchange(m_on_saved, {})();
+        }),
         m_objNewLogEntry.NewLogEntrySaveFail.connect(
             sigc::mem_fun(*this, &ucACARS::NewLogEntrySaveFail)),
     };

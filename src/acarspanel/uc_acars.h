@@ -318,6 +318,7 @@ class ucACARS {
     void Drop_Requests();
     void Note_Due_PIREP(const std::string& row, bool was_logged_before);
     void Take_Up_Due_PIREPs();
+    [[nodiscard]] bool Sends_PIREPs() const;
     void Queue_PIREP();
     void Post_PIREPs();
     void Post_PIREP(const PIREP_Post& post);
@@ -386,7 +387,8 @@ class ucACARS {
     /// `Close` was called; how, until it is done or called off.
     std::optional<Closing> m_closing;
     bool m_closed = false;
-    bool m_saved = false;
+    /// What follows once the log has the flight that is being logged.
+    std::function<void()> m_on_saved;
     /// The row that could not be saved to the log was found at the start.
     bool m_save_failed = false;
     /// The row by which the flight was logged before its gate; empty: it was not.

@@ -73,7 +73,7 @@ void Program::Close(ucACARS::Closing how) {
     m_closing = m_closing || (m_close_called && !by_pilot);
     m_close_called = true;
     m_signalled = m_signalled || !by_pilot;
-    m_farewell = by_pilot ? longest_farewell : std::chrono::seconds(0);
+    m_farewell = m_signalled ? std::chrono::seconds(0) : longest_farewell;
     panel.Close(how);
 }
 

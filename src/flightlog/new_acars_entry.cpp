@@ -51,11 +51,16 @@ void ucFlightLog::NewACARS_Entry() {
         table_changed.emit();
         Forget_Failed_Flight(line);
         m_failed_flights.push_back(line);
-        saved = Save_And_Tell([&] { Forget_Failed_Flight(line); });
+        // The result comes before the boxes, behind which the flight goes on.
+        saved = Save_And_Tell([&] {
+            Forget_Failed_Flight(line);
+            m_log_entry.New_Log_Entry_Save_Result(true);
+        });
         if (!saved)
             Total_FlightTime();
     });
-    m_log_entry.New_Log_Entry_Save_Result(saved);
+    if (!saved)
+        m_log_entry.New_Log_Entry_Save_Result(false);
 }
 
 void ucFlightLog::Keep_Flight_Of_Unloaded_Log(const std::string& line) {
