@@ -93,10 +93,11 @@ std::vector<Log_File::Trouble> Log_File::Load_XArray(Log_Table& table) {
 }
 
 void Log_File::Load(Log_Table& table, std::vector<Trouble>& troubles) {
-    // Both only read the log: the copy is made while it is being loaded.
-    auto backup = std::async([&] { Backup_Log(m_path); });
     std::string content = Read_File(m_path);
+    // What is refused takes no readable backup's place.
     Demand_Code_Page(content, m_path);
+    // Both only read: the copy is made while the lines are found.
+    auto backup = std::async([&] { Backup_Log(m_path); });
     Log_Reading reading = Parse_Log(std::move(content));
     Sort_XArray(reading.table, 0, m_services.regional.short_date);
     try {

@@ -58,7 +58,8 @@ fs::path Write_New(const fs::path& log, std::string_view ending, std::string_vie
     return file;
 }
 
-/// A backup that is larger than the new copy steps back to ".bak1", but never over a larger one.
+/// A backup that is larger than the new copy steps back to ".bak1", or to ".bak2" where ".bak1" is
+/// a larger one.
 void Step_Back(const fs::path& log, const fs::path& backup, std::uintmax_t new_size) {
     std::error_code missing;
     const auto size = fs::file_size(backup, missing);
@@ -66,8 +67,7 @@ void Step_Back(const fs::path& log, const fs::path& backup, std::uintmax_t new_s
         return;
     const fs::path older = Beside_Log(log, ".bak1");
     const auto older_size = fs::file_size(older, missing);
-    if (missing || size >= older_size)
-        fs::rename(backup, older);
+    fs::rename(backup, missing || size >= older_size ? older : Beside_Log(log, ".bak2"));
 }
 
 char Last_Byte(const fs::path& file) {

@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "common/code_page.h"
+#include "common/line_reader.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "flightlog/log_line.h"
@@ -29,14 +31,31 @@ bool ucFlightLog::Recover_Rows(const std::vector<std::string>& lines) {
     bool saved = false;
     Guarded(m_services, "ucFlightLog.Recover_Rows()", Show::box, [&] {
         commit_edit_wanted.emit();
+        // What kept the file from being read may be over.
+        if (!m_file->Loaded_To_Its_End() && !m_unsaved_edits)
+            Grid_Load();
+        if (!m_file->Loaded_To_Its_End()) {
+            throw Run_Error(error_number::path_file_access,
+                            From_Path(m_file->Path()) + ": is not loaded",
+                            "The flight log could not be read, so nothing was added to it.  The "
+                            "rows stay in their files; please put right what keeps it from being "
+                            "read, then try again.");
+        }
+        std::string replaced;
         for (const std::string& line : lines) {
             auto row = Row_Of(m_table, line);
             if (!row) {
                 row = m_table.Row_Count();
                 m_table.Resize(*row + 1);
             }
+            const std::string before = m_table.Line(*row);
+            if (!m_table.Is_Blank(*row) && before != line)
+                replaced.append(before).append(cr_lf);
             m_table.Set_Line(*row, line);
         }
+        // The log may have been edited since: what gives way is kept.
+        if (!replaced.empty())
+            m_file->Set_Aside(replaced);
         m_changed = true;
         m_unsaved_edits = true;
         table_changed.emit();

@@ -106,6 +106,8 @@ bool ucFlightLog::Prompt_Save_Changes() {
 void ucFlightLog::Give_Up_Changes() {
     const auto kept = Keep_Unsaved_Edits();
     m_changed = false;
+    // Where there is no file, loading leaves the table as it is.
+    m_table.Clear();
     Grid_Load();
     if (!kept)
         return;
