@@ -1,7 +1,7 @@
 // An airline's answer of any bytes: what is left of it is plain structure.
 
-#include "fuzz_world.h"
 #include "net/plain_page.h"
+#include "fuzz_world.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace norvane;

@@ -12,6 +12,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Nearest_Search search;
     search.from = {40.6, -73.8};
     file.Search(search, Equal_Distance::replaces_best, {});
-    fuzz::Check(search.icao.find('|') == std::string::npos);
+    fuzz::Check(search.Best().icao.find('|') == std::string::npos);
     return 0;
 }
