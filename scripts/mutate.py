@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Measures how many small faults the tests notice: mutate.py [--sample N] [--seed S] [--at-least PERCENT] [FILE ...]
+"""Measures how many small faults the tests notice: mutate.py [--sample N] [--seed S] [--at-least PERCENT] [--workers W] [PATH ...]
 
 Makes a fault in a source of src/ (see mutants.py), compiles that file alone, links the tests of its folder with it in front of the
-folder's library, and runs them: a mutant that no test notices has survived and is printed. Each of the two workers has a build of
-its own below build/. A mutant that the compiler refuses does not count, another one takes its place. mutants_accepted.txt lists
+folder's library, and runs them: a mutant that no test notices has survived and is printed. Each worker has a build of its own
+below build/. A mutant that the compiler refuses does not count, another one takes its place. mutants_accepted.txt lists
 survivors that change nothing a test could see, each with the reason; they do not count either."""
 
 import argparse
@@ -143,7 +143,7 @@ def all_mutants(files):
     for name in house.tracked_files(house.ROOT):
         if not (name.startswith("src/") and name.endswith(".cpp")) or any(part in name for part in FOREIGN):
             continue
-        if folder_of(name) in TESTS and (not files or name in files):
+        if folder_of(name) in TESTS and (not files or name.startswith(tuple(files))):
             yield from mutants_of(name, house.read_text(house.ROOT / name))
 
 
@@ -257,15 +257,16 @@ def main():
     parser.add_argument("--sample", type=int, default=150)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--at-least", type=float, default=88)
+    parser.add_argument("--workers", type=int, default=2)
     parser.add_argument("--self-test", action="store_true")
-    parser.add_argument("files", nargs="*", help="sources below src/; all of them unless told")
+    parser.add_argument("files", nargs="*", metavar="PATH", help="how the names of the wanted sources begin; all of src/ unless told")
     options = parser.parse_args()
     if options.self_test:
         self_test()
     mutants = list(all_mutants(options.files))
     random.Random(options.seed).shuffle(mutants)
     hunt = Hunt(mutants, options.sample, accepted_survivors(ACCEPTED.read_text() if ACCEPTED.exists() else ""))
-    workers = [threading.Thread(target=work, args=(Build(number), hunt)) for number in (1, 2)]
+    workers = [threading.Thread(target=work, args=(Build(number), hunt)) for number in range(1, options.workers + 1)]
     begin = time.monotonic()
     for worker in workers:
         worker.start()
@@ -275,6 +276,8 @@ def main():
     percent = 100 * hunt.killed / judged if judged else 0
     print(f"mutants of seed {options.seed}: {judged} tried of {len(mutants)}, {hunt.killed} killed ({percent:.1f} %), "
           f"{len(hunt.survivors)} survived; {(time.monotonic() - begin) / 60:.0f} min")
+    if hunt.left > 0 and hunt.waiting:
+        sys.exit("mutate.py: a worker stopped before the end; see above")
     sys.exit(0 if percent >= options.at_least else 1)
 
 
