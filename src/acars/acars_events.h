@@ -3,7 +3,7 @@
 // engine; panels connect. Within a sampling step events are held back until every read of the step
 // has succeeded, then raised in the order in which they came up.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <string>
 
@@ -39,13 +39,13 @@ enum class Message_Type {
 inline constexpr int message_type_count = 11;
 
 struct ACARS_Events {
-    using Plain = sigc::signal<void()>;
-    using Text = sigc::signal<void(const std::string&)>;
+    using Plain = Signal<>;
+    using Text = Signal<const std::string&>;
     /// A value and its unit or time code.
-    using Figure = sigc::signal<void(const std::string&, int)>;
+    using Figure = Signal<const std::string&, int>;
     /// An ICAO code and the airport's name.
-    using Airport = sigc::signal<void(const std::string&, const std::string&)>;
-    using Message = sigc::signal<void(Message_Type, const std::string&)>;
+    using Airport = Signal<const std::string&, const std::string&>;
+    using Message = Signal<Message_Type, const std::string&>;
 
     Text FlightDate;          // 1
     Text ATCTail;             // 2

@@ -28,7 +28,7 @@ void ucACARS::Connect_Engine() {
     }
     ACARS_Events& events = m_objACARS->events;
     const auto connect = [this](auto& event, auto&& run) {
-        m_engine_connections.push_back(event.connect(run));
+        m_engine_connections.Keep(event.connect(run));
     };
     // Connected after the table: the labels show the event before what follows from it is done.
     connect(events.ATCFlight, [this](const std::string& flight) {
@@ -68,7 +68,7 @@ void ucACARS::Connect_Engine() {
 
 void ucACARS::Connect_Text(const Panel_Field& row) {
     auto& event = m_objACARS->events.*std::get<ACARS_Events::Text ACARS_Events::*>(row.event);
-    m_engine_connections.push_back(event.connect([this, &row](const std::string& value) {
+    m_engine_connections.Keep(event.connect([this, &row](const std::string& value) {
         if (Label* label = row.Find_Label(*this))
             label->Set_Text(value + std::string(row.suffix));
         Text_Box* box = row.Find_Box(*this);
@@ -81,7 +81,7 @@ void ucACARS::Connect_Figure(const Panel_Field& row) {
     auto& event = m_objACARS->events.*std::get<ACARS_Events::Figure ACARS_Events::*>(row.event);
     Label& label = *row.Find_Label(*this);
     const auto connect = [&](auto setting, auto shown) {
-        m_engine_connections.push_back(
+        m_engine_connections.Keep(
             event.connect([this, &label, setting, shown](const std::string& value, int code) {
                 if (code == (m_settings.*setting)())
                     label.Set_Text(shown(value, code));

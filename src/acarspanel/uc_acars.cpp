@@ -63,12 +63,7 @@ ucACARS::ucACARS(Parts parts)
     Connect_Controls();
 }
 
-ucACARS::~ucACARS() {
-    for (sigc::connection& connection : m_engine_connections)
-        connection.disconnect();
-    for (sigc::connection& connection : m_entry_connections)
-        connection.disconnect();
-}
+ucACARS::~ucACARS() = default;
 
 void ucACARS::UCI() {
     Guarded(m_services, "ucACARS.UCI()", Show::box, [&] {
@@ -95,9 +90,7 @@ void ucACARS::UCI() {
 }
 
 void ucACARS::Set_ACARS(clsACARS& engine) {
-    for (sigc::connection& connection : m_engine_connections)
-        connection.disconnect();
-    m_engine_connections.clear();
+    m_engine_connections.Disconnect();
     m_objACARS = &engine;
     Connect_Engine();
     Hand_Over_Codes();
@@ -121,14 +114,14 @@ void ucACARS::Connect_Controls() {
     command(hypFP, &ucACARS::Load_Flight_Plan);
     hypNext.clicked.connect([this] { Move_To_Page(Page_Beside(+1)); });
     hypBack.clicked.connect([this] { Move_To_Page(Page_Beside(-1)); });
-    tmr.tick.connect(sigc::mem_fun(*this, &ucACARS::Tick));
-    tmrPos.tick.connect(sigc::mem_fun(*this, &ucACARS::Position_Tick));
+    tmr.tick.connect(*this, &ucACARS::Tick);
+    tmrPos.tick.connect(*this, &ucACARS::Position_Tick);
     for (std::size_t end = 0; end < tmrWX.size(); ++end)
         tmrWX.at(end).tick.connect([this, end] { Weather_Tick(end); });
-    tmrVATSIM.tick.connect(sigc::mem_fun(*this, &ucACARS::VATSIM_Tick));
-    m_gate_timer.tick.connect(sigc::mem_fun(*this, &ucACARS::Settle_At_Gate));
-    m_post_timer.tick.connect(sigc::mem_fun(*this, &ucACARS::Post_PIREPs));
-    m_store_timer.tick.connect(sigc::mem_fun(*this, &ucACARS::Store_Tick));
+    tmrVATSIM.tick.connect(*this, &ucACARS::VATSIM_Tick);
+    m_gate_timer.tick.connect(*this, &ucACARS::Settle_At_Gate);
+    m_post_timer.tick.connect(*this, &ucACARS::Post_PIREPs);
+    m_store_timer.tick.connect(*this, &ucACARS::Store_Tick);
     mnuPosition.chosen.connect([this] {
         After_Step([this] {
             if (m_objACARS != nullptr)
@@ -137,7 +130,7 @@ void ucACARS::Connect_Controls() {
     });
 
     const auto airport = [this](Text_Box& box, Label& name) {
-        box.changed.connect(sigc::mem_fun(*this, &ucACARS::Hand_Over_Codes));
+        box.changed.connect(*this, &ucACARS::Hand_Over_Codes);
         box.edited.connect([this, &box, &name] { Derive_Name(box, name); });
         box.left.connect([this, &box, &name] { Settle_Code(box, name); });
         name.changed.connect([&box, &name] {
@@ -155,14 +148,13 @@ void ucACARS::Connect_Controls() {
     chkIFR.edited.connect([this] { chkVFR.Set_Checked(!chkIFR.Checked()); });
     chkVFR.edited.connect([this] { chkIFR.Set_Checked(!chkVFR.Checked()); });
     Note_Changes();
-    m_entry_connections = {
+    m_entry_connections.Keep({
         m_objNewLogEntry.NewLogEntrySaveOK.connect([this] {
             if (m_on_saved)
                 std::exchange(m_on_saved, {})();
         }),
-        m_objNewLogEntry.NewLogEntrySaveFail.connect(
-            sigc::mem_fun(*this, &ucACARS::NewLogEntrySaveFail)),
-    };
+        m_objNewLogEntry.NewLogEntrySaveFail.connect(*this, &ucACARS::NewLogEntrySaveFail),
+    });
 }
 
 /// What changes on the panel is stored at the end of a step, or soon where no steps are made.

@@ -7,7 +7,7 @@
 // and IN are the four block events of a flight; ZFW is the zero fuel weight, N settings the
 // engines' speeds at take-off.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <array>
 #include <cstddef>
@@ -140,20 +140,20 @@ class ucACARS {
     [[nodiscard]] std::string Get_WX(std::string_view icao);
 
     /// Tracking became active (true) or stopped.
-    sigc::signal<void(bool)> Active_State;
+    Signal<bool> Active_State;
     /// The link dropped; the flight is paused and stored.
-    sigc::signal<void()> Interrupted;
+    Signal<> Interrupted;
     /// `Is_Tracked_Or_Stored` may be another one now.
-    sigc::signal<void()> Stored_State;
+    Signal<> Stored_State;
     /// The pilot closes the program: whoever has a question asks it now; false calls it off.
-    sigc::signal<void(bool&)> Close_Asked;
-    sigc::signal<void()> Close_Called_Off;
+    Signal<bool&> Close_Asked;
+    Signal<> Close_Called_Off;
     /// Nothing calls it off any more.
-    sigc::signal<void()> Closing_Now;
-    sigc::signal<void()> Closed;
-    sigc::signal<void()> Page_Changed;
+    Signal<> Closing_Now;
+    Signal<> Closed;
+    Signal<> Page_Changed;
     /// The input focus belongs to this control.
-    sigc::signal<void(const Control&)> Focus_Moved;
+    Signal<const Control&> Focus_Moved;
 
     Timer tmr;
     Timer tmrPos;
@@ -365,8 +365,6 @@ class ucACARS {
     frmResponse& m_response;
     Http_Options m_http;
     clsACARS* m_objACARS = nullptr;
-    std::vector<sigc::connection> m_engine_connections;
-    std::vector<sigc::connection> m_entry_connections;
 
     /// Every control of a kind, the custom fields' among them.
     std::vector<Label*> m_labels;
@@ -423,6 +421,8 @@ class ucACARS {
     /// What the fields showed when the finished flight was last complete.
     std::map<const Control*, std::string> m_old_values;
     std::pair<bool, bool> m_old_rules;
+    Connections m_engine_connections;
+    Connections m_entry_connections;
 };
 
 }  // namespace norvane

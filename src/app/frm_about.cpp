@@ -13,7 +13,6 @@ constexpr std::array parts = {
     Licensed_Part{"Qt 6", "the window", "GNU LGPL 3"},
     Licensed_Part{"libcurl", "network requests", "curl licence (MIT style)"},
     Licensed_Part{"SQLite", "the settings store", "public domain"},
-    Licensed_Part{"libsigc++ 3", "notices between the parts", "GNU LGPL 3"},
     Licensed_Part{"{fmt}", "formatting of texts", "MIT licence"},
     Licensed_Part{"nlohmann/json", "network data and scenarios", "MIT licence"},
     Licensed_Part{"CLI11", "command lines", "BSD 3-clause licence"},

@@ -81,11 +81,6 @@ frmMain::frmMain(Program& program)
     Guarded(m_program.services, initialise, Show::box, [this] { Form_Initialize(); });
 }
 
-frmMain::~frmMain() {
-    for (sigc::connection& connection : m_connections)
-        connection.disconnect();
-}
-
 void frmMain::Form_Initialize() {
     for (Frame_Panel* panel : {&pnlACARS, &pnlMSG, &pnlFlightLog, &pnlStats, &pnlSettings})
         frame.Contain(*panel);
@@ -128,13 +123,13 @@ void frmMain::Connect() {
         if (m_minimised)
             changed.emit();
     });
-    m_connections = {
+    m_connections.Keep({
         m_program.settings.ActiveLogChange.connect([this] { Show_Log_Name(); }),
         m_program.settings.SettingsChanged.connect([this] { Apply_Colors(); }),
         m_program.airline.Change.connect([this] { Hide_Display_VA_Options(); }),
         m_program.Closing.connect([this] { Keep_Place(); }),
         m_program.Closed.connect([this] { Unloaded(); }),
-    };
+    });
 }
 
 void frmMain::Connect_Flight_Log() {
@@ -207,7 +202,7 @@ void frmMain::Say(std::string_view text, Icon icon) {
 void frmMain::Connect_Engine() {
     ACARS_Events& events = m_program.engine.events;
     const auto connect = [this](auto& event, auto&& run) {
-        m_connections.push_back(event.connect(run));
+        m_connections.Keep(event.connect(run));
     };
     const auto show_off = [this] {
         Set_Status(Status_Panel::simulator, no_simulator);
@@ -229,13 +224,13 @@ void frmMain::Connect_Engine() {
     connect(events.Reset, show_off);
     connect(events.FlightAtGate, show_off);
     // The time of the gate's step comes behind it; and a flight may also end by "Reset".
-    m_connections.push_back(m_program.panel.Active_State.connect([this, show_off](bool active) {
+    m_connections.Keep(m_program.panel.Active_State.connect([this, show_off](bool active) {
         if (!active)
             show_off();
         Lock_Settings();
         Show_Pause();
     }));
-    m_connections.push_back(m_program.panel.Stored_State.connect([this] { Lock_Settings(); }));
+    m_connections.Keep(m_program.panel.Stored_State.connect([this] { Lock_Settings(); }));
 }
 
 /// A paused flight is told on every panel and in the title: minutes that are not recorded are lost.

@@ -3,7 +3,7 @@
 // frame with its panels, and the order in which all of it ends. Owned by the program's `main`; the
 // window binds to it.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <array>
 #include <string>
@@ -46,7 +46,6 @@ struct Window_Place {
 class frmMain {
   public:
     explicit frmMain(Program& program);
-    ~frmMain();
     frmMain(const frmMain&) = delete;
     frmMain& operator=(const frmMain&) = delete;
 
@@ -72,7 +71,7 @@ class frmMain {
     /// also while the pilot is asked. `Closed` may come from deep within a
     /// procedure of the panel: whoever hears it ends the event loop and destroys nothing yet.
     void Form_Unload(ucACARS::Closing how);
-    sigc::signal<void()> Closed;
+    Signal<> Closed;
 
     [[nodiscard]] const Label& Status(Status_Panel panel) const {
         return barStatus[static_cast<std::size_t>(panel)];
@@ -80,7 +79,7 @@ class frmMain {
     /// Background of each panel's title, 0xBBGGRR.
     [[nodiscard]] int Title_BackColor() const { return m_title_back_color; }
     /// Caption, or the title's colour, is another one.
-    sigc::signal<void()> changed;
+    Signal<> changed;
 
     std::array<Label, status_panel_count> barStatus;
     Frame_Panel pnlACARS{"ucACARS"};
@@ -132,12 +131,12 @@ class frmMain {
     Program& m_program;
     /// Time of day and date of the status bar.
     Timer m_clock_timer;
-    std::vector<sigc::connection> m_connections;
     std::vector<Menu> m_menus;
     Window_Place m_place;
     int m_title_back_color = 0;
     bool m_minimised = false;
     bool m_paused = false;
+    Connections m_connections;
 };
 
 }  // namespace norvane

@@ -5,7 +5,7 @@
 // the program's `main`; a program without a window and one with it start the same way and end the
 // same way.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include "acars/cls_acars.h"
 #include "acars/cls_utc.h"
@@ -45,10 +45,10 @@ class Program {
     /// nothing.
     void Close(ucACARS::Closing how);
     /// Nothing calls the closing off any more.
-    sigc::signal<void()> Closing;
+    Signal<> Closing;
     /// Everything has ended. The panel's procedure that raised it is still running: whoever hears
     /// it destroys nothing yet.
-    sigc::signal<void()> Closed;
+    Signal<> Closed;
 
     Services services;
     clsAppSettings settings;

@@ -37,7 +37,7 @@ Session::Session(const Session_Options& options, Access access, Desktop& desktop
                                                    : static_cast<Settings_Store&>(*m_database);
     m_services.emplace(Services{desktop, store, clock, m_error_log, Load_Regional(store),
                                 m_places.program_directory});
-    m_failing_ticks = Log_Failing_Ticks(*m_services);
+    m_failing_ticks.Keep(Log_Failing_Ticks(*m_services));
     for (const auto& mapping : options.path_mappings)
         m_services->path_mappings.push_back(Parse_Path_Mapping(mapping));
     Set_Up_Program_Directory(access);
@@ -49,7 +49,7 @@ Session::Session(const Session_Options& options, Access access, Desktop& desktop
 }
 
 Session::~Session() {
-    m_failing_ticks.disconnect();
+    m_failing_ticks.Disconnect();
 }
 
 void Session::Report_Trouble(Access access) {

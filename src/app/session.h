@@ -4,7 +4,7 @@
 // `main`. Commands that only look take a session that writes nothing to the store, so that they
 // work beside a flight.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <memory>
 #include <optional>
@@ -66,7 +66,7 @@ class Session {
     Memory_Store m_copy;
     std::string m_copy_trouble;
     std::optional<Services> m_services;
-    sigc::connection m_failing_ticks;
+    Connections m_failing_ticks;
 };
 
 }  // namespace norvane

@@ -3,7 +3,7 @@
 // in the rest. A plain model of what is shown where; the window paints it and hands it the mouse.
 // Lengths are in twips, 1/1440 inch, as the frame's measures are given.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <cstdint>
 #include <string>
@@ -72,7 +72,7 @@ class ucAppFrame {
     /// The active item's panel; null when it has none.
     [[nodiscard]] Frame_Panel* GetActivePanel() const;
     /// After each change, with the new key.
-    sigc::signal<void(const std::string&)> ItemSelected;
+    Signal<const std::string&> ItemSelected;
 
     [[nodiscard]] const std::vector<clsAppFrameItem>& Items() const { return m_items; }
     /// Empty until the first item.
@@ -104,7 +104,7 @@ class ucAppFrame {
     Label lblNotice;
     void Set_Notice(std::string_view text);
     /// Items, hovered item or colours are others now.
-    sigc::signal<void()> changed;
+    Signal<> changed;
 
   private:
     [[nodiscard]] int Item_At(int x, int y) const;

@@ -3,7 +3,7 @@
 // change notices; the window binds each to a widget, tests and the program without a window use
 // them as they are. "Set_…" is the program's hand; "Enter", "Click", "Choose" are the pilot's.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -28,7 +28,7 @@ class Control {
     void Set_Enabled(bool enabled);
 
     /// Value, caption, visibility or usability changed.
-    sigc::signal<void()> changed;
+    Signal<> changed;
 
   protected:
     ~Control() = default;
@@ -69,8 +69,8 @@ class Text_Box : public Control {
     void Set_Remark(std::string_view remark);
 
     /// The pilot changed the text.
-    sigc::signal<void()> edited;
-    sigc::signal<void()> left;
+    Signal<> edited;
+    Signal<> left;
 
   private:
     Field_Lines m_lines;
@@ -94,7 +94,7 @@ class Combo_Box : public Control {
     /// The pilot's choice: as `Select`, then `edited`.
     void Choose(int index);
 
-    sigc::signal<void()> edited;
+    Signal<> edited;
 
   private:
     std::vector<std::string> m_entries;
@@ -115,7 +115,7 @@ class Text_Combo : public Control {
     /// The pilot's text or choice: as `Set_Text`, then `edited`.
     void Enter(std::string_view text);
 
-    sigc::signal<void()> edited;
+    Signal<> edited;
 
   private:
     std::vector<std::string> m_entries;
@@ -129,7 +129,7 @@ class Check_Box : public Control {
     /// The pilot's click: turns the box over, then `edited`.
     void Click();
 
-    sigc::signal<void()> edited;
+    Signal<> edited;
 
   private:
     bool m_checked = false;
@@ -143,7 +143,7 @@ class Option_Button : public Control {
     /// The pilot's click: the option holds, then `edited`. Nothing happens while it is disabled.
     void Click();
 
-    sigc::signal<void()> edited;
+    Signal<> edited;
 
   private:
     bool m_chosen = false;
@@ -184,10 +184,10 @@ class Row_List : public Control {
     /// The pilot's double click, or Enter, on the selected row; nothing without one.
     void Activate();
 
-    sigc::signal<void()> edited;
-    sigc::signal<void()> activated;
+    Signal<> edited;
+    Signal<> activated;
     /// Rows were set, added or removed; `changed` comes with it.
-    sigc::signal<void()> rows_changed;
+    Signal<> rows_changed;
 
   private:
     std::vector<std::string> m_captions;
@@ -204,7 +204,7 @@ class Link : public Control {
     /// Nothing happens while the link is disabled or hidden.
     void Click();
 
-    sigc::signal<void()> clicked;
+    Signal<> clicked;
 
   private:
     std::string m_caption;
@@ -217,7 +217,7 @@ class Menu_Command : public Control {
     [[nodiscard]] const std::string& Caption() const { return m_caption; }
     void Choose();
 
-    sigc::signal<void()> chosen;
+    Signal<> chosen;
 
   private:
     std::string m_caption;

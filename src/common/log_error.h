@@ -3,7 +3,7 @@
 // its work in `Guarded` under its qualified name ("clsACARS.Refresh()"); the failure goes to the
 // error log, to the pilot when asked, and no further.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <string>
 #include <string_view>
@@ -27,7 +27,7 @@ void Log_Error(Services& services, std::string_view procedure, const Run_Error& 
 
 /// Has the failures of the desktop's timers that report none of their own go to the error log,
 /// until the connection ends; `services` outlives it.
-[[nodiscard]] sigc::connection Log_Failing_Ticks(Services& services);
+[[nodiscard]] Connection Log_Failing_Ticks(Services& services);
 
 /// Runs `body`; a failure is reported under `procedure` and the result is false.
 template <class Body>

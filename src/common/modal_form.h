@@ -3,7 +3,7 @@
 // their controls and rules; whoever draws them answers `shown`. Where nobody does (a program
 // without a window), the form is closed as soon as it was opened.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <utility>
 
@@ -17,9 +17,9 @@ class Modal_Form {
 
     [[nodiscard]] bool Is_Open() const { return m_open; }
     /// The form is open; the listener returns when the pilot has closed it, or `closed` came.
-    sigc::signal<void()> shown;
+    Signal<> shown;
     /// The form closed itself: whoever draws it takes it away.
-    sigc::signal<void()> closed;
+    Signal<> closed;
 
   protected:
     ~Modal_Form() = default;

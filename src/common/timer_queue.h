@@ -3,7 +3,7 @@
 // it from its event loop; timers are members of the panels and unregister themselves. A tick is the
 // timer's signal, raised on the one thread.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <chrono>
 #include <map>
@@ -38,9 +38,9 @@ class Timer_Queue {
     /// True while a tick runs: what happens then was not asked for by the pilot.
     [[nodiscard]] bool Is_Ticking() const { return m_ticks_running > 0; }
     /// `Next_Due` may have become earlier; whoever sleeps until then looks again.
-    sigc::signal<void()> rescheduled;
+    Signal<> rescheduled;
     /// A tick failed and did not report it itself. The timer goes on.
-    sigc::signal<void(const Run_Error&)> tick_failed;
+    Signal<const Run_Error&> tick_failed;
 
     /// For the length of a nested event loop within a tick: what happens in it is the pilot's
     /// again.
@@ -84,7 +84,7 @@ class Timer {
     void Set_Enabled(bool enabled);
     [[nodiscard]] bool Enabled() const { return m_enabled; }
 
-    sigc::signal<void()> tick;
+    Signal<> tick;
 
   private:
     friend class Timer_Queue;

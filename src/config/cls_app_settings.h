@@ -4,7 +4,7 @@
 // written by the settings panel. Assigning changes the object only; `Save_Settings` writes.
 // Exceptions: the active flight log is stored at once, an airline is loaded at once.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <array>
 #include <cstdint>
@@ -191,9 +191,9 @@ class clsAppSettings {
     /// as above. After a load that failed the store is copied to its ".bak" first.
     bool Save_Settings();
 
-    sigc::signal<void()> ActiveLogChange;
-    sigc::signal<void()> SettingsChanged;
-    sigc::signal<void()> ACTypeChange;
+    Signal<> ActiveLogChange;
+    Signal<> SettingsChanged;
+    Signal<> ACTypeChange;
 
   private:
     void Get_Active_FlightLog();

@@ -2,7 +2,7 @@
 // The active virtual airline: where its server is, which scripts take reports, which form fields a
 // PIREP fills. One object for the whole program, read from the airline's directory.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <filesystem>
 #include <optional>
@@ -38,7 +38,7 @@ class clsVASettings {
     [[nodiscard]] int PIREP_Field_Names_Ubound() const { return PIREP_Fields_Ubound(); }
     [[nodiscard]] bool URL_Encode() const { return m_url_encode; }
 
-    sigc::signal<void()> Change;
+    Signal<> Change;
 
   private:
     struct Field {

@@ -71,10 +71,6 @@ ucSettings::ucSettings(Services& services, clsAppSettings& settings, clsVASettin
     UCI();
 }
 
-ucSettings::~ucSettings() {
-    m_airline_change.disconnect();
-}
-
 void ucSettings::UCI() {
     Guarded(m_services, "ucSettings.UCI()", Show::box, [&] {
         for (const Setting_List& row : Setting_Lists())
@@ -135,7 +131,7 @@ void ucSettings::Connect() {
         link.clicked.connect([this] { Get_Airline_Info(); });
     hypSave.clicked.connect([this] { Save_Settings(); });
     hypCancel.clicked.connect([this] { Get_Settings(); });
-    m_airline_change = m_airline.Change.connect([this] { Show_Sending(); });
+    m_connections.Keep(m_airline.Change.connect([this] { Show_Sending(); }));
 }
 
 void ucSettings::ACARS_STATE(bool enabled) {

@@ -3,7 +3,7 @@
 // with "Save" only. What must not change in flight is locked while a flight is tracked or stored.
 // One object, owned by the program; its controls are public models that the window binds to.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <array>
 #include <cstdint>
@@ -35,7 +35,6 @@ class ucSettings {
     enum Pilot_Field { pilot_name, pilot_email, pilot_id, iata, icao };
 
     ucSettings(Services& services, clsAppSettings& settings, clsVASettings& airline);
-    ~ucSettings();
     ucSettings(const ucSettings&) = delete;
     ucSettings& operator=(const ucSettings&) = delete;
 
@@ -50,7 +49,7 @@ class ucSettings {
 
     [[nodiscard]] Page Shown_Page() const { return m_page; }
     void Choose_Tab(Page page);
-    sigc::signal<void()> Page_Changed;
+    Signal<> Page_Changed;
 
     /// A list of the ACARS page with what the window shows beside it.
     struct Captioned_List {
@@ -172,7 +171,7 @@ class ucSettings {
     /// Whose fields the page "Virtual Airline" shows; the list may lack the one that is set.
     std::string m_shown_airline;
     bool m_unlocked = true;
-    sigc::connection m_airline_change;
+    Connections m_connections;
 };
 
 }  // namespace norvane

@@ -2,7 +2,7 @@
 // The field chooser: which columns of the log a logbook or a printout holds. Owned by the flight
 // log panel, whose report field list it changes.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <cstddef>
 #include <deque>

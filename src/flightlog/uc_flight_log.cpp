@@ -42,18 +42,14 @@ ucFlightLog::ucFlightLog(Services& services, clsAppSettings& settings, clsVASett
     Connect_Pop_Up();
 }
 
-ucFlightLog::~ucFlightLog() {
-    m_subscription.disconnect();
-}
-
 void ucFlightLog::UCI() {
     Guarded(m_services, "ucFlightLog.UCI()", Show::box, [&] {
         m_changed = false;
         m_unsaved_edits = false;
         Make_Grid(false);
         Make_Report_Field_List();
-        m_subscription.disconnect();
-        m_subscription = m_log_entry.NewLogEntrySave.connect([this] { NewACARS_Entry(); });
+        m_entries.Disconnect();
+        m_entries.Keep(m_log_entry.NewLogEntrySave.connect([this] { NewACARS_Entry(); }));
         m_table.Clear();
         Grid_Load();
         Load_Aircraft();
@@ -128,7 +124,7 @@ void ucFlightLog::End() {
     if (m_printing)
         Fields_To_Print(true);
     Save_Grid_Settings();
-    m_subscription.disconnect();
+    m_entries.Disconnect();
     m_airports.clear();
     m_types.clear();
     lists_changed.emit();

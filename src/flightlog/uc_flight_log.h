@@ -4,7 +4,7 @@
 // Owned by the program; the window binds a grid to it. Failures are reported under
 // "ucFlightLog." and the operation's name.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <array>
 #include <cstddef>
@@ -46,7 +46,6 @@ class ucFlightLog {
 
     ucFlightLog(Services& services, clsAppSettings& settings, clsVASettings& va_settings,
                 clsLogEntry& log_entry);
-    ~ucFlightLog();
     ucFlightLog(const ucFlightLog&) = delete;
     ucFlightLog& operator=(const ucFlightLog&) = delete;
 
@@ -167,17 +166,17 @@ class ucFlightLog {
     Label tdbLogCaption;
 
     /// Rows came, went or changed places.
-    sigc::signal<void()> table_changed;
-    sigc::signal<void(std::size_t row, std::size_t column)> cell_changed;
-    sigc::signal<void()> layout_changed;
-    sigc::signal<void()> lists_changed;
+    Signal<> table_changed;
+    Signal<std::size_t, std::size_t> cell_changed;
+    Signal<> layout_changed;
+    Signal<> lists_changed;
     /// The grid must commit, or drop, an edit in progress.
-    sigc::signal<void()> commit_edit_wanted;
-    sigc::signal<void()> drop_edit_wanted;
+    Signal<> commit_edit_wanted;
+    Signal<> drop_edit_wanted;
     /// The listener shows the dialog, or prints, and returns when that is over.
-    sigc::signal<void(const Print_Job&)> page_setup_wanted;
-    sigc::signal<void(const Print_Job&)> preview_wanted;
-    sigc::signal<void(const Print_Job&)> print_wanted;
+    Signal<const Print_Job&> page_setup_wanted;
+    Signal<const Print_Job&> preview_wanted;
+    Signal<const Print_Job&> print_wanted;
 
   private:
     void Connect_Pop_Up();
@@ -190,7 +189,7 @@ class ucFlightLog {
     [[nodiscard]] bool Has_Entries();
     void Fields_To_Print(bool visible);
     [[nodiscard]] Print_Job Print_Setup() const;
-    void Print_Grid(const sigc::signal<void(const Print_Job&)>& wanted);
+    void Print_Grid(const Signal<const Print_Job&>& wanted);
     void Load_ATC_Models();
     void Load_List(std::string_view procedure, std::string_view relative);
     void Load_ICAO_List();
@@ -220,7 +219,6 @@ class ucFlightLog {
     std::optional<Log_File> m_file;
     std::vector<Airport_Pick> m_airports;
     std::vector<std::string> m_types;
-    sigc::connection m_subscription;
     std::optional<clsACARS::Parts> m_simulator;
     std::optional<std::size_t> m_current_row;
     /// The row that the pop-up menu was opened on.
@@ -239,6 +237,7 @@ class ucFlightLog {
     std::vector<std::string> m_failed_flights;
     /// The line last kept beside a log that could not be loaded.
     std::string m_kept_line;
+    Connections m_entries;
 };
 
 }  // namespace norvane

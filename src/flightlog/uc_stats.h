@@ -3,7 +3,7 @@
 // and its report. It reads the log's file itself. Owned by the program; the window binds a grid to
 // it. Failures are reported under "ucStats." and the operation's name.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <array>
 #include <filesystem>
@@ -53,7 +53,7 @@ class ucStats {
 
     /// Empty until the first refresh.
     [[nodiscard]] const std::vector<Type_Total>& Totals() const { return m_totals; }
-    sigc::signal<void()> totals_changed;
+    Signal<> totals_changed;
 
     /// The grid's caption, "Total Flight Time: " and the sum.
     Label tdbTimeCaption;

@@ -4,7 +4,7 @@
 // log takes it in through its events. A copy of it stands in the settings store while a flight is
 // in progress. Values are the texts the panel shows, units included.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <array>
 #include <filesystem>
@@ -70,9 +70,9 @@ class clsLogEntry {
     bool Persist();
     void Restore();
 
-    sigc::signal<void()> NewLogEntrySave;
-    sigc::signal<void()> NewLogEntrySaveOK;
-    sigc::signal<void()> NewLogEntrySaveFail;
+    Signal<> NewLogEntrySave;
+    Signal<> NewLogEntrySaveOK;
+    Signal<> NewLogEntrySaveFail;
 
   private:
     bool Write_PIREP(const std::filesystem::path& file, std::string_view line);

@@ -3,7 +3,7 @@
 // airline's labels, saves corrections, deletes the file, or sends it to the airline. A plain model
 // of a window that does not block; owned by the program. Lengths are in twips, 1/1440 inch.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <array>
 #include <filesystem>
@@ -53,7 +53,7 @@ class frmPIREP {
     std::filesystem::path Keep_Edits();
     [[nodiscard]] bool Is_Open() const { return m_open; }
     /// Opened, closed, or asked for again while it is open.
-    sigc::signal<void()> changed;
+    Signal<> changed;
 
     /// One value under its label.
     struct Row {
@@ -63,21 +63,21 @@ class frmPIREP {
     /// In the file's order; none when no file is open.
     [[nodiscard]] const std::vector<std::unique_ptr<Row>>& Rows() const { return m_rows; }
     /// The rows were made anew. Whoever draws them has forgotten the old ones when it returns.
-    sigc::signal<void()> rows_changed;
+    Signal<> rows_changed;
 
     /// The row got the focus: the view follows it.
     void Row_Focused(std::size_t row);
     /// The Up (-1) or Down (+1) key in a row's field.
     void Step(std::size_t row, int rows);
     /// The focus belongs to this row's field.
-    sigc::signal<void(std::size_t row)> Focus_Moved;
+    Signal<std::size_t> Focus_Moved;
 
     /// How far the rows can be moved up; 0 where all are seen.
     [[nodiscard]] int Scroll_Range() const;
     [[nodiscard]] int Scroll() const { return m_scroll; }
     /// Moves the rows up by `value`, kept within the range.
     void Set_Scroll(int value);
-    sigc::signal<void()> scrolled;
+    Signal<> scrolled;
 
     /// Path of the open file.
     Label lblFile;

@@ -2,7 +2,7 @@
 // The response viewer: what the airline's PIREP script answered, or that it is being contacted. A
 // plain model; the window shows `Page` without running or loading anything. Owned by the program.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <string>
 #include <string_view>
@@ -32,7 +32,7 @@ class frmResponse {
     /// The bytes of the file shown: normally a page of the server's, in whatever encoding it has.
     [[nodiscard]] const std::string& Page() const { return m_page; }
     /// Opened, closed, or another page.
-    sigc::signal<void()> changed;
+    Signal<> changed;
 
     /// Deletes "sr" and "cs" and closes the viewer; so does closing its window.
     Link hypClose{"Close"};

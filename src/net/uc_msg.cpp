@@ -59,11 +59,6 @@ ucMSG::ucMSG(Parts parts)
     Enable_Input(false);
 }
 
-ucMSG::~ucMSG() {
-    for (sigc::connection& connection : m_engine_connections)
-        connection.disconnect();
-}
-
 void ucMSG::Connect_Controls() {
     hypComment.clicked.connect([this] { Enter_Comment(); });
     hypWX.clicked.connect([this] { Get_WX(); });
@@ -75,11 +70,10 @@ void ucMSG::Connect_Controls() {
 }
 
 void ucMSG::Set_ACARS(clsACARS& engine) {
-    for (sigc::connection& connection : std::exchange(m_engine_connections, {}))
-        connection.disconnect();
+    m_engine_connections.Disconnect();
     m_objACARS = &engine;
     ACARS_Events& events = engine.events;
-    m_engine_connections = {
+    m_engine_connections.Keep({
         events.ACARSMessage.connect(
             [this](Message_Type type, const std::string& text) { Take_Message(type, text); }),
         events.Start.connect([this] {
@@ -89,7 +83,7 @@ void ucMSG::Set_ACARS(clsACARS& engine) {
         events.FSTime.connect([this](const std::string&) { Step_Ended(); }),
         events.FlightAtGate.connect([this] { Enable_Input(false); }),
         events.Reset.connect([this] { Clear_Log(); }),
-    };
+    });
     Restore_Messages();
 }
 

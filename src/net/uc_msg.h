@@ -4,7 +4,7 @@
 // ACARS script. One object, owned by the program; its controls are public models that the window
 // binds to.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <deque>
 #include <functional>
@@ -36,7 +36,6 @@ class ucMSG {
     };
 
     explicit ucMSG(Parts parts);
-    ~ucMSG();
     ucMSG(const ucMSG&) = delete;
     ucMSG& operator=(const ucMSG&) = delete;
 
@@ -65,8 +64,8 @@ class ucMSG {
     /// Every message of the flight, each followed by an empty line.
     [[nodiscard]] const std::string& Log() const { return m_log; }
     /// The text that was added at the end of `Log`.
-    sigc::signal<void(const std::string&)> Log_Appended;
-    sigc::signal<void()> Log_Cleared;
+    Signal<const std::string&> Log_Appended;
+    Signal<> Log_Cleared;
 
     Text_Box txtCommand;
     Link hypComment{"Enter Comment"};
@@ -109,7 +108,6 @@ class ucMSG {
     clsVASettings& m_airline;
     Http_Options m_http;
     clsACARS* m_objACARS = nullptr;
-    std::vector<sigc::connection> m_engine_connections;
     std::string m_log;
     std::vector<Message> m_messages;
     /// How many of them the store has.
@@ -122,6 +120,7 @@ class ucMSG {
     bool m_closed = false;
     /// Counts how often the input was disabled: weather asked for before is of no use then.
     int m_input_round = 0;
+    Connections m_engine_connections;
 };
 
 }  // namespace norvane

@@ -3,7 +3,7 @@
 // Norvane link while it is there and flies. Whenever it is not, nobody listens on the link, so that
 // clients see the simulator gone instead of figures that stand still.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -49,9 +49,9 @@ class Flightgear_Service {
     void Run(int stop);
 
     /// What goes on, a line for the pilot; once for each state.
-    sigc::signal<void(const std::string&)> told;
+    Signal<const std::string&> told;
     /// A text that was shown in the simulator.
-    sigc::signal<void(const std::string&)> text_shown;
+    Signal<const std::string&> text_shown;
 
   private:
     void Take_Sample(std::vector<std::string> answers);

@@ -3,7 +3,7 @@
 // world as it is at their moment. Time runs by the clock or, in step mode, by the client's own
 // sampling steps, so that a flight comes out the same to the byte however fast the machines are.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <chrono>
 #include <optional>
@@ -45,7 +45,7 @@ class Host {
     void Run(int stop);
 
     /// A client shows a text in the simulator: one line of code page text, not empty.
-    sigc::signal<void(const std::string&)> text_shown;
+    Signal<const std::string&> text_shown;
 
   private:
     void Take_Read(std::uint32_t offset);

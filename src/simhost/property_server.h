@@ -4,7 +4,7 @@
 // wrong, and tries again for ever. Runs on its owner's thread, a `Step` at a time, and waits for
 // neither connection nor answers.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <chrono>
 #include <cstddef>
@@ -48,9 +48,9 @@ class Property_Server {
     /// What to ask for in the next sample; not empty. Called before each sample.
     std::function<const std::vector<std::string>&()> paths;
     /// All answers of a sample, in the order of its paths.
-    sigc::signal<void(std::vector<std::string>)> sampled;
+    Signal<std::vector<std::string>> sampled;
     /// There is no connection, or no longer; why, for the pilot.
-    sigc::signal<void(const std::string& reason)> lost;
+    Signal<const std::string&> lost;
 
   private:
     using Moment = std::chrono::steady_clock::time_point;

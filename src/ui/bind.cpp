@@ -23,14 +23,12 @@ namespace {
 /// Lives with a widget and ends a connection with it.
 class Kept_Connection : public QObject {
   public:
-    Kept_Connection(QObject& owner, const sigc::connection& connection)
-        : QObject(&owner), m_connection(connection) {}
-    ~Kept_Connection() override { m_connection.disconnect(); }
-    Kept_Connection(const Kept_Connection&) = delete;
-    Kept_Connection& operator=(const Kept_Connection&) = delete;
+    Kept_Connection(QObject& owner, const Connection& connection) : QObject(&owner) {
+        m_connections.Keep(connection);
+    }
 
   private:
-    sigc::connection m_connection;
+    Connections m_connections;
 };
 
 /// Sees a widget's events before the widget; true from `handle` keeps an event from it.
@@ -277,7 +275,7 @@ void Show_State(QWidget& widget, const Control& model) {
 
 }  // namespace
 
-void Keep(QObject& owner, const sigc::connection& connection) {
+void Keep(QObject& owner, const Connection& connection) {
     new Kept_Connection(owner, connection);
 }
 

@@ -45,6 +45,6 @@ void Bind(QAction& action, Menu_Command& model);
 /// Calls `run` at every change of `model`, until `widget` is gone; once at once.
 void Follow(QObject& widget, Control& model, const std::function<void()>& run);
 /// Ends `connection` with `owner`.
-void Keep(QObject& owner, const sigc::connection& connection);
+void Keep(QObject& owner, const Connection& connection);
 
 }  // namespace norvane

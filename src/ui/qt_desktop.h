@@ -3,7 +3,7 @@
 // object, owned by `main`, older than every window. Boxes that nobody asked for (raised in a
 // timer's tick, with nothing to answer) do not block.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <QDialog>
 #include <QPointer>
@@ -53,7 +53,7 @@ class Qt_Desktop : public Desktop {
     void End_Dialogs();
 
     /// `Waiting_For` is another one now.
-    sigc::signal<void()> wait_changed;
+    Signal<> wait_changed;
 
   private:
     void Wait_Changed() override { wait_changed.emit(); }

@@ -3,7 +3,7 @@
 // pilot's own locations by any part of code or name while the pilot types. A plain model of a
 // window that does not block; owned by the program, opened by the main window.
 
-#include <sigc++/sigc++.h>
+#include "common/signal.h"
 
 #include <cstddef>
 #include <functional>
@@ -40,7 +40,7 @@ class frmICAO {
     void Close_Form();
     [[nodiscard]] bool Is_Open() const { return m_open; }
     /// Opened, closed, or asked for again while it is open.
-    sigc::signal<void()> changed;
+    Signal<> changed;
 
     Text_Box txtSearch;
     /// Activating a row copies its code.

@@ -105,15 +105,8 @@ std::string_view Check_Location_Code(std::string_view code) {
 Aircraft_Place Read_Aircraft_Place(clsACARS& engine) {
     std::string fault;
     const auto keep = [&](const std::string& text) { fault = text; };
-    const std::array<sigc::connection, 2> connections{engine.events.FSClosed.connect(keep),
-                                                      engine.events.Error.connect(keep)};
-    struct Disconnect {
-        std::array<sigc::connection, 2> connections;
-        ~Disconnect() {
-            for (sigc::connection& each : connections)
-                each.disconnect();
-        }
-    } const disconnect{connections};
+    Connections connections;
+    connections.Keep({engine.events.FSClosed.connect(keep), engine.events.Error.connect(keep)});
     Aircraft_Place place;
     engine.Get_Location(place.position, place.ground_elevation_ft);
     if (!fault.empty())

@@ -41,7 +41,7 @@ class App_Settings : public test::Test_World {
     std::vector<std::string> Events_Of(clsAppSettings& settings,
                                        const std::function<void()>& action) {
         std::vector<std::string> events;
-        const std::array<sigc::connection, 3> connections{
+        const std::array<Connection, 3> connections{
             settings.ActiveLogChange.connect([&] { events.emplace_back("ActiveLogChange"); }),
             settings.SettingsChanged.connect([&] { events.emplace_back("SettingsChanged"); }),
             settings.ACTypeChange.connect([&] { events.emplace_back("ACTypeChange"); })};

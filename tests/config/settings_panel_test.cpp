@@ -372,7 +372,7 @@ TEST_F(Settings_Panel, Saving_keeps_stored_values_that_no_list_has) {
 
 TEST_F(Settings_Panel, Takes_an_airlines_codes_from_the_lookup) {
     frmAirline& lookup = panel->airline_lookup;
-    sigc::connection pilot = lookup.shown.connect([&] {
+    Connection pilot = lookup.shown.connect([&] {
         EXPECT_EQ(lookup.lvwAirlines.Rows().size(), 2U);
         lookup.hypOK.Click();  // without a row
         EXPECT_TRUE(lookup.Is_Open());

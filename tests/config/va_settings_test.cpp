@@ -28,7 +28,7 @@ class VA_Settings : public test::Test_World {
         const auto counted = settings.Change.connect([&] { ++changes; });
         settings.Get_VA_Settings(name);
         EXPECT_EQ(changes, 1);
-        sigc::connection(counted).disconnect();
+        Connection(counted).disconnect();
     }
     [[nodiscard]] std::string Server() const {
         return settings.WebServer() + "|" + settings.Script_PIREP() + "|" + settings.Script_ACARS();

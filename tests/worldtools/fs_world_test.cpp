@@ -43,7 +43,7 @@ class FS_World : public Test_World {
             visit();
         });
         const bool reached = form.Show_Form();
-        sigc::connection(shown).disconnect();
+        Connection(shown).disconnect();
         EXPECT_EQ(open, reached);
         return reached;
     }
