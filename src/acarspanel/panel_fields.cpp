@@ -5,6 +5,7 @@
 #include <array>
 
 #include "common/text.h"
+#include "config/cls_app_settings.h"
 #include "config/units.h"
 
 namespace norvane {
@@ -12,7 +13,7 @@ namespace norvane {
 namespace {
 
 using Events = ACARS_Events;
-using Panel = ucACARS;
+using Panel = ACARS_Form;
 using enum Fill_Rule;
 
 constexpr std::string_view nautical_miles = " nm";
@@ -71,23 +72,66 @@ std::string With_Unit(std::string_view value, std::string_view unit) {
 }
 
 template <class Control_Kind>
-Control_Kind* Find_Control(const Panel_Field& row, ucACARS& panel) {
-    const auto* member = std::get_if<Control_Kind ucACARS::*>(&row.control);
-    return member == nullptr ? nullptr : &(panel.**member);
+Control_Kind* Find_Control(const Panel_Field& row, ACARS_Form& form) {
+    const auto* member = std::get_if<Control_Kind ACARS_Form::*>(&row.control);
+    return member == nullptr ? nullptr : &(form.**member);
 }
+
+void Connect_Text(const Panel_Field& row, ACARS_Events& events, ACARS_Form& form,
+                  Connections& connections) {
+    auto& event = events.*std::get<ACARS_Events::Text ACARS_Events::*>(row.event);
+    connections.Keep(event.connect([&row, &form](const std::string& value) {
+        if (Label* label = row.Find_Label(form))
+            label->Set_Text(value + std::string(row.suffix));
+        Text_Box* box = row.Find_Box(form);
+        if (box != nullptr && (row.rule == replace || box->Is_Empty()))
+            box->Set_Text(value);
+    }));
+}
+
+/// Which code of the settings a figure's rule goes by, and how its value is shown.
+struct Figure_Rule {
+    Fill_Rule rule;
+    int (clsAppSettings::*setting)() const;
+    std::string (*shown)(std::string_view value, int code);
+};
+constexpr std::array figure_rules{
+    Figure_Rule{time_figure, &clsAppSettings::ACARS_Time, &Shown_Time},
+    Figure_Rule{fuel_figure, &clsAppSettings::ACARS_Fuel, &Shown_Fuel},
+    Figure_Rule{weight_figure, &clsAppSettings::ACARS_Weight, &Shown_Weight},
+};
 
 }  // namespace
 
-Label* Panel_Field::Find_Label(ucACARS& panel) const {
-    return Find_Control<Label>(*this, panel);
+void Connect_Fields(ACARS_Events& events, ACARS_Form& form, const clsAppSettings& settings,
+                    Connections& connections) {
+    for (const Panel_Field& row : Panel_Fields()) {
+        if (std::holds_alternative<Events::Text Events::*>(row.event))
+            Connect_Text(row, events, form, connections);
+        for (const Figure_Rule& figure : figure_rules) {
+            if (figure.rule != row.rule)
+                continue;
+            Label& label = *row.Find_Label(form);
+            connections.Keep(
+                (events.*std::get<Events::Figure Events::*>(row.event))
+                    .connect([&label, &settings, &figure](const std::string& value, int code) {
+                        if (code == (settings.*figure.setting)())
+                            label.Set_Text(figure.shown(value, code));
+                    }));
+        }
+    }
 }
 
-Text_Box* Panel_Field::Find_Box(ucACARS& panel) const {
-    return Find_Control<Text_Box>(*this, panel);
+Label* Panel_Field::Find_Label(ACARS_Form& form) const {
+    return Find_Control<Label>(*this, form);
+}
+
+Text_Box* Panel_Field::Find_Box(ACARS_Form& form) const {
+    return Find_Control<Text_Box>(*this, form);
 }
 
 bool Panel_Field::Is_Figure() const {
-    return std::holds_alternative<Label ucACARS::*>(control) && rule != apart;
+    return std::holds_alternative<Label ACARS_Form::*>(control) && rule != apart;
 }
 
 std::span<const Panel_Field> Panel_Fields() {

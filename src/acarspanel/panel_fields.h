@@ -10,10 +10,13 @@
 #include <variant>
 
 #include "acars/acars_events.h"
-#include "acarspanel/uc_acars.h"
+#include "acarspanel/acars_form.h"
+#include "common/signal.h"
 #include "logentry/log_fields.h"
 
 namespace norvane {
+
+class clsAppSettings;
 
 enum class Fill_Rule {
     apart,          // filled apart from this table, or by the pilot alone
@@ -27,21 +30,25 @@ enum class Fill_Rule {
 struct Panel_Field {
     /// Empty for figures that the log entry does not hold.
     std::optional<Log_Field> field;
-    std::variant<Label ucACARS::*, Text_Box ucACARS::*> control;
+    std::variant<Label ACARS_Form::*, Text_Box ACARS_Form::*> control;
     Fill_Rule rule;
     std::variant<std::monostate, ACARS_Events::Text ACARS_Events::*,
                  ACARS_Events::Figure ACARS_Events::*>
         event;
     std::string_view suffix;
 
-    [[nodiscard]] Label* Find_Label(ucACARS& panel) const;
-    [[nodiscard]] Text_Box* Find_Box(ucACARS& panel) const;
+    [[nodiscard]] Label* Find_Label(ACARS_Form& form) const;
+    [[nodiscard]] Text_Box* Find_Box(ACARS_Form& form) const;
     /// A label that the engine's figures fill: usable only while a flight is tracked.
     [[nodiscard]] bool Is_Figure() const;
 };
 
 /// In the order in which the log entry is written.
 [[nodiscard]] std::span<const Panel_Field> Panel_Fields();
+
+/// The engine's events fill the form's fields by the table, from now until the connections end.
+void Connect_Fields(ACARS_Events& events, ACARS_Form& form, const clsAppSettings& settings,
+                    Connections& connections);
 
 /// "1405" as "14:05" (local) or "1405Z" (UTC); empty for an empty time or another code.
 [[nodiscard]] std::string Shown_Time(std::string_view hhmm, int code);

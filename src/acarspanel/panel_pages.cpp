@@ -1,6 +1,6 @@
 // The panel's pages, and the pilot's and the airline's own fields on the last two of them.
 
-#include "acarspanel/uc_acars.h"
+#include "acarspanel/panel_pages.h"
 
 #include <algorithm>
 #include <array>
@@ -38,62 +38,30 @@ void Define_Fields(const std::filesystem::path& file, std::array<Custom_Field, c
 
 }  // namespace
 
-Custom_Field::Custom_Field() {
-    Remove();
+Panel_Pages::Panel_Pages(const Panel_Parts& parts, ACARS_Form& form)
+    : m_services(parts.services), m_airline(parts.airline), m_form(form) {
+    m_form.hypNext.clicked.connect([this] { Move_To_Page(Page_Beside(+1)); });
+    m_form.hypBack.clicked.connect([this] { Move_To_Page(Page_Beside(-1)); });
 }
 
-void Custom_Field::Remove() {
-    lblCaption.Set_Visible(false);
-    lblCaption.Set_Text({});
-    cbo.Set_Visible(false);
-    cbo.Set_Enabled(false);
-    cbo.Clear();
-    txt.Set_Visible(false);
-    txt.Set_Enabled(false);
-    txt.Set_Text({});
+void Panel_Pages::Load() {
+    m_has_optional_fields = std::filesystem::exists(Optional_Fields_File());
+    Show_Page(figures_page);
+    if (m_has_optional_fields)
+        Load_Optional_Fields();
+    VA_Settings();
 }
 
-void Custom_Field::Define(const Field_Definition& definition) {
-    lblCaption.Set_Text(definition.caption);
-    lblCaption.Set_Visible(true);
-    const bool is_list = !definition.entries.empty();
-    if (is_list)
-        cbo.Set_Entries(definition.entries);
-    cbo.Set_Visible(is_list);
-    cbo.Set_Enabled(is_list);
-    txt.Set_Visible(!is_list);
-    txt.Set_Enabled(!is_list);
-}
-
-std::string Custom_Field::Value() const {
-    if (cbo.Enabled())
-        return Trim(cbo.Text());
-    return txt.Enabled() ? Without_Placeholder(Trimmed_View(txt.Text())) : std::string();
-}
-
-void Custom_Field::Restore(std::string_view value) {
-    if (txt.Enabled())
-        txt.Set_Text(value);
-    if (cbo.Enabled())
-        cbo.Select_Text(value);
-}
-
-const Control* Custom_Field::Shown() const {
-    if (txt.Visible())
-        return &txt;
-    return cbo.Visible() ? &cbo : nullptr;
-}
-
-std::filesystem::path ucACARS::Optional_Fields_File() const {
+std::filesystem::path Panel_Pages::Optional_Fields_File() const {
     return Find_Path(m_services, m_services.program_directory, "bin\\optfields.cfg");
 }
 
-void ucACARS::Load_Optional_Fields() {
+void Panel_Pages::Load_Optional_Fields() {
     Guarded(m_services, "ucACARS.Load_Optional_Fields()", Show::box,
-            [&] { Define_Fields(Optional_Fields_File(), optFields); });
+            [&] { Define_Fields(Optional_Fields_File(), m_form.optFields); });
 }
 
-void ucACARS::Load_VA_Fields() {
+void Panel_Pages::Load_VA_Fields() {
     Guarded(m_services, "ucACARS.Load_VA_Fields()", Show::box, [&] {
         const auto directory =
             Find_Path(m_services, m_services.program_directory, m_airline.Directory());
@@ -101,7 +69,7 @@ void ucACARS::Load_VA_Fields() {
             return;
         const auto file = Find_Path(m_services, directory, "vafields.cfg");
         if (std::filesystem::exists(file)) {
-            Define_Fields(file, vaFields);
+            Define_Fields(file, m_form.vaFields);
             return;
         }
         // An airline without such a file has no fields of its own: nothing to stop the pilot for.
@@ -111,63 +79,66 @@ void ucACARS::Load_VA_Fields() {
     });
 }
 
-void ucACARS::VA_Settings() {
+void Panel_Pages::VA_Settings() {
     Guarded(m_services, "ucACARS.VA_Settings()", Show::box, [&] {
         m_has_airline_fields = false;
         // The same airline's fields keep what was typed into them.
         const bool is_same = std::exchange(m_fields_of, m_airline.Name()) == m_airline.Name();
         std::array<std::pair<std::string, std::string>, airline_field_count> typed;
-        for (std::size_t i = 0; i < vaFields.size(); ++i) {
+        for (std::size_t i = 0; i < m_form.vaFields.size(); ++i) {
             if (is_same)
-                typed[i] = {vaFields[i].lblCaption.Text(), vaFields[i].Value()};
-            vaFields[i].Remove();
+                typed[i] = {m_form.vaFields[i].lblCaption.Text(), m_form.vaFields[i].Value()};
+            m_form.vaFields[i].Remove();
         }
         m_has_airline_fields = !m_airline.WebServer().empty() &&
                                m_airline.PIREP_Fields_Ubound() >= fixed_pirep_fields_bound;
         if (m_has_airline_fields)
             Load_VA_Fields();
-        for (std::size_t i = 0; i < vaFields.size(); ++i) {
-            if (!typed[i].second.empty() && vaFields[i].lblCaption.Text() == typed[i].first)
-                vaFields[i].Restore(typed[i].second);
+        for (std::size_t i = 0; i < m_form.vaFields.size(); ++i) {
+            if (!typed[i].second.empty() && m_form.vaFields[i].lblCaption.Text() == typed[i].first)
+                m_form.vaFields[i].Restore(typed[i].second);
         }
         // The page that was shown may be gone.
-        Show_Page(std::min(m_page, Last_Page()));
+        Show_Page(std::min(m_form.Page(), Last_Page()));
     });
 }
 
-int ucACARS::Last_Page() const {
+int Panel_Pages::Last_Page() const {
     if (m_has_airline_fields)
         return airline_fields_page;
     return m_has_optional_fields ? optional_fields_page : airline_page;
 }
 
 /// The page one step (+1 or -1) from the one shown, without pages that do not exist.
-int ucACARS::Page_Beside(int step) const {
-    int page = m_page + step;
+int Panel_Pages::Page_Beside(int step) const {
+    int page = m_form.Page() + step;
     if (page == optional_fields_page && !m_has_optional_fields)
         page += step;
     return std::clamp(page, figures_page, Last_Page());
 }
 
-void ucACARS::Show_Page(int page) {
-    m_page = page;
-    hypNext.Set_Enabled(page < Last_Page());
-    hypBack.Set_Enabled(page > figures_page);
-    Page_Changed.emit();
+void Panel_Pages::Show_Page(int page) {
+    m_form.hypNext.Set_Enabled(page < Last_Page());
+    m_form.hypBack.Set_Enabled(page > figures_page);
+    m_form.Show_Page(page);
 }
 
-void ucACARS::Move_To_Page(int page) {
+void Panel_Pages::Move_To_Page(int page) {
     Show_Page(page);
+    Focus_First_Field();
+}
+
+void Panel_Pages::Focus_First_Field() {
     if (const Control* field = First_Field())
-        Focus_Moved.emit(*field);
+        m_form.Focus_Moved.emit(*field);
 }
 
 /// Where the pilot begins to type on the page shown; null on a page without fields.
-const Control* ucACARS::First_Field() const {
-    if (m_page == figures_page)
-        return &txtDate;
-    if (m_page == airline_page)
-        return &txtFlightNumber;
+const Control* Panel_Pages::First_Field() const {
+    if (m_form.Page() == figures_page)
+        return &m_form.txtDate;
+    if (m_form.Page() == airline_page)
+        return &m_form.txtFlightNumber;
     const auto first_shown = [](const auto& fields) -> const Control* {
         for (const Custom_Field& field : fields) {
             if (const Control* shown = field.Shown())
@@ -175,7 +146,8 @@ const Control* ucACARS::First_Field() const {
         }
         return nullptr;
     };
-    return m_page == optional_fields_page ? first_shown(optFields) : first_shown(vaFields);
+    return m_form.Page() == optional_fields_page ? first_shown(m_form.optFields)
+                                                 : first_shown(m_form.vaFields);
 }
 
 }  // namespace norvane

@@ -24,10 +24,10 @@ constexpr std::string_view cut_plan =
 
 void ucACARS::Load_Flight_Plan() {
     Guarded(m_services, "ucACARS.hypFP_Click()", Show::silent, [&] {
-        const int round = m_request_round;
+        const int round = m_round.Now();
         const std::filesystem::path file = Get_Flight_Plan();
         // The flight goes on behind the dialog: it may be over.
-        if (!file.empty() && m_active && round == m_request_round)
+        if (!file.empty() && Is_Active() && !m_round.Is_Over(round))
             Read_Flight_Plan(file);
     });
 }
@@ -41,14 +41,15 @@ std::filesystem::path ucACARS::Get_Flight_Plan() {
 
 void ucACARS::Read_Flight_Plan(const std::filesystem::path& file) {
     Guarded(m_services, "ucACARS.Read_Flight_Plan()", Show::silent, [&] {
-        m_plan_read = true;
+        m_store.facts.plan_read = true;
         clsIniFile plan(m_services);
         plan.Set_INI_FilePath(file);
         plan.Get_Flight_Plan();
-        for (End& end : m_ends)
-            end.code.Set_Text({});
-        Take_Airport(origin, plan.Flight_Origin_ICAO(), plan.Flight_Origin_Name());
-        Take_Airport(destination, plan.Flight_Destination_ICAO(), plan.Flight_Destination_Name());
+        txtOrigin.Set_Text({});
+        txtDestination.Set_Text({});
+        Take_Airport(flight_end::origin, plan.Flight_Origin_ICAO(), plan.Flight_Origin_Name());
+        Take_Airport(flight_end::destination, plan.Flight_Destination_ICAO(),
+                     plan.Flight_Destination_Name());
         txtFlightPlan.Set_Text(plan.FLIGHT_PLAN());
         txtFlightLevel.Set_Text(plan.FLIGHT_LEVEL());
         Set_Rules(plan.Flight_Type() == "IFR");
@@ -57,9 +58,9 @@ void ucACARS::Read_Flight_Plan(const std::filesystem::path& file) {
 
 void ucACARS::Read_VATSIM_Data(std::string_view line) {
     const bool is_whole = Guarded(m_services, "ucACARS.Read_VATSIM_Data()", Show::silent, [&] {
-        m_plan_read = true;
-        m_network_plan = true;
-        m_changed = true;
+        m_store.facts.plan_read = true;
+        network_plan.Set_Applied(true);
+        m_store.Note_Change();
         // The network's line comes with its end, which is no part of the last field.
         const std::vector<std::string> fields = Split(line.substr(0, line.find('\r')), ':');
         const auto field = [&](std::size_t place) {
@@ -73,22 +74,16 @@ void ucACARS::Read_VATSIM_Data(std::string_view line) {
         const auto airport = [&](std::size_t end, const std::string& code) {
             Take_Airport(end, code, Get_Airport_Name(m_services, code));
         };
-        lblATCFlight.Set_Text(field(vatsim_place::callsign));
-        lblATCFlight.Set_Visible(true);
+        Show_ATC_Flight(field(vatsim_place::callsign));
         txtAircraftType.Set_Text(field(vatsim_place::aircraft));
-        airport(origin, field(vatsim_place::departure));
-        airport(destination, field(vatsim_place::arrival));
+        airport(flight_end::origin, field(vatsim_place::departure));
+        airport(flight_end::destination, field(vatsim_place::arrival));
         txtFlightPlan.Set_Text(field(vatsim_place::route));
         txtFlightLevel.Set_Text(field(vatsim_place::altitude));
         Set_Rules(field(vatsim_place::rules) == "I");
     });
     if (!is_whole)
         Tell(m_services.desktop, cut_plan, Icon::exclamation);
-}
-
-void ucACARS::Set_Rules(bool instrument) {
-    chkIFR.Set_Checked(instrument);
-    chkVFR.Set_Checked(!instrument);
 }
 
 }  // namespace norvane

@@ -14,7 +14,7 @@ namespace norvane {
 
 namespace {
 
-using Panel = ucACARS;
+using Panel = ACARS_Form;
 using Row = Row_Plan<std::variant<Label Panel::*, Text_Box Panel::*>>;
 constexpr Row spacer = Planned_Spacer<std::variant<Label Panel::*, Text_Box Panel::*>>();
 
@@ -89,9 +89,9 @@ void ucACARS::ACARS_REPORT() {
                             Without_Placeholder(txtWXDestination.Text()),
                             Without_Placeholder(txtFlightPlan.Text()),
                             Without_Placeholder(txtComments.Text())};
-            if (m_has_optional_fields)
+            if (m_pages.Has_Optional_Fields())
                 Add_Own_Fields(page, Pairs_Of(optFields));
-            if (m_has_airline_fields)
+            if (m_pages.Has_Airline_Fields())
                 Add_Own_Fields(page, Pairs_Of(vaFields));
             return Write_ACARS_Page(m_services, page);
         }();

@@ -1,12 +1,12 @@
 #include "acarspanel/uc_acars.h"
 
-#include <filesystem>
+#include <fmt/format.h>
+
 #include <utility>
 
 #include "acars/cls_acars.h"
 #include "acarspanel/panel_fields.h"
 #include "common/log_error.h"
-#include "common/services.h"
 #include "logentry/cls_log_entry.h"
 
 namespace norvane {
@@ -15,83 +15,47 @@ namespace {
 
 constexpr std::chrono::milliseconds step_interval(500);
 constexpr std::chrono::minutes position_interval(1);
-constexpr std::chrono::seconds weather_delay(1);
-constexpr std::chrono::seconds network_interval(10);
 /// How long a flight at the gate waits for the destination's weather at most.
 constexpr std::chrono::seconds longest_gate_wait(10'000);
-constexpr std::chrono::milliseconds post_delay(1);
-/// How soon what changes outside of steps is stored, and how soon a store that failed is tried
-/// again.
-constexpr std::chrono::seconds store_delay(5);
 
 }  // namespace
 
-ucACARS::ucACARS(Parts parts)
+ucACARS::ucACARS(const Parts& parts)
     : tmr(parts.services.desktop.Timers(), step_interval),
       tmrPos(parts.services.desktop.Timers(), position_interval),
-      tmrWX{{{parts.services.desktop.Timers(), weather_delay},
-             {parts.services.desktop.Timers(), weather_delay}}},
-      tmrVATSIM(parts.services.desktop.Timers(), network_interval),
+      weather(parts, *this, m_steps, m_round),
+      network_plan(parts, m_stage, m_steps, m_round),
+      m_parts(parts),
       m_services(parts.services),
-      m_settings(parts.settings),
-      m_airline(parts.airline),
-      m_objNewLogEntry(parts.log_entry),
-      m_response(parts.response),
-      m_http(std::move(parts.http)),
-      m_gate_timer(m_services.desktop.Timers(), longest_gate_wait),
-      m_store_timer(m_services.desktop.Timers(), store_delay),
-      m_network(m_services, m_settings, m_airline,
-                Given_Up_When([this] { return m_polled_in_round != m_request_round; }, m_http)),
-      m_ends{{{txtOrigin, lblOriginName, txtWXOrigin, {}},
-              {txtDestination, lblDestinationName, txtWXDestination, {}}}},
-      m_due_pireps(m_services),
-      m_post_timer(m_services.desktop.Timers(), post_delay) {
-    for (const Panel_Field& row : Panel_Fields()) {
-        if (Label* label = row.Find_Label(*this))
-            m_labels.push_back(label);
-        if (Text_Box* box = row.Find_Box(*this))
-            m_boxes.push_back(box);
-    }
-    const auto gather = [this](auto& fields) {
-        for (Custom_Field& field : fields) {
-            m_boxes.push_back(&field.txt);
-            m_lists.push_back(&field.cbo);
-        }
-    };
-    gather(optFields);
-    gather(vaFields);
+      m_pages(parts, *this),
+      m_store(parts, {*this, m_stage, weather, network_plan}, m_steps),
+      m_keeper(parts, m_store),
+      m_pireps(parts, m_steps),
+      m_gate_timer(m_services.desktop.Timers(), longest_gate_wait) {
     Connect_Controls();
 }
 
-ucACARS::~ucACARS() = default;
-
 void ucACARS::UCI() {
     Guarded(m_services, "ucACARS.UCI()", Show::box, [&] {
-        m_has_optional_fields = std::filesystem::exists(Optional_Fields_File());
         Stop_Timers();
         Drop_Requests();
-        Set_Paused(false);
-        m_resume = false;
-        m_plan_read = false;
-        m_network_plan = false;
-        m_finish = Finish::none;
-        m_row_in_log.clear();
+        Show_Paused(false);
+        m_stage.Enter(Stage::none);
+        m_store.facts = {};
+        network_plan.Set_Applied(false);
         m_position_minutes = 0;
-        Show_Page(0);
-        if (m_has_optional_fields)
-            Load_Optional_Fields();
-        VA_Settings();
-        Clear_All_Fields();
-        Set_Active_State(false);
-        Restore();
+        m_pages.Load();
+        Clear();
+        Show_Active();
+        m_store.Restore();
         Show_Stored();
-        Take_Up_Due_PIREPs();
+        m_pireps.Take_Up([this](const std::string& row) { return m_store.Stands_In_Log(row); });
     });
 }
 
 void ucACARS::Set_ACARS(clsACARS& engine) {
     m_engine_connections.Disconnect();
-    m_objACARS = &engine;
+    m_steps.Set_Engine(engine);
     Connect_Engine();
     Hand_Over_Codes();
 }
@@ -100,7 +64,7 @@ void ucACARS::Connect_Controls() {
     const auto command = [this](Link& link, void (ucACARS::*run)()) {
         // A click that had to wait for a step's end counts only if the link is still usable then.
         link.clicked.connect([this, &link, run] {
-            After_Step([this, &link, run] {
+            m_steps.After_Step([this, &link, run] {
                 if (link.Enabled() && !m_closed)
                     (this->*run)();
             });
@@ -112,72 +76,67 @@ void ucACARS::Connect_Controls() {
     command(hypReset, &ucACARS::ACARS_RESET);
     command(hypReport, &ucACARS::ACARS_REPORT);
     command(hypFP, &ucACARS::Load_Flight_Plan);
-    hypNext.clicked.connect([this] { Move_To_Page(Page_Beside(+1)); });
-    hypBack.clicked.connect([this] { Move_To_Page(Page_Beside(-1)); });
     tmr.tick.connect(*this, &ucACARS::Tick);
     tmrPos.tick.connect(*this, &ucACARS::Position_Tick);
-    for (std::size_t end = 0; end < tmrWX.size(); ++end)
-        tmrWX.at(end).tick.connect([this, end] { Weather_Tick(end); });
-    tmrVATSIM.tick.connect(*this, &ucACARS::VATSIM_Tick);
     m_gate_timer.tick.connect(*this, &ucACARS::Settle_At_Gate);
-    m_post_timer.tick.connect(*this, &ucACARS::Post_PIREPs);
-    m_store_timer.tick.connect(*this, &ucACARS::Store_Tick);
     mnuPosition.chosen.connect([this] {
-        After_Step([this] {
-            if (m_objACARS != nullptr)
-                m_objACARS->Report_Position();
+        m_steps.After_Step([this] {
+            if (m_steps.Engine() != nullptr)
+                m_steps.Engine()->Report_Position();
         });
     });
-
-    const auto airport = [this](Text_Box& box, Label& name) {
-        box.changed.connect(*this, &ucACARS::Hand_Over_Codes);
-        box.edited.connect([this, &box, &name] { Derive_Name(box, name); });
-        box.left.connect([this, &box, &name] { Settle_Code(box, name); });
-        name.changed.connect([&box, &name] {
-            if (!name.Text().empty())
-                box.Set_Remark({});
-        });
-    };
-    airport(txtOrigin, lblOriginName);
-    airport(txtDestination, lblDestinationName);
-    txtDestination.edited.connect([this] { m_engine_destination.clear(); });
+    weather.taken.connect([this](std::size_t end) {
+        // The finished flight's, however late it comes.
+        if (m_stage.Is_Finished())
+            Keep_Old_Value(Weather(end));
+    });
+    weather.settled.connect([this] {
+        if (m_stage.Now() == Stage::at_gate && !weather.Awaits(flight_end::destination))
+            Settle_At_Gate();
+    });
+    network_plan.found.connect([this](const std::string& line) { Read_VATSIM_Data(line); });
+    Connect_Airport(flight_end::origin);
+    Connect_Airport(flight_end::destination);
+    txtDestination.edited.connect([this] { m_store.facts.engine_destination.clear(); });
     txtFlightNumber.left.connect([this] {
-        if (m_objACARS != nullptr && !txtFlightNumber.Is_Empty())
-            m_objACARS->Set_Airline_Flight_Number(txtFlightNumber.Text());
+        if (m_steps.Engine() != nullptr && !txtFlightNumber.Is_Empty())
+            m_steps.Engine()->Set_Airline_Flight_Number(txtFlightNumber.Text());
     });
-    chkIFR.edited.connect([this] { chkVFR.Set_Checked(!chkIFR.Checked()); });
-    chkVFR.edited.connect([this] { chkIFR.Set_Checked(!chkVFR.Checked()); });
-    Note_Changes();
+    // What changes on the panel is stored at the end of a step, or soon where no steps are made.
+    Note_Changes([this] {
+        m_store.Note_Change();
+        if (!tmr.Enabled() && m_store.Has_Flight_To_Keep())
+            m_store.Store_Soon();
+    });
     m_entry_connections.Keep({
-        m_objNewLogEntry.NewLogEntrySaveOK.connect([this] {
+        m_parts.log_entry.NewLogEntrySaveOK.connect([this] {
             if (m_on_saved)
                 std::exchange(m_on_saved, {})();
         }),
-        m_objNewLogEntry.NewLogEntrySaveFail.connect(*this, &ucACARS::NewLogEntrySaveFail),
+        m_parts.log_entry.NewLogEntrySaveFail.connect(*this, &ucACARS::NewLogEntrySaveFail),
     });
 }
 
-/// What changes on the panel is stored at the end of a step, or soon where no steps are made.
-void ucACARS::Note_Changes() {
-    const auto note = [this](Control& control) {
-        control.changed.connect([this] {
-            m_changed = true;
-            if (!tmr.Enabled() && Has_Flight_To_Keep())
-                m_store_timer.Set_Enabled(true);
-        });
-    };
-    for (Label* label : m_labels)
-        note(*label);
-    for (Text_Box* box : m_boxes)
-        note(*box);
-    for (Combo_Box* list : m_lists)
-        note(*list);
-    note(chkIFR);
-    note(chkVFR);
+void ucACARS::Connect_Airport(std::size_t end) {
+    Text_Box& box = Code(end);
+    Label& name = Name(end);
+    box.changed.connect(*this, &ucACARS::Hand_Over_Codes);
+    box.edited.connect([this, &box, &name] { Derive_Name(box, name); });
+    box.left.connect([this, &box, &name] { Settle_Code(box, name); });
+    name.changed.connect([&box, &name] {
+        if (!name.Text().empty())
+            box.Set_Remark({});
+    });
 }
 
-void ucACARS::Set_Active_State(bool on) {
-    m_active = on;
+void ucACARS::Enter(Stage stage) {
+    m_stage.Enter(stage);
+    Show_Stored();
+}
+
+/// Shows whether a flight is tracked, and starts or stops what follows it.
+void ucACARS::Show_Active() {
+    const bool on = m_stage.Is_Active();
     for (const Panel_Field& row : Panel_Fields()) {
         if (row.Is_Figure())
             row.Find_Label(*this)->Set_Enabled(on);
@@ -188,66 +147,42 @@ void ucACARS::Set_Active_State(bool on) {
     hypFP.Set_Enabled(on);
     Active_State.emit(on);
     tmr.Set_Enabled(on);
-    tmrVATSIM.Set_Enabled(on && Polls_Network());
+    network_plan.Look(on);
 }
 
-void ucACARS::Set_Paused(bool paused) {
-    m_paused = paused;
-    hypPause.Set_Caption(paused ? "Resume" : "Pause");
-    if (!paused)
-        m_services.desktop.Withdraw(interrupted_topic);
+/// Says on the panel which flight waits, and for what.
+void ucACARS::Show_Stored() {
+    std::string text;
+    if (m_stage.Now() == Stage::stored) {
+        text =
+            fmt::format("A flight is stored: {}.  \"On\" goes on with it, \"Reset\" gives it up.",
+                        Flight_Words());
+    } else if (m_stage.Now() == Stage::unlogged) {
+        text = fmt::format(
+            "A finished flight is not in the log: {}.  \"Log Flight\" logs it, \"Reset\" gives it "
+            "up.",
+            Flight_Words());
+    }
+    lblStored.Set_Text(text);
+    lblStored.Set_Visible(!text.empty());
+    Stored_State.emit();
 }
 
 void ucACARS::Stop_Timers() {
     tmr.Set_Enabled(false);
     tmrPos.Set_Enabled(false);
-    tmrVATSIM.Set_Enabled(false);
+    network_plan.Look(false);
 }
 
-void ucACARS::Clear_All_Fields() {
-    lblATCFlight.Set_Visible(false);
-    for (Label* label : m_labels)
-        label->Set_Text({});
-    for (Text_Box* box : m_boxes)
-        box->Set_Text({});
-    for (Combo_Box* list : m_lists)
-        list->Select(-1);
-    chkIFR.Set_Checked(false);
-    chkVFR.Set_Checked(false);
-    for (End& end : m_ends)
-        end.fetched.clear();
+/// What was asked for the flight so far is of no use any longer, answers on their way included.
+void ucACARS::Drop_Requests() {
+    m_round.End();
+    weather.Stop();
 }
 
-void ucACARS::Keep_Old_Values() {
-    m_old_values.clear();
-    for (const Text_Box* box : m_boxes)
-        m_old_values[box] = box->Text();
-    for (const Combo_Box* list : m_lists)
-        m_old_values[list] = list->Text();
-    m_old_rules = {chkIFR.Checked(), chkVFR.Checked()};
-}
-
-/// What the pilot entered since the old flight was complete belongs to the new one and stays.
-void ucACARS::Clear_Old_Values() {
-    lblATCFlight.Set_Visible(false);
-    for (Text_Box* box : m_boxes) {
-        if (box->Text() == m_old_values[box])
-            box->Set_Text({});
-    }
-    for (Combo_Box* list : m_lists) {
-        if (list->Text() == m_old_values[list])
-            list->Select(-1);
-    }
-    if (m_old_rules == std::pair(chkIFR.Checked(), chkVFR.Checked())) {
-        chkIFR.Set_Checked(false);
-        chkVFR.Set_Checked(false);
-    }
-    for (Label* label : m_labels)
-        label->Set_Text({});
-    for (End& end : m_ends)
-        end.fetched.clear();
-    Derive_Name(txtOrigin, lblOriginName);
-    Derive_Name(txtDestination, lblDestinationName);
+void ucACARS::Clear() {
+    Clear_All_Fields();
+    weather.Forget_All();
 }
 
 /// The airport of a code that the pilot entered.
@@ -271,10 +206,15 @@ void ucACARS::Settle_Code(Text_Box& box, Label& name) {
 
 /// The codes of the form go with every message that the engine composes.
 void ucACARS::Hand_Over_Codes() {
-    if (m_objACARS == nullptr)
+    if (m_steps.Engine() == nullptr)
         return;
-    m_objACARS->Set_Form_ICAO_Depart(txtOrigin.Text());
-    m_objACARS->Set_Form_ICAO_Arrive(txtDestination.Text());
+    m_steps.Engine()->Set_Form_ICAO_Depart(txtOrigin.Text());
+    m_steps.Engine()->Set_Form_ICAO_Arrive(txtDestination.Text());
+}
+
+bool ucACARS::Airborne_By_Engine() const {
+    const clsACARS& engine = *m_steps.Engine();
+    return !engine.TIME_OFF().empty() && engine.TIME_ON().empty();
 }
 
 }  // namespace norvane

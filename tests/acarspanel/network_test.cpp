@@ -102,7 +102,7 @@ TEST_F(Panel_Network, An_answer_for_a_flight_that_is_over_changes_nothing) {
     Panel().hypOn.Click();
     While_Next_Request_Runs([&] {
         Panel().hypReset.Click();
-        EXPECT_FALSE(Panel().tmrWX[0].Enabled());
+        EXPECT_FALSE(Panel().weather.tmrWX[0].Enabled());
         Set_Page("/wx/KAAA", "KAAA 141300Z FG");
         Panel().hypOn.Click();
     });
@@ -201,7 +201,7 @@ TEST_F(Panel_Network, The_networks_plan_is_looked_for_until_it_is_there_and_then
     Settings().Set_WX_URL("FS");
     Panel().hypOn.Click();
     Pass(11);
-    EXPECT_FALSE(Panel().tmrVATSIM.Enabled()) << "nobody to look for";
+    EXPECT_FALSE(Panel().network_plan.tmrVATSIM.Enabled()) << "nobody to look for";
     EXPECT_THAT(Take_Boxes(), ElementsAre(HasSubstr("no VATSIM PID")));
     Panel().hypReset.Click();
     Settings().Set_VATSIM_PID("812");
@@ -280,7 +280,7 @@ TEST_F(Panel_Network, A_networks_line_cut_short_is_applied_as_far_as_it_goes) {
     Pass(11);
     EXPECT_EQ(Panel().txtDestination.Text(), "KBBB");
     EXPECT_EQ(Panel().txtFlightLevel.Text(), "");
-    EXPECT_FALSE(Panel().tmrVATSIM.Enabled());
+    EXPECT_FALSE(Panel().network_plan.tmrVATSIM.Enabled());
     EXPECT_THAT(Take_Errors(), ElementsAre(AllOf(HasSubstr("ucACARS.Read_VATSIM_Data()"),
                                                  HasSubstr("Error Number: 9\r\n"))));
     EXPECT_THAT(Take_Boxes(), ElementsAre(HasSubstr("only a part of your flight plan")));

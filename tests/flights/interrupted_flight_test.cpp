@@ -141,7 +141,7 @@ TEST_F(Interrupted_Flight,
              program.panel.txtFlightLevel.Enter(unbroken[flight_level_column]);
              program.engine.events.FlightIN.connect([&](const std::string&, int) {
                  program.settings.Set_WX_URL("NOAA");
-                 program.panel.tmrWX[1].Set_Enabled(true);
+                 program.panel.weather.tmrWX[1].Set_Enabled(true);
              });
              program.panel.hypOn.Click();
              flight.desktop.Wait_Until([&] { return !program.engine.TIME_IN().empty(); },
