@@ -2,15 +2,22 @@
 // The ACARS engine: one object, driven by the ACARS panel. `Start` opens the link and identifies
 // aircraft and airport; `Refresh`, every 500 ms, is one sampling step: it samples the simulator,
 // advances the flight phases (before OUT, OUT, OFF, ON, IN), captures each event's figures once and
-// reports everything as events. A step is whole or undone: when a read fails, the flight stands as
-// it stood before the step, and the step's events are not raised.
+// reports everything as events. A step is whole or undone: it reads the simulator, works on the
+// state and holds back what it has to say; when every read succeeded, its events are raised and the
+// flight is stored in one transaction, otherwise the state from before is put back. Commands that
+// come while a step runs wait for its end.
 
 #include <functional>
+#include <list>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "acars/acars_events.h"
+#include "acars/airports.h"
+#include "acars/engine_context.h"
+#include "acars/frm_fs_msg.h"
 #include "common/great_circle.h"
 
 namespace norvane {
@@ -20,7 +27,6 @@ class clsAppSettings;
 class clsUTC;
 class clsVASettings;
 class modFSUIPC;
-class ACARS_Engine;
 
 class clsACARS {
   public:
@@ -69,44 +75,93 @@ class clsACARS {
     /// Shows a text in the simulator, line by line, with pauses during which events flow.
     void Write_Message_To_FS(std::string_view text);
 
+    /// Shows a text in the simulator. False when it was stopped: the engine was reset, stopped or
+    /// is gone, and nothing of it may be touched any more. For its carriers.
+    bool Show_Message(std::string_view text);
     /// Messages are on their way into the simulator, or stand there for their time.
     [[nodiscard]] bool Is_Showing_Messages() const;
     /// True while `Start` or a step runs.
-    [[nodiscard]] bool Is_Stepping() const;
+    [[nodiscard]] bool Is_Stepping() const { return m_stepping; }
     /// False when what the step before stored, listeners' writes included, was lost with its
     /// transaction.
-    [[nodiscard]] bool Was_Stored() const;
-    [[nodiscard]] const std::string& TIME_OUT() const;
-    [[nodiscard]] const std::string& TIME_OFF() const;
-    [[nodiscard]] const std::string& TIME_ON() const;
-    [[nodiscard]] const std::string& TIME_IN() const;
-    [[nodiscard]] const std::string& LOCAL_TIME_OUT() const;
-    [[nodiscard]] const std::string& LOCAL_TIME_OFF() const;
-    [[nodiscard]] const std::string& LOCAL_TIME_ON() const;
-    [[nodiscard]] const std::string& LOCAL_TIME_IN() const;
+    [[nodiscard]] bool Was_Stored() const { return m_stored; }
+    [[nodiscard]] const std::string& TIME_OUT() const {
+        return m_context.state.At(Block_Event::out).time_utc;
+    }
+    [[nodiscard]] const std::string& TIME_OFF() const {
+        return m_context.state.At(Block_Event::off).time_utc;
+    }
+    [[nodiscard]] const std::string& TIME_ON() const {
+        return m_context.state.At(Block_Event::on).time_utc;
+    }
+    [[nodiscard]] const std::string& TIME_IN() const {
+        return m_context.state.At(Block_Event::in).time_utc;
+    }
+    [[nodiscard]] const std::string& LOCAL_TIME_OUT() const {
+        return m_context.state.At(Block_Event::out).time_local;
+    }
+    [[nodiscard]] const std::string& LOCAL_TIME_OFF() const {
+        return m_context.state.At(Block_Event::off).time_local;
+    }
+    [[nodiscard]] const std::string& LOCAL_TIME_ON() const {
+        return m_context.state.At(Block_Event::on).time_local;
+    }
+    [[nodiscard]] const std::string& LOCAL_TIME_IN() const {
+        return m_context.state.At(Block_Event::in).time_local;
+    }
     /// The flight's date in the short date pattern, empty before `Start`.
-    [[nodiscard]] const std::string& Flight_Date() const;
-    [[nodiscard]] const std::string& FSUIPC_Version() const;
-    [[nodiscard]] const std::string& FS_VERSION() const;
-    [[nodiscard]] const std::string& FS_Path() const;
+    [[nodiscard]] const std::string& Flight_Date() const { return m_context.state.flight_date; }
+    [[nodiscard]] const std::string& FSUIPC_Version() const {
+        return m_context.state.fsuipc_version;
+    }
+    [[nodiscard]] const std::string& FS_VERSION() const { return m_context.state.simulator_name; }
+    [[nodiscard]] const std::string& FS_Path() const { return m_context.state.simulator_directory; }
     /// World file names of the connected simulator: "fs9.wld", or "fs2002.wld" for the older ones.
-    [[nodiscard]] std::string World() const;
-    [[nodiscard]] std::string WorldUD() const;
+    [[nodiscard]] std::string World() const { return World_Name(FS_VERSION()); }
+    [[nodiscard]] std::string WorldUD() const { return World_UD_Name(FS_VERSION()); }
     /// The nearest airports as the engine found them, whatever the panel shows; empty before.
-    [[nodiscard]] const std::string& Departure_ICAO() const;
-    [[nodiscard]] const std::string& Departure_Name() const;
-    [[nodiscard]] const std::string& Arrival_ICAO() const;
-    [[nodiscard]] const std::string& Arrival_Name() const;
+    [[nodiscard]] const std::string& Departure_ICAO() const {
+        return m_context.state.departure.icao;
+    }
+    [[nodiscard]] const std::string& Departure_Name() const {
+        return m_context.state.departure.name;
+    }
+    [[nodiscard]] const std::string& Arrival_ICAO() const { return m_context.state.arrival.icao; }
+    [[nodiscard]] const std::string& Arrival_Name() const { return m_context.state.arrival.name; }
 
     /// The flight number that messages carry from now on.
     void Set_Airline_Flight_Number(std::string_view number);
-    void Set_Form_ICAO_Depart(std::string_view code);
-    [[nodiscard]] const std::string& Form_ICAO_Depart() const;
-    void Set_Form_ICAO_Arrive(std::string_view code);
-    [[nodiscard]] const std::string& Form_ICAO_Arrive() const;
+    void Set_Form_ICAO_Depart(std::string_view code) { m_form_icao_depart = code; }
+    [[nodiscard]] const std::string& Form_ICAO_Depart() const { return m_form_icao_depart; }
+    void Set_Form_ICAO_Arrive(std::string_view code) { m_form_icao_arrive = code; }
+    [[nodiscard]] const std::string& Form_ICAO_Arrive() const { return m_form_icao_arrive; }
 
   private:
-    std::unique_ptr<ACARS_Engine> m_engine;
+    bool Gather(std::string_view procedure, const std::function<void()>& work);
+    void Raise_Held_Events(std::string_view procedure, bool end_of_step);
+    void Finish_Step();
+    void Raise_Failure(const Sim_Reader::Failure& failure);
+    void Run_When_Free(std::function<void()> command);
+    void Open_And_Initialise(bool resume);
+    void Send_Now(Message_Type type, std::string_view text);
+    void Stop_Displays();
+    void Hand_To_Carriers();
+    void Queue_Message(const std::string& text);
+
+    Engine_Context m_context;
+    std::string m_form_icao_depart;
+    std::string m_form_icao_arrive;
+    bool m_stepping = false;
+    /// The last transaction of a step went through.
+    bool m_stored = true;
+    /// Whoever opened the link closes it.
+    bool m_opened_link = false;
+    /// Why the last `Gather` failed, when it was no read.
+    std::string m_fault;
+    std::vector<std::function<void()>> m_waiting_commands;
+    std::list<std::unique_ptr<frmFSMsg>> m_carriers;
+    /// Shared with the displays that are under way; true tells them to end.
+    std::shared_ptr<bool> m_displays_stopped = std::make_shared<bool>(false);
 };
 
 /// The airport name for an ICAO code: of the first line of "bin\fs9.wld" that holds the code, case

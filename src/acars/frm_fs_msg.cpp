@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "acars/engine.h"
+#include "acars/cls_acars.h"
 
 namespace norvane {
 
@@ -10,7 +10,7 @@ frmFSMsg::frmFSMsg(Timer_Queue& timers) : tmr(timers, std::chrono::milliseconds(
     tmr.tick.connect([this] { tmr_Timer(); });
 }
 
-void frmFSMsg::Queue_Message(ACARS_Engine& engine, std::string text) {
+void frmFSMsg::Queue_Message(clsACARS& engine, std::string text) {
     m_engine = &engine;
     m_text = std::move(text);
     tmr.Set_Enabled(true);

@@ -9,14 +9,14 @@
 
 namespace norvane {
 
-class ACARS_Engine;
+class clsACARS;
 
 class frmFSMsg {
   public:
     explicit frmFSMsg(Timer_Queue& timers);
 
     /// Keeps both and arms the timer.
-    void Queue_Message(ACARS_Engine& engine, std::string text);
+    void Queue_Message(clsACARS& engine, std::string text);
     /// The message has been shown; the carrier can go.
     [[nodiscard]] bool Is_Done() const { return m_done; }
 
@@ -24,7 +24,7 @@ class frmFSMsg {
     void tmr_Timer();
 
     Timer tmr;
-    ACARS_Engine* m_engine = nullptr;
+    clsACARS* m_engine = nullptr;
     std::string m_text;
     bool m_done = false;
 };
