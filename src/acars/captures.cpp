@@ -11,14 +11,11 @@
 #include "common/flight_level.h"
 #include "common/number.h"
 #include "config/cls_app_settings.h"
+#include "config/setting_codes.h"
 
 namespace norvane {
 
 namespace {
-
-/// Values of the setting `ACARS_RecordArrival`.
-constexpr int recorded_at_in = 0;
-constexpr int recorded_at_on = 1;
 
 /// The events that carry an event's time, fuel and weight, by block event.
 struct Block_Signals {
@@ -104,13 +101,13 @@ void Report_Fuel_Used(Engine_Context& engine) {
 
 /// At the gate the arrival is looked up unless it was at ON.
 void Find_Arrival_At_Gate(Engine_Context& engine) {
-    const bool at_gate = engine.settings.ACARS_RecordArrival() == recorded_at_in;
+    const bool at_gate = Recorded_At{engine.settings.ACARS_RecordArrival()} == Recorded_At::in;
     if (at_gate || !engine.state.arrival.known) {
         engine.state.arrival = Look_Up_Airport(engine);
-        if (engine.settings.VATSIM_FP() == 0)
+        if (Plan_Source{engine.settings.VATSIM_FP()} == Plan_Source::file)
             Report_Arrival(engine);
     }
-    if (engine.settings.WX_URL() == "FS") {
+    if (Weather_Source_Of(engine.settings.WX_URL()) == Weather_Source::simulator) {
         engine.output.Post(engine.events.WXArr, engine.state.arrival.icao + Weather_Report(engine));
     }
 }
@@ -155,7 +152,7 @@ void Capture_ON(Engine_Context& engine) {
     Take_Weight(engine, Block_Event::on);
     engine.output.Post(engine.events.VS, state.level.vertical_speed);
     engine.output.Post(engine.events.IASLanding, Read_Indicated_Airspeed(engine));
-    if (engine.settings.ACARS_RecordArrival() == recorded_at_on) {
+    if (Recorded_At{engine.settings.ACARS_RecordArrival()} == Recorded_At::on) {
         state.arrival = Look_Up_Airport(engine);
         Report_Arrival(engine);
     }

@@ -15,6 +15,7 @@
 #include "common/text.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
+#include "config/setting_codes.h"
 #include "simdata/cls_ini_file.h"
 
 namespace norvane {
@@ -113,9 +114,9 @@ void Gather_Masses_And_Engines(Engine_Context& engine, const std::string& max_rp
 void Find_Departure(Engine_Context& engine) {
     Airport_Fix& departure = engine.state.departure;
     departure = Look_Up_Airport(engine);
-    if (engine.settings.VATSIM_FP() == 0)
+    if (Plan_Source{engine.settings.VATSIM_FP()} == Plan_Source::file)
         engine.output.Post(engine.events.ICAODep, departure.icao, departure.name);
-    if (engine.settings.WX_URL() == "FS")
+    if (Weather_Source_Of(engine.settings.WX_URL()) == Weather_Source::simulator)
         engine.output.Post(engine.events.WXDep, departure.icao + Weather_Report(engine));
 }
 
@@ -123,9 +124,9 @@ void Find_Departure(Engine_Context& engine) {
 /// was recorded at ON but not stored is looked up again without saying so.
 void Take_Up_Flight(Engine_Context& engine) {
     Flight_State& state = engine.state;
-    constexpr int recorded_at_on = 1;
-    const bool arrival_missing = state.phase == Flight_Phase::on && !state.arrival.known &&
-                                 engine.settings.ACARS_RecordArrival() == recorded_at_on;
+    const bool arrival_missing =
+        state.phase == Flight_Phase::on && !state.arrival.known &&
+        Recorded_At{engine.settings.ACARS_RecordArrival()} == Recorded_At::on;
     if (arrival_missing) {
         state.arrival = Get_Airport(engine);
     } else {

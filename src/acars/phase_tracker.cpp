@@ -12,6 +12,7 @@
 #include "common/flight_level.h"
 #include "common/number.h"
 #include "config/cls_app_settings.h"
+#include "config/setting_codes.h"
 
 namespace norvane {
 
@@ -23,8 +24,6 @@ constexpr std::int32_t climbed_ft = 25;
 /// is above where it touched down by more than this; anything less is a bounce.
 constexpr std::int32_t steps_to_fly_on = 6;
 constexpr std::int32_t fly_on_ft = 25;
-/// A value of the setting `ACARS_TouchAndGo`.
-constexpr std::int32_t first_landing_counts = 1;
 /// Slower than this after landing, the aircraft taxies.
 constexpr std::int32_t taxi_speed_kt = 11;
 /// With more N1 than this the aircraft is not taxiing but taking off or braking.
@@ -32,13 +31,6 @@ constexpr int taxi_n1_percent = 60;
 constexpr std::int32_t level_below_fpm = 31;
 constexpr std::int32_t leaving_from_fpm = 200;
 constexpr std::int32_t leaving_from_ft = 200;
-
-/// Values of the setting `ACARS_EOF`: what ends a flight.
-namespace end_of_flight {
-constexpr int brake = 0;
-constexpr int shutdown = 1;
-constexpr int both = 2;
-}  // namespace end_of_flight
 
 /// Read at the beginning of every step.
 struct Ground_Contact {
@@ -71,12 +63,12 @@ bool Has_Taken_Off(Engine_Context& engine) {
 
 bool Has_Ended(Engine_Context& engine, bool brake_set) {
     const bool parked = brake_set || engine.state.engine_type == engine_kind::helicopter;
-    switch (engine.settings.ACARS_EOF()) {
-        case end_of_flight::brake:
+    switch (End_Of_Flight{engine.settings.ACARS_EOF()}) {
+        case End_Of_Flight::parking_brake:
             return parked;
-        case end_of_flight::shutdown:
+        case End_Of_Flight::engine_shutdown:
             return Engines_Off(engine);
-        case end_of_flight::both:
+        case End_Of_Flight::both:
             return parked && Engines_Off(engine);
         default:
             return false;
@@ -86,7 +78,7 @@ bool Has_Ended(Engine_Context& engine, bool brake_set) {
 bool Flies_On(Engine_Context& engine) {
     const Touchdown& touchdown = engine.state.touchdown;
     return touchdown.steps_off_ground >= steps_to_fly_on &&
-           engine.settings.ACARS_TouchAndGo() != first_landing_counts &&
+           Counted_Landing{engine.settings.ACARS_TouchAndGo()} != Counted_Landing::first &&
            engine.reader.Read_Whole(Variable::altitude_ft) > touchdown.altitude_ft + fly_on_ft;
 }
 

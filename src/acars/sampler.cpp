@@ -7,16 +7,12 @@
 #include "common/number.h"
 #include "common/services.h"
 #include "config/cls_app_settings.h"
+#include "config/setting_codes.h"
 #include "simlink/mod_fsuipc.h"
 
 namespace norvane {
 
 namespace {
-
-/// Values of the setting `ACARS_UseTime`, and of `ACARS_Date`.
-constexpr int simulator_clock = 0;
-constexpr int computer_clock = 1;
-constexpr int computer_date = 1;
 
 std::string Two_Digits(Sim_Reader& reader, Variable variable) {
     return Format_Whole(reader.Read(variable), 2);
@@ -51,10 +47,10 @@ std::string Magnetic_Heading(Sim_Reader& reader) {
 }  // namespace
 
 std::string Read_UTC_Time(Engine_Context& engine) {
-    switch (engine.settings.ACARS_UseTime()) {
-        case simulator_clock:
+    switch (Clock_Source{engine.settings.ACARS_UseTime()}) {
+        case Clock_Source::simulator:
             return Simulator_UTC(engine.reader);
-        case computer_clock:
+        case Clock_Source::computer:
             return engine.utc.GetUTC();
         default:
             return {};
@@ -62,10 +58,10 @@ std::string Read_UTC_Time(Engine_Context& engine) {
 }
 
 std::string Read_Local_Time(Engine_Context& engine) {
-    switch (engine.settings.ACARS_UseTime()) {
-        case simulator_clock:
+    switch (Clock_Source{engine.settings.ACARS_UseTime()}) {
+        case Clock_Source::simulator:
             return Simulator_Local(engine.reader);
-        case computer_clock:
+        case Clock_Source::computer:
             return Format_Hhmm(engine.services.clock.Local_Now().time);
         default:
             return {};
@@ -85,7 +81,7 @@ std::string Read_Simulator_Time(Engine_Context& engine) {
 
 std::string Read_Date(Engine_Context& engine) {
     const std::string& pattern = engine.services.regional.short_date;
-    if (engine.settings.ACARS_Date() == computer_date)
+    if (Clock_Source{engine.settings.ACARS_Date()} == Clock_Source::computer)
         return Format_Date(engine.services.clock.Local_Now().date, pattern);
     const std::int32_t day = engine.reader.Read_Whole(Variable::day_of_year);
     const std::int32_t year = engine.reader.Read_Whole(Variable::year);
@@ -98,12 +94,12 @@ std::string Read_Date(Engine_Context& engine) {
 
 void Sample_Message_Clock(Engine_Context& engine) {
     const bool linked = engine.link.Is_Open();
-    if (linked || engine.settings.ACARS_UseTime() == computer_clock) {
+    if (linked || Clock_Source{engine.settings.ACARS_UseTime()} == Clock_Source::computer) {
         std::string time = Read_UTC_Time(engine);
         if (!engine.reader.Failed())
             engine.state.message_time = std::move(time);
     }
-    if (linked || engine.settings.ACARS_Date() == computer_date) {
+    if (linked || Clock_Source{engine.settings.ACARS_Date()} == Clock_Source::computer) {
         std::string date = Read_Date(engine);
         if (!engine.reader.Failed())
             engine.state.message_date = std::move(date);

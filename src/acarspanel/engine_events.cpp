@@ -10,6 +10,7 @@
 #include "common/boxes.h"
 #include "common/log_error.h"
 #include "common/services.h"
+#include "config/setting_codes.h"
 
 namespace norvane {
 
@@ -138,8 +139,8 @@ void ucACARS::FlightAtGate() {
         if (!m_steps.Engine()->Was_Stored())
             m_store.Note_Change();
         m_store.Store_Soon();
-        if (m_parts.settings.WX_URL() == "FS" || txtFlightLevel.Is_Empty() ||
-            !weather.Awaits(flight_end::destination)) {
+        if (Weather_Source_Of(m_parts.settings.WX_URL()) == Weather_Source::simulator ||
+            txtFlightLevel.Is_Empty() || !weather.Awaits(flight_end::destination)) {
             Settle_At_Gate();
             return;
         }

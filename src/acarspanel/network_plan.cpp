@@ -9,14 +9,13 @@
 #include "common/log_error.h"
 #include "common/services.h"
 #include "config/cls_app_settings.h"
+#include "config/setting_codes.h"
 
 namespace norvane {
 
 namespace {
 
 constexpr std::chrono::seconds network_interval(10);
-/// The setting that has the plan taken from the online network.
-constexpr int plan_from_network = 1;
 
 constexpr std::string_view no_pilot_id =
     "Your flight plan is to come from the online network, but the settings hold no VATSIM PID.  "
@@ -38,7 +37,7 @@ Network_Plan::Network_Plan(const Panel_Parts& parts, const Flight_Stage& stage, 
 }
 
 bool Network_Plan::Is_Chosen() const {
-    return m_parts.settings.VATSIM_FP() == plan_from_network;
+    return Plan_Source{m_parts.settings.VATSIM_FP()} == Plan_Source::network;
 }
 
 void Network_Plan::Tick() {

@@ -7,6 +7,7 @@
 #include "common/log_error.h"
 #include "common/services.h"
 #include "config/cls_app_settings.h"
+#include "config/setting_codes.h"
 #include "net/cls_win_inet.h"
 
 namespace norvane {
@@ -30,8 +31,9 @@ Weather_Desk::Weather_Desk(const Panel_Parts& parts, ACARS_Form& form, const Ste
 }
 
 void Weather_Desk::Schedule(std::size_t end) {
-    const std::string& source = m_parts.settings.WX_URL();
-    if (!m_form.Code(end).Is_Empty() && source != "FS" && source != "NONE" && !Is_Typed(end))
+    const Weather_Source source = Weather_Source_Of(m_parts.settings.WX_URL());
+    const bool from_web = source != Weather_Source::simulator && source != Weather_Source::none;
+    if (!m_form.Code(end).Is_Empty() && from_web && !Is_Typed(end))
         tmrWX.at(end).Set_Enabled(true);
 }
 

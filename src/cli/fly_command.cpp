@@ -12,6 +12,7 @@
 #include "cli/resume_check.h"
 #include "common/code_page.h"
 #include "common/log_error.h"
+#include "config/setting_codes.h"
 #include "flightlog/log_columns.h"
 #include "simlink/link_address.h"
 #include "simlink/mod_fsuipc.h"
@@ -359,7 +360,7 @@ int Run_Fly(Console& console, Session& session, const Fly_Options& options) {
         Parse_Link_Address(simulator ? simulator->Address() : options.simulator), connect_at_most,
         [&console] { return !console.signals.Is_Pending(); });
     Program program(session.Outside(), transport, console.Until_Signal());
-    if (program.settings.ACARS_UseTime() == 1 && speed != 1) {
+    if (Clock_Source{program.settings.ACARS_UseTime()} == Clock_Source::computer && speed != 1) {
         Console_Desktop::Say(
             "--time-scale cannot be used while flights are timed by the real clock "
             "(ACARS_UseTime is 1)");

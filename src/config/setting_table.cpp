@@ -8,6 +8,7 @@
 #include "common/text.h"
 #include "config/airline_list.h"
 #include "config/log_names.h"
+#include "config/setting_codes.h"
 #include "simlink/link_address.h"
 
 namespace norvane {
@@ -67,7 +68,7 @@ constexpr auto table = std::to_array<Setting_Row>({
     {"Simulator_Address", sources, simulator_address_section, simulator_address_key,
      Text{&Values::Simulator_Address, &Settings::Set_Simulator_Address, "", nullptr, Text_Values::link_address}},
     {"WX_URL", sources, "Options", "WX URL",
-     Text{&Values::WX_URL, &Settings::Set_WX_URL, "FS", nullptr, Text_Values::weather_source}},
+     Text{&Values::WX_URL, &Settings::Set_WX_URL, Name_Of(Weather_Source::simulator), nullptr, Text_Values::weather_source}},
     {"VATSIM_FP", sources, "Options", "VATSIM FP",
      Number{&Values::VATSIM_FP, &Settings::Set_VATSIM_FP, 0, {0, 1}}},
     {"VATSIM_PID", sources, "Options", "VATSIM PID",

@@ -12,6 +12,7 @@
 #include "config/airline_list.h"
 #include "config/log_names.h"
 #include "config/profile_reader.h"
+#include "config/setting_codes.h"
 #include "config/setting_table.h"
 #include "simlink/link_address.h"
 
@@ -111,7 +112,8 @@ std::string Existing_Airline(const Setting_Row& row, Services& services, std::st
 std::string Known_Source(const Setting_Row& row, Services& services, std::string_view value) {
     const Profile sources(Find_Path(services, services.program_directory, "bin\\url.cfg"));
     std::vector<std::string> names = sources.Section_Names();
-    for (const std::string_view always : {"NONE", "FS"}) {
+    for (const std::string_view always :
+         {Name_Of(Weather_Source::none), Name_Of(Weather_Source::simulator)}) {
         std::erase(names, always);
         names.emplace(names.begin(), always);
     }

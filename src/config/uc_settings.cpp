@@ -14,6 +14,7 @@
 #include "config/airline_list.h"
 #include "config/cls_va_settings.h"
 #include "config/log_names.h"
+#include "config/setting_codes.h"
 #include "config/settings_controls.h"
 #include "simlink/link_address.h"
 
@@ -24,8 +25,6 @@ namespace {
 /// A list that stands for itself needs something to choose from.
 constexpr std::size_t fewest_choices = 2;
 constexpr std::int32_t take_off_step_ft = 5;
-/// The weather source that asks nothing.
-constexpr std::string_view no_weather = "NONE";
 
 void Select_Exactly(Combo_Box& list, const std::string& text) {
     const auto& entries = list.Entries();
@@ -195,7 +194,7 @@ std::vector<ucSettings::Captioned_List> ucSettings::ACARS_Lists() {
 /// "FS", the names of the sources in their order, and "NONE" where it is the setting and no source
 /// is named so: it needs none, and saving must not turn the weather on.
 void ucSettings::Load_WX_Combo() {
-    std::vector<std::string> sources{"FS"};
+    std::vector<std::string> sources{std::string(Name_Of(Weather_Source::simulator))};
     Guarded(m_services, "ucSettings.Load_WX_Combo()", Show::box, [&] {
         const auto file = Find_Path(m_services, m_services.program_directory, "bin\\url.cfg");
         if (!std::filesystem::exists(file))
@@ -206,7 +205,8 @@ void ucSettings::Load_WX_Combo() {
         }
     });
     const std::string& stored = m_settings.WX_URL();
-    if (stored == no_weather && std::find(sources.begin(), sources.end(), stored) == sources.end())
+    if (Weather_Source_Of(stored) == Weather_Source::none &&
+        std::find(sources.begin(), sources.end(), stored) == sources.end())
         sources.push_back(stored);
     cboWX.Set_Entries(std::move(sources));
 }
@@ -274,7 +274,7 @@ void ucSettings::Get_Settings() {
             cboWX.Select(static_cast<int>(source - sources.begin()));
         txtSimulator.Set_Text(m_settings.Simulator_Address());
         Choose_Take_Off(m_settings.ACARS_TakeOff_Alt() != 0 ? take_off_altitude : on_ground_flag);
-        chkACARS[vatsim].Set_Checked(m_settings.VATSIM_FP() == 1);
+        chkACARS[vatsim].Set_Checked(Plan_Source{m_settings.VATSIM_FP()} == Plan_Source::network);
         txtVATSIM_PID.Set_Text(m_settings.VATSIM_PID());
         Get_Opt_Fields();
         Get_VA_Settings();
@@ -433,7 +433,8 @@ void ucSettings::Assign_Flight_Settings() {
         m_settings.Set_ACARS_TakeOff_Alt(0);
     else if (cboTakeOffAlt.Selected() >= 0)
         m_settings.Set_ACARS_TakeOff_Alt((cboTakeOffAlt.Selected() + 1) * take_off_step_ft);
-    m_settings.Set_VATSIM_FP(chkACARS[vatsim].Checked() ? 1 : 0);
+    m_settings.Set_VATSIM_FP(static_cast<std::int32_t>(
+        chkACARS[vatsim].Checked() ? Plan_Source::network : Plan_Source::file));
     m_settings.Set_VATSIM_PID(txtVATSIM_PID.Text());
 }
 

@@ -8,6 +8,7 @@
 #include "common/services.h"
 #include "common/text.h"
 #include "config/cls_app_settings.h"
+#include "config/setting_codes.h"
 #include "net/cls_win_inet.h"
 #include "net/form_encoding.h"
 
@@ -86,7 +87,7 @@ std::string clsWinInet::Ask_Source(std::string_view path, std::string_view code)
 
 std::string clsWinInet::Get_METAR(std::string_view icao) {
     const std::string& source = m_settings.WX_URL();
-    if (source == "NONE")
+    if (Weather_Source_Of(source) == Weather_Source::none)
         return {};
     std::string result;
     Guarded(m_services, "clsWinInet.Get_METAR()", Show::silent, [&] {
@@ -104,12 +105,12 @@ std::string clsWinInet::Get_METAR(std::string_view icao) {
 }
 
 std::string clsWinInet::Cut_METAR(std::string_view icao, std::string answer) {
-    const std::string& source = m_settings.WX_URL();
-    if (source == "NOAA")
+    const Weather_Source source = Weather_Source_Of(m_settings.WX_URL());
+    if (source == Weather_Source::noaa)
         return Cut_At_Code(icao, answer);
-    if (source == "VATSIM")
+    if (source == Weather_Source::vatsim)
         return Cut_Form_Value(icao, answer);
-    if (source == "ADDS" && !Is_Plain(answer))
+    if (source == Weather_Source::adds && !Is_Plain(answer))
         Strip_HTML(answer, "SPAN");
     return answer;
 }
@@ -120,7 +121,7 @@ std::string clsWinInet::Get_TAF(std::string_view icao) {
         const std::string code = Code_Of(icao);
         std::string report;
         if (!code.empty()) {
-            m_sources.Get_URLs("NOAA");
+            m_sources.Get_URLs(Name_Of(Weather_Source::noaa));
             const std::string answer = Ask_Source(m_sources.URL_TAF(), code);
             if (!Holds_Any(answer, {"error", "sorry", "no taf"}))
                 report = On_One_Line(Cut_At_Code(code, answer));
@@ -136,7 +137,7 @@ std::string clsWinInet::Get_METAR_TAF(std::string_view icao) {
         const std::string code = Code_Of(icao);
         std::string report;
         if (!code.empty()) {
-            m_sources.Get_URLs("ADDS");
+            m_sources.Get_URLs(Name_Of(Weather_Source::adds));
             report = Ask_Source(m_sources.URL_METAR_TAF(), code);
             if (Holds_Any(report, {"error", "sorry", "you entered"}))
                 report.clear();
@@ -151,10 +152,10 @@ std::string clsWinInet::Get_METAR_TAF(std::string_view icao) {
 std::string clsWinInet::Get_WX(std::string_view icao) {
     std::string result;
     Guarded(m_services, "clsWinInet.Get_WX()", Show::silent, [&] {
-        const std::string& source = m_settings.WX_URL();
-        if (source == "FS" || source == "ADDS") {
+        const Weather_Source source = Weather_Source_Of(m_settings.WX_URL());
+        if (source == Weather_Source::simulator || source == Weather_Source::adds) {
             result = Trim(Get_METAR_TAF(icao));
-        } else if (source == "NOAA" || source == "VATSIM") {
+        } else if (source == Weather_Source::noaa || source == Weather_Source::vatsim) {
             const std::string metar = Get_METAR(icao);
             const std::string taf = Get_TAF(icao);
             const bool both = !metar.empty() && !taf.empty();

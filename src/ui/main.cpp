@@ -19,6 +19,7 @@
 #include "common/log_error.h"
 #include "common/version.h"
 #include "config/airline_list.h"
+#include "config/setting_codes.h"
 #include "simlink/link_address.h"
 #include "simlink/socket_transport.h"
 #include "ui/guarded_application.h"
@@ -132,7 +133,8 @@ void Begin_Demonstration(Program& program) {
 
 /// Timers at another speed than the flight's clock would measure nothing.
 void Refuse_Speed_By_Real_Clocks(const Program& program, const Window_Options& options) {
-    if (options.demo && options.demo_speed != 1 && program.settings.ACARS_UseTime() == 1) {
+    if (options.demo && options.demo_speed != 1 &&
+        Clock_Source{program.settings.ACARS_UseTime()} == Clock_Source::computer) {
         throw Run_Error(error_number::invalid_call,
                         "The demonstration cannot be flown at speed while flights are timed by the "
                         "real clock (ACARS_UseTime is 1)");
