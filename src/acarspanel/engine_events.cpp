@@ -105,11 +105,11 @@ void ucACARS::TouchAndGo() {
 void ucACARS::Tell_No_Airport(const std::string& where) {
     const bool departs = m_steps.Engine()->TIME_ON().empty();
     if (Code(departs ? flight_end::origin : flight_end::destination).Text().empty()) {
-        m_services.desktop.Show_Message(
-            {"No airport is known where the aircraft stands, so that its code stays empty.\r\n\r\n"
+        Tell(m_services.desktop,
+             "No airport is known where the aircraft stands, so that its code stays empty.\r\n\r\n"
              "Type the code on the panel or in the flight log.  A place of your own can be added "
              "to the airports with \"FS World Locations ...\".",
-             std::string(product_name), Icon::information, Buttons::ok, where});
+             Icon::information, product_name, where);
     }
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "acarspanel/panel_fields.h"
+#include "common/boxes.h"
 #include "common/code_page.h"
 #include "common/log_error.h"
 
@@ -195,8 +196,7 @@ void frmMain::Lock_Settings() {
 }
 
 void frmMain::Say(std::string_view text, Icon icon) {
-    m_program.services.desktop.Show_Message(
-        {std::string(text), std::string(product_name), icon, Buttons::ok});
+    Tell(m_program.services.desktop, text, icon);
 }
 
 void frmMain::Connect_Engine() {

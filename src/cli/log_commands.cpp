@@ -11,6 +11,7 @@
 #include "cli/exit_status.h"
 #include "cli/heard_error_log.h"
 #include "cli/plan_command.h"
+#include "common/boxes.h"
 #include "common/code_page.h"
 #include "common/date_time.h"
 #include "common/text.h"
@@ -207,9 +208,9 @@ int Log_Copy(Session& session, const Row_Choice& row, const std::string& name) {
 
 int Log_Delete(Session& session, const Row_Choice& row) {
     Open_Log log(session, row);
-    const Answer answer = log.services.desktop.Show_Message(
-        {"Are you sure you want to delete the flight of " + log.Flight() + "?",
-         std::string(product_name), Icon::question, Buttons::yes_no});
+    const Answer answer =
+        Ask(log.services.desktop,
+            "Are you sure you want to delete the flight of " + log.Flight() + "?");
     if (answer != Answer::yes)
         return exit_status::failed;
     log.panel.Delete_LogEntry();

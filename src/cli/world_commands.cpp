@@ -11,6 +11,7 @@
 #include "acars/world_file.h"
 #include "cli/console_desktop.h"
 #include "cli/exit_status.h"
+#include "common/boxes.h"
 #include "common/code_page.h"
 #include "common/find_file.h"
 #include "common/log_error.h"
@@ -115,9 +116,10 @@ int World_Delete(Session& session, std::size_t number, World_Of world) {
                                     ? World_Location()
                                     : locations.Locations()[number - 1];
     locations.Remove(number - 1);
-    const Answer answer = session.Outside().desktop.Show_Message(
-        {fmt::format("Are you sure that you would like to delete the location {}?", gone.icao),
-         "Delete FS World Location", Icon::question, Buttons::yes_no});
+    const Answer answer =
+        Ask(session.Outside().desktop,
+            fmt::format("Are you sure that you would like to delete the location {}?", gone.icao),
+            Icon::question, "Delete FS World Location");
     if (answer != Answer::yes)
         return exit_status::failed;
     locations.Save();

@@ -14,8 +14,8 @@ namespace norvane {
 [[nodiscard]] Answer Ask(Desktop& desktop, std::string_view question, Icon icon = Icon::question,
                          std::string_view title = product_name);
 
-/// A note that needs no answer.
+/// A note that needs no answer; `details` is its technical line.
 void Tell(Desktop& desktop, std::string_view text, Icon icon = Icon::information,
-          std::string_view title = product_name);
+          std::string_view title = product_name, std::string_view details = {});
 
 }  // namespace norvane

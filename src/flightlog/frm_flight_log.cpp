@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "common/boxes.h"
 #include "common/code_page.h"
 #include "common/file_writer.h"
 #include "common/log_error.h"
@@ -60,7 +61,7 @@ void frmFlightLog::Show_Link_States() {
 }
 
 void frmFlightLog::Say(const std::string& text, Icon icon) {
-    m_services.desktop.Show_Message({text, std::string(product_name), icon, Buttons::ok});
+    Tell(m_services.desktop, text, icon);
 }
 
 bool frmFlightLog::FlightLog_Add() {
@@ -89,10 +90,8 @@ bool frmFlightLog::FlightLog_Delete() {
         const std::string name = cboLogs.Text();
         if (Refuse_No_Log(name) || Refuse_Active(name))
             return;
-        const Answer answer = m_services.desktop.Show_Message(
-            {"Are you sure you want to delete the " + name + " flight log?",
-             std::string(product_name), Icon::question, Buttons::yes_no});
-        if (answer != Answer::yes)
+        if (Ask(m_services.desktop,
+                "Are you sure you want to delete the " + name + " flight log?") != Answer::yes)
             return;
         {
             const Busy_Cursor busy(m_services.desktop);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "common/boxes.h"
 #include "common/code_page.h"
 #include "common/log_error.h"
 #include "common/services.h"
@@ -68,10 +69,10 @@ void ucFlightLog::Keep_Flight_Of_Unloaded_Log(const std::string& line) {
         return;
     const auto file = Write_Unsaved(m_services, m_file->Path(), line);
     m_kept_line = line;
-    m_services.desktop.Show_Message(
-        {fmt::format("{} could not be read, so this flight was not added to it.  It is kept in {}",
+    Tell(m_services.desktop,
+         fmt::format("{} could not be read, so this flight was not added to it.  It is kept in {}",
                      From_Path(m_file->Path()), From_Path(file)),
-         std::string(product_name) + " Save Flight Log", Icon::exclamation, Buttons::ok});
+         Icon::exclamation, std::string(product_name) + " Save Flight Log");
 }
 
 void ucFlightLog::Forget_Failed_Flight(const std::string& line) {

@@ -178,8 +178,7 @@ bool ucFlightLog::Copy_Line(const std::string& flight, const std::string& name) 
         else if (!is_listed)
             fault = New_Log_Fault(m_services, name);
         if (!fault.empty()) {
-            m_services.desktop.Show_Message(
-                {fault, std::string(product_name), Icon::exclamation, Buttons::ok});
+            Tell(m_services.desktop, fault, Icon::exclamation);
             return;
         }
         {
@@ -187,9 +186,7 @@ bool ucFlightLog::Copy_Line(const std::string& flight, const std::string& name) 
             Append_To_Log(Log_Path(m_services, name), flight + field_separator);
             copied = true;
         }
-        m_services.desktop.Show_Message({"Log Entry copied to " + name + " log",
-                                         std::string(product_name), Icon::information,
-                                         Buttons::ok});
+        Tell(m_services.desktop, "Log Entry copied to " + name + " log");
     });
     return copied;
 }

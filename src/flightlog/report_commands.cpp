@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/boxes.h"
 #include "common/date_time.h"
 #include "common/log_error.h"
 #include "common/services.h"
@@ -70,8 +71,7 @@ void ucFlightLog::Create_ACARS_Report() {
 bool ucFlightLog::Has_Entries() {
     if (m_table.Row_Count() > 0)
         return true;
-    m_services.desktop.Show_Message({"There are no log entries to include in the report",
-                                     std::string(product_name), Icon::information, Buttons::ok});
+    Tell(m_services.desktop, "There are no log entries to include in the report");
     return false;
 }
 

@@ -282,9 +282,8 @@ void ucFlightLog::Grid_Undo() {
         }
         if (!m_file->Loaded_To_Its_End())
             return;
-        m_services.desktop.Show_Message({"Flight Log Changes Undone",
-                                         Title(" Undo Flight Log Changes"), Icon::information,
-                                         Buttons::ok});
+        Tell(m_services.desktop, "Flight Log Changes Undone", Icon::information,
+             Title(" Undo Flight Log Changes"));
     });
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "common/boxes.h"
 #include "common/code_page.h"
 #include "common/date_time.h"
 #include "common/file_writer.h"
@@ -231,8 +232,8 @@ void Tell_PIREP_Failure(Desktop& desktop, const Run_Error& error) {
                                   ? "The PIREP could not be read, and was not sent.  Your flight "
                                     "log is not affected."
                                   : error.For_Pilot();
-    desktop.Show_Message({words, std::string(product_name) + " Error", Icon::exclamation,
-                          Buttons::ok, error.Description()});
+    Tell(desktop, words, Icon::exclamation, std::string(product_name) + " Error",
+         error.Description());
 }
 
 void Delete_Stored_Flight(Services& services) {

@@ -238,12 +238,11 @@ void ucMSG::Export_Message_Log() {
     } catch (...) {
         const Run_Error error = Caught_Error();
         Log_Error(m_services, "ucMSG.Export_Message_Log()", error, Show::silent);
-        m_services.desktop.Show_Message(
-            {"The messages of this flight could not be written to a file.  The flight and its "
+        Tell(m_services.desktop,
+             "The messages of this flight could not be written to a file.  The flight and its "
              "times are not affected, and the messages stay on \"ACARS Messages\" until the next "
              "flight begins: please copy what you need from there.",
-             std::string(product_name) + " Error", Icon::exclamation, Buttons::ok,
-             error.Description()});
+             Icon::exclamation, std::string(product_name) + " Error", error.Description());
     }
 }
 

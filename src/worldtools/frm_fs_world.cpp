@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "common/boxes.h"
 #include "common/file_writer.h"
 #include "common/find_file.h"
 #include "common/line_reader.h"
@@ -97,8 +98,7 @@ void frmFSWorld::Add_Location() {
         txtICAO.Set_Text(code);
         const std::string_view fault = Check_Location_Code(code);
         if (!fault.empty()) {
-            services.desktop.Show_Message(
-                {std::string(fault), std::string(product_name), Icon::none, Buttons::ok});
+            Tell(services.desktop, fault, Icon::none);
             return;
         }
         const Busy_Cursor busy(services.desktop);
@@ -125,9 +125,9 @@ void frmFSWorld::Delete_Location() {
         if (selected < 0)
             return;
         const auto row = static_cast<std::size_t>(selected);
-        const Answer answer = m_parts.services.desktop.Show_Message(
-            {"Are you sure that you would like to delete this location?",
-             "Delete FS World Location", Icon::question, Buttons::yes_no});
+        const Answer answer = Ask(m_parts.services.desktop,
+                                  "Are you sure that you would like to delete this location?",
+                                  Icon::question, "Delete FS World Location");
         if (answer != Answer::yes)
             return;
         m_locations->Remove(row);
