@@ -68,11 +68,10 @@ std::optional<std::string> Name_In_Line(std::string_view line, std::string_view 
                            Equal_No_Case(line.substr(bar + 1, icao.size()), icao);
         if (!found)
             continue;
-        constexpr std::size_t name_field = 4;
-        const auto fields = Split(line, field_separator);
-        if (fields.size() <= name_field)
+        const auto texts = Split_World_Line(line);
+        if (!texts)
             throw Run_Error(error_number::subscript_out_of_range, "Subscript out of range");
-        return fields[name_field];
+        return std::string(texts->name);
     }
     return std::nullopt;
 }

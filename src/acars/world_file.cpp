@@ -19,7 +19,6 @@ namespace norvane {
 
 namespace {
 
-constexpr std::size_t field_count = 5;
 constexpr double elevation_tolerance_ft = 10;
 constexpr double reach_at_elevation_nm = 50;
 constexpr double reach_at_another_nm = 5;
@@ -37,40 +36,43 @@ std::optional<double> World_Number(std::string_view text) {
     return Parse_Number(Replace_All(text, ",", "."));
 }
 
-/// The first five fields; false when there are fewer.
-bool Split_Fields(std::string_view line, std::array<std::string_view, field_count>& fields) {
-    for (std::size_t i = 0; i < field_count; ++i) {
+}  // namespace
+
+std::optional<World_Texts> Split_World_Line(std::string_view line) {
+    World_Texts texts;
+    std::string_view* last = &texts.name;
+    for (std::string_view* text :
+         {&texts.latitude, &texts.longitude, &texts.elevation, &texts.icao, last}) {
         const auto end = line.find(field_separator);
-        fields[i] = line.substr(0, end);
+        *text = line.substr(0, end);
         if (end == std::string_view::npos)
-            return i + 1 == field_count;
+            return text == last ? std::optional(texts) : std::nullopt;
         line.remove_prefix(end + 1);
     }
-    return true;
+    texts.rest = line;
+    return texts;
 }
-
-}  // namespace
 
 bool Is_World_Comment(std::string_view line) {
     return line.empty() || Contains(line, "//");
 }
 
 std::optional<World_Line> Read_World_Line(std::string_view line, std::string_view& fault) {
-    std::array<std::string_view, field_count> fields;
-    if (!Split_Fields(line, fields)) {
+    const auto texts = Split_World_Line(line);
+    if (!texts) {
         fault = "fewer than five fields";
         return std::nullopt;
     }
-    const auto latitude = World_Number(fields[0]);
-    const auto longitude = World_Number(fields[1]);
-    const auto elevation_ft = World_Number(fields[2]);
+    const auto latitude = World_Number(texts->latitude);
+    const auto longitude = World_Number(texts->longitude);
+    const auto elevation_ft = World_Number(texts->elevation);
     if (!latitude || !longitude || !elevation_ft) {
         fault = "latitude, longitude or elevation is not a number";
         return std::nullopt;
     }
     const double whole_ft = std::clamp(Round_Half_Even(*elevation_ft), lowest, highest);
     return World_Line{
-        {*latitude, *longitude}, static_cast<std::int32_t>(whole_ft), fields[3], fields[4]};
+        {*latitude, *longitude}, static_cast<std::int32_t>(whole_ft), texts->icao, texts->name};
 }
 
 void World_File::Load(const std::filesystem::path& file) {

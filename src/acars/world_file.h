@@ -24,6 +24,19 @@ struct World_Line {
     std::string_view name;
 };
 
+/// The texts of a line, pieces of it: latitude, longitude, elevation, code, name, and what stands
+/// behind them.
+struct World_Texts {
+    std::string_view latitude;
+    std::string_view longitude;
+    std::string_view elevation;
+    std::string_view icao;
+    std::string_view name;
+    std::string_view rest;
+};
+
+/// None when a text is missing.
+[[nodiscard]] std::optional<World_Texts> Split_World_Line(std::string_view line);
 /// Empty lines, and those with "//" anywhere.
 [[nodiscard]] bool Is_World_Comment(std::string_view line);
 /// The airport of a line that is no comment; none when the line cannot be read, and `fault` tells

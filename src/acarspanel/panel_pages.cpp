@@ -23,10 +23,6 @@ constexpr int airline_page = 1;
 constexpr int optional_fields_page = 2;
 constexpr int airline_fields_page = 3;
 
-/// Index of the last of the PIREP form's fixed values. Only a form with fields of the airline's own
-/// behind them has a use for airline fields on the panel.
-constexpr int fixed_pirep_fields_bound = 41;
-
 template <std::size_t count>
 void Define_Fields(const std::filesystem::path& file, std::array<Custom_Field, count>& positions) {
     const Field_Definitions definitions = Read_Field_Definitions(file, count);
@@ -90,8 +86,10 @@ void Panel_Pages::VA_Settings() {
                 typed[i] = {m_form.vaFields[i].lblCaption.Text(), m_form.vaFields[i].Value()};
             m_form.vaFields[i].Remove();
         }
-        m_has_airline_fields = !m_airline.WebServer().empty() &&
-                               m_airline.PIREP_Fields_Ubound() >= fixed_pirep_fields_bound;
+        // Only a form with fields of the airline's own behind the fixed ones has a use for them.
+        m_has_airline_fields =
+            !m_airline.WebServer().empty() &&
+            m_airline.PIREP_Fields_Ubound() >= static_cast<int>(fixed_pirep_values);
         if (m_has_airline_fields)
             Load_VA_Fields();
         for (std::size_t i = 0; i < m_form.vaFields.size(); ++i) {

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "app/signal_watch.h"
 #include "common/services.h"
+#include "common/signal_watch.h"
 #include "common/system_clock.h"
 #include "common/timer_queue.h"
 #include "net/http_client.h"

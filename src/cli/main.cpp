@@ -3,16 +3,15 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 
+#include "app/session_options.h"
 #include "cli/command_line.h"
 #include "cli/exit_status.h"
 #include "cli/fly_command.h"
 #include "cli/listing_commands.h"
 #include "cli/network_commands.h"
 #include "cli/plan_command.h"
-#include "common/find_file.h"
 #include "common/log_error.h"
 #include "common/version.h"
-#include "simlink/link_address.h"
 
 namespace {
 
@@ -146,17 +145,7 @@ int main(int argc, char** argv) {
     CLI::App app("Norvane without a window: flies along with a simulator and keeps the flight log",
                  "norvane-cli");
     app.set_version_flag("--version", std::string("norvane-cli ") + norvane::version);
-    app.add_option("--home", session.places.home, "Program directory");
-    app.add_option("--settings", session.places.settings, "Settings store (an SQLite file)");
-    app.add_option("--sim", session.simulator,
-                   "Simulator address, host:port or unix:/path ($NORVANE_SIM, then the setting "
-                   "Simulator_Address, then 127.0.0.1:8338)")
-        ->check(CLI::Validator(Link_Address_Fault, ""));
-    app.add_option("--map", session.path_mappings,
-                   "Where a directory of the simulator's is here: 'C:\\=/home/me/drive_c/'; "
-                   "repeatable")
-        ->allow_extra_args(false)
-        ->check(CLI::Validator(Path_Mapping_Fault, ""));
+    Add_Session_Options(app, session);
     app.add_flag("--yes", words.yes, "Answer questions with Yes");
     app.require_subcommand(1);
     Add_Fly(app, session, fly, work);

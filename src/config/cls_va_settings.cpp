@@ -17,8 +17,6 @@ namespace norvane {
 namespace {
 
 constexpr std::size_t most_fields = 76;
-/// Values of a PIREP that every airline gets; the airline's own fields follow them.
-constexpr std::size_t fixed_values = 41;
 
 Run_Error Fault_In(const std::filesystem::path& file, const std::string& fault) {
     return {error_number::invalid_call, From_Path(file) + fault};
@@ -87,13 +85,13 @@ void clsVASettings::Get_PIREP_Fields() {
         if (count == 0)
             throw Fault_In(pirep_file, ": no field");
         m_fields.resize(count);
-        if (pirep_count != fixed_values) {
-            Log_Error(
-                m_services, "clsVASettings.Get_PIREP_Fields()",
-                Fault_In(pirep_file,
-                         ": " + std::to_string(pirep_count) + " fields, where a PIREP has " +
-                             std::to_string(fixed_values) + " values before the airline's own"),
-                Show::silent);
+        if (pirep_count != fixed_pirep_values) {
+            Log_Error(m_services, "clsVASettings.Get_PIREP_Fields()",
+                      Fault_In(pirep_file, ": " + std::to_string(pirep_count) +
+                                               " fields, where a PIREP has " +
+                                               std::to_string(fixed_pirep_values) +
+                                               " values before the airline's own"),
+                      Show::silent);
         }
     });
 }

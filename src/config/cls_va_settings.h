@@ -14,6 +14,9 @@ namespace norvane {
 
 struct Services;
 
+/// Values of a PIREP that every airline gets; the airline's own fields follow them.
+inline constexpr std::size_t fixed_pirep_values = 41;
+
 class clsVASettings {
   public:
     /// All empty, two empty fields, URL encoding on.

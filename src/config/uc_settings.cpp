@@ -70,6 +70,11 @@ ucSettings::ucSettings(Services& services, clsAppSettings& settings, clsVASettin
     UCI();
 }
 
+std::string ucSettings::Simulator_Tooltip() {
+    return "Where the simulator is: host:port or unix:/path; empty for " +
+           std::string(default_link_address) + ".  --sim and $NORVANE_SIM come first.";
+}
+
 void ucSettings::UCI() {
     Guarded(m_services, "ucSettings.UCI()", Show::box, [&] {
         for (const Setting_List& row : Setting_Lists())

@@ -82,9 +82,7 @@ class ucSettings {
     Combo_Box cboUseTime;
 
     static constexpr std::string_view simulator_caption = "Simulator Address:";
-    static constexpr std::string_view simulator_tooltip =
-        "Where the simulator is: host:port or unix:/path; empty for 127.0.0.1:8338.  --sim and "
-        "$NORVANE_SIM come first.";
+    [[nodiscard]] static std::string Simulator_Tooltip();
     Text_Box txtSimulator;
 
     static constexpr std::string_view take_off_caption = "Record Take Off:";

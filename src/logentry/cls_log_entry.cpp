@@ -19,7 +19,6 @@ namespace norvane {
 
 namespace {
 
-constexpr std::size_t pirep_field_count = 41;
 // Slot i is stored under i followed by one of these.
 constexpr int optional_key_ending = 43;
 constexpr int airline_key_ending = 44;
@@ -149,7 +148,7 @@ void clsLogEntry::New_Log_Entry_Save_Result(bool saved) {
 }
 
 std::string clsLogEntry::PIREP_Line() const {
-    std::array<std::string_view, pirep_field_count> placed;
+    std::array<std::string_view, fixed_pirep_values> placed;
     for (const Log_Field_Row& row : All_Log_Fields()) {
         if (row.pirep_place != 0)
             placed.at(static_cast<std::size_t>(row.pirep_place - 1)) = Get(row.id);

@@ -4,7 +4,6 @@
 
 #include <fmt/format.h>
 #include <poll.h>
-#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -16,6 +15,7 @@
 #include "common/code_page.h"
 #include "common/number.h"
 #include "common/run_error.h"
+#include "common/signal_watch.h"
 #include "common/system_clock.h"
 #include "common/system_places.h"
 #include "common/version.h"
@@ -47,19 +47,6 @@ struct Command_Line {
     std::string flightgear{default_flightgear_address};
     std::uint16_t simulator_version = 7;
 };
-
-/// A descriptor that becomes readable at SIGINT and SIGTERM, which do nothing
-/// else from now on.
-int Stop_Descriptor() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
-    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
-    // Nobody reading our lines is no reason to stop flying.
-    (void)std::signal(SIGPIPE, SIG_IGN);
-    return ::signalfd(-1, &signals, SFD_CLOEXEC);
-}
 
 /// The program waits on the stop descriptor wherever it waits. The system waits for name servers
 /// and disks without: what still waits this long after the stop is not waited for. Files are whole
@@ -209,7 +196,10 @@ int Run(int argc, char** argv) {
         return app.exit(error) == 0 ? done : wrong_usage;
     }
 
-    const int stop = Stop_Descriptor();
+    // Nobody reading our lines is no reason to stop flying.
+    (void)std::signal(SIGPIPE, SIG_IGN);
+    const Signal_Watch signals;
+    const int stop = signals.Descriptor();
     End_When_Stopped(stop);
     if (record.parsed()) {
         System_Clock clock;

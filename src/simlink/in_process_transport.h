@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 
+#include "simlink/link_address.h"
 #include "simlink/transport.h"
 
 namespace norvane {
@@ -19,7 +20,7 @@ class In_Process_Transport : public Transport {
     [[nodiscard]] Transport_Opening Open() override;
     Delivery Deliver(std::span<std::byte> block, std::chrono::milliseconds at_most) override;
     void Close() override {}
-    [[nodiscard]] std::string Where() const override { return "127.0.0.1:8338"; }
+    [[nodiscard]] std::string Where() const override { return std::string(default_link_address); }
     [[nodiscard]] bool Is_Given_Up() const override { return given_up; }
 
     /// Asked at each opening; what it gives takes the place of a good one.

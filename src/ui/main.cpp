@@ -13,10 +13,10 @@
 #include "app/frm_main.h"
 #include "app/program.h"
 #include "app/session.h"
-#include "app/signal_watch.h"
+#include "app/session_options.h"
 #include "app/sim_process.h"
-#include "common/find_file.h"
 #include "common/log_error.h"
+#include "common/signal_watch.h"
 #include "common/version.h"
 #include "config/airline_list.h"
 #include "config/setting_codes.h"
@@ -45,18 +45,7 @@ std::optional<int> Read_Command_Line(int argc, char** argv, Window_Options& opti
                                      bool with_the_toolkits_own) {
     CLI::App line("Norvane: flies along with a simulator and keeps the flight log", "norvane");
     line.set_version_flag("--version", std::string("norvane ") + norvane::version);
-    line.add_option("--home", options.session.places.home, "Program directory");
-    line.add_option("--settings", options.session.places.settings,
-                    "Settings store (an SQLite file)");
-    line.add_option("--sim", options.session.simulator,
-                    "Simulator address, host:port or unix:/path ($NORVANE_SIM, then the one in "
-                    "Settings, then 127.0.0.1:8338)")
-        ->check(CLI::Validator(Link_Address_Fault, ""));
-    line.add_option("--map", options.session.path_mappings,
-                    "Where a directory of the simulator's is here: 'C:\\=/home/me/drive_c/'; "
-                    "repeatable")
-        ->allow_extra_args(false)
-        ->check(CLI::Validator(Path_Mapping_Fault, ""));
+    Add_Session_Options(line, options.session);
     line.allow_extras(with_the_toolkits_own);
     auto* demo = line.add_flag("--demo", options.demo, "Show a whole flight at speed");
     line.add_option("--time-scale", options.demo_speed, "Fly the demonstration X times as fast")

@@ -101,7 +101,7 @@ Form_Group* Lists_Group(ucSettings& settings, Form_Page& page) {
         Add_List(*group, {row++, 0}, list, list_characters);
     QLineEdit* address =
         Make_Field(*group, Name_Of(ucSettings::simulator_caption), settings.txtSimulator, 0);
-    address->setToolTip(To_Q(ucSettings::simulator_tooltip));
+    address->setToolTip(To_Q(ucSettings::Simulator_Tooltip()));
     Add_Bound_Caption(*group, {row, 0}, ucSettings::simulator_caption, settings.txtSimulator,
                       *address);
     group->Add_Value({row, 0}, *address);

@@ -26,13 +26,10 @@ std::optional<World_Location> Read_Location(std::string_view line) {
     const auto airport = Read_World_Line(line, unused);
     if (!airport || Trimmed_View(airport->icao).empty())
         return std::nullopt;
-    std::array<std::string_view, 5> fields;
-    for (std::string_view& field : fields) {
-        field = Before(line, "|");
-        line.remove_prefix(std::min(line.size(), field.size() + 1));
-    }
-    return World_Location{std::string(fields[0]), std::string(fields[1]), std::string(fields[2]),
-                          std::string(fields[3]), std::string(fields[4]), std::string(line)};
+    const World_Texts texts = *Split_World_Line(line);
+    return World_Location{std::string(texts.latitude),  std::string(texts.longitude),
+                          std::string(texts.elevation), std::string(texts.icao),
+                          std::string(texts.name),      std::string(texts.rest)};
 }
 
 void Append_Line(std::string& content, std::string_view line) {
@@ -135,17 +132,15 @@ World_Location Make_Location(Services& services, std::string_view icao, std::str
 }
 
 std::string World_Airport_Name(Services& services, std::string_view world, std::string_view icao) {
-    constexpr std::size_t icao_field = 3;
-    constexpr std::size_t name_field = 4;
     const std::string content =
         Read_File(Find_Path(services, services.program_directory, "bin\\" + std::string(world)));
     for (Line_Reader reader(content); reader.Next();) {
         const std::string_view line = reader.Line();
         if (!Contains(line, icao) || Is_World_Comment(line))
             continue;
-        const auto fields = Split(line, field_separator);
-        if (fields.size() > name_field && fields[icao_field] == icao)
-            return fields[name_field];
+        const auto texts = Split_World_Line(line);
+        if (texts && texts->icao == icao)
+            return std::string(texts->name);
     }
     return {};
 }

@@ -1,4 +1,4 @@
-#include "app/signal_watch.h"
+#include "common/signal_watch.h"
 
 #include <poll.h>
 #include <sys/signalfd.h>
