@@ -154,7 +154,7 @@ class clsACARS {
     bool m_stepping = false;
     /// The last transaction of a step went through.
     bool m_stored = true;
-    /// Whoever opened the link closes it.
+    /// The engine opened the link, and so closes it.
     bool m_opened_link = false;
     /// Why the last `Gather` failed, when it was no read.
     std::string m_fault;

@@ -176,8 +176,8 @@ bool ucACARS::Begin_New_Flight() {
     return true;
 }
 
-/// Asks about a finished flight that is not in the log, and does what the pilot says. False when he
-/// said nothing, or would not lose a flight that can be kept nowhere.
+/// Asks about a finished flight that is not in the log, and does what the pilot says. False for no
+/// answer, and for a flight that can be kept nowhere and is not to be lost.
 bool ucACARS::Ask_About_Finished_Flight() {
     if (!m_stage.Is_Unlogged())
         return true;

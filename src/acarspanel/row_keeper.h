@@ -20,8 +20,8 @@ class Row_Keeper {
     [[nodiscard]] std::filesystem::path Next_File() const;
     /// Writes the flight's row to that file, which is returned; raises when it cannot be written.
     std::filesystem::path Keep();
-    /// As `Keep`. Where nothing can be written the pilot is asked: empty when he lets the flight
-    /// go, none when he does not.
+    /// As `Keep`. Where nothing can be written the pilot is asked: empty to let the flight go,
+    /// none to keep it on the panel.
     [[nodiscard]] std::optional<std::filesystem::path> Keep_Or_Ask(std::string_view question);
     /// For a flight that the store does not take and nobody can be asked about: beside the log, or
     /// in the error log at least.

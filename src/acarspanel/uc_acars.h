@@ -104,7 +104,7 @@ class ucACARS : public ACARS_Form {
     Signal<> Interrupted;
     /// `Is_Tracked_Or_Stored` may be another one now.
     Signal<> Stored_State;
-    /// The pilot closes the program: whoever has a question asks it now; false calls it off.
+    /// The pilot closes the program: listeners ask their questions now; false calls it off.
     Signal<bool&> Close_Asked;
     Signal<> Close_Called_Off;
     /// Nothing calls it off any more.

@@ -22,7 +22,7 @@ namespace norvane {
 enum class Status_Panel { flight_log, acars, simulator, local, time, date };
 inline constexpr std::size_t status_panel_count = 6;
 
-/// A menu of the menu bar; null stands for a separator.
+/// A menu of the menu bar; null is a separator.
 struct Menu {
     std::string_view caption;
     std::vector<Menu_Command*> commands;
@@ -69,7 +69,7 @@ class frmMain {
     /// off, ends tracking, keeps the window's place and closes link and flight log, then raises
     /// `Closed`: at once, or at the end of the step that is running. A second call does nothing,
     /// also while the pilot is asked. `Closed` may come from deep within a
-    /// procedure of the panel: whoever hears it ends the event loop and destroys nothing yet.
+    /// procedure of the panel: a listener ends the event loop and destroys nothing yet.
     void Form_Unload(ucACARS::Closing how);
     Signal<> Closed;
 

@@ -10,7 +10,7 @@ namespace norvane {
 
 namespace {
 
-/// How long a pilot who leaves waits for the airline to take his last messages.
+/// How long a pilot who leaves waits for the airline to take the last messages.
 constexpr std::chrono::seconds longest_farewell(3);
 
 }  // namespace
@@ -69,7 +69,7 @@ void Program::Connect() {
 
 void Program::Close(ucACARS::Closing how) {
     const bool by_pilot = how == ucACARS::Closing::by_pilot;
-    // Whoever asks again without patience waits for no server.
+    // A second request to end waits for no server.
     m_closing = m_closing || (m_close_called && !by_pilot);
     m_close_called = true;
     m_signalled = m_signalled || !by_pilot;

@@ -38,16 +38,16 @@ class Program {
     Program& operator=(const Program&) = delete;
 
     /// Ends the flight's tracking as closing the main window does. The pilot is asked first what is
-    /// to become of the log's changes and of a finished flight; a question that he leaves calls the
-    /// closing off, and all goes on. Then raises `Closing`, ends panel, engine, link and flight
+    /// to become of the log's changes and of a finished flight; a question that is left open calls
+    /// the closing off, and all goes on. Then raises `Closing`, ends panel, engine, link and flight
     /// log, and raises `Closed`: at once, or at the end of the step that is running. A second call
     /// by a signal ends the questions and requests that the first one waits for; any other does
     /// nothing.
     void Close(ucACARS::Closing how);
     /// Nothing calls the closing off any more.
     Signal<> Closing;
-    /// Everything has ended. The panel's procedure that raised it is still running: whoever hears
-    /// it destroys nothing yet.
+    /// Everything has ended. The panel's procedure that raised it is still running: a listener
+    /// destroys nothing yet.
     Signal<> Closed;
 
     Services services;

@@ -30,7 +30,7 @@ struct Session_Options {
 };
 
 /// The address in `options`, else that of the environment, else the one of the settings, else the
-/// link's own. A stored text that is no address does not count; loading the settings tells of it.
+/// link's own. A stored text that is no address does not count; loading the settings reports it.
 [[nodiscard]] std::string Simulator_Address(const Session_Options& options, Settings_Store& store);
 
 /// Another program holds the store.

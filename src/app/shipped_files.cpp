@@ -41,7 +41,7 @@ struct Shipped_File {
 /// By the name below the program directory.
 using Manifest = std::map<std::string, Shipped_File>;
 
-/// A line a file: size, time, checksum, name. A line of another kind tells of no file.
+/// A line a file: size, time, checksum, name. A line of another kind is passed over.
 Manifest Read_Manifest(const fs::path& file) {
     Manifest manifest;
     if (!fs::exists(file))

@@ -9,7 +9,7 @@
 
 namespace norvane {
 
-/// A Yes/No question. `Answer::none` when it was left without an answer: whoever asked then does
+/// A Yes/No question. `Answer::none` when it was left without an answer: the caller then does
 /// nothing, neither what Yes nor what No would do.
 [[nodiscard]] Answer Ask(Desktop& desktop, std::string_view question, Icon icon = Icon::question,
                          std::string_view title = product_name);

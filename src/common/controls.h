@@ -101,7 +101,7 @@ class Combo_Box : public Control {
     int m_selected = -1;
 };
 
-/// A list whose entries the pilot picks, or types over with a text of his own.
+/// A list whose entries the pilot picks, or types over with another text.
 class Text_Combo : public Control {
   public:
     [[nodiscard]] const std::vector<std::string>& Entries() const { return m_entries; }
@@ -135,7 +135,7 @@ class Check_Box : public Control {
     bool m_checked = false;
 };
 
-/// One of several choices of which one holds; whoever owns them clears the others.
+/// One of several choices of which one holds; their owner clears the others.
 class Option_Button : public Control {
   public:
     [[nodiscard]] bool Chosen() const { return m_chosen; }

@@ -1,6 +1,6 @@
 #pragma once
 // A dialog of which the rest of the program waits until it is closed. Forms derive from it and hold
-// their controls and rules; whoever draws them answers `shown`. Where nobody does (a program
+// their controls and rules; the view that draws them answers `shown`. Where none does (a program
 // without a window), the form is closed as soon as it was opened.
 
 #include "common/signal.h"
@@ -18,7 +18,7 @@ class Modal_Form {
     [[nodiscard]] bool Is_Open() const { return m_open; }
     /// The form is open; the listener returns when the pilot has closed it, or `closed` came.
     Signal<> shown;
-    /// The form closed itself: whoever draws it takes it away.
+    /// The form closed itself: its view takes it away.
     Signal<> closed;
 
   protected:

@@ -57,7 +57,7 @@ class Desktop {
 
     virtual void Set_Busy(bool busy) = 0;
     /// The cursor is normal again, however many procedures are still busy: one of them failed, and
-    /// whoever looks at the screen must not think that it goes on.
+    /// the pilot must not think that it goes on.
     virtual void End_Busy() { Set_Busy(false); }
     /// Shows the box and waits for the answer. An information box that nothing asked for (raised by
     /// a timer) may be shown without waiting.
@@ -66,8 +66,8 @@ class Desktop {
     virtual void Withdraw(std::string_view /*topic*/) {}
     /// Empty when the pilot chose none, or nobody can be asked.
     virtual std::filesystem::path Choose_File(const File_Choice& choice) = 0;
-    /// The colour that the pilot chose, 0xBBGGRR, beginning at `current`; none when he chose none,
-    /// or nobody can be asked.
+    /// The colour that the pilot chose, 0xBBGGRR, beginning at `current`; none when none was
+    /// chosen, or nobody can be asked.
     virtual std::optional<std::int32_t> Choose_Color(std::int32_t current) = 0;
     /// Opens a file with the program that the pilot's desktop has for its kind, a report in the
     /// browser; shown and forgotten. `anchor`: the place in a page; empty: its top.

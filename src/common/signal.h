@@ -1,5 +1,5 @@
 #pragma once
-// Typed notices: whoever has something to tell owns a `Signal`, whoever wants to hear it connects a
+// Typed notices: a sender owns a `Signal`, a listener connects a
 // function to it, and keeps the connections in a `Connections` that ends before what the functions
 // use. The one mechanism for events in the whole program. `connect`, `emit` and `disconnect` are
 // lower case like the standard library's: they read as parts of the language.

@@ -37,7 +37,7 @@ class Timer_Queue {
     [[nodiscard]] std::chrono::microseconds Now() const;
     /// True while a tick runs: what happens then was not asked for by the pilot.
     [[nodiscard]] bool Is_Ticking() const { return m_ticks_running > 0; }
-    /// `Next_Due` may have become earlier; whoever sleeps until then looks again.
+    /// `Next_Due` may have become earlier; a sleeper looks again.
     Signal<> rescheduled;
     /// A tick failed and did not report it itself. The timer goes on.
     Signal<const Run_Error&> tick_failed;

@@ -48,7 +48,7 @@ struct Log_File_Name {
     bool hidden = false;
 };
 
-/// Only what stands for several names at once is hidden: a single "Lodz" for a file with accents
+/// Only a spelling that several names share is hidden: a single "Lodz" for a file with accents
 /// that the code page lacks means one log.
 void Hide_Look_Alikes(std::vector<Log_File_Name>& files) {
     for (Log_File_Name& log : files) {

@@ -1,6 +1,6 @@
 #pragma once
 // What the coded settings mean. The store and `clsAppSettings` keep the codes, which stand in order
-// here; whoever decides by one reads `End_Of_Flight{settings.ACARS_EOF()}`.
+// here; a decision reads `End_Of_Flight{settings.ACARS_EOF()}`.
 
 #include <array>
 #include <cstdint>

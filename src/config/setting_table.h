@@ -74,7 +74,7 @@ inline constexpr std::string_view simulator_address_key = "Simulator Address";
 /// Takes a stored text into `values`; raises 13, with a reason that stays short, when it does not
 /// convert.
 void Take_Stored_Text(const Setting_Row& row, std::string_view text, App_Setting_Values& values);
-/// What stands for the stored text when the store has none.
+/// The text that is used when the store has none.
 [[nodiscard]] std::string Default_Text(const Setting_Row& row, const App_Setting_Values& values);
 /// Assigns the property itself, with all that its assignment does; raises as above.
 void Assign_Text(const Setting_Row& row, std::string_view text, clsAppSettings& settings);

@@ -22,7 +22,7 @@ namespace norvane {
 
 namespace {
 
-/// A list that stands for itself needs something to choose from.
+/// A list without other controls needs something to choose from.
 constexpr std::size_t fewest_choices = 2;
 constexpr std::int32_t take_off_step_ft = 5;
 
@@ -357,7 +357,7 @@ bool ucSettings::May_Move_Values(const std::vector<std::string>& definitions) {
                    moved + "." + std::string(cr_lf) + "Save it?") == Answer::yes;
 }
 
-/// True when the simulator cannot be looked for where the pilot typed, which he is told.
+/// True when the simulator cannot be looked for where the pilot typed, and says so.
 bool ucSettings::Refuse_Address() {
     const std::string address = Trim(txtSimulator.Text());
     if (!m_unlocked || address.empty() || Link_Address_Fault(address).empty())

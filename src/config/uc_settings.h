@@ -43,7 +43,7 @@ class ucSettings {
     /// Lists airlines and flight logs anew. What is chosen and typed beside them stays, unless the
     /// airline is gone: then the page shows what the settings have.
     void Refresh_VA_Information();
-    /// The pilot turns to another panel: an airline or log that he looked at is no longer shown as
+    /// The pilot turns to another panel: an airline or log that was looked at is no longer shown as
     /// if it were set.
     void Leave();
 

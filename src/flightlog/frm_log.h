@@ -23,8 +23,8 @@ class frmLog : public Modal_Form {
 
     frmLog();
 
-    /// The name that the pilot chose or typed, which need be no log's; none when he chose nothing.
-    /// `active` is not offered.
+    /// The name that the pilot chose or typed, which need be no log's; none when nothing was
+    /// chosen. `active` is not offered.
     [[nodiscard]] std::optional<std::string> Select_FlightLog(const Services& services,
                                                               std::string_view active);
 

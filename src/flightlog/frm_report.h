@@ -34,8 +34,8 @@ class frmReport : public Modal_Form {
 
     frmReport();
 
-    /// Marks every field as included and asks the pilot; true when he accepted, the marks being
-    /// his. Otherwise they stay as they are then.
+    /// Marks every field as included and asks the pilot; true when the pilot accepted, with the
+    /// marks as chosen. Otherwise they stay as they are then.
     bool Get_Selections(std::vector<Report_Field>& fields);
 
     /// The check list, in the order of the fields; made anew each time the form opens.

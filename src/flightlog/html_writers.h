@@ -1,6 +1,6 @@
 #pragma once
 // The pieces that the HTML reports are made of: the report's file with the start and the end that
-// all pages share, and the writers of their rows. Whoever makes a report owns its file while it is
+// all pages share, and the writers of their rows. The maker of a report owns its file while it is
 // written. The page is opened as a local file, where a script could read the pilot's disk: whatever
 // comes from a log, a server or the pilot is escaped here.
 

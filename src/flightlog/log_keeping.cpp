@@ -152,7 +152,7 @@ void Demand_Writable(const fs::path& log) {
     if (::stat(log.c_str(), &status) != 0)
         return;
     constexpr mode_t anybody = 0222;
-    // Root may write everything, which is not what whoever protected the file meant.
+    // Root may write everything, which is not what the protection of the file meant.
     if ((status.st_mode & anybody) != 0 &&
         (::faccessat(AT_FDCWD, log.c_str(), W_OK, AT_EACCESS) == 0 || errno == ENOSYS)) {
         return;

@@ -32,7 +32,7 @@ std::filesystem::path Keep_Other(const std::filesystem::path& log);
 std::filesystem::path Write_Unsaved(Services& services, const std::filesystem::path& log,
                                     std::string_view lines);
 
-/// Raises 70 for a log that was made read-only: whoever did so does not want it replaced.
+/// Raises 70 for a log that was made read-only: the pilot does not want it replaced.
 void Demand_Writable(const std::filesystem::path& log);
 
 /// Adds a line to the end of a log, creating it when missing; a missing final line end is supplied

@@ -17,7 +17,7 @@ namespace norvane {
 /// The field of a column, empty when the line ends before it.
 [[nodiscard]] std::string_view Field_Of(std::string_view line, std::size_t column);
 
-/// Both rows tell of one flight, be it with edits between them: the times of all four events and
+/// Both rows are the same flight, even with edits between them: the times of all four events and
 /// the fuel at the gate, which nobody edits, are the same.
 [[nodiscard]] bool Same_Flight(std::string_view a, std::string_view b);
 

@@ -151,7 +151,7 @@ void ucFlightLog::Copy_Flight() {
         const auto row = Current_Row();
         if (!row)
             return;
-        // What the pilot meant: a flight may be logged while he chooses.
+        // What the pilot meant: a flight may be logged during the choice.
         const std::string flight = m_table.Line(*row);
         const auto name = log_chooser.Select_FlightLog(m_services, m_settings.FlightLog());
         if (name)

@@ -62,7 +62,7 @@ class frmPIREP {
     };
     /// In the file's order; none when no file is open.
     [[nodiscard]] const std::vector<std::unique_ptr<Row>>& Rows() const { return m_rows; }
-    /// The rows were made anew. Whoever draws them has forgotten the old ones when it returns.
+    /// The rows were made anew. The view has forgotten the old ones when it returns.
     Signal<> rows_changed;
 
     /// The row got the focus: the view follows it.

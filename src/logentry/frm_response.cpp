@@ -30,7 +30,7 @@ void frmResponse::Contact_Server() {
 }
 
 void frmResponse::Show_Response() {
-    // What the viewer showed until now would tell of a post that is still under way.
+    // What the viewer showed until now would belong to a post that is still under way.
     if (!Guarded(m_services, "frmResponse.Show_Response()", Show::box, [&] { Open(answer_file); }))
         Close();
 }

@@ -45,8 +45,8 @@ class clsWinInet {
                const Http_Options& options = {});
 
     /// Posts the values of a PIREP, separated by "|", under the active airline's field names, and
-    /// keeps the answer in the file "sr" of the program directory. Whoever asked tells the pilot of
-    /// a failure: he knows which file it was.
+    /// keeps the answer in the file "sr" of the program directory. The caller tells the pilot about
+    /// a failure and knows which file it was.
     [[nodiscard]] Post_Result Send_PIREP(std::string_view web_server, std::string_view post_script,
                                          std::string_view pirep);
     /// Posts one message as the fields "acars0" to "acars7".

@@ -1,6 +1,6 @@
 #pragma once
 // How a request to a web server fails: the terse names of the error log and what each means to the
-// pilot who asked. Raised by the HTTP client, reported by whoever asked.
+// pilot who asked. Raised by the HTTP client, reported by the caller.
 
 #include <array>
 #include <string>

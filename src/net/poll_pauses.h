@@ -1,6 +1,6 @@
 #pragma once
 // How often a server is asked again that fails: each failure in a row doubles the pause, so that a
-// server in trouble, or one that has changed its address, is left alone. Owned by whoever polls.
+// server in trouble, or one that has changed its address, is left alone. Owned by the poll.
 
 #include <algorithm>
 

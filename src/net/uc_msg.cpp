@@ -264,7 +264,7 @@ bool ucMSG::Is_Posting() const {
     return m_posting || !m_reports.empty();
 }
 
-/// One report a tick: between two of them whoever waits around this tick gets its turn.
+/// One report a tick: between two of them, code that waits around this tick goes on.
 void ucMSG::Post_Next() {
     // Within a step the request would hold the step up; this timer ticks again at once.
     if (m_objACARS != nullptr && m_objACARS->Is_Stepping())
@@ -295,7 +295,7 @@ bool ucMSG::Post(const Waiting_Report& waiting) {
             return;
         }
         const Wait_Notice notice(m_services.desktop, "Sending an ACARS message to the airline ...");
-        // What the pilot does meanwhile is his own doing, not this tick's.
+        // What the pilot does meanwhile is not this tick's doing.
         const Timer_Queue::Ticks_Set_Aside aside(m_services.desktop.Timers());
         clsWinInet client(m_services, m_settings, airline,
                           Given_Up_When([this] { return m_closed; }, m_http));

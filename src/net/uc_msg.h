@@ -48,7 +48,7 @@ class ucMSG {
     /// Fetches the weather of the airport in the command box and sends it as a message.
     void Get_WX();
     /// Writes the messages of the flight to a new file in "messagelogs"; the pilot is told when
-    /// that fails, without a wait for his answer where a step asked for it.
+    /// that fails, without a wait for an answer where a step asked for it.
     void Export_Message_Log();
     /// Puts one message in the queue to the ACARS script of the airline that is active now, with
     /// the pilot and the airports of now. The pilot is not told how that went.

@@ -1,6 +1,6 @@
 #pragma once
 // The world of a flown scenario: puts each moment of the flight, with its clock, weather, fuel and
-// texts, into the offset area. Owned by whoever loaded the scenario.
+// texts, into the offset area. Owned by the code that loaded the scenario.
 
 #include <cstddef>
 #include <filesystem>

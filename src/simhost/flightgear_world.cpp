@@ -12,7 +12,8 @@ namespace norvane {
 
 namespace {
 
-/// The aircraft of ours that stands for all of FlightGear's, and its highest propeller speed.
+/// The aircraft file of ours that serves all of FlightGear's aircraft, and its highest propeller
+/// speed.
 constexpr const char* stand_in_aircraft = "flightgear";
 constexpr double stand_in_rpm = 1000;
 /// From this version on the aircraft's path is a full one.
@@ -59,7 +60,7 @@ Date_Time Computer_Utc() {
     return Date_Time_Of_Seconds(std::chrono::duration_cast<std::chrono::seconds>(now).count());
 }
 
-/// Whoever chose none flies as "callsign", or as "FG-" and four random digits that FlightGear's
+/// A pilot who chose none flies as "callsign", or as "FG-" and four random digits that FlightGear's
 /// default aircraft makes up.
 bool Is_Chosen(std::string_view call_sign) {
     constexpr std::string_view made_up = "FG-";

@@ -1,6 +1,6 @@
 #pragma once
 // The simulator's end of the Norvane link: listens, and answers request frames of any number of
-// clients from an offset area, or from whoever answers in its place. It runs on its owner's thread,
+// clients from an offset area, or from another source of answers. It runs on its owner's thread,
 // one `Serve` at a time, so that the owner moves its world between requests.
 
 #include <functional>

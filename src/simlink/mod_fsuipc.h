@@ -68,7 +68,7 @@ class modFSUIPC {
     /// The code's fixed text; a code outside the table gives a text that names the number.
     [[nodiscard]] static std::string IPC_ErrorText(int result);
     /// What the pilot can check on this system when the link failed with that fixed text, the
-    /// address that was tried among it; empty for a failure that he can do nothing about.
+    /// address that was tried among it; empty for a failure that the pilot can do nothing about.
     [[nodiscard]] std::string What_To_Check(std::string_view error_text) const;
     /// Name of the connected simulator; version 9 and above share the layout and the name of "FSX".
     [[nodiscard]] std::string IPC_SimName() const;

@@ -22,7 +22,7 @@ class Offset_Area {
     Offset_Area();
 
     /// False for a record beyond the area, an unknown identifier or a length that does not fit:
-    /// such a request block is refused, whoever is to carry it out.
+    /// such a request block is refused, wherever it would be carried out.
     [[nodiscard]] static bool Takes(std::span<const std::byte> records);
     /// Carries out the records of a request block, in place. False, with nothing changed, when the
     /// area does not take them. Writes leave

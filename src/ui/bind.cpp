@@ -46,8 +46,8 @@ class Event_Watch : public QObject {
     std::function<bool(QEvent&)> m_handle;
 };
 
-/// The pilot returns to a box that he had not left: from another window, or a menu. Selecting all
-/// of it then would let his next letter replace what he was typing.
+/// The pilot returns to a box that was never left: from another window, or a menu. Selecting all
+/// of it then would let the next letter replace what was being typed.
 bool Comes_Back(const QFocusEvent& event) {
     return event.reason() == Qt::ActiveWindowFocusReason ||
            event.reason() == Qt::PopupFocusReason || event.reason() == Qt::MenuBarFocusReason;
@@ -165,7 +165,7 @@ class Type_Ahead : public QObject {
 };
 
 /// Completes what the pilot types into a list to the first entry that begins with it. The completed
-/// part is selected: typing on replaces it, taking letters away leaves what he typed.
+/// part is selected: typing on replaces it, taking letters away leaves what was typed.
 class Completion : public QObject {
   public:
     Completion(QComboBox& list, Text_Combo& model)

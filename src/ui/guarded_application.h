@@ -26,7 +26,7 @@ class Guarded_Application : public QApplication {
     Services* m_services = nullptr;
 };
 
-/// Runs what the pilot asked for from within a slot. A failure is reported to him; Qt, through
+/// Runs what the pilot asked for from within a slot. A failure is reported; Qt, through
 /// which it would have to pass, is not made for that.
 void Run_Command(const std::function<void()>& command);
 

@@ -1,6 +1,6 @@
 #pragma once
 // A command drawn as a link: navy when it can be used, grey when not. On a dark ground, where navy
-// cannot be read, the desktop's own link colour stands for navy.
+// cannot be read, the desktop's own link colour replaces navy.
 
 #include <QAbstractButton>
 

@@ -150,7 +150,7 @@ QWidget* Log_Cell_Editor::Make_Airport_List(QWidget* parent) const {
     return list;
 }
 
-/// The pilot chose from the list: the edit is over. Where he did so by Return, the toolkit ends it
+/// The pilot chose from the list: the edit is over. Where that was by Return, the toolkit ends it
 /// as well, in an event that comes first.
 void Log_Cell_Editor::Close_With_Commit(QWidget* editor) const {
     auto* self = const_cast<Log_Cell_Editor*>(this);

@@ -43,11 +43,11 @@ class Log_Cell_Editor : public QStyledItemDelegate {
                       const QModelIndex& index) const override;
 
   private:
-    /// What the pilot typed, for the cell that he typed it into.
+    /// What the pilot typed, for the cell that it was typed into.
     struct Typed {
         QPersistentModelIndex cell;
         QString text;
-        /// The airport that he picked for it, -1 when he typed.
+        /// The airport that was picked for it, -1 when it was typed.
         int airport = -1;
     };
 

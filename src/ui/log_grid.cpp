@@ -117,7 +117,7 @@ void Log_Grid::Apply_Layout() {
     m_applying = false;
 }
 
-/// The pilot's width. A column that he leaves alone keeps its twips, whatever pixels they are here.
+/// The pilot's width. A column that is left alone keeps its twips, whatever pixels they are here.
 void Log_Grid::Keep_Width(int column, int pixels) {
     if (!m_applying && pixels > 0) {
         m_log.Layout().columns.at(static_cast<std::size_t>(column)).width_twips =

@@ -37,7 +37,7 @@ QString Name_Of(std::string_view caption) {
     return To_Q(caption).remove(':');
 }
 
-/// `caption` is grey with its control and stands for it.
+/// `caption` is grey with its control and labels it.
 void Bind_Words(QLabel& caption, Control& model, QWidget& control) {
     caption.setTextFormat(Qt::PlainText);
     caption.setBuddy(&control);

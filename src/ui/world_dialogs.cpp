@@ -95,7 +95,7 @@ Airport_View::Airport_View(frmICAO& form, QWidget* parent)
     Show_State();
 }
 
-/// From what he searched, the pilot goes on to what was found.
+/// From what was searched, the pilot goes on to what was found.
 bool Airport_View::eventFilter(QObject* /*watched*/, QEvent* event) {
     if (event->type() != QEvent::KeyPress)
         return false;

@@ -1,7 +1,7 @@
 #pragma once
-// The dialog "FS World Locations": the pilot's own world file as a list, to which he adds the place
-// where the aircraft stands. Owned by the program, opened by the main window. Failures are reported
-// under "frmFSWorld." and the operation's name.
+// The dialog "FS World Locations": the pilot's own world file as a list, to which the pilot adds
+// the place where the aircraft stands. Owned by the program, opened by the main window. Failures
+// are reported under "frmFSWorld." and the operation's name.
 
 #include <array>
 #include <filesystem>

@@ -21,7 +21,7 @@ class frmICAO {
   public:
     static constexpr std::string_view title = "Airport Name/ICAO Lookup";
     static constexpr std::string_view label = "Code or name:";
-    /// Airports that the list shows at most; `lblCount` tells of more.
+    /// Airports that the list shows at most; `lblCount` says when there are more.
     static constexpr std::size_t most_rows = 500;
 
     /// Names in "bin".
