@@ -3,9 +3,9 @@
 // engine; panels connect. Within a sampling step events are held back until every read of the step
 // has succeeded, then raised in the order in which they came up.
 
-#include "common/signal.h"
-
 #include <string>
+
+#include "common/signal.h"
 
 namespace norvane {
 

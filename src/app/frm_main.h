@@ -3,8 +3,6 @@
 // frame with its panels, and the order in which all of it ends. Owned by the program's `main`; the
 // window binds to it.
 
-#include "common/signal.h"
-
 #include <array>
 #include <string>
 #include <string_view>
@@ -13,6 +11,7 @@
 #include "app/program.h"
 #include "app/uc_app_frame.h"
 #include "common/controls.h"
+#include "common/signal.h"
 #include "common/text.h"
 #include "common/timer_queue.h"
 

@@ -5,13 +5,12 @@
 // the program's `main`; a program without a window and one with it start the same way and end the
 // same way.
 
-#include "common/signal.h"
-
 #include "acars/cls_acars.h"
 #include "acars/cls_utc.h"
 #include "acarspanel/uc_acars.h"
 #include "app/frm_about.h"
 #include "common/services.h"
+#include "common/signal.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
 #include "config/uc_settings.h"

@@ -4,8 +4,6 @@
 // `main`. Commands that only look take a session that writes nothing to the store, so that they
 // work beside a flight.
 
-#include "common/signal.h"
-
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,6 +13,7 @@
 #include "app/program_places.h"
 #include "common/run_error.h"
 #include "common/services.h"
+#include "common/signal.h"
 #include "config/memory_store.h"
 #include "config/sqlite_store.h"
 

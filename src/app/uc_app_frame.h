@@ -3,14 +3,13 @@
 // in the rest. A plain model of what is shown where; the window paints it and hands it the mouse.
 // Lengths are in twips, 1/1440 inch, as the frame's measures are given.
 
-#include "common/signal.h"
-
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "common/controls.h"
+#include "common/signal.h"
 
 namespace norvane {
 

@@ -3,8 +3,6 @@
 // change notices; the window binds each to a widget, tests and the program without a window use
 // them as they are. "Set_…" is the program's hand; "Enter", "Click", "Choose" are the pilot's.
 
-#include "common/signal.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -12,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/signal.h"
 #include "common/text.h"
 
 namespace norvane {

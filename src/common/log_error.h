@@ -3,13 +3,12 @@
 // its work in `Guarded` under its qualified name ("clsACARS.Refresh()"); the failure goes to the
 // error log, to the pilot when asked, and no further.
 
-#include "common/signal.h"
-
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "common/run_error.h"
+#include "common/signal.h"
 
 namespace norvane {
 

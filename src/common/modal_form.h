@@ -3,9 +3,9 @@
 // their controls and rules; the view that draws them answers `shown`. Where none does (a program
 // without a window), the form is closed as soon as it was opened.
 
-#include "common/signal.h"
-
 #include <utility>
+
+#include "common/signal.h"
 
 namespace norvane {
 

@@ -1,7 +1,7 @@
-#include "common/signal.h"
-
 #include <algorithm>
 #include <iterator>
+
+#include "common/signal.h"
 
 namespace norvane {
 

@@ -3,8 +3,6 @@
 // it from its event loop; timers are members of the panels and unregister themselves. A tick is the
 // timer's signal, raised on the one thread.
 
-#include "common/signal.h"
-
 #include <chrono>
 #include <map>
 #include <optional>
@@ -13,6 +11,7 @@
 #include <vector>
 
 #include "common/run_error.h"
+#include "common/signal.h"
 
 namespace norvane {
 

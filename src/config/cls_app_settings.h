@@ -4,8 +4,6 @@
 // written by the settings panel. Assigning changes the object only; `Save_Settings` writes.
 // Exceptions: the active flight log is stored at once, an airline is loaded at once.
 
-#include "common/signal.h"
-
 #include <array>
 #include <cstdint>
 #include <filesystem>
@@ -14,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/signal.h"
 #include "common/text.h"
 
 namespace norvane {

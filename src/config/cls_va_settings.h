@@ -2,13 +2,13 @@
 // The active virtual airline: where its server is, which scripts take reports, which form fields a
 // PIREP fills. One object for the whole program, read from the airline's directory.
 
-#include "common/signal.h"
-
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "common/signal.h"
 
 namespace norvane {
 

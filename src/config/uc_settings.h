@@ -3,8 +3,6 @@
 // with "Save" only. What must not change in flight is locked while a flight is tracked or stored.
 // One object, owned by the program; its controls are public models that the window binds to.
 
-#include "common/signal.h"
-
 #include <array>
 #include <cstdint>
 #include <string>
@@ -12,6 +10,7 @@
 #include <vector>
 
 #include "common/controls.h"
+#include "common/signal.h"
 #include "config/cls_app_settings.h"
 #include "config/frm_airline.h"
 

@@ -2,8 +2,6 @@
 // The field chooser: which columns of the log a logbook or a printout holds. Owned by the flight
 // log panel, whose report field list it changes.
 
-#include "common/signal.h"
-
 #include <cstddef>
 #include <deque>
 #include <string>
@@ -11,6 +9,7 @@
 
 #include "common/controls.h"
 #include "common/modal_form.h"
+#include "common/signal.h"
 
 namespace norvane {
 

@@ -4,8 +4,6 @@
 // Owned by the program; the window binds a grid to it. Failures are reported under
 // "ucFlightLog." and the operation's name.
 
-#include "common/signal.h"
-
 #include <array>
 #include <cstddef>
 #include <functional>
@@ -17,6 +15,7 @@
 #include "acars/cls_acars.h"
 #include "common/controls.h"
 #include "common/services.h"
+#include "common/signal.h"
 #include "flightlog/frm_log.h"
 #include "flightlog/frm_report.h"
 #include "flightlog/grid_layout.h"

@@ -3,14 +3,13 @@
 // and its report. It reads the log's file itself. Owned by the program; the window binds a grid to
 // it. Failures are reported under "ucStats." and the operation's name.
 
-#include "common/signal.h"
-
 #include <array>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "common/controls.h"
+#include "common/signal.h"
 
 namespace norvane {
 

@@ -4,8 +4,6 @@
 // log takes it in through its events. A copy of it stands in the settings store while a flight is
 // in progress. Values are the texts the panel shows, units included.
 
-#include "common/signal.h"
-
 #include <array>
 #include <filesystem>
 #include <optional>
@@ -13,6 +11,7 @@
 #include <string_view>
 
 #include "common/run_error.h"
+#include "common/signal.h"
 #include "logentry/log_fields.h"
 #include "net/http_client.h"
 

@@ -3,8 +3,6 @@
 // airline's labels, saves corrections, deletes the file, or sends it to the airline. A plain model
 // of a window that does not block; owned by the program. Lengths are in twips, 1/1440 inch.
 
-#include "common/signal.h"
-
 #include <array>
 #include <filesystem>
 #include <memory>
@@ -13,6 +11,7 @@
 #include <vector>
 
 #include "common/controls.h"
+#include "common/signal.h"
 #include "net/http_client.h"
 
 namespace norvane {

@@ -2,12 +2,11 @@
 // The response viewer: what the airline's PIREP script answered, or that it is being contacted. A
 // plain model; the window shows `Page` without running or loading anything. Owned by the program.
 
-#include "common/signal.h"
-
 #include <string>
 #include <string_view>
 
 #include "common/controls.h"
+#include "common/signal.h"
 
 namespace norvane {
 

@@ -4,8 +4,6 @@
 // ACARS script. One object, owned by the program; its controls are public models that the window
 // binds to.
 
-#include "common/signal.h"
-
 #include <deque>
 #include <functional>
 #include <string>
@@ -14,6 +12,7 @@
 
 #include "acars/acars_events.h"
 #include "common/controls.h"
+#include "common/signal.h"
 #include "common/timer_queue.h"
 #include "net/cls_win_inet.h"
 #include "net/http_client.h"

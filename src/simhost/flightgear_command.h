@@ -3,14 +3,13 @@
 // Norvane link while it is there and flies. Whenever it is not, nobody listens on the link, so that
 // clients see the simulator gone instead of figures that stand still.
 
-#include "common/signal.h"
-
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "common/signal.h"
 #include "simhost/flightgear_world.h"
 #include "simhost/host.h"
 #include "simhost/property_server.h"

@@ -3,12 +3,11 @@
 // world as it is at their moment. Time runs by the clock or, in step mode, by the client's own
 // sampling steps, so that a flight comes out the same to the byte however fast the machines are.
 
-#include "common/signal.h"
-
 #include <chrono>
 #include <optional>
 #include <string>
 
+#include "common/signal.h"
 #include "simhost/world_source.h"
 #include "simlink/link_server.h"
 #include "simlink/offset_area.h"

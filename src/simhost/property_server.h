@@ -4,8 +4,6 @@
 // wrong, and tries again for ever. Runs on its owner's thread, a `Step` at a time, and waits for
 // neither connection nor answers.
 
-#include "common/signal.h"
-
 #include <chrono>
 #include <cstddef>
 #include <functional>
@@ -13,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/signal.h"
 #include "simlink/link_socket.h"
 #include "simlink/system_sockets.h"
 

@@ -3,8 +3,6 @@
 // object, owned by `main`, older than every window. Boxes that nobody asked for (raised in a
 // timer's tick, with nothing to answer) do not block.
 
-#include "common/signal.h"
-
 #include <QDialog>
 #include <QPointer>
 #include <QTimer>
@@ -12,6 +10,7 @@
 #include <vector>
 
 #include "common/services.h"
+#include "common/signal.h"
 #include "common/system_clock.h"
 #include "common/timer_queue.h"
 

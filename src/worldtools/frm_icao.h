@@ -3,14 +3,13 @@
 // pilot's own locations by any part of code or name while the pilot types. A plain model of a
 // window that does not block; owned by the program, opened by the main window.
 
-#include "common/signal.h"
-
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
 
 #include "common/controls.h"
+#include "common/signal.h"
 #include "worldtools/airport_search.h"
 
 namespace norvane {

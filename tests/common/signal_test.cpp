@@ -1,12 +1,12 @@
 // What listeners may do while a signal calls them: the panels' rules lean on each of these.
 
-#include "common/signal.h"
-
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <stdexcept>
 #include <string>
+
+#include "common/signal.h"
 
 namespace norvane {
 namespace {
