@@ -4,7 +4,6 @@
 // Owned by the program; the window binds a grid to it. Failures are reported under
 // "ucFlightLog." and the operation's name.
 
-#include <array>
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -13,11 +12,9 @@
 #include <vector>
 
 #include "acars/cls_acars.h"
-#include "common/controls.h"
 #include "common/services.h"
 #include "common/signal.h"
-#include "flightlog/frm_log.h"
-#include "flightlog/frm_report.h"
+#include "flightlog/flight_log_form.h"
 #include "flightlog/grid_layout.h"
 #include "flightlog/log_file.h"
 #include "flightlog/log_table.h"
@@ -29,20 +26,8 @@ class clsAppSettings;
 class clsLogEntry;
 class clsVASettings;
 
-/// How the grid is to be printed: its visible columns, all rows.
-struct Print_Job {
-    /// Over every page.
-    std::string heading;
-    /// What a file of it is called, without a directory or an extension; of signs that every system
-    /// takes.
-    std::string file_name;
-};
-
-class ucFlightLog {
+class ucFlightLog : public Flight_Log_Form {
   public:
-    /// Places in `hypACARS`.
-    enum Command { save, undo, page_setup, print_preview, print, create_report, statistics };
-
     ucFlightLog(Services& services, clsAppSettings& settings, clsVASettings& va_settings,
                 clsLogEntry& log_entry);
     ucFlightLog(const ucFlightLog&) = delete;
@@ -147,36 +132,6 @@ class ucFlightLog {
     /// What the close question goes by: cleared by a save and at the start only.
     [[nodiscard]] bool Changed() const { return m_changed; }
 
-    std::array<Link, 7> hypACARS{
-        Link("Save"),  Link("Undo"),          Link("Page Setup"),       Link("Print Preview"),
-        Link("Print"), Link("Create Report"), Link("Flight Statistics")};
-    /// The grid's pop-up menu, in its order.
-    Menu_Command mnuPopReport{"ACARS &Report"};
-    Menu_Command mnuPopPlan{"&Import Flight Plan"};
-    Menu_Command mnuPopCopy{"&Copy Flight to Log ..."};
-    Menu_Command mnuPopDelete{"&Delete Log Entry"};
-    Menu_Command mnuPopExit{"E&xit"};
-    frmReport field_chooser;
-    frmLog log_chooser;
-    /// What became of edits that were not saved, for the line under the window; empty when nothing
-    /// has to be told.
-    Label lblStatus;
-    /// The grid's caption: both totals.
-    Label tdbLogCaption;
-
-    /// Rows came, went or changed places.
-    Signal<> table_changed;
-    Signal<std::size_t, std::size_t> cell_changed;
-    Signal<> layout_changed;
-    Signal<> lists_changed;
-    /// The grid must commit, or drop, an edit in progress.
-    Signal<> commit_edit_wanted;
-    Signal<> drop_edit_wanted;
-    /// The listener shows the dialog, or prints, and returns when that is over.
-    Signal<const Print_Job&> page_setup_wanted;
-    Signal<const Print_Job&> preview_wanted;
-    Signal<const Print_Job&> print_wanted;
-
   private:
     void Connect_Pop_Up();
     void Connect_Reports();
@@ -223,7 +178,6 @@ class ucFlightLog {
     /// The row that the pop-up menu was opened on.
     std::string m_pop_up_line;
     std::vector<Report_Field> lvwLog;
-    /// The pilot has set pages up in this run.
     /// Columns are hidden for the time of a printout.
     bool m_printing = false;
     bool m_changed = false;
