@@ -83,7 +83,7 @@ class Signal : public Any_Signal {
     Connection connect(Listener& listener, void (Owner::*function)(Args...)) {
         return connect([&listener, function](Args... args) { (listener.*function)(args...); });
     }
-    void emit(Args... args) const {
+    void emit(Args... args) {
         const std::shared_ptr<const Places> places = m_places;
         for (const std::shared_ptr<Signal_Place>& place : *places)
             if (place->is_connected)

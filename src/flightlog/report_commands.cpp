@@ -115,7 +115,7 @@ void ucFlightLog::Grid_Print() {
     Guarded(m_services, "ucFlightLog.Grid_Print()", Show::box, [&] { Print_Grid(print_wanted); });
 }
 
-void ucFlightLog::Print_Grid(const Signal<const Print_Job&>& wanted) {
+void ucFlightLog::Print_Grid(Signal<const Print_Job&>& wanted) {
     if (m_printing)
         return;
     struct Shown_Again {

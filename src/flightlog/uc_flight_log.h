@@ -143,7 +143,7 @@ class ucFlightLog : public Flight_Log_Form {
     [[nodiscard]] bool Has_Entries();
     void Fields_To_Print(bool visible);
     [[nodiscard]] Print_Job Print_Setup() const;
-    void Print_Grid(const Signal<const Print_Job&>& wanted);
+    void Print_Grid(Signal<const Print_Job&>& wanted);
     void Load_ATC_Models();
     void Load_List(std::string_view procedure, std::string_view relative);
     void Load_ICAO_List();
