@@ -8,6 +8,7 @@ file(GLOB support_sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/support
 if(support_sources)
   # Links common/ alone: what a helper needs beyond that comes from the library of the test that uses it.
   add_library(norvane_test_support STATIC ${support_sources})
+  norvane_precompile(norvane_test_support)
   set(support_scope PUBLIC)
 else()
   add_library(norvane_test_support INTERFACE)
@@ -36,6 +37,7 @@ function(norvane_add_tests folder)
   endif()
   set(target test_${folder})
   add_executable(${target} ${sources})
+  norvane_precompile(${target})
   target_link_libraries(${target} PRIVATE norvane_test_support GTest::gmock_main ${NORVANE_TEST_LIBRARIES_${folder}})
 
   set(uses norvane_${folder})

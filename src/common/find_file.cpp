@@ -1,6 +1,9 @@
 #include "common/find_file.h"
 
+#include <dirent.h>
+
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -15,17 +18,31 @@ namespace norvane {
 
 namespace {
 
+/// Written with a byte a character, each of which the code page has.
+bool Is_Plain(std::string_view name) {
+    return std::all_of(name.begin(), name.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+struct Close_Listing {
+    void operator()(DIR* listing) const { ::closedir(listing); }
+};
+
 /// Names in `directory` equal to `name` but for letter case, in name order.
 std::vector<std::string> Matching_Names(const std::filesystem::path& directory,
                                         const std::string& name) {
     std::vector<std::string> matches;
-    std::error_code failure;
     const std::string wanted = From_Utf8(name);
-    for (std::filesystem::directory_iterator entry(directory, failure), end;
-         !failure && entry != end; entry.increment(failure)) {
-        std::string found = entry->path().filename().string();
+    const bool plain = Is_Plain(name);
+    // A path of each entry would cost more than all the rest: every start looks for dozens of
+    // files.
+    const std::unique_ptr<DIR, Close_Listing> listing(::opendir(directory.c_str()));
+    while (const dirent* entry = listing ? ::readdir(listing.get()) : nullptr) {
+        const std::string_view found = entry->d_name;
+        if (plain && found.size() != name.size() && Is_Plain(found))
+            continue;
         if (Equal_No_Case(From_Utf8(found), wanted))
-            matches.push_back(std::move(found));
+            matches.emplace_back(found);
     }
     std::sort(matches.begin(), matches.end());
     return matches;

@@ -77,10 +77,6 @@ class clsWinInet {
     void Add_Field(std::string_view name, std::string_view value);
     [[nodiscard]] std::string Get_TAF(std::string_view icao);
     [[nodiscard]] std::string Get_METAR_TAF(std::string_view icao);
-    /// What a page of the weather source holds as METAR; raises 5 when a mark is missing.
-    [[nodiscard]] std::string Cut_METAR(std::string_view icao, std::string answer);
-    /// Replaces `text` by the text of its first element `tag`, up to any element within.
-    void Strip_HTML(std::string& text, std::string_view tag);
 
     Services& m_services;
     const clsAppSettings& m_settings;

@@ -131,7 +131,8 @@ void Grid_Printing::Preview(const Print_Job& job) {
             return;
         }
         Log_Printer pages(m_log.Table(), m_log.Layout(), To_Q(job.heading), printer);
-        std::vector<int> shown(std::min(pages.Pages(), most_pages_previewed));
+        std::vector<int> shown(
+            static_cast<std::size_t>(std::min(pages.Pages(), most_pages_previewed)));
         std::iota(shown.begin(), shown.end(), 1);
         dialog.setWindowTitle(pages.Pages() <= most_pages_previewed
                                   ? QString("Print Preview")

@@ -32,7 +32,6 @@ class Main_Window : public Test_World {
 
     // Places in the menu bar.
     static constexpr std::size_t file = 0;
-    static constexpr std::size_t help = 2;
 
     Offset_Area area;
     In_Process_Transport transport{area};

@@ -405,7 +405,8 @@ TEST_F(Flightgear_Services, Report_A_Host_That_Is_No_Simulator_And_Try_Again) {
         ASSERT_TRUE(Pump_Until_Serving()) << "before: " << reason;
         simulator.instead = says;
         EXPECT_TRUE(Pump_Until([&] { return !service.Is_Serving(); })) << reason;
-        EXPECT_TRUE(Pump_Until([&] { return Contains(told.back(), reason); })) << told.back();
+        EXPECT_TRUE(Pump_Until([&, &why = reason] { return Contains(told.back(), why); }))
+            << told.back();
     }
 }
 
