@@ -381,7 +381,6 @@ ucFlightLog::Unsaved_Edits ucFlightLog::Compare_With_File() const {
         in_file = All_Rows(Read_File(m_file->Path()));
     } catch (const std::exception&) {
         // Without the file nothing stands in it: all of the table is kept.
-        in_file.clear();
     }
     const std::unordered_set<std::string> saved(in_file.begin(), in_file.end());
     Unsaved_Edits edits;

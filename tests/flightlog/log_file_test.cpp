@@ -1,6 +1,9 @@
 // The file of a log: what is read from any bytes, what is written, what is kept beside it.
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
 
 #include "common/log_error.h"
 #include "flightlog/log_file.h"
@@ -13,6 +16,27 @@ namespace {
 
 namespace fs = std::filesystem;
 using test::Full_Line;
+
+/// No file may grow past a size while this lives: the disk is full there.
+class Full_Disk {
+  public:
+    explicit Full_Disk(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        rlimit now = m_before;
+        now.rlim_cur = bytes;
+        ::setrlimit(RLIMIT_FSIZE, &now);
+    }
+    ~Full_Disk() {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    Full_Disk(const Full_Disk&) = delete;
+    Full_Disk& operator=(const Full_Disk&) = delete;
+
+  private:
+    sighandler_t m_handler;
+    rlimit m_before{};
+};
 
 class Log_File_Test : public test::Log_World {
   protected:
@@ -78,15 +102,6 @@ TEST_F(Log_File_Test, What_has_no_place_in_the_table_is_kept_with_its_line_numbe
     Errors();
 }
 
-TEST_F(Log_File_Test, A_missing_log_leaves_the_table_and_is_made_by_the_save) {
-    table.Resize(1);
-    table.Set(0, 0, "1/1/2008");
-    EXPECT_TRUE(Load());
-    fs::remove(directory / "logs");
-    EXPECT_EQ(file.Save_XArray(table), "");
-    EXPECT_EQ(Read("logs/A.txt"), Full_Line("1/1/2008"));
-}
-
 TEST_F(Log_File_Test, A_file_that_another_program_changed_is_kept_and_the_pilot_is_told) {
     ASSERT_TRUE(Load("1/1/2008|a\r\n"));
     table.Set(0, 1, "mine");
@@ -95,16 +110,18 @@ TEST_F(Log_File_Test, A_file_that_another_program_changed_is_kept_and_the_pilot_
         Write("logs/A.txt", theirs);
         const std::string notice = file.Save_XArray(table);
         EXPECT_TRUE(
-            notice.ends_with("was changed by another program since it was loaded.  That "
-                             "version is kept as " +
-                             (directory / "logs/A").string() + other));
+            notice.ends_with("That version is kept as " + (directory / "logs/A").string() + other));
         EXPECT_EQ(Read("logs/A.txt"), Full_Line("1/1/2008|mine"));
         EXPECT_EQ(Beside(other), theirs);
         EXPECT_TRUE(Contains(Errors(), "modFunctions.Save_XArray()"));
     }
     // Its own saves are no foreign changes, nor is a file that is simply gone.
     EXPECT_EQ(file.Save_XArray(table), "");
+    fs::remove_all(directory / "logs");
+    EXPECT_EQ(file.Save_XArray(table), "");
     fs::remove(path);
+    // A missing log leaves the table, and is made by the save.
+    EXPECT_TRUE(Load());
     EXPECT_EQ(file.Save_XArray(table), "");
     EXPECT_EQ(Read("logs/A.txt"), Full_Line("1/1/2008|mine"));
 }
@@ -162,6 +179,45 @@ TEST_F(Log_File_Test, A_log_that_is_no_code_page_text_or_protected_stays_as_it_i
     fs::permissions(path, fs::perms(0644));
     file.Save_XArray(table);
     EXPECT_EQ(Read("logs/A.txt"), Full_Line("1/1/2008|a"));
+}
+
+TEST_F(Log_File_Test, A_full_disk_leaves_the_old_log_and_nothing_half_written) {
+    const std::string before = Full_Line("1/1/2008|" + std::string(2000, 'a'));
+    ASSERT_TRUE(Load(before));
+    table.Set(0, 19, std::string(5000, 'c'));
+    const fs::path draft = directory / "templog.txt";
+    fs::create_symlink("/dev/full", draft);
+    for (const auto& [number, told, room] :
+         {std::tuple{61, "make room", RLIM_INFINITY}, {57, "\"Details\"", before.size()}}) {
+        try {
+            const Full_Disk full(room);
+            file.Save_XArray(table);
+            ADD_FAILURE() << told;
+        } catch (const Run_Error& error) {
+            EXPECT_EQ(error.Number(), number);
+            EXPECT_TRUE(Contains(error.For_Pilot(), told)) << error.For_Pilot();
+        }
+        EXPECT_EQ(Read("logs/A.txt"), before);
+        EXPECT_EQ(Logs(), "A.bak A.txt");
+        EXPECT_FALSE(fs::is_regular_file(draft)) << "it holds the room that one line needs";
+        fs::remove(draft);
+    }
+    // With room again, the same table is saved.
+    EXPECT_EQ(file.Save_XArray(table), "");
+    const std::string saved = Read("logs/A.txt");
+    {
+        const Full_Disk full(saved.size() + 100);
+        EXPECT_THROW(Append_To_Log(path, std::string(5000, 'c')), Run_Error);
+    }
+    EXPECT_EQ(Read("logs/A.txt"), saved) << "not half a line";
+    // A backup that fails does not stop the load.
+    {
+        const Full_Disk full(100);
+        EXPECT_TRUE(Load());
+    }
+    EXPECT_EQ(table.Get(0, 19).size(), 5000U);
+    EXPECT_EQ(Beside(".bak"), before);
+    EXPECT_TRUE(Contains(Errors(), "modFunctions.Backup_Log()"));
 }
 
 TEST_F(Log_File_Test, Unsaved_files_are_numbered_and_never_overwritten) {

@@ -96,27 +96,25 @@ TEST(Log_Table_Test, Dates_sort_by_the_calendar_then_by_time_out_and_equals_keep
 }
 
 TEST(Log_Table_Test, Types_sort_by_code_with_case_and_are_stable) {
-    Log_Table table = Parse_Log("1|b|1\n1|B|2\n1|\xC9|3\n1||4\n1|B|5\n1|b|6\n1|BB|7\n").table;
+    Log_Table table =
+        Parse_Log(
+            "1|b|1\n1|B|2\n1|\xC9|3\n1||4\n1|B|5\n1|b|6\n1|BB|7\n1|Boeing 738|8\n1|Boeing 737|9\n")
+            .table;
     Sort_XArray(table, 1, "M/d/yyyy");
-    EXPECT_EQ(Column_Of(table, 2), "4 2 5 7 1 6 3 ");
+    EXPECT_EQ(Column_Of(table, 2), "4 2 5 7 9 8 1 6 3 ");
     EXPECT_THROW(Sort_XArray(table, 2, "M/d/yyyy"), Run_Error);
 }
 
 TEST(Log_Table_Test, Totals_sum_what_is_numeric_in_the_signs_of_the_country) {
+    // Both figures of each row.
     const auto caption = [](std::string_view cells, const Regional& regional) {
-        Log_Table table;
-        std::size_t row = 0;
-        for (const auto& pair : Split(cells, ' ')) {
-            table.Resize(row + 1);
-            table.Set(row, 13, pair.substr(0, pair.find(';')));
-            table.Set(row++, 16, pair.substr(pair.find(';') + 1));
-        }
-        return Totals_Caption(table.Totals(regional), regional);
+        std::string log;
+        for (const auto& row : Split(cells, ' '))
+            log += "1|||||||||||||" + Replace_All(row, ";", "|||") + "\n";
+        return Totals_Caption(Parse_Log(log).table.Totals(regional), regional);
     };
     const Regional american;
     const Regional german{"dd.MM.yyyy", ',', '.'};
-    EXPECT_EQ(Totals_Caption(Log_Table().Totals(american), american),
-              "Total Block Time: 0.0            Total Flight Time: 0.0");
     EXPECT_EQ(caption("1,234.5;1000 x;100 1:15;-", american),
               "Total Block Time: 1,234.5            Total Flight Time: 1,100.0");
     EXPECT_EQ(caption("1234,5;1,25 .5;0", german),
@@ -138,7 +136,6 @@ TEST(Log_Columns_Test, Typed_texts_become_dates_and_figures_or_are_refused) {
     for (const auto& [column, typed, regional, result] :
          {Case{0, "4/23/08", &american, "4/23/2008"},
           {0, "2008-04-23 17:05", &american, "4/23/2008"},
-          {0, "23-4-2008", &german, "23.04.2008"},
           {0, "tomorrow", &american, no_date},
           {0, "2/30/2008", &american, no_date},
           {0, "", &american, ""},
@@ -146,10 +143,8 @@ TEST(Log_Columns_Test, Typed_texts_become_dates_and_figures_or_are_refused) {
           {13, "1:15", &american, no_number},
           {16, "1,234.56", &american, "1,234.6"},
           {16, "1.25", &german, "1,3"},
-          {16, "", &american, ""},
           {14, "1:15", &american, "1:15"},
           {3, "kjfk", &american, "KJFK"},
-          {4, "Kennedy", &american, "Kennedy"},
           {19, "a|b\nc", &american, "a/b c"}}) {
         const Checked_Cell checked = Check_Cell(column, typed, *regional);
         EXPECT_EQ(checked.message.empty() ? checked.text : checked.message, result) << typed;

@@ -21,7 +21,6 @@ class Panel_Test : public test::Log_World {
         log->Begin_Edit(row, column);
         return log->Commit_Edit(row, column, text);
     }
-    const std::string kept_file = "logs/My Flight Log.unsaved";
 };
 
 TEST_F(Panel_Test, An_edit_is_checked_written_and_counted) {
@@ -64,26 +63,6 @@ TEST_F(Panel_Test, An_edit_is_checked_written_and_counted) {
     EXPECT_TRUE(log->Changed());
 }
 
-TEST_F(Panel_Test, Undo_restores_the_file_and_keeps_what_was_typed_beside_it) {
-    Start_With_Two_Flights();
-    Type(0, 19, "typed");
-    log->hypACARS[ucFlightLog::undo].Click();
-    EXPECT_EQ(desktop.boxes.at(0).title, "Norvane Undo Flight Log Changes");
-    EXPECT_EQ(Take_Boxes(), Texts{"Flight Log Changes Undone"});
-    EXPECT_EQ(log->Table().Get(0, 19), "");
-    EXPECT_EQ(Read(kept_file), Full_Line("1/1/2008|a||||||||||||1||||||typed"));
-    EXPECT_TRUE(Contains(log->lblStatus.Text(), kept_file));
-    EXPECT_TRUE(Contains(Errors(), kept_file));
-    EXPECT_TRUE(log->Changed()) << "the question at the end still comes";
-    log->Grid_Undo();
-    // A deleted row comes back, with nothing to keep either.
-    Delete_Row(0);
-    log->Grid_Undo();
-    EXPECT_EQ(log->Table().Row_Count(), 2U);
-    EXPECT_EQ(log->lblStatus.Text(), "The deleted rows are in the log again.");
-    EXPECT_FALSE(Exists(kept_file + "2"));
-}
-
 TEST_F(Panel_Test, Closing_asks_only_about_changes_and_saves_on_Yes) {
     Start_With_Two_Flights();
     EXPECT_TRUE(Close());
@@ -102,48 +81,27 @@ TEST_F(Panel_Test, Closing_asks_only_about_changes_and_saves_on_Yes) {
     const std::string question = "Would you like to save the changes made to the Flight Log?";
     EXPECT_EQ(Take_Boxes(), (Texts{question, question, "Flight Log Saved"}));
     EXPECT_TRUE(Contains(Read(log_file), "|B744|"));
-    EXPECT_FALSE(Exists(kept_file));
 }
 
-TEST_F(Panel_Test, What_is_given_up_is_kept_and_no_flight_takes_it_along) {
+TEST_F(Panel_Test, What_can_neither_be_saved_nor_kept_is_lost_only_knowingly) {
     Start_With_Two_Flights();
     Type(0, 19, "typed");
-    desktop.answers = {Answer::no};
-    ASSERT_TRUE(log->Closing());
-    EXPECT_EQ(Read(kept_file), Full_Line("1/1/2008|a||||||||||||1||||||typed"));
-    EXPECT_TRUE(Contains(Take_Boxes().at(1), (directory / kept_file).string()));
-    // A flight that is logged while the rest closes.
-    Log_Flight("1/3/2008");
-    log->End();
-    EXPECT_EQ(Read(log_file), Full_Line("1/1/2008|a||||||||||||1") +
-                                  Full_Line("1/2/2008|b||||||||||||2") +
-                                  Full_Line("1/3/2008|||||0900"));
-    Take_Errors();
-
-    // What can neither be saved nor kept is lost only knowingly.
-    Start();
-    Type(0, 19, "typed again");
     const std::filesystem::path away = directory.string() + ".away";
     std::filesystem::rename(directory, away);
     desktop.answers = {Answer::no, Answer::no, Answer::no, Answer::yes};
     EXPECT_FALSE(log->Closing());
-    EXPECT_EQ(log->Table().Get(0, 19), "typed again");
+    EXPECT_EQ(log->Table().Get(0, 19), "typed");
     EXPECT_TRUE(log->Closing());
     std::filesystem::rename(away, directory);
     Take_Errors();
 }
 
 TEST_F(Panel_Test, The_layout_returns_from_the_store_and_gives_way_to_the_defaults) {
-    for (const auto& [key, value] : {std::pair{"Col5_Visible", "False"},
-                                     {"Col6_Visible", "0"},
-                                     {"Col7_Visible", "perhaps"},
-                                     {"Col8_Visible", "1"},
-                                     {"Col1", "2222"},
-                                     {"Col2", "wide"},
-                                     {"Col3", "0"},
-                                     {"Col4", "100001"},
-                                     {"Row", "450"}})
-        store.Set("Grid", key, value);
+    for (const std::string& stored :
+         Split("Col5_Visible=False Col6_Visible=0 Col7_Visible=perhaps Col8_Visible=1 Col1=2222 "
+               "Col2=wide Col3=0 Col4=100001 Row=450",
+               ' '))
+        store.Set("Grid", Before(stored, "="), stored.substr(stored.find('=') + 1));
     Start();
     EXPECT_TRUE(Contains(Errors(), "Col7_Visible: \"perhaps\" is neither True nor False"));
     Grid_Layout& layout = log->Layout();

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "flightlog/frm_recover.h"
+#include "flightlog/log_reading.h"
 #include "flightlog/log_world.h"
 
 namespace norvane {
@@ -38,9 +39,12 @@ class Recover_Test : public test::Log_World {
         });
         form->Show_Form();
     }
+    static std::string Without_End(const std::string& line) {
+        return line.substr(0, line.size() - 2);
+    }
     /// Recovers one line; what the pilot is told at the end.
     std::string Told_Of(const std::string& line) {
-        EXPECT_TRUE(log->Recover_Rows({line.substr(0, line.size() - 2)}));
+        EXPECT_TRUE(log->Recover_Rows({Without_End(line)}));
         return Take_Boxes().back();
     }
 
@@ -57,7 +61,7 @@ class Recover_Test : public test::Log_World {
 
 TEST_F(Recover_Test, Chosen_rows_go_into_the_log_and_leave_their_files) {
     const std::string of_jets = Full_Line("1/2/2008|A320");
-    const std::string with_more = of_jets.substr(0, of_jets.size() - 2) + "|past\r\n";
+    const std::string with_more = Without_End(of_jets) + "|past\r\n";
     Write(log_file, in_log);
     Write("logs/Jets.txt", of_jets);
     Write(kept_file, in_log + edited + "|||EDDF\r\n||\r\n" + of_jets + with_more);
@@ -130,11 +134,9 @@ TEST_F(Recover_Test, A_log_that_cannot_be_read_takes_no_row) {
     EXPECT_TRUE(Contains(Errors(), "is not loaded"));
     EXPECT_EQ(log->Table().Row_Count(), 0U);
     EXPECT_EQ(Read(kept_file), timeless);
-    // What keeps it from being read is over.
     std::filesystem::remove_all(directory / log_file);
-    Write(log_file, in_log);
     Recover({0});
-    EXPECT_EQ(Read(log_file), in_log + timeless);
+    EXPECT_EQ(Read(log_file), timeless) << "what kept it from being read is over";
 }
 
 TEST_F(Recover_Test, What_is_given_up_is_offered_and_a_deleted_row_is_in_the_log_again) {
@@ -142,16 +144,18 @@ TEST_F(Recover_Test, What_is_given_up_is_offered_and_a_deleted_row_is_in_the_log
     const std::string typed = Full_Line(std::string(19, '|') + "typed");
     struct Case {
         Texts rows;
+        bool is_undo;
         bool is_deleting;
         std::optional<std::size_t> typed_in;
         Texts offered;
     };
-    for (const auto& [rows, is_deleting, typed_in, offered] : {
-             Case{{in_log, of_root}, true, std::nullopt, {}},
-             Case{{in_log, of_root}, true, 0, {edited}},
-             Case{{in_log.substr(0, in_log.size() - 2) + "|past\r\n"}, false, 0, {edited}},
-             Case{{in_log}, false, 1, {typed}},
-             Case{{}, false, 0, {typed}},
+    for (const auto& [rows, is_undo, is_deleting, typed_in, offered] : {
+             Case{{in_log, of_root}, true, true, std::nullopt, {}},
+             Case{{in_log, of_root}, false, true, std::nullopt, {}},
+             Case{{in_log, of_root}, false, true, 0, {edited}},
+             Case{{Without_End(in_log) + "|past\r\n"}, true, false, 0, {edited}},
+             Case{{in_log}, false, false, 1, {typed}},
+             Case{{}, false, false, 0, {typed}},
          }) {
         Write(log_file, Join(rows, ""));
         Start();
@@ -164,16 +168,24 @@ TEST_F(Recover_Test, What_is_given_up_is_offered_and_a_deleted_row_is_in_the_log
         if (is_deleting)
             Delete_Row(1);
         desktop.answers = {Answer::no};
-        ASSERT_TRUE(log->Closing());
+        if (is_undo)
+            log->hypACARS[ucFlightLog::undo].Click();
+        else
+            ASSERT_TRUE(log->Closing());
+        EXPECT_EQ(log->Changed(), is_undo) << "after an Undo the question still comes";
         const std::string told = Take_Boxes().back();
-        EXPECT_EQ(told.starts_with("The changes were not saved"), !offered.empty()) << told;
-        EXPECT_EQ(told.ends_with(undeleted), is_deleting) << told;
+        EXPECT_EQ(told == "Flight Log Changes Undone", is_undo);
+        EXPECT_EQ(told.starts_with("The changes were not saved"), !is_undo && !offered.empty());
+        EXPECT_EQ(told.ends_with(undeleted), !is_undo && is_deleting) << told;
+        EXPECT_TRUE(Contains(log->lblStatus.Text(), offered.empty() ? undeleted : kept_file));
         EXPECT_EQ(Offered(), offered);
-        EXPECT_EQ(Exists(kept_file), !offered.empty());
-        EXPECT_EQ(log->Table().Row_Count(), rows.size()) << "it is as the file again";
+        // The table is as the file again: a flight takes nothing along.
+        Log_Flight("1/5/2008");
+        EXPECT_EQ(All_Rows(Read(log_file)).size(), rows.size() + 1);
+        Take_Boxes();
+        Take_Errors();
         std::filesystem::remove_all(directory / "logs");
         std::filesystem::create_directories(directory / "logs");
-        Take_Errors();
     }
 }
 
