@@ -253,7 +253,11 @@ int Log_Recover(Session& session, bool all, const std::vector<std::size_t>& rows
     if (chosen.empty())
         return exit_status::done;
     Open_Log log(session);
-    return Status_Of(log.panel.Recover_Rows(chosen));
+    const bool saved = log.panel.Recover_Rows(chosen);
+    // Rows that the next load would not take.
+    if (!log.panel.lblStatus.Text().empty())
+        Console_Desktop::Say(log.panel.lblStatus.Text());
+    return Status_Of(saved);
 }
 
 int Log_Report(Session& session, const std::vector<std::string>& fields) {

@@ -23,6 +23,8 @@ namespace {
 std::string Caption_Of(const Unsaved_Row& row) {
     const auto field = [&](std::size_t column) { return Field_Of(row.line, column); };
     std::string caption(field(log_column::date));
+    if (caption.empty())
+        caption = "No date";
     if (!field(log_column::origin).empty() || !field(log_column::destination).empty()) {
         caption +=
             fmt::format("  {} - {}", field(log_column::origin), field(log_column::destination));

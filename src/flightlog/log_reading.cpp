@@ -42,6 +42,24 @@ Log_Reading Parse_Log(std::string content) {
     return reading;
 }
 
+std::vector<std::string> All_Rows(std::string content) {
+    const Log_Reading reading = Parse_Log(std::move(content));
+    Log_Table table = reading.table;
+    for (Line_Reader reader(reading.set_aside); reader.Next();) {
+        if (reader.Line().starts_with(field_separator)) {
+            const std::size_t row = table.Row_Count();
+            table.Resize(row + 1);
+            table.Set_Line(row, reader.Line());
+        }
+    }
+    std::vector<std::string> rows;
+    for (std::size_t row = 0; row < table.Row_Count(); ++row) {
+        if (!table.Is_Blank(row))
+            rows.push_back(table.Line(row));
+    }
+    return rows;
+}
+
 void Demand_Code_Page(std::string_view content, const std::filesystem::path& file) {
     constexpr std::size_t looked_at = 4;
     const auto nul = [&](std::size_t i) { return content[i] == '\0'; };

@@ -28,6 +28,10 @@ struct Log_Reading {
 /// Empty lines count for nothing, nor do separators past the 53rd field with nothing behind them.
 [[nodiscard]] Log_Reading Parse_Log(std::string content);
 
+/// Every row of a log's text as 53 fields, each line's first ones: those with a date in file order,
+/// then those without one that hold something.
+[[nodiscard]] std::vector<std::string> All_Rows(std::string content);
+
 /// Raises 13 for the bytes of a file that another program stored with two bytes a character: read
 /// as a log it would be rubbish, and be written back as such.
 void Demand_Code_Page(std::string_view content, const std::filesystem::path& file);

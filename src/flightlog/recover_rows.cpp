@@ -1,11 +1,15 @@
 // The part of the flight log panel that takes back what was kept in ".unsaved" files.
 
+#include <fmt/format.h>
+
 #include <optional>
 
+#include "common/boxes.h"
 #include "common/code_page.h"
 #include "common/line_reader.h"
 #include "common/log_error.h"
 #include "common/services.h"
+#include "flightlog/log_keeping.h"
 #include "flightlog/log_line.h"
 #include "flightlog/uc_flight_log.h"
 #include "flightlog/unsaved_rows.h"
@@ -14,15 +18,55 @@ namespace norvane {
 
 namespace {
 
-/// The row that the line is an edited one of, or stands in already.
+/// The row that is the line, else the one that the line is an edited one of.
 std::optional<std::size_t> Row_Of(const Log_Table& table, const std::string& line) {
+    std::optional<std::size_t> edited;
     for (std::size_t row = table.Row_Count(); row-- > 0;) {
-        if (table.Get(row, log_column::date) == Field_Of(line, log_column::date) &&
-            Same_Flight(line, table.Line(row))) {
+        if (table.Get(row, log_column::date) != Field_Of(line, log_column::date))
+            continue;
+        const std::string other = table.Line(row);
+        if (other == line)
             return row;
-        }
+        if (!edited && Same_Flight(line, other))
+            edited = row;
     }
-    return std::nullopt;
+    return edited;
+}
+
+/// What became of the rows that were to be recovered.
+struct Outcome {
+    std::size_t added = 0;
+    std::size_t replaced = 0;
+    std::size_t already_there = 0;
+    /// The lines that gave way, each with CR LF.
+    std::string gave_way;
+};
+
+void Take_Row(Log_Table& table, const std::string& line, Outcome& outcome) {
+    auto row = Row_Of(table, line);
+    if (!row) {
+        row = table.Row_Count();
+        table.Resize(*row + 1);
+        ++outcome.added;
+    } else if (table.Line(*row) == line) {
+        ++outcome.already_there;
+        return;
+    } else {
+        ++outcome.replaced;
+        outcome.gave_way.append(table.Line(*row)).append(cr_lf);
+    }
+    table.Set_Line(*row, line);
+}
+
+std::string Text_Of(const Outcome& outcome, const std::filesystem::path& log) {
+    std::string text = fmt::format(
+        "Rows added to the flight log: {}.  Rows replaced: {}.  Rows already there: {}.",
+        outcome.added, outcome.replaced, outcome.already_there);
+    if (outcome.replaced > 0) {
+        text += fmt::format("  What was replaced is kept in {}.",
+                            From_Path(Beside_Log(log, ".skipped")));
+    }
+    return text;
 }
 
 }  // namespace
@@ -41,26 +85,19 @@ bool ucFlightLog::Recover_Rows(const std::vector<std::string>& lines) {
                             "rows stay in their files; please put right what keeps it from being "
                             "read, then try again.");
         }
-        std::string replaced;
-        for (const std::string& line : lines) {
-            auto row = Row_Of(m_table, line);
-            if (!row) {
-                row = m_table.Row_Count();
-                m_table.Resize(*row + 1);
-            }
-            const std::string before = m_table.Line(*row);
-            if (!m_table.Is_Blank(*row) && before != line)
-                replaced.append(before).append(cr_lf);
-            m_table.Set_Line(*row, line);
-        }
+        Outcome outcome;
+        for (const std::string& line : lines)
+            Take_Row(m_table, line, outcome);
         // The log may have been edited since: what gives way is kept.
-        if (!replaced.empty())
-            m_file->Set_Aside(replaced);
+        if (!outcome.gave_way.empty())
+            m_file->Set_Aside(outcome.gave_way);
         m_changed = true;
         m_unsaved_edits = true;
         table_changed.emit();
         // Whatever is killed in between finds the rows in the log, and passes them over.
         saved = Save_And_Tell([&] { Drop_Saved_Rows(m_services); });
+        if (saved)
+            Tell(m_services.desktop, Text_Of(outcome, m_file->Path()));
     });
     return saved;
 }

@@ -100,19 +100,13 @@ bool ucFlightLog::Prompt_Save_Changes() {
 /// The table is as the file again: a flight that is logged from here on takes nothing along that
 /// the pilot did not want saved.
 void ucFlightLog::Give_Up_Changes() {
-    const auto kept = Keep_Unsaved_Edits();
+    const std::string notice = Keep_Unsaved_Edits();
     m_changed = false;
     // Where there is no file, loading leaves the table as it is.
     m_table.Clear();
     Grid_Load();
-    if (!kept)
-        return;
-    Tell(
-        m_services.desktop,
-        fmt::format("The changes were not saved to the flight log.  They are kept in {}; \"Recover "
-                    "Unsaved Flights ...\" in the menu \"Flight Logs\" brings them back.",
-                    From_Path(*kept)),
-        Icon::information, "Flight Log Changed");
+    if (!notice.empty())
+        Tell(m_services.desktop, notice, Icon::information, "Flight Log Changed");
 }
 
 void ucFlightLog::End() {
@@ -375,45 +369,52 @@ void ucFlightLog::Write_Cell(std::size_t row, std::size_t column, std::string_vi
     cell_changed.emit(row, column);
 }
 
-/// What the table has and the file has not; all of it where rows were deleted only, which no single
-/// row can tell.
-std::vector<std::string> ucFlightLog::Unsaved_Lines() const {
-    std::unordered_set<std::string> in_file;
-    std::size_t rows_in_file = 0;
+/// What the table has and the file has not. A row that was deleted is no such row: the file has it.
+ucFlightLog::Unsaved_Edits ucFlightLog::Compare_With_File() const {
+    std::vector<std::string> in_file;
     try {
-        const Log_Table saved = Parse_Log(Read_File(m_file->Path())).table;
-        rows_in_file = saved.Row_Count();
-        for (std::size_t row = 0; row < rows_in_file; ++row)
-            in_file.insert(saved.Line(row));
+        in_file = All_Rows(Read_File(m_file->Path()));
     } catch (const std::exception&) {
         // Without the file nothing stands in it: all of the table is kept.
-        rows_in_file = 0;
     }
-    std::vector<std::string> all;
-    std::vector<std::string> missing;
+    const std::unordered_set<std::string> saved(in_file.begin(), in_file.end());
+    Unsaved_Edits edits;
+    std::size_t rows = 0;
     for (std::size_t row = 0; row < m_table.Row_Count(); ++row) {
         if (m_table.Is_Blank(row))
             continue;
-        all.push_back(m_table.Line(row));
-        if (!in_file.contains(all.back()))
-            missing.push_back(all.back());
+        ++rows;
+        std::string line = m_table.Line(row);
+        if (!saved.contains(line))
+            edits.lines.push_back(std::move(line));
     }
-    return missing.empty() && all.size() < rows_in_file ? all : missing;
+    edits.rows_deleted = rows < in_file.size();
+    return edits;
 }
 
-/// The file, if there was anything to keep.
-std::optional<std::filesystem::path> ucFlightLog::Keep_Unsaved_Edits() {
-    std::optional<std::filesystem::path> kept;
+/// What to tell the pilot of edits that are not saved; empty when there were none.
+std::string ucFlightLog::Keep_Unsaved_Edits() {
     if (!m_unsaved_edits)
-        return kept;
-    const std::vector<std::string> lines = Unsaved_Lines();
-    if (!lines.empty()) {
-        kept = Write_Unsaved(m_services, m_file->Path(), Join(lines, cr_lf));
-        lblStatus.Set_Text("What was not saved is kept in " + From_Path(*kept));
+        return {};
+    const Unsaved_Edits edits = Compare_With_File();
+    std::string notice;
+    if (!edits.lines.empty()) {
+        const auto file = Write_Unsaved(m_services, m_file->Path(), Join(edits.lines, cr_lf));
+        lblStatus.Set_Text("What was not saved is kept in " + From_Path(file));
+        notice = fmt::format(
+            "The changes were not saved to the flight log.  They are kept in {}; \"Recover "
+            "Unsaved Flights ...\" in the menu \"Flight Logs\" brings them back.",
+            From_Path(file));
+    }
+    if (edits.rows_deleted) {
+        constexpr std::string_view undeleted = "The deleted rows are in the log again.";
+        if (notice.empty())
+            lblStatus.Set_Text(undeleted);
+        notice.append(notice.empty() ? "" : "  ").append(undeleted);
     }
     m_unsaved_edits = false;
     m_failed_flights.clear();
-    return kept;
+    return notice;
 }
 
 }  // namespace norvane

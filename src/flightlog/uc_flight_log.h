@@ -80,8 +80,9 @@ class ucFlightLog : public Flight_Log_Form {
     /// save failed before, or that was logged before it ended, takes its own row again.
     void NewACARS_Entry();
     /// Takes rows of ".unsaved" files, of 53 fields each, into the log and saves it; only then they
-    /// leave those files. A row of a flight that the log has takes its row's place. False when the
-    /// log could not be saved: the rows are in the table then, and in those files still.
+    /// leave those files. A row that the log has is not added again, and one of a flight that it
+    /// has takes that row's place; the pilot is told how many came to what. False when the log
+    /// could not be saved: the rows are in the table then, and in those files still.
     bool Recover_Rows(const std::vector<std::string>& lines);
     /// Deletes the current row, if there is one.
     void Delete_LogEntry();
@@ -153,9 +154,13 @@ class ucFlightLog : public Flight_Log_Form {
     bool Save_And_Tell(const std::function<void()>& once_saved);
     void Tell_Of_Undated_Rows();
     void Tell_Of_Hidden_Logs();
-    [[nodiscard]] std::vector<std::string> Unsaved_Lines() const;
     void Write_Cell(std::size_t row, std::size_t column, std::string_view text);
-    std::optional<std::filesystem::path> Keep_Unsaved_Edits();
+    struct Unsaved_Edits {
+        std::vector<std::string> lines;
+        bool rows_deleted = false;
+    };
+    [[nodiscard]] Unsaved_Edits Compare_With_File() const;
+    std::string Keep_Unsaved_Edits();
     void Keep_Flight_Of_Unloaded_Log(const std::string& line);
     void Forget_Failed_Flight(const std::string& line);
     bool Bring_Row_Up_To_Date(const std::string& line);

@@ -11,6 +11,7 @@
 #include "common/services.h"
 #include "common/text.h"
 #include "config/log_names.h"
+#include "flightlog/log_line.h"
 #include "flightlog/log_reading.h"
 
 namespace norvane {
@@ -52,12 +53,19 @@ Lines Lines_In_Logs(Services& services) {
     for (const std::string& name : List_Logs(services)) {
         // A log that cannot be read holds nothing that can be told from what is unsaved.
         Guarded(services, "modFunctions.Find_Unsaved_Rows()", Show::silent, [&] {
-            const Log_Table table = Parse_Log(Read_File(Log_Path(services, name))).table;
-            for (std::size_t row = 0; row < table.Row_Count(); ++row)
-                lines.insert(table.Line(row));
+            for (std::string& row : All_Rows(Read_File(Log_Path(services, name))))
+                lines.insert(std::move(row));
         });
     }
     return lines;
+}
+
+/// All that the line holds stands in a log.
+bool Is_Saved(std::string_view line, const Lines& in_logs) {
+    const std::vector<std::string> rows = All_Rows(std::string(line));
+    const bool holds_more =
+        line.find_first_not_of(field_separator, First_Fields(line).size()) != line.npos;
+    return !holds_more && (rows.empty() || in_logs.contains(rows.front()));
 }
 
 /// A file without those of its lines that are rows of a log; the others as they are.
@@ -65,9 +73,7 @@ void Drop_From(const fs::path& file, const Lines& in_logs) {
     const std::string before = Read_File(file);
     std::string left;
     for (Line_Reader reader(before); reader.Next();) {
-        const Log_Reading line = Parse_Log(std::string(reader.Line()));
-        const bool is_row = line.set_aside.empty() && line.table.Row_Count() == 1;
-        if (!reader.Line().empty() && !(is_row && in_logs.contains(line.table.Line(0))))
+        if (!Is_Saved(reader.Line(), in_logs))
             left.append(reader.Line()).append(cr_lf);
     }
     if (left.empty())
@@ -86,10 +92,9 @@ std::vector<Unsaved_Row> Find_Unsaved_Rows(Services& services) {
     Lines known = Lines_In_Logs(services);
     for (const fs::path& file : files) {
         Guarded(services, "modFunctions.Find_Unsaved_Rows()", Show::silent, [&] {
-            const Log_Table table = Parse_Log(Read_File(file)).table;
-            for (std::size_t row = 0; row < table.Row_Count(); ++row) {
-                if (known.insert(table.Line(row)).second)
-                    found.push_back({file, table.Line(row)});
+            for (const std::string& row : All_Rows(Read_File(file))) {
+                if (known.insert(row).second)
+                    found.push_back({file, row});
             }
         });
     }

@@ -16,8 +16,9 @@ struct Unsaved_Row {
     std::string line;
 };
 
-/// The rows with a date that stand in no log, each once, by file name and in the file's order.
-/// Touches nothing. A file that cannot be read is told in the error log and passed over.
+/// The rows that stand in no log, each once, by file name and in the file's order, those without a
+/// date behind the others. Touches nothing. A file that cannot be read is told in the error log and
+/// passed over.
 [[nodiscard]] std::vector<Unsaved_Row> Find_Unsaved_Rows(Services& services);
 
 /// Takes the rows that stand in a log by now out of the ".unsaved" files, and deletes files that

@@ -4,7 +4,6 @@
 #include "cli/cli_world.h"
 #include "common/file_writer.h"
 #include "common/line_reader.h"
-#include "common/text.h"
 
 namespace norvane::test {
 namespace {
@@ -13,129 +12,117 @@ namespace fs = std::filesystem;
 
 class Cli_Logs : public Cli_World {
   protected:
-    Cli_Logs() {
-        Write_File(log,
-                   "1/2/2008|B738||KJFK|Kennedy||||KBOS|Logan||||1.5\r\n"
-                   "1/1/2008|C172||||||||||||2\r\n");
-    }
-    [[nodiscard]] int Status(std::vector<std::string> arguments) const {
-        return Run(std::move(arguments)).status;
-    }
-    /// A row's number in what "log rows" prints, and its first cells.
-    [[nodiscard]] std::string Row_Starts(const std::string& name) const {
-        std::string starts;
+    Cli_Logs() { Write_File(log, content); }
+    /// Row numbers and types of aircraft in what "log rows" prints.
+    [[nodiscard]] std::string Rows_Of(const std::string& name) const {
+        std::string rows;
         for (const auto& line : Split(Run({"log", "rows", name}).output, '\n'))
-            starts += line.substr(0, 15) + ";";
-        return starts;
+            rows += line.empty() ? "" : line.substr(0, 2) + Split(line, '|').at(1) + ";";
+        return rows;
     }
+
+    const std::string content =
+        "1/2/2008|B738||KJFK|Kennedy||||KBOS|Logan||||1.5\r\n"
+        "1/1/2008|C172||||||||||||2\r\n";
     const std::string active = "My Flight Log";
     const fs::path log = home / "logs" / "My Flight Log.txt";
 };
 
 TEST_F(Cli_Logs, Keep_several_logs) {
-    EXPECT_EQ(Status({"log", "new", "Zoë"}), 0);
-    EXPECT_EQ(Status({"log", "new", "ZOË"}), 1) << "differs by case only";
-    EXPECT_EQ(Status({"log", "new", "a/b"}), 1);
-    EXPECT_EQ(Status({"log", "new", "日本"}), 1) << "it could not be told from another";
-    EXPECT_EQ(Run({"log", "list"}).output, "* My Flight Log\n  Zoë\n");
-    EXPECT_EQ(Status({"--yes", "log", "remove", active}), 1) << "it is the active one";
-    EXPECT_EQ(Status({"--yes", "log", "remove", "my flight log"}), 1);
-    EXPECT_EQ(Status({"log", "use", "None"}), 1);
-    EXPECT_EQ(Status({"log", "use", "Zoë"}), 0);
-    EXPECT_EQ(Run({"log", "list"}).output, "  My Flight Log\n* Zoë\n");
-    EXPECT_EQ(Status({"log", "remove", active}), 1) << "the question is answered No";
-    EXPECT_EQ(Rows().size(), 2U);
-    EXPECT_EQ(Status({"--yes", "log", "remove", active}), 0);
+    EXPECT_EQ(Status("log new Zoë"), 0);
+    EXPECT_EQ(Status("log new a/b"), 1);
+    EXPECT_EQ(Status("log new 日本"), 1) << "it could not be told from another";
+    EXPECT_EQ(Type("log list").output, "* My Flight Log\n  Zoë\n");
+    EXPECT_EQ(Run({"--yes", "log", "remove", active}).status, 1) << "it is the active one";
+    EXPECT_EQ(Status("--yes log remove None"), 1);
+    EXPECT_EQ(Status("log use None"), 1);
+    EXPECT_EQ(Status("log use Zoë"), 0);
+    EXPECT_EQ(Type("log list").output, "  My Flight Log\n* Zoë\n");
+    EXPECT_EQ(Run({"log", "remove", active}).status, 1) << "the question is answered No";
+    EXPECT_TRUE(fs::exists(log));
+    EXPECT_EQ(Run({"--yes", "log", "remove", active}).status, 0);
     EXPECT_FALSE(fs::exists(log));
 }
 
 TEST_F(Cli_Logs, Copy_and_delete_the_row_that_was_meant) {
-    const std::string before = Read_File(log);
-    EXPECT_EQ(Status({"log", "copy", "2", "Other", "1/1/2008"}), 1) << "another row's date";
+    for (const auto& [line, status] : {std::pair{"log copy 2 Other 1/1/2008", 1},
+                                       {"log copy 3 Other", 1},
+                                       {"log copy 0 Other", 2},
+                                       {"log delete 1", 1},
+                                       {"--yes log delete 3", 1}})
+        EXPECT_EQ(Status(line), status) << line;
+    EXPECT_THAT(Type("--yes log delete 1 1/2/2008").errors,
+                HasSubstr("Row 1 has the date 1/1/2008"));
     EXPECT_FALSE(fs::exists(home / "logs" / "Other.txt"));
-    EXPECT_EQ(Status({"log", "copy", "2", "Other", "1/2/2008"}), 0);
-    EXPECT_EQ(Status({"log", "copy", "1", "Other"}), 0);
-    EXPECT_EQ(Row_Starts("Other"), "1\t1/1/2008|C172;2\t1/2/2008|B738;;");
-    EXPECT_EQ(Status({"log", "copy", "1", active}), 1);
-    EXPECT_EQ(Status({"log", "copy", "0", "Other"}), 2);
-    EXPECT_EQ(Status({"--yes", "log", "delete", "3"}), 1);
-    const auto refused = Run({"--yes", "log", "delete", "1", "1/2/2008"});
-    EXPECT_EQ(refused.status, 1);
-    EXPECT_NE(refused.errors.find("Row 1 has the date 1/1/2008"), std::string::npos);
-    EXPECT_EQ(Status({"log", "delete", "1"}), 1) << "the question is answered No";
-    EXPECT_EQ(Read_File(log), before);
-    EXPECT_EQ(Status({"--yes", "log", "delete", "1", "2008-01-01"}), 0);
-    EXPECT_EQ(Row_Starts(active), "1\t1/2/2008|B738;;");
+    EXPECT_EQ(Read_File(log), content);
+    EXPECT_EQ(Status("log copy 2 Other 1/2/2008"), 0);
+    EXPECT_EQ(Status("log copy 1 Other"), 0);
+    EXPECT_EQ(Rows_Of("Other"), "1\tC172;2\tB738;");
+    EXPECT_EQ(Status("--yes log delete 1 2008-01-01"), 0);
+    EXPECT_EQ(Rows_Of(active), "1\tB738;");
 }
 
 TEST_F(Cli_Logs, Import_a_plan) {
-    const auto plan = fs::path(NORVANE_SOURCE_DIR) / "tests/data/plans/lfpg-eidw.pln";
-    const std::string before = Read_File(log);
+    const auto plan = NORVANE_SOURCE_DIR "/tests/data/plans/lfpg-eidw.pln";
     Write_File(directory / "cut.pln", "<DepartureName>Left</DepartureName>\n<DepartureID>KJ");
     for (const auto* broken : {"none.pln", "cut.pln", "home/ErrorLog.Log"})
-        EXPECT_EQ(Status({"log", "import-plan", "1", (directory / broken).string()}), 1);
-    EXPECT_EQ(Read_File(log), before);
-    const std::vector<std::string> import{"log", "import-plan", "2", plan.string()};
-    EXPECT_EQ(Status(import), 0);
-    ASSERT_EQ(Rows().size(), 2U);
-    EXPECT_EQ(Rows()[1][3], "KJFK");
-    EXPECT_EQ(Rows()[1][23], "35000");
-    EXPECT_EQ(Rows()[0][23], "") << "another row";
-    EXPECT_EQ(Status({"--yes", import[0], import[1], import[2], import[3]}), 0);
-    EXPECT_EQ(Rows()[1][3], "LFPG");
+        EXPECT_EQ(Run({"log", "import-plan", "1", (directory / broken).string()}).status, 1);
+    EXPECT_EQ(Read_File(log), content);
+    EXPECT_EQ(Run({"log", "import-plan", "2", plan}).status, 0);
+    EXPECT_EQ(Rows().at(1).at(3) + Rows().at(1).at(23), "KJFK35000");
+    EXPECT_EQ(Rows().at(0).at(23), "") << "another row";
+    EXPECT_EQ(Run({"--yes", "log", "import-plan", "2", plan}).status, 0);
+    EXPECT_EQ(Rows().at(1).at(3), "LFPG");
 }
 
 TEST_F(Cli_Logs, Recover_what_was_kept_beside_a_log) {
     const auto kept = home / "logs" / "Other.unsaved";
-    const std::string line(50, '|');
-    Write_File(kept, "1/3/2008|A|1" + line + "\r\n1/4/2008|B|2" + line + "\r\n1/5/2008|C|3" + line);
-    EXPECT_EQ(Run({"log", "recover"}).output, "1\t" + kept.string() + "\t1/3/2008|A|1" + line +
-                                                  "\n2\t" + kept.string() + "\t1/4/2008|B|2" +
-                                                  line + "\n3\t" + kept.string() +
-                                                  "\t1/5/2008|C|3" + line + "\n");
-    EXPECT_EQ(Status({"log", "recover", "4"}), 1);
-    EXPECT_EQ(Rows().size(), 2U);
-    EXPECT_EQ(Status({"log", "recover", "2"}), 0);
-    ASSERT_EQ(Rows().size(), 3U);
-    EXPECT_EQ(Rows()[2][0], "1/4/2008");
-    EXPECT_EQ(Status({"--yes", "log", "recover"}), 0);
+    const std::string bars(50, '|');
+    const std::vector<std::string> lines{"1/3/2008|A|1" + bars, "1/4/2008|B|2" + bars,
+                                         "|U|3" + bars};
+    Write_File(kept, Join(lines, "\r\n"));
+    std::string listed;
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        listed += std::to_string(i + 1) + "\t" + kept.string() + "\t" + lines[i] + "\n";
+    EXPECT_EQ(Type("log recover").output, listed);
+    EXPECT_THAT(Type("log recover 4").errors, HasSubstr("There is no unsaved row 4"));
+    EXPECT_EQ(Read_File(log), content);
+    const auto twice = Type("log recover 2 2");
+    EXPECT_EQ(twice.status, 0);
+    EXPECT_THAT(twice.errors, HasSubstr("log: 1.  Rows replaced: 0.  Rows already there: 1."));
+    EXPECT_EQ(Rows_Of(active), "1\tC172;2\tB738;3\tB;");
+    const auto all = Type("--yes log recover");
+    EXPECT_EQ(all.status, 0);
+    EXPECT_THAT(all.errors, HasSubstr("Without a date, and so not shown at the next start: row 5"));
     EXPECT_EQ(Rows().size(), 5U);
     EXPECT_FALSE(fs::exists(kept));
-    EXPECT_EQ(Run({"log", "recover"}).output, "");
+    EXPECT_EQ(Type("log recover").output, "");
 }
 
 TEST_F(Cli_Logs, Report_and_convert) {
-    const std::string before = Read_File(log);
     const auto report = home / "report.html";
-    const auto page = [&](std::vector<std::string> command) {
+    const auto page = [&](std::string_view line) {
         fs::remove(report);
-        const auto result = Run(std::move(command));
+        const auto result = Type(line);
         EXPECT_EQ(result.status, 0) << result.errors;
         EXPECT_EQ(result.output, report.string() + "\n");
         return Read_File(report);
     };
-    const std::string some = page({"log", "report", "--fields", "airport,13"});
-    EXPECT_NE(some.find("Kennedy"), std::string::npos);
-    EXPECT_NE(some.find("Logan"), std::string::npos);
-    EXPECT_NE(some.find("1.5"), std::string::npos);
-    EXPECT_EQ(some.find("KJFK"), std::string::npos);
-    const auto unknown = Run({"log", "report", "--fields", "Date,Wings"});
-    EXPECT_EQ(unknown.status, 1);
-    EXPECT_NE(unknown.errors.find("Wings"), std::string::npos);
-    EXPECT_NE(page({"log", "acars-report", "2"}).find("KJFK"), std::string::npos);
-    EXPECT_NE(page({"log", "statistics"}).find("3.5"), std::string::npos);
-    EXPECT_NE(page({"hours", "--report"}).find("C172"), std::string::npos);
-    EXPECT_EQ(Run({"hours"}).output, "B738\t1.5\nC172\t2.0\nTotal Flight Time: 3.5\n");
-    EXPECT_EQ(Read_File(home / "logs" / "My Flight Log.txt"), before);
+    const std::string some = page("log report --fields airport,13");
+    for (const auto* shown : {"Kennedy", "Logan", "1.5"})
+        EXPECT_THAT(some, HasSubstr(shown));
+    EXPECT_THAT(some, testing::Not(HasSubstr("KJFK")));
+    EXPECT_THAT(Type("log report --fields Date,Wings").errors, HasSubstr("Wings"));
+    EXPECT_THAT(page("log acars-report 2"), HasSubstr("KJFK"));
+    EXPECT_THAT(page("log statistics"), HasSubstr("3.5"));
+    EXPECT_THAT(page("hours --report"), HasSubstr("C172"));
+    EXPECT_EQ(Type("hours").output, "B738\t1.5\nC172\t2.0\nTotal Flight Time: 3.5\n");
+    EXPECT_EQ(Read_File(log), content);
 
-    const auto data = fs::path(NORVANE_SOURCE_DIR) / "tests/data/conversion";
+    const fs::path data = NORVANE_SOURCE_DIR "/tests/data/conversion";
     const auto converted = home / "convertedlogs" / "Old.txt";
-    EXPECT_EQ(Run({"convert", (data / "simulator.log").string(), "Old"}).output,
-              converted.string() + "\n");
-    EXPECT_EQ(Read_File(converted), Read_File(data / "converted.txt"));
-    Write_File(directory / "empty.log", "");
-    for (const auto* none : {"none.log", "empty.log"})
-        EXPECT_EQ(Status({"convert", (directory / none).string(), "Old"}), 1) << none;
+    EXPECT_EQ(Run({"convert", data / "simulator.log", "Old"}).output, converted.string() + "\n");
+    EXPECT_EQ(Run({"convert", directory / "none.log", "Old"}).status, 1);
     EXPECT_EQ(Read_File(converted), Read_File(data / "converted.txt"));
 }
 

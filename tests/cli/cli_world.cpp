@@ -34,6 +34,7 @@ void Cli_World::Start_Anew() {
 
 void Cli_World::Start_Simulator(int at_s) {
     const auto scenario = fs::path(NORVANE_SOURCE_DIR) / "tests/data/scenarios/short-jet.json";
+    Kill_Simulator();
     m_simulator = std::make_unique<Child_Process>(std::vector<std::string>{
         NORVANE_SIM, "fly", "--scenario", scenario.string(), "--step", "5000", "--at",
         std::to_string(at_s), "--listen", "unix:" + (directory / "sim").string()});

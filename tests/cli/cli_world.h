@@ -2,16 +2,19 @@
 // norvane-cli and norvane-sim as a pilot starts them: processes with a program directory, a store
 // and a socket of their own.
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "common/text.h"
 #include "support/child_process.h"
 
 namespace norvane::test {
+
+using testing::HasSubstr;
 
 class Cli_World : public testing::Test {
   protected:
@@ -30,6 +33,9 @@ class Cli_World : public testing::Test {
     [[nodiscard]] Run_Result Run(std::vector<std::string> arguments) const {
         return Run_Program(Command(std::move(arguments)));
     }
+    /// The same for words with blanks between them.
+    [[nodiscard]] Run_Result Type(std::string_view line) const { return Run(Split(line, ' ')); }
+    [[nodiscard]] int Status(std::string_view line) const { return Type(line).status; }
     /// Flies to the gate without trouble.
     [[nodiscard]] Run_Result Fly() const { return Run(fly); }
     /// The fields of the log's rows.

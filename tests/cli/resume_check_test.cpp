@@ -2,7 +2,6 @@
 
 #include "cli/resume_check.h"
 
-#include "common/number.h"
 #include "simlink/in_process_transport.h"
 #include "simlink/mod_fsuipc.h"
 #include "simlink/offset_area.h"
@@ -14,22 +13,14 @@ namespace {
 class Resume_Check : public Test_World {};
 
 TEST_F(Resume_Check, A_flight_goes_on_near_its_last_position_or_in_the_air_if_it_was) {
-    struct Case {
-        const char* phase;
-        bool on_ground;
-        double degrees_north;
-        bool goes_on;
-    };
-    for (const auto& [phase, on_ground, north, goes_on] : {
-             Case{"2", true, 0.16, true},
-             Case{"2", true, 0.17, false},
-             Case{"2", false, 3, true},
-             Case{"3", true, 0.16, true},
-             Case{"3", true, 0.17, false},
-             Case{"3", false, 3, false},
-             Case{"", true, 3, true},
-         }) {
-        SCOPED_TRACE(std::string(phase) + " " + Format_Exact(north));
+    using Case = std::tuple<const char*, bool, double, bool>;
+    for (const auto& [phase, on_ground, north, goes_on] : {Case{"2", true, 0.16, true},
+                                                           {"2", true, 0.17, false},
+                                                           {"2", false, 3, true},
+                                                           {"3", true, 0.16, true},
+                                                           {"3", true, 0.17, false},
+                                                           {"3", false, 3, false},
+                                                           {"", true, 3, true}}) {
         store.Set("ACARS", "45", phase);
         store.Set("ACARS", "LastLatitude", "40");
         store.Set("ACARS", "LastLongitude", "-73");
@@ -41,7 +32,8 @@ TEST_F(Resume_Check, A_flight_goes_on_near_its_last_position_or_in_the_air_if_it
         modFSUIPC link(transport, clock);
         int asked = 0;
         EXPECT_EQ(Await_Stored_Flight_In_The_Simulator(services, link, [&] { return ++asked > 2; }),
-                  goes_on);
+                  goes_on)
+            << phase << " " << north;
         EXPECT_FALSE(link.Is_Open());
     }
 }

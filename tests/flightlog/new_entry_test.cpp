@@ -2,15 +2,19 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
-#include "common/text.h"
 #include "flightlog/log_world.h"
 
 namespace norvane {
 namespace {
 
-class New_Entry_Test : public test::Log_World {};
+using test::Full_Line;
+
+class New_Entry_Test : public test::Log_World {
+  protected:
+    const std::string a = Full_Line("1/1/2008|a");
+    const std::string flight = Full_Line("1/2/2008|||||0900");
+    const std::string unsaved = "logs/My Flight Log.unsaved";
+};
 
 TEST_F(New_Entry_Test, Every_column_takes_its_own_field_of_the_entry) {
     Start();
@@ -31,181 +35,152 @@ TEST_F(New_Entry_Test, Every_column_takes_its_own_field_of_the_entry) {
               "WX_DESTINATION|IFR_VFR|opt0|opt1|opt2|opt3|opt4|va/0|va/1|va/2|va/3|va/4|va/5|"
               "va/6|va/7|va/8|va/9\r\n");
     EXPECT_EQ(answers, "ok ");
-    ASSERT_EQ(desktop.boxes.size(), 1U);
-    EXPECT_EQ(desktop.boxes[0].text, "Flight Log Saved");
-    EXPECT_EQ(desktop.boxes[0].title, "Norvane Save Flight Log");
-    EXPECT_EQ(desktop.boxes[0].icon, Icon::information);
+    EXPECT_EQ(desktop.boxes.at(0).title, "Norvane Save Flight Log");
+    EXPECT_EQ(Take_Boxes(), std::vector<std::string>{"Flight Log Saved"});
     EXPECT_FALSE(log->Changed());
     EXPECT_FALSE(desktop.busy);
 }
 
-TEST_F(New_Entry_Test, The_row_stands_last_until_the_next_load_sorts_it_in) {
+TEST_F(New_Entry_Test, The_row_stands_behind_the_last_dated_one_until_the_next_load_sorts_it_in) {
     Write(log_file, "3/1/2008|x||||||||||||2.5\r\n");
     Start();
-    Set_Flight("2/1/2008", "0900");
+    log->Add_Row();
+    log->Commit_Edit(log->Add_Row(), 19, "typed");
     entry->Set(Log_Field::BLOCK_TIME, "1.5");
-    entry->New_Log_Entry_Save();
-    EXPECT_EQ(log->Table().Get(1, 0), "2/1/2008");
+    Log_Flight("2/1/2008");
+    EXPECT_EQ(Read(log_file),
+              Full_Line("3/1/2008|x||||||||||||2.5") + Full_Line("2/1/2008|||||0900||||||||1.5"));
     EXPECT_EQ(log->tdbLogCaption.Text(), "Total Block Time: 4.0            Total Flight Time: 0.0");
+    // What was typed into a row without a date is kept.
+    EXPECT_EQ(Read("logs/My Flight Log.skipped"), Full_Line(std::string(19, '|') + "typed"));
+    EXPECT_TRUE(Contains(Errors(), "rows without a date at the end are kept in"));
     log->Grid_Load();
     EXPECT_EQ(log->Table().Get(0, 0), "2/1/2008");
 }
 
-TEST_F(New_Entry_Test, Undated_rows_at_the_end_give_way_and_their_texts_are_kept) {
-    Write(log_file, "1/1/2008|a\r\n");
-    Start();
-    log->Add_Row();
-    log->Commit_Edit(log->Add_Row(), 19, "typed");
-    Set_Flight("1/2/2008", "0900");
-    entry->New_Log_Entry_Save();
-    EXPECT_EQ(log->Table().Row_Count(), 2U);
-    EXPECT_EQ(Read(log_file), test::Full_Line("1/1/2008|a") + test::Full_Line("1/2/2008|||||0900"));
-    EXPECT_EQ(Read("logs/My Flight Log.skipped"), test::Full_Line(std::string(19, '|') + "typed"));
-    EXPECT_EQ(Take_Errors().size(), 1U);
+TEST_F(New_Entry_Test, A_flight_that_was_logged_before_its_end_keeps_its_row) {
+    const std::string logged = "1/2/2008|||||0900|0910";
+    const std::string ended = logged + "|||||1010";
+    const std::string typed = logged + "|||||||||||||typed";
+    const std::string other = "1/2/2008|||||0900|0915";
+    const std::string undeparted = "1/2/2008|||||0900||4500";
+    // Rows with a blank between them.
+    using Case = std::array<std::string, 3>;
+    for (const auto& [row_in_log, before, after] :
+         {Case{logged, logged, ended},
+          // What the pilot wrote into it since stays.
+          {logged, typed, logged + "|||||1010||||||||typed"},
+          {logged, logged + "|4500", logged + "|4500||||1010"},
+          {logged, logged + " " + typed, ended + " " + typed},
+          // Another flight, or one that is gone.
+          {logged, other, other + " " + ended},
+          {"1/2/2008|||||0900", undeparted, undeparted + " " + ended},
+          {"", logged, logged + " " + ended}}) {
+        Write(log_file, Replace_All(before, " ", "\r\n"));
+        Start();
+        entry->Set(Log_Field::TIME_OFF, "0910");
+        entry->Set(Log_Field::TIME_IN, "1010");
+        const std::string line = Full_Line(row_in_log);
+        entry->Set_Row_In_Log(row_in_log.empty() ? "" : line.substr(0, line.size() - 2));
+        Log_Flight("1/2/2008");
+        std::string expected;
+        for (const std::string& row : Split(after, ' '))
+            expected += Full_Line(row);
+        EXPECT_EQ(Read(log_file), expected) << before;
+    }
 }
 
-/// A directory in the place of the draft makes every save fail.
-class Failing_Save_Test : public test::Log_World {
-  protected:
-    void Block() { std::filesystem::create_directories(directory / "templog.txt" / "x"); }
-    void Unblock() { std::filesystem::remove_all(directory / "templog.txt"); }
-};
-
-TEST_F(Failing_Save_Test, A_failed_save_is_answered_and_a_second_try_makes_no_second_row) {
-    Write(log_file, "1/1/2008|a\r\n");
+TEST_F(New_Entry_Test, A_failed_save_is_answered_and_a_second_try_makes_no_second_row) {
+    Write(log_file, a);
     Start();
-    Block();
-    Set_Flight("1/2/2008", "0900");
+    Block_Saves();
     entry->Set(Log_Field::BLOCK_TIME, "1.5");
-    entry->New_Log_Entry_Save();
-    EXPECT_EQ(answers, "fail ");
+    Log_Flight("1/2/2008");
     EXPECT_TRUE(log->Changed());
-    EXPECT_EQ(log->Table().Row_Count(), 2U);
-    EXPECT_EQ(Read(log_file), "1/1/2008|a\r\n");
-    EXPECT_TRUE(Contains(log->tdbLogCaption.Text(), "Block Time: 1.5"))
-        << log->tdbLogCaption.Text();
-    const auto errors = Take_Errors();
-    ASSERT_EQ(errors.size(), 1U);
-    EXPECT_TRUE(Contains(errors[0], "ucFlightLog.Grid_Save()"));
-    EXPECT_TRUE(Contains(errors[0], "templog.txt"));
-
-    log->Grid_Sort(1);
-    Unblock();
-    entry->Set(Log_Field::COMMENTS, "typed before the second try");
-    entry->New_Log_Entry_Save();
-    EXPECT_EQ(answers, "fail ok ");
-    EXPECT_EQ(log->Table().Row_Count(), 2U);
-    EXPECT_TRUE(Contains(Read(log_file), "typed before the second try"));
-    // The next flight gets a row of its own again, and so does the same one logged knowingly.
-    entry->New_Log_Entry_Save();
-    EXPECT_EQ(log->Table().Row_Count(), 3U);
-}
-
-TEST_F(Failing_Save_Test, Another_flight_does_not_overwrite_the_one_that_failed) {
-    Start();
-    Block();
-    Set_Flight("1/2/2008", "0900");
-    entry->New_Log_Entry_Save();
-    Set_Flight("1/2/2008", "1400");
-    entry->New_Log_Entry_Save();
+    EXPECT_EQ(Read(log_file), a);
+    EXPECT_TRUE(Contains(log->tdbLogCaption.Text(), "Block Time: 1.5"));
+    EXPECT_TRUE(Contains(Errors(), "templog.txt"));
+    // Another flight does not take the row of the one that failed.
+    entry->Set(Log_Field::BLOCK_TIME, "");
+    Log_Flight("1/2/2008", "1400");
     Take_Errors();
-    Unblock();
-    EXPECT_TRUE(log->Grid_Save());
-    Set_Flight("1/2/2008", "0900");
-    entry->New_Log_Entry_Save();
+    log->Grid_Sort(1);
+    Unblock_Saves();
+    entry->Set(Log_Field::BLOCK_TIME, "1.5");
+    entry->Set(Log_Field::COMMENTS, "typed since");
+    Log_Flight("1/2/2008");
     EXPECT_EQ(answers, "fail fail ok ");
-    EXPECT_EQ(Read(log_file),
-              test::Full_Line("1/2/2008|||||0900") + test::Full_Line("1/2/2008|||||1400"));
-}
-
-TEST_F(Failing_Save_Test, A_flight_that_was_never_saved_outlives_a_No_to_the_close_question) {
-    Start();
-    Block();
-    Set_Flight("1/2/2008", "0900");
+    const std::string tried = Full_Line("1/2/2008|||||0900||||||||1.5||||||typed since");
+    const std::string other = Full_Line("1/2/2008|||||1400");
+    EXPECT_EQ(Read(log_file), tried + other + a);
+    // The same flight, logged knowingly, gets a row of its own.
     entry->New_Log_Entry_Save();
-    desktop.answers = {Answer::no};
-    Close();
-    EXPECT_EQ(Read("logs/My Flight Log.unsaved"), test::Full_Line("1/2/2008|||||0900"));
-    EXPECT_EQ(Take_Errors().size(), 2U);
+    EXPECT_EQ(Read(log_file), tried + other + a + tried);
 }
 
-TEST_F(Failing_Save_Test, A_flight_that_fails_while_a_box_of_a_save_is_open_stays_unsaved) {
-    Write(log_file, "1/1/2008|a\r\n");
+TEST_F(New_Entry_Test, A_flight_that_fails_while_a_box_of_a_save_is_open_stays_unsaved) {
+    Write(log_file, a);
     Start();
     Write(log_file, "1/1/2008|theirs\r\n");
     desktop.on_box = [&](const Message_Box& box) {
         if (!Contains(box.text, "changed by another program"))
             return;
-        Unblock();
-        Block();
-        Set_Flight("1/2/2008", "0900");
-        entry->New_Log_Entry_Save();
+        Block_Saves();
+        Log_Flight("1/2/2008");
     };
     EXPECT_TRUE(log->Grid_Save());
     EXPECT_EQ(answers, "fail ");
-    EXPECT_TRUE(log->Changed());
-    Close();
-    EXPECT_EQ(Read("logs/My Flight Log.unsaved"), test::Full_Line("1/2/2008|||||0900"));
+    // It outlives a No to the question at the end.
+    desktop.answers = {Answer::no};
+    EXPECT_TRUE(Close());
+    EXPECT_EQ(Read(unsaved), flight);
     Take_Errors();
+    entry->New_Log_Entry_Save();
+    EXPECT_EQ(answers, "fail ") << "a closed panel takes no more flights";
 }
 
 TEST_F(New_Entry_Test, A_log_that_cannot_be_read_is_not_written_over) {
     std::filesystem::create_directories(directory / log_file / "in the way");
     Start();
-    EXPECT_FALSE(log->File().Loaded_To_Its_End());
-    Set_Flight("1/2/2008", "0900");
-    entry->New_Log_Entry_Save();
+    Take_Boxes();
+    Log_Flight("1/2/2008");
+    EXPECT_TRUE(Contains(Take_Boxes().back(), "It is kept in"));
     entry->New_Log_Entry_Save();
     EXPECT_EQ(answers, "fail fail ");
     EXPECT_FALSE(log->Grid_Save());
     log->Grid_Undo();
     EXPECT_TRUE(Exists("logs/My Flight Log.txt/in the way"));
-    EXPECT_EQ(Read("logs/My Flight Log.unsaved"), test::Full_Line("1/2/2008|||||0900"));
-    EXPECT_FALSE(Exists("logs/My Flight Log.unsaved2"));
-    const auto boxes = Take_Boxes();
-    EXPECT_EQ(std::count_if(boxes.begin(), boxes.end(),
-                            [](const auto& text) { return Contains(text, "It is kept in"); }),
-              1);
-    EXPECT_EQ(std::count(boxes.begin(), boxes.end(), "Flight Log Changes Undone"), 0);
+    EXPECT_EQ(Read(unsaved), flight);
+    EXPECT_EQ(Logs(), "My Flight Log.txt My Flight Log.unsaved") << "kept once";
+    const std::string boxes = Join(Take_Boxes(), " ");
+    EXPECT_FALSE(Contains(boxes, "It is kept in") || Contains(boxes, "Changes Undone")) << boxes;
     EXPECT_FALSE(Take_Errors().empty());
 
     // Once it can be read, the flight goes where it belongs.
     std::filesystem::remove_all(directory / log_file);
-    Write(log_file, "1/1/2008|a\r\n");
+    Write(log_file, a);
     entry->New_Log_Entry_Save();
     EXPECT_EQ(answers, "fail fail ok ");
-    EXPECT_EQ(Read(log_file), test::Full_Line("1/1/2008|a") + test::Full_Line("1/2/2008|||||0900"));
+    EXPECT_EQ(Read(log_file), a + flight);
 }
 
 TEST_F(New_Entry_Test, A_flight_that_is_logged_behind_a_box_of_the_load_stays) {
-    Write(log_file, "1/1/2008|a\r\n");
+    Write(log_file, a);
     std::filesystem::create_directories(directory / "logs/.My Flight Log.bak.half");
     desktop.on_box = [&](const Message_Box& box) {
         if (!Contains(box.details, "Backup_Log"))
             return;
-        Set_Flight("1/2/2008", "0900");
-        entry->New_Log_Entry_Save();
-        std::filesystem::remove(directory / "templog.txt");
-        std::filesystem::create_directories(directory / "templog.txt" / "x");
-        Set_Flight("1/3/2008", "0900");
-        entry->New_Log_Entry_Save();
-        std::filesystem::remove_all(directory / "templog.txt");
+        Log_Flight("1/2/2008");
+        Block_Saves();
+        Log_Flight("1/3/2008");
+        Unblock_Saves();
     };
     Start();
-    EXPECT_EQ(answers, "");
     EXPECT_EQ(log->Table().Row_Count(), 3U);
-    EXPECT_EQ(Read(log_file), test::Full_Line("1/1/2008|a") + test::Full_Line("1/2/2008|||||0900"));
+    EXPECT_EQ(Read(log_file), a + flight);
     log->End();
-    EXPECT_EQ(Read("logs/My Flight Log.unsaved"), test::Full_Line("1/3/2008|||||0900"));
+    EXPECT_EQ(Read(unsaved), Full_Line("1/3/2008|||||0900"));
     Take_Errors();
-}
-
-TEST_F(New_Entry_Test, A_closed_panel_takes_no_more_flights) {
-    Start();
-    Close();
-    Set_Flight("1/2/2008", "0900");
-    entry->New_Log_Entry_Save();
-    EXPECT_EQ(answers, "");
 }
 
 }  // namespace

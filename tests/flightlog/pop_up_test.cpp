@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-
-#include "common/text.h"
 #include "flightlog/log_reading.h"
 #include "flightlog/log_world.h"
 
@@ -13,16 +10,7 @@ namespace norvane {
 namespace {
 
 namespace fs = std::filesystem;
-using test::Data_File;
 using test::Full_Line;
-
-using Cells = std::map<std::size_t, std::string>;
-
-/// What the flight plan says, by column.
-const Cells plan_cells{{3, "LFPG"},   {4, "Roissy - A\xE9roport 'Charles de Gaulle'"},
-                       {8, "EIDW"},   {9, "Dublin O'Connell &amp; Bay"},
-                       {23, "35000"}, {24, "LFPG.ABB.UT225.MID.UN615.STU.EIDW"},
-                       {37, "IFR"}};
 
 class Pop_Up_Test : public test::Log_World {
   protected:
@@ -31,84 +19,65 @@ class Pop_Up_Test : public test::Log_World {
         Start();
         log->Set_Current_Row(row);
     }
+    /// The pilot copies the current row, and picks the other log.
+    void Copy_To_Other(const std::function<void()>& meanwhile) {
+        log->log_chooser.shown.connect([this, meanwhile] {
+            EXPECT_EQ(log->log_chooser.cboLogs.Entries(), std::vector<std::string>{"Other"});
+            meanwhile();
+            log->log_chooser.cboLogs.Enter("Other");
+            log->log_chooser.hypOK.Click();
+        });
+        log->mnuPopCopy.Choose();
+    }
     void Import(const fs::path& file) {
         desktop.chosen_files.push_back(file);
         log->mnuPopPlan.Choose();
     }
-    /// The cells of a row that are not empty.
-    [[nodiscard]] Cells Row(std::size_t row) const {
-        Cells cells;
-        for (std::size_t column = 0; column < log_column_count; ++column) {
-            if (!log->Table().Get(row, column).empty())
-                cells[column] = log->Table().Get(row, column);
-        }
-        return cells;
-    }
-    [[nodiscard]] std::size_t Files_In_Logs() const {
-        const fs::directory_iterator files(directory / "logs");
-        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
-    }
+    [[nodiscard]] std::string Row(std::size_t row) const { return log->Table().Line(row) + "\r\n"; }
 
-    const fs::path plan = Data_File("plans/lfpg-eidw.pln");
-    const std::string question_begin =
-        "Norvane detected that the following fields have been entered; ";
-    const std::string question_end = ".  Do you wish to overwrite these fields?";
+    const fs::path plan = test::Data_File("plans/lfpg-eidw.pln");
+    static std::string Question(const std::string& fields) {
+        return "Norvane detected that the following fields have been entered; " + fields +
+               ".  Do you wish to overwrite these fields?";
+    }
 };
 
-TEST_F(Pop_Up_Test, A_plan_fills_an_empty_row_without_a_question) {
+TEST_F(Pop_Up_Test, A_plan_replaces_what_is_filled_only_when_the_pilot_says_so) {
+    const auto planned = [](const std::string& origin, const std::string& level) {
+        return Full_Line("1/2/2008|C172||LFPG|" + origin +
+                         "||||EIDW|Dublin O'Connell &amp; Bay||||||||||||||" + level +
+                         "|LFPG.ABB.UT225.MID.UN615.STU.EIDW|||||||||||||IFR");
+    };
+    const std::string filled = planned("Roissy - A\xE9roport 'Charles de Gaulle'", "35000");
     Start_On_Row(1);
     Import(plan);
-    Cells expected = plan_cells;
-    expected.insert({{0, "1/2/2008"}, {1, "C172"}});
-    EXPECT_EQ(Row(1), expected);
-    EXPECT_EQ(Row(0).size(), 3U) << "the other row";
+    EXPECT_EQ(Row(1), filled) << "into an empty row";
+    EXPECT_EQ(Row(0), Full_Line("1/1/2008|B738|123"));
     EXPECT_TRUE(desktop.boxes.empty());
     EXPECT_TRUE(log->Changed());
-}
 
-TEST_F(Pop_Up_Test, A_plan_replaces_what_is_filled_only_when_the_pilot_says_so) {
-    Start_On_Row(1);
-    for (const auto& [column, text] : Cells{{23, "5000"}, {37, "VFR"}})
-        log->Commit_Edit(1, column, text);
-    // The edit in progress counts as filled.
+    // The edit in progress counts as filled. Left without an answer, not even the empty cells are.
+    for (const std::size_t column : {3, 8, 9, 24})
+        log->Commit_Edit(1, column, "");
+    log->Commit_Edit(1, 23, "5000");
     auto typing = log->commit_edit_wanted.connect([&] { log->Commit_Edit(1, 4, "Typed"); });
+    desktop.answers = {Answer::none, Answer::no, Answer::yes};
     Import(plan);
     typing.disconnect();
-    Cells expected = plan_cells;
-    expected.insert({{0, "1/2/2008"}, {1, "C172"}});
-    expected[4] = "Typed";
-    expected[23] = "5000";
-    EXPECT_EQ(Row(1), expected);
-    ASSERT_EQ(desktop.boxes.size(), 1U);
-    EXPECT_EQ(desktop.boxes[0].title, "Norvane");
-    EXPECT_EQ(desktop.boxes[0].icon, Icon::question);
-    EXPECT_EQ(Take_Boxes().front(), question_begin + "Origin Airport, Flight Level" + question_end);
-    // Left without an answer, not even the empty cells are filled.
-    log->Commit_Edit(1, 24, "");
-    desktop.answers = {Answer::none};
+    EXPECT_EQ(Row(1), Full_Line("1/2/2008|C172|||Typed|||||||||||||||||||5000||||||||||||||IFR"));
+    EXPECT_EQ(Take_Boxes().front(), Question("Origin Airport, Flight Level"));
     Import(plan);
-    expected.erase(24);
-    EXPECT_EQ(Row(1), expected);
-    log->Commit_Edit(1, 24, "DCT");
+    EXPECT_EQ(Row(1), planned("Typed", "5000")) << "No fills the empty ones";
     Take_Boxes();
-    desktop.answers = {Answer::yes};
     Import(plan);
-    expected[24] = plan_cells.at(24);
-    expected[4] = plan_cells.at(4);
-    expected[23] = plan_cells.at(23);
-    EXPECT_EQ(Row(1), expected);
-    EXPECT_EQ(Take_Boxes().front(), question_begin +
-                                        "Origin ICAO Code, Origin Airport, Destination ICAO Code, "
-                                        "Destination Airport, Flight Plan, Flight Level" +
-                                        question_end);
+    EXPECT_EQ(Row(1), filled);
+    EXPECT_EQ(Take_Boxes().front(),
+              Question("Origin ICAO Code, Origin Airport, Destination ICAO Code, Destination "
+                       "Airport, Flight Plan, Flight Level"));
 }
 
 TEST_F(Pop_Up_Test, A_plan_that_says_nothing_leaves_the_row) {
     Start_On_Row(0);
-    log->Commit_Edit(0, 37, "VFR");
-    log->Grid_Save();
-    Take_Boxes();
-    const Cells before = Row(0);
     Import(Write("cut.pln", "<FPType>IFR</FPType>\n<DepartureID>KJ"));
     EXPECT_EQ(Take_Errors().size(), 1U);
     EXPECT_EQ(Take_Boxes().size(), 1U) << "the reader tells what is wrong with the file";
@@ -118,7 +87,7 @@ TEST_F(Pop_Up_Test, A_plan_that_says_nothing_leaves_the_row) {
     Import({});
     log->Set_Current_Row(2);
     Import(plan);
-    EXPECT_EQ(Row(0), before);
+    EXPECT_EQ(Row(0), Full_Line("1/1/2008|B738|123"));
     EXPECT_FALSE(log->Changed());
     EXPECT_TRUE(desktop.boxes.empty());
 }
@@ -126,21 +95,12 @@ TEST_F(Pop_Up_Test, A_plan_that_says_nothing_leaves_the_row) {
 TEST_F(Pop_Up_Test, A_copied_row_loads_from_the_other_log_as_one_row) {
     Write("logs/Other.txt", "1/1/2007|C152");
     Start_On_Row(1);
-    ASSERT_TRUE(log->Prepare_Pop_Up());
     log->commit_edit_wanted.connect([&] { log->Commit_Edit(1, 52, "typed"); });
-    log->log_chooser.shown.connect([&] {
-        EXPECT_EQ(log->log_chooser.cboLogs.Entries(), std::vector<std::string>{"Other"});
-        log->log_chooser.cboLogs.Enter("Other");
-        log->log_chooser.hypOK.Click();
-    });
-    log->mnuPopCopy.Choose();
+    Copy_To_Other([] {});
     EXPECT_EQ(Take_Boxes(), std::vector<std::string>{"Log Entry copied to Other log"});
     const std::string row = "1/2/2008|C172" + std::string(51, '|') + "typed";
     EXPECT_EQ(Read("logs/Other.txt"), "1/1/2007|C152\r\n" + row + "|\r\n");
-    const Log_Reading reading = Parse_Log(Read("logs/Other.txt"));
-    EXPECT_EQ(reading.table.Row_Count(), 2U);
-    EXPECT_EQ(reading.table.Line(1), row);
-    EXPECT_EQ(reading.set_aside, "");
+    EXPECT_EQ(All_Rows(Read("logs/Other.txt")).at(1), row);
     EXPECT_EQ(log->Table().Row_Count(), 2U) << "it is copied, not moved";
 }
 
@@ -152,10 +112,7 @@ TEST_F(Pop_Up_Test, A_flight_logged_while_the_pilot_is_asked_keeps_its_row) {
         log->Commit_Edit(row, 3, "KBOS");
         log->Set_Current_Row(row);
     };
-    const auto log_a_flight = [&] {
-        Set_Flight("1/3/2008", "0900");
-        entry->New_Log_Entry_Save();
-    };
+    const auto log_a_flight = [&] { Log_Flight("1/3/2008"); };
     on_new_undated_row();
     desktop.on_box = [&](const Message_Box& box) {
         if (box.buttons == Buttons::yes_no)
@@ -163,16 +120,11 @@ TEST_F(Pop_Up_Test, A_flight_logged_while_the_pilot_is_asked_keeps_its_row) {
     };
     desktop.answers = {Answer::yes};
     Import(plan);
-    EXPECT_EQ(Row(2), (Cells{{0, "1/3/2008"}, {5, "0900"}}));
+    EXPECT_EQ(Row(2), Full_Line("1/3/2008|||||0900"));
     // What the pilot pointed at is copied, not the flight in its place.
     on_new_undated_row();
-    log->log_chooser.shown.connect([&] {
-        log_a_flight();
-        log->log_chooser.cboLogs.Enter("Other");
-        log->log_chooser.hypOK.Click();
-    });
-    log->mnuPopCopy.Choose();
-    EXPECT_EQ(Read("logs/Other.txt"), Replace_All(Full_Line("|||KBOS"), "\r\n", "|\r\n"));
+    Copy_To_Other(log_a_flight);
+    EXPECT_EQ(All_Rows(Read("logs/Other.txt")).at(0) + "\r\n", Full_Line("|||KBOS"));
     // Nor is it deleted.
     on_new_undated_row();
     ASSERT_TRUE(log->Prepare_Pop_Up());
@@ -187,14 +139,10 @@ TEST_F(Pop_Up_Test, A_flight_logged_while_the_pilot_is_asked_keeps_its_row) {
 
 TEST_F(Pop_Up_Test, Nothing_is_copied_where_no_other_log_can_be) {
     Start_On_Row(0);
-    EXPECT_FALSE(log->Enable_Copy()) << "the active log is the only one";
     EXPECT_TRUE(log->Prepare_Pop_Up());
-    EXPECT_FALSE(log->mnuPopCopy.Enabled());
+    EXPECT_FALSE(log->mnuPopCopy.Enabled()) << "the active log is the only one";
     Write("logs/Other.txt", "");
-    EXPECT_TRUE(log->Prepare_Pop_Up());
-    EXPECT_TRUE(log->mnuPopCopy.Enabled());
-    const std::size_t files = Files_In_Logs();
-    const std::string before = Read(log_file);
+    EXPECT_TRUE(log->Prepare_Pop_Up() && log->mnuPopCopy.Enabled());
     for (const auto* name : {"My Flight Log", "my flight log", "", "../outside", "a|b", "CON"}) {
         EXPECT_FALSE(log->Copy_To_Log(name)) << name;
         EXPECT_EQ(Take_Boxes().size(), 1U) << name;
@@ -202,16 +150,14 @@ TEST_F(Pop_Up_Test, Nothing_is_copied_where_no_other_log_can_be) {
     // The same file is active under another name.
     settings->Set_FlightLog("MY FLIGHT LOG");
     EXPECT_FALSE(log->Copy_To_Log("My Flight Log"));
-    EXPECT_EQ(Take_Boxes().size(), 1U);
     settings->Set_FlightLog("My Flight Log");
     // Chosen nothing: the form is closed as soon as it is open.
     log->mnuPopCopy.Choose();
-    EXPECT_EQ(Files_In_Logs(), files);
-    EXPECT_FALSE(Exists("outside.txt"));
-    EXPECT_EQ(Read(log_file), before);
+    EXPECT_EQ(Logs(), "My Flight Log.bak My Flight Log.txt Other.txt");
+    EXPECT_EQ(All_Rows(Read(log_file)).size(), 2U);
     EXPECT_EQ(Read("logs/Other.txt"), "");
     EXPECT_TRUE(log->Copy_To_Log("Brand new"));
-    EXPECT_EQ(Parse_Log(Read("logs/Brand new.txt")).table.Line(0), log->Table().Line(0));
+    EXPECT_EQ(All_Rows(Read("logs/Brand new.txt")).at(0), log->Table().Line(0));
 }
 
 }  // namespace
