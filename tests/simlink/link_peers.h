@@ -1,12 +1,10 @@
 #pragma once
-// The other ends of the link for tests: request blocks and frames made by hand, and a real server
-// on a thread.
+// The other ends of the link for tests: request blocks and frames made by hand.
 
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "simlink/link_server.h"
@@ -30,21 +28,6 @@ class Socket_Directory {
     std::filesystem::path path;
 };
 
-/// A link server that runs until it goes out of scope.
-class Running_Server {
-  public:
-    explicit Running_Server(const Link_Address& listen) : server(listen, area) {}
-
-    Offset_Area area;
-    Link_Server server;
-
-  private:
-    std::jthread m_thread{[this](const std::stop_token& stop) {
-        while (!stop.stop_requested())
-            server.Serve(std::chrono::milliseconds(10));
-    }};
-};
-
 /// A block from 32-bit words and, in between, runs of data bytes.
 class Block {
   public:
@@ -57,6 +40,11 @@ class Block {
     }
     Block& Data(std::size_t count, int value = 0x55) {
         bytes.insert(bytes.end(), count, std::byte(value));
+        return *this;
+    }
+    Block& Text(std::string_view text) {
+        Data(text.size());
+        Encode_Text(text, std::span(bytes).last(text.size()));
         return *this;
     }
     std::vector<std::byte> bytes;
