@@ -180,11 +180,10 @@ TEST(Flightgear_Worlds, Make_Nothing_Wild_Of_Wild_Properties) {
 }
 
 TEST(Flightgear_Worlds, Know_Other_Aircraft_By_What_They_Have) {
-    const Properties glider{{"/position/latitude-deg", "47"},
-                            {"/position/longitude-deg", "11"},
-                            {"/position/altitude-ft", "2010"}};
-    EXPECT_EQ(Told_World(glider).Get(engine_count), 0);
-    Properties jet = glider;
+    Properties jet{{"/position/latitude-deg", "47"},
+                   {"/position/longitude-deg", "11"},
+                   {"/position/altitude-ft", "2010"}};
+    EXPECT_EQ(Told_World(jet).Get(engine_count), 0) << "a glider";
     for (int n = 0; n < 4; ++n) {
         const std::string engine = fmt::format("/engines/engine[{}]/", n);
         jet[engine + "n1"] = std::to_string(80 + n);

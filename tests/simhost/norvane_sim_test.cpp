@@ -8,14 +8,10 @@
 #include <thread>
 
 #include "common/line_reader.h"
-#include "common/system_clock.h"
 #include "common/text.h"
 #include "simhost/recording.h"
 #include "simhost/replay.h"
 #include "simlink/link_peers.h"
-#include "simlink/mod_fsuipc.h"
-#include "simlink/sim_reader.h"
-#include "simlink/socket_transport.h"
 #include "support/child_process.h"
 #include "support/test_world.h"
 
@@ -71,8 +67,15 @@ TEST_F(Norvane_Sim, A_Killed_Ones_Address_Is_Taken_Over_And_A_Live_Ones_Is_Not) 
         Sim_Process second(Replay_Arguments());
         EXPECT_EQ(second.Wait(), 1);
         EXPECT_TRUE(Contains(second.Errors(), "another program listens there"));
+        // A text that a client shows is told in the terminal's characters.
+        int failure = 0;
+        const Link_Deadline soon{std::chrono::steady_clock::now() + 5s};
+        const Link_Socket client = Connect_To(directory.Address(), soon, failure);
+        Send_Bytes(client,
+                   Frame({1}, Block().Words({2, 0x3380, 2}).Text("D\xE9").Words({0}).bytes));
+        EXPECT_TRUE(sim.Says("D\xC3\xA9"));
         EXPECT_EQ(sim.End(signal), 0);
-        EXPECT_EQ(sim.Output(), "listening on " + address + "\n");
+        EXPECT_EQ(sim.Output(), "listening on " + address + "\nD\xC3\xA9\n");
         EXPECT_FALSE(std::filesystem::exists(directory.Address().socket_file));
     }
 }
@@ -89,21 +92,6 @@ TEST_F(Norvane_Sim, A_Signal_Ends_It_Whatever_It_Waits_For) {
     const int undelivered = ::open(pipe.c_str(), O_WRONLY | O_CLOEXEC);
     EXPECT_EQ(player.End(SIGTERM), 0);
     ::close(undelivered);
-}
-
-TEST_F(Norvane_Sim, A_Client_Reads_The_World_And_Shows_Texts_In_It) {
-    Sim_Process sim(Replay_Arguments());
-    EXPECT_TRUE(sim.Says("listening on " + address));
-    System_Clock clock;
-    Socket_Transport transport(directory.Address());
-    modFSUIPC link(transport, clock);
-    Sim_Reader reader(link);
-    int result = 0;
-    ASSERT_TRUE(link.IPC_Open(7, result));
-    EXPECT_EQ(reader.Read_Text(Variable::aircraft_title), "Cessna 172P Skyhawk (1982)");
-    EXPECT_EQ(reader.Read_Whole(Variable::on_ground), 0) << "begun in the air";
-    EXPECT_TRUE(reader.Write_Display("ACARS/ D\xE9part", 8));
-    EXPECT_TRUE(sim.Says("ACARS/ D\xC3\xA9part"));
 }
 
 TEST_F(Norvane_Sim, A_Recording_Is_Whole_Whether_It_Or_The_Simulator_Is_Stopped) {
