@@ -1,8 +1,8 @@
-// What the offset area shows of a flown scenario beyond its movement: tanks, weather, bounces.
+// What the offset area shows of a flown scenario beyond its movement: tanks and bounces.
 
 #include "simhost/flight_world.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 
@@ -11,8 +11,6 @@
 
 namespace norvane::test {
 namespace {
-
-using enum Variable;
 
 Scenario_Data Scenario(const std::string& name) {
     return Read_Scenario(Shipped_Scenario(name), aircraft_files);
@@ -55,31 +53,6 @@ TEST(Flight_World, Bounces_For_As_Long_As_Asked) {
     }
     EXPECT_NEAR(airborne_s, 2, 2 * flight_step_s);
     EXPECT_NEAR(highest_ft, scenario.aircraft.gear_height_ft + 6, 4);
-}
-
-TEST(Flight_World, Weather_Is_That_Of_The_Nearer_Airport) {
-    Flight_World world(Scenario("turboprop"), aircraft_files);
-    Offset_Area area;
-    const auto figures_at = [&](double seconds, std::initializer_list<Variable> variables) {
-        std::vector<double> figures;
-        world.Apply(seconds, area);
-        for (const Variable variable : variables)
-            figures.push_back(area.Get(variable));
-        return figures;
-    };
-    // On the ground the wind is that of the surface.
-    const auto weather_at = [&](double seconds) {
-        return figures_at(seconds, {precipitation_type, precipitation_rate, surface_wind_speed_kt,
-                                    wind_speed_kt, cloud1_cover_eighths, cloud1_base_hundred_ft,
-                                    cloud2_cover_eighths, surface_temperature_c});
-    };
-    EXPECT_THAT(weather_at(0), testing::ElementsAre(2, 2, 13, 13, 4, 14, 7, 3));
-    EXPECT_NEAR(area.Get(sea_level_pressure_inhg), 29.41, 0.002);
-    EXPECT_THAT(weather_at(world.Length()), testing::ElementsAre(1, 4, 19, 19, 8, 12, 0, 5));
-    EXPECT_NEAR(area.Get(sea_level_pressure_inhg), 29.18, 0.002);
-    EXPECT_THAT(figures_at(world.Length() / 2, {wind_speed_kt, wind_direction_deg}),
-                testing::ElementsAre(45, 270));
-    EXPECT_LT(area.Get(total_air_temperature_c), -15);
 }
 
 }  // namespace
