@@ -38,8 +38,7 @@ set_target_properties(norvane-bridge PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${NORV
 include(CTest)
 if(BUILD_TESTING)
   add_executable(test-simulator "${PROJECT_SOURCE_DIR}/tests/bridge/test_simulator.cpp")
-  add_executable(test-transport "${PROJECT_SOURCE_DIR}/tests/bridge/test_transport.cpp"
-                                "${PROJECT_SOURCE_DIR}/tests/bridge/system_trouble.cpp")
+  add_executable(test-transport "${PROJECT_SOURCE_DIR}/tests/bridge/test_transport.cpp")
   foreach(program test-simulator test-transport)
     target_include_directories(${program} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${program} PRIVATE norvane_bridge)

@@ -47,10 +47,8 @@ void Remove_Stale(const Link_Address& address) {
 }  // namespace
 
 Link_Socket& Link_Socket::operator=(Link_Socket&& other) noexcept {
-    if (this != &other) {
-        Close();
-        m_descriptor = std::exchange(other.m_descriptor, -1);
-    }
+    Link_Socket taken(std::move(other));
+    std::swap(m_descriptor, taken.m_descriptor);
     return *this;
 }
 

@@ -89,7 +89,7 @@ bool modFSUIPC::IPC_Open(int requested_version, int& result) {
     for (int tried = 0; good && tried < version_tries; ++tried) {
         if (m_fsuipc_version != 0 && m_simulator_version != 0)
             break;
-        good = Read_Versions(tried == 0, result);
+        good = Read_Versions(result);
         if (good)
             m_clock.Sleep(pause_between_tries);
     }
@@ -99,21 +99,14 @@ bool modFSUIPC::IPC_Open(int requested_version, int& result) {
     return good;
 }
 
-bool modFSUIPC::Read_Versions(bool first_try, int& result) {
-    int write_result = ipc_result::okay;
-    if (!IPC_Read(Offset_Of(Variable::fsuipc_version), sizeof m_fsuipc_version, &m_fsuipc_version,
-                  result) ||
-        !IPC_Read(Offset_Of(Variable::simulator_version), sizeof m_simulator_version,
-                  &m_simulator_version, result))
-        return false;
-    // Telling our version is a courtesy: only at the first try does its failure count.
-    if (!IPC_Write(Offset_Of(Variable::library_version), sizeof our_library_version,
-                   &our_library_version, write_result) &&
-        first_try) {
-        result = write_result;
-        return false;
-    }
-    return IPC_Process(result);
+bool modFSUIPC::Read_Versions(int& result) {
+    return IPC_Read(Offset_Of(Variable::fsuipc_version), sizeof m_fsuipc_version, &m_fsuipc_version,
+                    result) &&
+           IPC_Read(Offset_Of(Variable::simulator_version), sizeof m_simulator_version,
+                    &m_simulator_version, result) &&
+           IPC_Write(Offset_Of(Variable::library_version), sizeof our_library_version,
+                     &our_library_version, result) &&
+           IPC_Process(result);
 }
 
 bool modFSUIPC::Accept_Versions(int requested_version, bool fallback, int& result) {

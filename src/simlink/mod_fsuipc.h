@@ -87,7 +87,7 @@ class modFSUIPC {
     /// Queues the record's header; its data follows at the place that is returned, null when the
     /// result tells why not.
     std::byte* Queue(const Request& request, int& result);
-    bool Read_Versions(bool first_try, int& result);
+    bool Read_Versions(int& result);
     bool Accept_Versions(int requested_version, bool fallback, int& result);
     bool Send(std::span<std::byte> block, int& result);
     /// False, with nothing filled, when the answer's records are not those that were sent.

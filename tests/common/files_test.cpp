@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -15,13 +16,12 @@ namespace norvane {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::Property;
+using testing::Throws;
 
 class Files : public test::Test_World {
   protected:
-    std::size_t File_Count() const {
-        return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(directory), fs::directory_iterator()));
-    }
+    auto File_Count() const { return std::distance(fs::directory_iterator(directory), {}); }
 };
 
 TEST_F(Files, A_failed_atomic_write_leaves_the_old_file_and_no_rest) {
@@ -35,7 +35,7 @@ TEST_F(Files, A_failed_atomic_write_leaves_the_old_file_and_no_rest) {
     ::setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, handler);
     EXPECT_EQ(Read("log.txt"), "old");
-    EXPECT_EQ(File_Count(), 1U);
+    EXPECT_EQ(File_Count(), 1);
 }
 
 TEST_F(Files, Only_what_killed_writers_left_days_ago_is_swept_away) {
@@ -49,7 +49,7 @@ TEST_F(Files, Only_what_killed_writers_left_days_ago_is_swept_away) {
     fs::create_directory(directory / ".a.txt.dIrEct");
     fs::last_write_time(directory / ".a.txt.dIrEct", old);
     Write(".a.txt.nEw123", "another program writes it now");
-    const std::size_t count = File_Count();
+    const auto count = File_Count();
     fs::last_write_time(Write(".My Flight Log.txt.aB3dEf", "x"), old);
     fs::last_write_time(Write(".b.unsaved.ZZZZZ9", "x"), old);
     Sweep_Temporaries(directory);
@@ -75,17 +75,15 @@ TEST_F(Files, An_atomic_write_goes_where_a_link_leads_and_keeps_the_mode) {
 }
 
 TEST_F(Files, Unreadable_files_raise_their_own_numbers) {
-    const auto number = [](const fs::path& file) {
-        try {
-            static_cast<void>(Read_File(file));
-        } catch (const Run_Error& error) {
-            return error.Number();
-        }
-        return 0;
+    const std::pair<fs::path, int> cases[] = {
+        {directory / "missing.txt", error_number::file_not_found},
+        {directory, error_number::path_file_access},
+        {Write("file", "") / "below", error_number::path_not_found},
     };
-    EXPECT_EQ(number(directory / "missing.txt"), error_number::file_not_found);
-    EXPECT_EQ(number(directory), error_number::path_file_access);
-    EXPECT_EQ(number(Write("file", "") / "below"), error_number::path_not_found);
+    for (const auto& [file, number] : cases) {
+        const auto read = [&file = file] { static_cast<void>(Read_File(file)); };
+        EXPECT_THAT(read, Throws<Run_Error>(Property(&Run_Error::Number, number)));
+    }
     EXPECT_EQ(Read_File("/proc/self/status").substr(0, 5), "Name:");
 }
 
@@ -110,7 +108,7 @@ TEST_F(Files, Simulator_paths_lead_where_their_directories_are_mapped_to) {
                                        "c:/sim/Scenery=" + (directory / "scenery").string(),
                                        "\\\\host\\share=" + directory.string()})
         services.path_mappings.push_back(Parse_Path_Mapping(mapping));
-    const std::vector<std::pair<std::string, std::string>> paths{
+    const std::pair<std::string, std::string> paths[] = {
         {"C:\\SIM\\AIRCRAFT\\aircraft.CFG", "drive/Sim/Aircraft/aircraft.cfg"},
         {"c:/sim/aircraft", "drive/Sim/Aircraft"},
         {"C:\\Sim\\SCENERY\\=\\file", "scenery/=/File"},
@@ -131,10 +129,13 @@ TEST_F(Files, Simulator_paths_lead_where_their_directories_are_mapped_to) {
 }
 
 TEST_F(Files, A_report_has_its_six_lines_and_a_box_only_when_asked) {
-    Log_Error(services, "ucFlightLog.Grid_Save()", {53, "File not found"}, Show::silent);
+    const auto report = [&](Show show) {
+        Log_Error(services, "ucFlightLog.Grid_Save()", {53, "File not found"}, show);
+    };
+    report(Show::silent);
     EXPECT_TRUE(desktop.boxes.empty());
-    Log_Error(services, "ucFlightLog.Grid_Save()", {53, "File not found"}, Show::box);
-    Log_Error(services, "ucFlightLog.Grid_Save()", {53, "File not found"}, Show::box);
+    report(Show::box);
+    report(Show::box);
     const auto entries = Take_Errors();
     ASSERT_EQ(entries.size(), 3U);
     EXPECT_EQ(entries[0],
@@ -144,7 +145,7 @@ TEST_F(Files, A_report_has_its_six_lines_and_a_box_only_when_asked) {
     ASSERT_EQ(desktop.boxes.size(), 1U) << "the same box within a minute";
     EXPECT_EQ(desktop.boxes[0].title, "Norvane Error");
     desktop.Run_For(std::chrono::minutes(1));
-    Log_Error(services, "ucFlightLog.Grid_Save()", {53, "File not found"}, Show::box);
+    report(Show::box);
     EXPECT_EQ(desktop.boxes.size(), 2U);
     Take_Errors();
 }
@@ -155,9 +156,7 @@ TEST_F(Files, A_report_that_cannot_be_kept_is_swallowed_and_the_busy_cursor_goes
     } full;
     Services broken{desktop, store, clock, full, {}, directory};
     desktop.busy = true;
-    const bool done =
-        Guarded(broken, "x.y()", Show::silent, [] { throw std::out_of_range("slot"); });
-    EXPECT_FALSE(done);
+    EXPECT_FALSE(Guarded(broken, "x.y()", Show::silent, [] { throw std::out_of_range("slot"); }));
     EXPECT_FALSE(desktop.busy);
 }
 

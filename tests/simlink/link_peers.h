@@ -1,14 +1,10 @@
 #pragma once
-// The other ends of the link for tests: a real server on a thread, and peers that misbehave.
+// The other ends of the link for tests: request blocks and frames made by hand.
 
-#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <functional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "simlink/link_server.h"
@@ -32,97 +28,72 @@ class Socket_Directory {
     std::filesystem::path path;
 };
 
-/// A link server that runs until it goes out of scope.
-class Running_Server {
+/// A block from 32-bit words and, in between, runs of data bytes.
+class Block {
   public:
-    explicit Running_Server(const Link_Address& listen)
-        : m_wake(::eventfd(0, EFD_CLOEXEC)), server(listen, area), m_thread([this] {
-              while (!server.Serve(std::chrono::seconds(10), m_wake)) {
-              }
-          }) {}
-    ~Running_Server() {
-        ::eventfd_write(m_wake, 1);
-        m_thread.join();
-        ::close(m_wake);
+    Block& Words(std::initializer_list<std::uint32_t> words) {
+        for (const std::uint32_t word : words) {
+            bytes.resize(bytes.size() + 4);
+            Store_U32(bytes, bytes.size() - 4, word);
+        }
+        return *this;
     }
-
-  private:
-    int m_wake;
-
-  public:
-    Offset_Area area;
-    Link_Server server;
-
-  private:
-    std::thread m_thread;
-};
-
-/// Takes one connection after the other and hands each to the next of `acts`.
-class Scripted_Peer {
-  public:
-    using Act = std::function<void(int)>;
-
-    Scripted_Peer(const Link_Address& listen, std::vector<Act> acts)
-        : m_listener(Listen_At(listen)), m_thread([this, acts = std::move(acts)] {
-              for (const Act& act : acts) {
-                  const Link_Deadline deadline{std::chrono::steady_clock::now() +
-                                               std::chrono::seconds(10)};
-                  if (!Wait_For(m_listener, POLLIN, deadline))
-                      return;
-                  const Link_Socket client = Accept_From(m_listener);
-                  ++connections;
-                  act(client.Descriptor());
-              }
-          }) {}
-    ~Scripted_Peer() { m_thread.join(); }
-    std::atomic<int> connections = 0;
-
-  private:
-    Link_Socket m_listener;
-    std::thread m_thread;
-};
-
-/// Reads one whole request frame: its sequence and records. Empty when the client has gone.
-struct Request_Frame {
-    std::uint32_t sequence = 0;
-    std::vector<std::byte> records;
-};
-
-inline bool Receive_Exactly(int peer, std::span<std::byte> bytes) {
-    while (!bytes.empty()) {
-        pollfd entry{peer, POLLIN, 0};
-        if (::poll(&entry, 1, 10'000) <= 0)
-            return false;
-        const auto got = ::recv(peer, bytes.data(), bytes.size(), 0);
-        if (got <= 0)
-            return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(got));
+    Block& Data(std::size_t count, int value = 0x55) {
+        bytes.insert(bytes.end(), count, std::byte(value));
+        return *this;
     }
-    return true;
+    Block& Text(std::string_view text) {
+        Data(text.size());
+        Encode_Text(text, std::span(bytes).last(text.size()));
+        return *this;
+    }
+    std::vector<std::byte> bytes;
+};
+
+/// A block with one read of `size` bytes at `offset`.
+inline std::vector<std::byte> Read_Block(std::uint32_t offset, std::uint32_t size) {
+    return Block().Words({1, offset, size, 1}).Data(size, 0).Words({0}).bytes;
 }
 
-inline Request_Frame Receive_Request(int peer) {
-    std::vector<std::byte> head(request_head_size);
-    if (!Receive_Exactly(peer, head))
-        return {};
-    Request_Frame frame{Load_U32(head, 0), std::vector<std::byte>(Load_U32(head, 4))};
-    if (!Receive_Exactly(peer, frame.records))
-        return {};
-    return frame;
+/// A frame's head and the records behind it.
+inline std::vector<std::byte> Frame(std::initializer_list<std::uint32_t> head,
+                                    const std::vector<std::byte>& records) {
+    Block frame = Block().Words(head).Words({static_cast<std::uint32_t>(records.size())});
+    frame.bytes.insert(frame.bytes.end(), records.begin(), records.end());
+    return frame.bytes;
 }
 
-inline std::vector<std::byte> Answer_Frame(std::uint32_t sequence, std::uint32_t answer,
-                                           std::span<const std::byte> records) {
-    std::vector<std::byte> frame(answer_head_size);
-    Store_U32(frame, 0, sequence);
-    Store_U32(frame, 4, answer);
-    Store_U32(frame, 8, static_cast<std::uint32_t>(records.size()));
-    frame.insert(frame.end(), records.begin(), records.end());
-    return frame;
+inline void Send_Bytes(const Link_Socket& peer, std::span<const std::byte> bytes) {
+    (void)::send(peer.Descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
 }
 
-inline void Send_Bytes(int peer, std::span<const std::byte> bytes) {
-    (void)::send(peer, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+/// What is there already; how much that was.
+inline std::size_t Receive_Ready(const Link_Socket& peer, std::span<std::byte> bytes) {
+    const auto got = ::recv(peer.Descriptor(), bytes.data(), bytes.size(), 0);
+    return static_cast<std::size_t>(std::max<ssize_t>(got, 0));
 }
+
+/// So many bytes; fewer when the other side has gone, or says nothing more for long.
+inline std::vector<std::byte> Receive_Bytes(const Link_Socket& peer, std::size_t count) {
+    std::vector<std::byte> bytes(count);
+    const Link_Deadline deadline{std::chrono::steady_clock::now() + std::chrono::seconds(10)};
+    std::size_t place = 0;
+    for (std::size_t got = 1; got > 0 && place < count; place += got)
+        got = Wait_For(peer, POLLIN, deadline)
+                  ? Receive_Ready(peer, std::span(bytes).subspan(place))
+                  : 0;
+    bytes.resize(place);
+    return bytes;
+}
+
+/// A frame whose head has so many words, the last of them the length of what follows.
+struct Received_Frame {
+    Received_Frame(const Link_Socket& peer, std::size_t words)
+        : head(Receive_Bytes(peer, 4 * words)) {
+        if (head.size() == 4 * words)
+            records = Receive_Bytes(peer, Load_U32(head, head.size() - 4));
+    }
+    std::vector<std::byte> head, records;
+};
 
 }  // namespace norvane::test

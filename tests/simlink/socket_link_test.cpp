@@ -1,9 +1,10 @@
-#include <gtest/gtest.h>
+// The Norvane link over sockets: both of its ends, each with another side that misbehaves.
 
-#include <cstring>
+#include <gmock/gmock.h>
+#include <sys/eventfd.h>
+#include <sys/resource.h>
 
 #include "common/run_error.h"
-#include "common/system_clock.h"
 #include "simlink/link_peers.h"
 #include "simlink/mod_fsuipc.h"
 #include "simlink/socket_transport.h"
@@ -12,326 +13,294 @@ namespace norvane {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace std::string_literals;
 using namespace test;
+using testing::HasSubstr;
+using Outcome = Delivery_Outcome;
 
 Link_Address Any_Port() {
     return Parse_Link_Address("127.0.0.1:0");
 }
 
-/// A block with one read of `size` bytes at `offset`.
-std::vector<std::byte> Read_Block(std::uint32_t offset, std::uint32_t size) {
-    std::vector<std::byte> block(read_header_size + size + end_record_size);
-    Store_U32(block, 0, record_identifier::read);
-    Store_U32(block, 4, offset);
-    Store_U32(block, 8, size);
-    Store_U32(block, 12, 1);
-    return block;
+/// A client whose waiting makes the server work.
+Socket_Transport Client_Of(Link_Server& server) {
+    return Socket_Transport(server.Address(), 2s, [&] {
+        server.Serve(0ms);
+        return true;
+    });
 }
 
-std::uint32_t Value_In(const std::vector<std::byte>& block) {
-    return Load_U32(block, read_header_size);
-}
-
-TEST(Socket_Link, Both_Kinds_Of_Address_Carry_A_Whole_Session) {
+TEST(Link_Session, Both_Kinds_Of_Address_Carry_It) {
     const Socket_Directory directory;
     for (const Link_Address& listen : {directory.Address(), Any_Port()}) {
-        Running_Server running(listen);
-        running.area.Set(Variable::altitude_ft, 8202);
-        Socket_Transport transport(running.server.Address());
-        System_Clock clock;
-        modFSUIPC link(transport, clock);
-        int result = 0;
-        ASSERT_TRUE(link.IPC_Open(7, result)) << listen.Text();
-        std::int32_t metres = 0;
-        std::vector<std::byte> much(32000);
-        EXPECT_TRUE(link.IPC_Read(0x0574, 4, &metres, result));
-        EXPECT_TRUE(link.IPC_Process(result));
-        EXPECT_EQ(metres, 2500);
-        EXPECT_TRUE(link.IPC_Write(0x4000, 32000, much.data(), result));
-        EXPECT_TRUE(link.IPC_Process(result)) << "frames of any size up to the block's";
-        EXPECT_TRUE(link.IPC_Read(0xFFFF, 2, nullptr, result));
-        EXPECT_FALSE(link.IPC_Process(result));
-        EXPECT_EQ(result, ipc_result::bad_data);
+        Offset_Area area;
+        Link_Server server(listen, area);
+        Socket_Transport client = Client_Of(server);
+        auto versions = Read_Block(0x3308, 4);
+        EXPECT_EQ(client.Deliver(versions, 5s).answer, 1U) << listen.Text();
+        EXPECT_EQ(Load_U32(versions, read_header_size), 0xFADE0007);
+        auto largest = Read_Block(0, 32492);
+        EXPECT_EQ(client.Deliver(largest, 5s).answer, 1U);
+        auto beyond = Read_Block(0xFFFF, 2);
+        EXPECT_EQ(client.Deliver(beyond, 5s).answer, 0U);
     }
     EXPECT_FALSE(std::filesystem::exists(directory.Address().socket_file));
 }
 
-TEST(Socket_Link, Nobody_There_Is_No_Simulator) {
+TEST(Link_Session, Clients_Meet_What_Stands_Behind_The_Server) {
+    std::vector<Delivery> behind{
+        {Outcome::silent, 0}, {Outcome::answered, 7}, {Outcome::failed, 0}, {Outcome::answered, 1}};
+    std::size_t asked = 0;
+    Link_Server server(Any_Port(), [&](std::span<std::byte> records) {
+        records[16] = std::byte{0x2A};
+        return behind.at(asked++);
+    });
+    Socket_Transport client = Client_Of(server);
+    auto block = Read_Block(0x3304, 4);
+    EXPECT_EQ(client.Deliver(block, 100ms).outcome, Outcome::silent);
+    EXPECT_EQ(client.Deliver(block, 2s).answer, 7U);
+    EXPECT_EQ(block[16], std::byte{0}) << "what was refused brings nothing back";
+    EXPECT_EQ(client.Deliver(block, 2s).outcome, Outcome::failed);
+    EXPECT_EQ(client.Deliver(block, 2s).answer, 1U) << "the next one connects anew";
+    EXPECT_EQ(block[16], std::byte{0x2A});
+}
+
+TEST(Link_Session, Nobody_There_Is_No_Simulator) {
     const Socket_Directory directory;
     for (const std::string& address : {directory.Address().Text(), std::string("127.0.0.1:1"),
                                        std::string("no.host.invalid:1")}) {
         Socket_Transport transport(Parse_Link_Address(address));
         EXPECT_EQ(transport.Open().result, ipc_result::no_simulator) << address;
         auto block = Read_Block(0x3304, 4);
-        EXPECT_EQ(transport.Deliver(block, 100ms).outcome, Delivery_Outcome::failed) << address;
+        EXPECT_EQ(transport.Deliver(block, 100ms).outcome, Outcome::failed) << address;
+        EXPECT_FALSE(transport.Has_Answered());
     }
 }
 
-/// What becomes of one delivery when the peer acts so.
-Delivery Deliver_To(const Scripted_Peer::Act& act, std::vector<std::byte>& block) {
-    const Socket_Directory directory;
-    Scripted_Peer peer(directory.Address(), {act});
-    Socket_Transport transport(directory.Address());
-    EXPECT_EQ(transport.Open().result, ipc_result::okay);
-    return transport.Deliver(block, 100ms);
+/// A client, and the other end of its connection, which acts while the client waits.
+class Socket_Client : public testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_EQ(transport.Open().result, ipc_result::okay);
+        peer = Accept_From(listener);
+    }
+    Outcome Deliver(std::function<void()> what, std::chrono::milliseconds at_most = 100ms) {
+        act = std::move(what);
+        last = transport.Deliver(block, at_most);
+        return last.outcome;
+    }
+    Received_Frame Request() const { return {peer, 2}; }
+    /// The answer to a request, with another value in its place.
+    static std::vector<std::byte> Answer(const Received_Frame& request, std::uint32_t value) {
+        auto records = request.records;
+        Store_U32(records, read_header_size, value);
+        return Frame({Load_U32(request.head, 0), 1}, records);
+    }
+    void Send(const std::vector<std::byte>& bytes) const { Send_Bytes(peer, bytes); }
+    [[nodiscard]] std::uint32_t Value() const { return Load_U32(block, read_header_size); }
+
+    Socket_Directory directory;
+    Link_Socket listener = Listen_At(directory.Address());
+    Link_Socket peer;
+    std::function<void()> act;
+    int waits_left = 1000;
+    Socket_Transport transport{directory.Address(), 2s, [this] {
+                                   if (act)
+                                       std::exchange(act, nullptr)();
+                                   return --waits_left > 0;
+                               }};
+    std::vector<std::byte> block = Read_Block(0x3304, 4);
+    Delivery last;
+};
+
+TEST_F(Socket_Client, Repaints_While_A_Simulator_Is_Silent_Until_Nobody_Waits) {
+    waits_left = 3;
+    EXPECT_EQ(Deliver({}, 60s), Outcome::silent);
+    EXPECT_EQ(waits_left, 0);
+    EXPECT_TRUE(transport.Is_Given_Up());
 }
 
-TEST(Socket_Link, A_Window_Repaints_While_A_Simulator_Is_Silent_Until_Nobody_Waits) {
-    const Socket_Directory directory;
-    Scripted_Peer peer(directory.Address(), {[](int socket) {
-                           for (int request = 0; request < 3; ++request)
-                               (void)Receive_Request(socket);
-                       }});
-    int repaints = 0;
-    int enough = 1000;
-    Socket_Transport transport(directory.Address(), 2s, [&] { return ++repaints < enough; });
-    ASSERT_EQ(transport.Open().result, ipc_result::okay);
-    auto block = Read_Block(0x3304, 4);
-    EXPECT_EQ(transport.Deliver(block, 300ms).outcome, Delivery_Outcome::silent);
-    EXPECT_GE(repaints, 1);
-    enough = repaints + 2;
-    EXPECT_EQ(transport.Deliver(block, 30s).outcome, Delivery_Outcome::silent);
-    EXPECT_EQ(repaints, enough);
-}
-
-TEST(Socket_Link, Misbehaving_Peers_Fail_Or_Are_Silent) {
-    const auto wait_for_end = [](int peer) { (void)Receive_Request(peer); };
+TEST_F(Socket_Client, Misbehaving_Peers_Fail_Are_Silent_Or_Refuse) {
     const struct {
         const char* fault;
-        Scripted_Peer::Act act;
-        Delivery_Outcome expected;
+        std::function<void()> what;
+        Outcome expected;
     } cases[] = {
-        {"closes at once", [](int) {}, Delivery_Outcome::failed},
-        {"closes instead of answering", [](int peer) { Receive_Request(peer); },
-         Delivery_Outcome::failed},
-        {"resets the connection",
-         [](int peer) {
-             pollfd entry{peer, POLLIN, 0};
-             ::poll(&entry, 1, 10'000);
-         },
-         Delivery_Outcome::failed},
-        {"says nothing",
-         [&](int peer) {
-             Receive_Request(peer);
-             wait_for_end(peer);
-         },
-         Delivery_Outcome::silent},
+        {"says nothing", {}, Outcome::silent},
+        {"closes its side", [&] { ::shutdown(peer.Descriptor(), SHUT_WR); }, Outcome::failed},
+        {"resets the connection", [&] { peer.Close(); }, Outcome::failed},
         {"closes in the middle of an answer",
-         [](int peer) {
-             const auto request = Receive_Request(peer);
-             const auto frame = Answer_Frame(request.sequence, 1, request.records);
-             Send_Bytes(peer, std::span(frame).first(frame.size() - 1));
+         [&] {
+             const auto answer = Answer(Request(), 1);
+             Send_Bytes(peer, std::span(answer).first(answer.size() - 1));
+             peer.Close();
          },
-         Delivery_Outcome::failed},
+         Outcome::failed},
         {"sends half an answer and stops",
-         [&](int peer) {
-             const auto request = Receive_Request(peer);
-             const auto frame = Answer_Frame(request.sequence, 1, request.records);
-             Send_Bytes(peer, std::span(frame).first(7));
-             wait_for_end(peer);
-         },
-         Delivery_Outcome::silent},
+         [&] { Send_Bytes(peer, std::span<const std::byte>(Answer(Request(), 1)).first(7)); },
+         Outcome::silent},
         {"announces more than a block",
-         [&](int peer) {
-             const auto request = Receive_Request(peer);
-             auto frame = Answer_Frame(request.sequence, 1, request.records);
-             Store_U32(frame, 8, 32513);
-             Send_Bytes(peer, frame);
-             wait_for_end(peer);
+         [&] {
+             auto answer = Answer(Request(), 1);
+             Store_U32(answer, 8, 32513);
+             Send(answer);
          },
-         Delivery_Outcome::failed},
-        {"sends text",
-         [&](int peer) {
-             Receive_Request(peer);
-             const std::string text = "HTTP/1.1 400 Bad Request\r\n\r\n";
-             Send_Bytes(peer, std::as_bytes(std::span(text)));
-             wait_for_end(peer);
-         },
-         Delivery_Outcome::failed},
+         Outcome::failed},
+        {"sends text", [&] { Send(Block().Data(30, 'x').bytes); }, Outcome::failed},
         {"sends stale answers only",
-         [&](int peer) {
-             const auto request = Receive_Request(peer);
+         [&] {
+             const auto request = Request();
              for (std::uint32_t i = 1; i < 100; ++i)
-                 Send_Bytes(peer, Answer_Frame(request.sequence + i, 1, request.records));
-             wait_for_end(peer);
+                 Send(Frame({Load_U32(request.head, 0) + i, 1}, request.records));
          },
-         Delivery_Outcome::silent},
+         Outcome::silent},
     };
+    const auto sent = block;
     for (const auto& c : cases) {
-        auto block = Read_Block(0x3304, 4);
-        const auto sent = block;
-        EXPECT_EQ(Deliver_To(c.act, block).outcome, c.expected) << c.fault;
+        EXPECT_EQ(Deliver(c.what), c.expected) << c.fault;
         EXPECT_EQ(block, sent) << c.fault;
+        EXPECT_FALSE(transport.Has_Answered()) << c.fault;
+        // Whatever it was, the next connection is a new one.
+        SetUp();
     }
-}
-
-TEST(Socket_Link, An_Answer_Of_Another_Length_Or_A_Refusal_Leaves_The_Block_Alone) {
-    const struct {
-        std::uint32_t answer;
-        std::size_t length;
-    } cases[] = {{1, 0}, {1, 23}, {1, 25}, {1, 32512}, {0, 24}, {0, 0}, {9, 24}};
-    for (const auto& c : cases) {
-        auto block = Read_Block(0x3304, 4);
-        const auto sent = block;
-        const auto act = [&](int peer) {
-            const std::vector<std::byte> records(c.length, std::byte{0xAA});
-            Send_Bytes(peer, Answer_Frame(Receive_Request(peer).sequence, c.answer, records));
-            (void)Receive_Request(peer);
+    const std::pair<std::uint32_t, std::size_t> refusals[] = {{1, 0},  {1, 23}, {1, 25}, {1, 32512},
+                                                              {0, 24}, {0, 0},  {9, 24}};
+    for (const auto& [answer, length] : refusals) {
+        const auto refuse = [&, answer = answer, length = length] {
+            Send(Frame({Load_U32(Request().head, 0), answer}, Block().Data(length).bytes));
         };
-        const Delivery delivery = Deliver_To(act, block);
-        EXPECT_EQ(delivery.outcome, Delivery_Outcome::answered);
-        EXPECT_NE(delivery.answer, 1U) << c.length;
-        EXPECT_EQ(block, sent) << c.length;
+        EXPECT_EQ(Deliver(refuse), Outcome::answered);
+        EXPECT_NE(last.answer, 1U) << "of a length of " << length;
+        EXPECT_EQ(block, sent) << length;
     }
+    EXPECT_TRUE(transport.Has_Answered());
 }
 
-TEST(Socket_Link, A_Late_Answer_Is_Not_Taken_For_The_Next_One) {
-    const Socket_Directory directory;
-    const auto act = [](int peer) {
-        auto first = Receive_Request(peer);
-        auto second = Receive_Request(peer);
-        Store_U32(first.records, read_header_size, 111);
-        Store_U32(second.records, read_header_size, 222);
-        auto both = Answer_Frame(first.sequence, 1, first.records);
-        const auto good = Answer_Frame(second.sequence, 1, second.records);
-        both.insert(both.end(), good.begin(), good.end());
+TEST_F(Socket_Client, A_Late_Answer_Is_Not_Taken_For_The_Next_One) {
+    EXPECT_EQ(Deliver({}, 10ms), Outcome::silent);
+    const auto both = [&] {
+        const auto late = Answer(Request(), 111);
+        const auto good = Answer(Request(), 222);
         // In pieces that fall in the middle of heads and records.
-        for (const std::byte byte : both)
-            Send_Bytes(peer, std::span(&byte, 1));
+        for (const auto& answer : {late, good})
+            for (const std::byte byte : answer)
+                Send({byte});
     };
-    Scripted_Peer peer(directory.Address(), {act});
-    Socket_Transport transport(directory.Address());
-    auto block = Read_Block(0x0574, 4);
-    EXPECT_EQ(transport.Deliver(block, 50ms).outcome, Delivery_Outcome::silent);
-    EXPECT_EQ(transport.Deliver(block, 5s).outcome, Delivery_Outcome::answered);
-    EXPECT_EQ(Value_In(block), 222U);
+    EXPECT_EQ(Deliver(both, 5s), Outcome::answered);
+    EXPECT_EQ(Value(), 222U);
 }
 
-TEST(Socket_Link, A_Peer_That_Is_Gone_Is_Connected_To_Anew) {
-    const Socket_Directory directory;
-    const auto answer = [](int peer) {
-        auto request = Receive_Request(peer);
-        Store_U32(request.records, read_header_size, 333);
-        Send_Bytes(peer, Answer_Frame(request.sequence, 1, request.records));
-        (void)Receive_Request(peer);
+TEST_F(Socket_Client, Connects_Anew_To_A_Peer_That_Was_Gone_And_To_Another_Address) {
+    const auto answer = [&] {
+        peer = Accept_From(listener);
+        Send(Answer(Request(), 333));
     };
-    Scripted_Peer peer(directory.Address(), {[](int) {}, answer});
-    Socket_Transport transport(directory.Address());
-    ASSERT_EQ(transport.Open().result, ipc_result::okay);
-    auto block = Read_Block(0x0574, 4);
-    EXPECT_EQ(transport.Deliver(block, 5s).outcome, Delivery_Outcome::failed);
-    EXPECT_EQ(transport.Deliver(block, 5s).outcome, Delivery_Outcome::answered);
-    EXPECT_EQ(Value_In(block), 333U);
-    EXPECT_EQ(peer.connections, 2);
+    peer.Close();
+    EXPECT_EQ(Deliver({}), Outcome::failed);
+    EXPECT_EQ(Deliver(answer, 5s), Outcome::answered);
+    EXPECT_EQ(Value(), 333U);
+    transport.Set_Address(directory.Address());
+    EXPECT_EQ(Deliver([&] { Send(Answer(Request(), 444)); }, 5s), Outcome::answered);
+    EXPECT_EQ(Value(), 444U) << "the same address keeps its connection";
+    const Link_Address other{directory.path / "other", "", 0};
+    listener = Listen_At(other);
+    transport.Set_Address(other);
+    EXPECT_EQ(transport.Where(), other.Text());
+    EXPECT_EQ(Deliver(answer, 5s), Outcome::answered);
 }
 
-TEST(Socket_Link, A_Restarted_Simulator_Is_Found_Within_One_Exchange) {
-    const Socket_Directory directory;
-    System_Clock clock;
-    Socket_Transport transport(directory.Address());
-    modFSUIPC link(transport, clock);
-    int result = 0;
-    std::uint16_t value = 0;
-    {
-        const Running_Server first(directory.Address());
-        ASSERT_TRUE(link.IPC_Open(0, result));
+TEST_F(Socket_Client, After_Half_A_Frame_The_Next_One_Begins_A_New_Connection) {
+    Link_Socket next;
+    block = Read_Block(0, 32492);
+    for (int i = 0; i < 200 && !next.Is_Open(); ++i) {
+        EXPECT_EQ(Deliver({}, 1ms), Outcome::silent);
+        next = Accept_From(listener);
     }
-    std::thread restart([&] {
-        std::this_thread::sleep_for(250ms);
-        Running_Server second(directory.Address());
-        std::this_thread::sleep_for(1s);
-    });
-    EXPECT_TRUE(link.IPC_Read(0x3308, 2, &value, result));
-    EXPECT_TRUE(link.IPC_Process(result));
-    EXPECT_EQ(value, 7);
-    restart.join();
-    EXPECT_TRUE(link.IPC_Read(0x3308, 2, &value, result));
-    EXPECT_FALSE(link.IPC_Process(result));
-    EXPECT_EQ(result, ipc_result::send_failed) << "refused connections are no silence";
+    ASSERT_TRUE(next.Is_Open()) << "the peer that reads nothing has room for ever";
+    EXPECT_EQ(Received_Frame(next, 2).records, block);
 }
 
-TEST(Link_Server_Clients, Who_Breaks_The_Framing_Is_Dropped_Alone) {
-    Running_Server running(Any_Port());
-    int failure = 0;
-    const Link_Deadline deadline{std::chrono::steady_clock::now() + 5s};
-    const Link_Socket honest = Connect_To(running.server.Address(), deadline, failure);
-    const Link_Socket greedy = Connect_To(running.server.Address(), deadline, failure);
-    ASSERT_TRUE(honest.Is_Open() && greedy.Is_Open());
-
-    std::vector<std::byte> head(request_head_size);
-    Store_U32(head, 4, 32513);
-    Send_Bytes(greedy.Descriptor(), head);
-    std::byte ignored{};
-    EXPECT_FALSE(Receive_Exactly(greedy.Descriptor(), {&ignored, 1}));
-
-    // An honest client that sends many requests at once, and one of no length.
-    const auto block = Read_Block(0x3304, 4);
-    std::vector<std::byte> stream;
-    constexpr std::uint32_t count = 2000;
-    for (std::uint32_t sequence = 0; sequence < count; ++sequence) {
-        const auto& records = sequence == 1 ? std::vector<std::byte>() : block;
-        Store_U32(head, 0, sequence);
-        Store_U32(head, 4, static_cast<std::uint32_t>(records.size()));
-        stream.insert(stream.end(), head.begin(), head.end());
-        stream.insert(stream.end(), records.begin(), records.end());
+class Server_Clients : public testing::Test {
+  protected:
+    [[nodiscard]] Link_Socket Connect() {
+        int failure = 0;
+        return Connect_To(server.Address(), {std::chrono::steady_clock::now() + 5s}, failure);
     }
-    std::thread sender([&] {
-        std::span<const std::byte> rest = stream;
-        while (!rest.empty() && Wait_For(honest, POLLOUT, deadline)) {
-            const auto sent = ::send(honest.Descriptor(), rest.data(), rest.size(), MSG_NOSIGNAL);
-            rest = rest.subspan(static_cast<std::size_t>(std::max<ssize_t>(sent, 0)));
-        }
-    });
-    for (std::uint32_t sequence = 0; sequence < count; ++sequence) {
-        std::vector<std::byte> answer(answer_head_size);
-        ASSERT_TRUE(Receive_Exactly(honest.Descriptor(), answer));
-        EXPECT_EQ(Load_U32(answer, 0), sequence);
-        EXPECT_EQ(Load_U32(answer, 4), sequence == 1 ? 0U : 1U);
-        std::vector<std::byte> records(Load_U32(answer, 8));
-        ASSERT_TRUE(Receive_Exactly(honest.Descriptor(), records));
+    Offset_Area area;
+    Link_Server server{Any_Port(), area};
+};
+
+TEST_F(Server_Clients, Who_Breaks_The_Framing_Is_Dropped_Alone) {
+    const Link_Socket honest = Connect();
+    const Link_Socket greedy = Connect();
+    Send_Bytes(greedy, Block().Words({0, 32513}).bytes);
+    // Many requests at once, one of them of no length, from a client that does not read.
+    std::vector<std::byte> requests;
+    std::vector<std::byte> expected;
+    for (std::uint32_t sequence = 0; sequence < 500; ++sequence) {
+        const auto records = sequence == 1 ? std::vector<std::byte>() : Read_Block(0x4000, 8000);
+        const auto request = Frame({sequence}, records);
+        const auto answer = Frame({sequence, sequence == 1 ? 0U : 1U}, records);
+        requests.insert(requests.end(), request.begin(), request.end());
+        expected.insert(expected.end(), answer.begin(), answer.end());
     }
-    sender.join();
+    std::span<const std::byte> rest = requests;
+    std::vector<std::byte> answers(expected.size());
+    std::size_t got = 0;
+    for (bool reads = false; got < answers.size();) {
+        const auto sent = ::send(honest.Descriptor(), rest.data(), rest.size(), MSG_NOSIGNAL);
+        rest = rest.subspan(static_cast<std::size_t>(std::max<ssize_t>(sent, 0)));
+        ASSERT_FALSE(server.Serve(0ms));
+        reads = reads || sent < 0;
+        if (reads)
+            got += Receive_Ready(honest, std::span(answers).subspan(got));
+    }
+    EXPECT_TRUE(answers == expected);
+    EXPECT_EQ(Receive_Bytes(greedy, 1).size(), 0U);
+    EXPECT_EQ(server.Client_Count(), 1U);
 }
 
-TEST(Link_Server_Clients, Meet_What_Stands_Behind_The_Server) {
-    std::vector<Delivery> behind{{Delivery_Outcome::silent, 0},
-                                 {Delivery_Outcome::answered, 7},
-                                 {Delivery_Outcome::failed, 0},
-                                 {Delivery_Outcome::answered, 1}};
-    std::size_t asked = 0;
-    Link_Server server(Any_Port(), [&](std::span<std::byte> records) {
-        records[16] = std::byte{0x2A};
-        return behind.at(asked++);
-    });
-    std::jthread serving([&](const std::stop_token& stop) {
-        while (!stop.stop_requested())
-            server.Serve(20ms);
-    });
-    Socket_Transport client(server.Address());
-    ASSERT_EQ(client.Open().result, ipc_result::okay);
-    auto block = Read_Block(0x3304, 4);
-    EXPECT_EQ(client.Deliver(block, 200ms).outcome, Delivery_Outcome::silent);
-    EXPECT_EQ(client.Deliver(block, 2s).answer, 7U);
-    EXPECT_EQ(block[16], std::byte{0}) << "what was refused brings nothing back";
-    EXPECT_EQ(client.Deliver(block, 2s).outcome, Delivery_Outcome::failed);
-    EXPECT_EQ(client.Deliver(block, 2s).answer, 1U) << "the next one connects anew";
-    EXPECT_EQ(block[16], std::byte{0x2A});
+TEST_F(Server_Clients, Wait_While_No_Descriptor_Is_Left_And_Come_When_One_Leaves) {
+    /// Serves once, with as many descriptors left.
+    const auto serve_with = [&](unsigned left) {
+        rlimit before{};
+        ::getrlimit(RLIMIT_NOFILE, &before);
+        const int next = ::dup(0);
+        ::close(next);
+        const rlimit limit{static_cast<rlim_t>(next) + left, before.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+        server.Serve(20ms);
+        ::setrlimit(RLIMIT_NOFILE, &before);
+        return server.Client_Count();
+    };
+    Link_Socket first = Connect();
+    const Link_Socket second = Connect();
+    EXPECT_EQ(serve_with(0), 0U);
+    EXPECT_EQ(serve_with(1), 1U) << "nobody has to leave where nobody is";
+    EXPECT_EQ(serve_with(1), 1U) << "it was not asked again and again";
+    first.Close();
+    EXPECT_EQ(serve_with(1), 0U);
+    EXPECT_EQ(serve_with(1), 1U);
+    Send_Bytes(second, Frame({5}, Read_Block(0x3308, 4)));
+    EXPECT_FALSE(server.Serve(1s));
+    EXPECT_EQ(Load_U32(Received_Frame(second, 3).records, read_header_size), 0xFADE0007);
+    const Link_Socket wake(::eventfd(1, EFD_CLOEXEC));
+    EXPECT_TRUE(server.Serve(10s, wake.Descriptor()));
 }
 
 TEST(Link_Server_Files, Only_What_A_Dead_Server_Left_Is_Replaced) {
     const Socket_Directory directory;
     const auto& file = directory.Address().socket_file;
     Offset_Area area;
+    const auto refuses = [&](const Link_Address& address, const char* reason) {
+        EXPECT_THAT([&] { Link_Server(address, area); },
+                    testing::ThrowsMessage<Run_Error>(HasSubstr(reason)));
+    };
     { const Link_Socket killed = Listen_At(directory.Address()); }
     ASSERT_TRUE(std::filesystem::exists(file)) << "nobody removed it";
     {
         const Link_Server server(directory.Address(), area);
-        try {
-            const Link_Server second(directory.Address(), area);
-            ADD_FAILURE() << "two servers at one address";
-        } catch (const Run_Error& error) {
-            EXPECT_NE(error.Description().find("another program listens there"), std::string::npos);
-        }
+        refuses(directory.Address(), "another program listens there");
         // Someone else's socket in our place is not ours to remove.
         std::filesystem::rename(file, directory.path / "old");
         (void)Listen_At(directory.Address());
@@ -339,29 +308,34 @@ TEST(Link_Server_Files, Only_What_A_Dead_Server_Left_Is_Replaced) {
     EXPECT_TRUE(std::filesystem::exists(file));
     std::filesystem::remove(file);
     std::filesystem::create_directory(file);
-    EXPECT_THROW(const Link_Server server(directory.Address(), area), Run_Error);
+    refuses(directory.Address(), "is no socket");
     EXPECT_TRUE(std::filesystem::exists(file));
 
     const Link_Server first(Any_Port(), area);
-    EXPECT_THROW(const Link_Server second(first.Address(), area), Run_Error);
-    EXPECT_THROW(const Link_Server server(Parse_Link_Address("no.host.invalid:1"), area),
-                 Run_Error);
+    refuses(first.Address(), "in use");
+    refuses(Parse_Link_Address("no.host.invalid:1"), "host is unknown");
 }
 
 TEST(Link_Addresses, Texts_Are_Read_And_Written) {
-    for (const char* good : {"unix:/run/norvane", "unix:relative", "127.0.0.1:8338", "sim.local:1",
-                             "[::1]:65535", "host:0"})
+    const std::string longest = "unix:/" + std::string(106, 'x');
+    for (const std::string& good : {"unix:/run/norvane"s, "unix:relative"s, "127.0.0.1:8338"s,
+                                    "sim.local:1"s, "[::1]:65535"s, "host:0"s, longest}) {
+        EXPECT_EQ(Link_Address_Fault(good), "");
         EXPECT_EQ(Parse_Link_Address(good).Text(), good);
+    }
     EXPECT_EQ(Parse_Link_Address("[::1]:80").host, "::1");
     EXPECT_TRUE(Parse_Link_Address("unix:a:1").Is_Unix());
-
-    for (const std::string bad : {"", "8338", "unix:", "host:", ":8338", "host:65536", "host:-1",
-                                  "host:12x", "::1:80", "[]:80", "/run/norvane"})
-        EXPECT_THROW((void)Parse_Link_Address(bad), Run_Error) << bad;
-    EXPECT_THROW((void)Parse_Link_Address("unix:/" + std::string(107, 'x')), Run_Error);
-    EXPECT_EQ(Parse_Link_Address("unix:/" + std::string(106, 'x')).socket_file.string().size(),
-              107U);
-    EXPECT_THROW((void)Parse_Link_Address(std::string_view("unix:/a\0b", 9)), Run_Error);
+    const std::pair<std::string, const char*> bad[] = {
+        {"", "neither"},        {"8338", "neither"},
+        {"unix:", "missing"},   {longest + "x", "longer than 107 bytes"},
+        {"host:", "port"},      {"host:65536", "port"},
+        {"host:-1", "port"},    {"host:12x", "port"},
+        {":8338", "host"},      {"[]:80", "host"},
+        {"::1:80", "brackets"}, {"/run/norvane", "neither"},
+        {"unix:/a\0b"s, "NUL"},
+    };
+    for (const auto& [text, fault] : bad)
+        EXPECT_THAT(Link_Address_Fault(text), HasSubstr(fault)) << text;
 }
 
 }  // namespace

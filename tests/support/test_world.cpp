@@ -16,35 +16,41 @@ Date_Time Virtual_Clock::Local_Now() {
                                 std::chrono::duration_cast<std::chrono::seconds>(m_now).count());
 }
 
+namespace {
+
+/// Takes the next of a script; `otherwise` at its end.
+template <class Value>
+Value Next_Of(std::deque<Value>& script, Value otherwise) {
+    if (script.empty())
+        return otherwise;
+    const Value next = script.front();
+    script.pop_front();
+    return next;
+}
+
+/// In memory where there is such a place: thousands of flights flush their log to the disk.
+std::filesystem::path Scratch_Place() {
+    const std::filesystem::path memory("/dev/shm");
+    return ::access(memory.c_str(), W_OK) == 0 ? memory : std::filesystem::temp_directory_path();
+}
+
+}  // namespace
+
 Answer Scripted_Desktop::Show_Message(const Message_Box& box) {
     boxes.push_back(box);
     if (on_box)
         on_box(box);
-    if (box.buttons == Buttons::ok)
-        return Answer::ok;
-    if (answers.empty())
-        return Answer::no;
-    const Answer answer = answers.front();
-    answers.pop_front();
-    return answer;
+    return box.buttons == Buttons::ok ? Answer::ok : Next_Of(answers, Answer::no);
 }
 
 std::filesystem::path Scripted_Desktop::Choose_File(const File_Choice& choice) {
     file_choices.push_back(choice);
-    if (chosen_files.empty())
-        return {};
-    const std::filesystem::path chosen = chosen_files.front();
-    chosen_files.pop_front();
-    return chosen;
+    return Next_Of(chosen_files, {});
 }
 
 std::optional<std::int32_t> Scripted_Desktop::Choose_Color(std::int32_t current) {
     color_choices.push_back(current);
-    if (chosen_colors.empty())
-        return std::nullopt;
-    const std::int32_t chosen = chosen_colors.front();
-    chosen_colors.pop_front();
-    return chosen;
+    return chosen_colors.empty() ? std::nullopt : std::optional(Next_Of(chosen_colors, 0));
 }
 
 bool Scripted_Desktop::Wait_Until(const std::function<bool()>& condition,
@@ -62,16 +68,6 @@ bool Scripted_Desktop::Wait_Until(const std::function<bool()>& condition,
     }
     return true;
 }
-
-namespace {
-
-/// In memory where there is such a place: thousands of flights flush their log to the disk.
-std::filesystem::path Scratch_Place() {
-    const std::filesystem::path memory("/dev/shm");
-    return ::access(memory.c_str(), W_OK) == 0 ? memory : std::filesystem::temp_directory_path();
-}
-
-}  // namespace
 
 Test_World::Test_World() : services{desktop, store, clock, error_log, Regional{}, {}} {
     std::string name = (Scratch_Place() / "norvane-test-XXXXXX").string();
