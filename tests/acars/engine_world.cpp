@@ -1,45 +1,61 @@
 #include "engine_world.h"
 
+#include <fmt/format.h>
+
 #include <utility>
+
+#include "common/text.h"
 
 namespace norvane::test {
 
 namespace {
 
-std::string Number_Text(Message_Type type) {
-    return std::to_string(static_cast<int>(type));
+using Change = std::function<void(Offset_Area&)>;
+
+Change Set(Variable variable, double value) {
+    return [=](Offset_Area& area) { area.Set(variable, value); };
 }
 
-void Set_Time(Offset_Area& area, int hour, int minute) {
-    constexpr int hours_west = 5;
-    area.Set(Variable::utc_hour, hour);
-    area.Set(Variable::utc_minute, minute);
-    area.Set(Variable::local_hour, (hour + 24 - hours_west) % 24);
-    area.Set(Variable::local_minute, minute);
+Change Time(int hour, int minute) {
+    return [=](Offset_Area& area) {
+        constexpr int hours_west = 5;
+        area.Set(Variable::utc_hour, hour);
+        area.Set(Variable::utc_minute, minute);
+        area.Set(Variable::local_hour, (hour + 24 - hours_west) % 24);
+        area.Set(Variable::local_minute, minute);
+    };
 }
 
-void Set_Place(Offset_Area& area, double latitude, double longitude, double elevation_ft) {
-    area.Set(Variable::latitude_deg, latitude);
-    area.Set(Variable::longitude_deg, longitude);
-    area.Set(Variable::ground_elevation_ft, elevation_ft);
+Change Place(double latitude, double longitude, double elevation_ft) {
+    return [=](Offset_Area& area) {
+        area.Set(Variable::latitude_deg, latitude);
+        area.Set(Variable::longitude_deg, longitude);
+        area.Set(Variable::ground_elevation_ft, elevation_ft);
+    };
 }
 
-void Set_Fuel(Offset_Area& area, double gallons) {
-    area.Set_Tank(3, gallons / 2, 2000);
-    area.Set_Tank(6, gallons / 2, 2000);
-    area.Set(Variable::total_weight_lbs, 100000.7 + gallons * 6.75);
+Change Fuel(double gallons) {
+    return [=](Offset_Area& area) {
+        area.Set_Tank(3, gallons / 2, 2000);
+        area.Set_Tank(6, gallons / 2, 2000);
+        area.Set(Variable::total_weight_lbs, 100000.7 + gallons * 6.75);
+    };
 }
 
-void Set_N1(Offset_Area& area, double percent) {
-    for (int engine = 1; engine <= 2; ++engine) {
-        area.Set(Variable::engine_n1_percent, percent, engine);
-        area.Set(Variable::engine_n2_percent, percent + 2, engine);
-    }
+Change N1(double percent) {
+    return [=](Offset_Area& area) {
+        for (int engine = 1; engine <= 2; ++engine) {
+            area.Set(Variable::engine_n1_percent, percent, engine);
+            area.Set(Variable::engine_n2_percent, percent + 2, engine);
+        }
+    };
 }
 
-void Set_Vertical(Offset_Area& area, double altitude_ft, double speed_fpm) {
-    area.Set(Variable::altitude_ft, altitude_ft);
-    area.Set(Variable::vertical_speed_fpm, speed_fpm);
+Change Vertical(double altitude_ft, double speed_fpm) {
+    return [=](Offset_Area& area) {
+        area.Set(Variable::altitude_ft, altitude_ft);
+        area.Set(Variable::vertical_speed_fpm, speed_fpm);
+    };
 }
 
 void Park_Jet(Offset_Area& area) {
@@ -59,148 +75,88 @@ void Park_Jet(Offset_Area& area) {
     area.Set_Text(Variable::atc_airline, "Norvane");
     area.Set_Text(Variable::atc_flight_number, "101");
     area.Set_Text(Variable::aircraft_title, "Jet 738");
-    Set_Time(area, 12, 0);
-    Set_Place(area, 40.63975, -73.77893, 13);
-    Set_Fuel(area, 3000);
-    Set_N1(area, 20);
-    Set_Vertical(area, 13, 0);
+}
+
+/// Connects signals, whose names stand in `names`, to what makes a text of their arguments.
+template <class Text_Of, class... Signals>
+void Record(std::vector<std::string>& lines, std::string_view names, const Text_Of& text_of,
+            Signals&... signals) {
+    const auto each = Split(names, ' ');
+    std::size_t next = 0;
+    const auto connect = [&](auto& signal) {
+        signal.connect([&lines, text_of, name = each.at(next++)](const auto&... arguments) {
+            lines.push_back(name + text_of(arguments...));
+        });
+    };
+    (connect(signals), ...);
 }
 
 }  // namespace
 
-void Record_Events(ACARS_Events& events, std::vector<std::string>& lines) {
-    const auto plain = [&lines](ACARS_Events::Plain& signal, const std::string& name) {
-        signal.connect([&lines, name] { lines.push_back(name); });
+void Record_Events(ACARS_Events& e, std::vector<std::string>& lines) {
+    Record(
+        lines, "Start Paused Reset FlightAtGate TouchAndGo", [] { return ""; }, e.Start, e.Paused,
+        e.Reset, e.FlightAtGate, e.TouchAndGo);
+    const auto text = [](const std::string& value) { return " " + value; };
+    Record(lines,
+           "FlightDate ATCTail ATCType ATCFlight AirlineFlight BlockTime BlockTimeHHMM FlightTime "
+           "FlightTimeHHMM Distance MaxTaxiOrigin MaxTaxiDestination NSettings EngSettings",
+           text, e.FlightDate, e.ATCTail, e.ATCType, e.ATCFlight, e.AirlineFlight, e.BlockTime,
+           e.BlockTimeHHMM, e.FlightTime, e.FlightTimeHHMM, e.Distance, e.MaxTaxiOrigin,
+           e.MaxTaxiDestination, e.NSettings, e.EngSettings);
+    Record(lines,
+           "IASTakeOff IASLanding VS FlightLevel PAX BaggageCargo WXDep WXArr FSTime FSVersion "
+           "FSClosed Error No_Airport Elsewhere",
+           text, e.IASTakeOff, e.IASLanding, e.VS, e.FlightLevel, e.PAX, e.BaggageCargo, e.WXDep,
+           e.WXArr, e.FSTime, e.FSVersion, e.FSClosed, e.Error, e.No_Airport, e.Elsewhere);
+    const auto figure = [](const std::string& value, int unit) {
+        return fmt::format(" {} {}", value, unit);
     };
-    const auto text = [&lines](ACARS_Events::Text& signal, const std::string& name) {
-        signal.connect(
-            [&lines, name](const std::string& value) { lines.push_back(name + " " + value); });
+    Record(lines,
+           "FlightOUT FlightOFF FlightON FlightIN FuelOUT FuelOFF FuelON FuelIN FuelUsedBlock "
+           "FuelUsedFlight WeightZFW WeightOUT WeightOFF WeightON WeightIN",
+           figure, e.FlightOUT, e.FlightOFF, e.FlightON, e.FlightIN, e.FuelOUT, e.FuelOFF, e.FuelON,
+           e.FuelIN, e.FuelUsedBlock, e.FuelUsedFlight, e.WeightZFW, e.WeightOUT, e.WeightOFF,
+           e.WeightON, e.WeightIN);
+    const auto airport = [](const std::string& icao, const std::string& name) {
+        return " " + icao + " " + name;
     };
-    const auto figure = [&lines](ACARS_Events::Figure& signal, const std::string& name) {
-        signal.connect([&lines, name](const std::string& value, int unit) {
-            lines.push_back(name + " " + value + " " + std::to_string(unit));
-        });
+    Record(lines, "ICAODep ICAOArr", airport, e.ICAODep, e.ICAOArr);
+    const auto message = [](Message_Type type, const std::string& body) {
+        return fmt::format(" {} {}", static_cast<int>(type), body);
     };
-    const auto airport = [&lines](ACARS_Events::Airport& signal, const std::string& name) {
-        signal.connect([&lines, name](const std::string& icao, const std::string& place) {
-            lines.push_back(name + " " + icao + " " + place);
-        });
-    };
-    const std::vector<std::pair<ACARS_Events::Text*, std::string>> texts{
-        {&events.FlightDate, "FlightDate"},
-        {&events.ATCTail, "ATCTail"},
-        {&events.ATCType, "ATCType"},
-        {&events.ATCFlight, "ATCFlight"},
-        {&events.AirlineFlight, "AirlineFlight"},
-        {&events.BlockTime, "BlockTime"},
-        {&events.BlockTimeHHMM, "BlockTimeHHMM"},
-        {&events.FlightTime, "FlightTime"},
-        {&events.FlightTimeHHMM, "FlightTimeHHMM"},
-        {&events.Distance, "Distance"},
-        {&events.MaxTaxiOrigin, "MaxTaxiOrigin"},
-        {&events.MaxTaxiDestination, "MaxTaxiDestination"},
-        {&events.NSettings, "NSettings"},
-        {&events.EngSettings, "EngSettings"},
-        {&events.IASTakeOff, "IASTakeOff"},
-        {&events.IASLanding, "IASLanding"},
-        {&events.VS, "VS"},
-        {&events.FlightLevel, "FlightLevel"},
-        {&events.PAX, "PAX"},
-        {&events.BaggageCargo, "BaggageCargo"},
-        {&events.WXDep, "WXDep"},
-        {&events.WXArr, "WXArr"},
-        {&events.FSTime, "FSTime"},
-        {&events.FSVersion, "FSVersion"},
-        {&events.FSClosed, "FSClosed"},
-        {&events.Error, "Error"},
-        {&events.No_Airport, "No_Airport"},
-        {&events.Elsewhere, "Elsewhere"},
-    };
-    for (const auto& [signal, name] : texts)
-        text(*signal, name);
-    const std::vector<std::pair<ACARS_Events::Figure*, std::string>> figures{
-        {&events.FlightOUT, "FlightOUT"},
-        {&events.FlightOFF, "FlightOFF"},
-        {&events.FlightON, "FlightON"},
-        {&events.FlightIN, "FlightIN"},
-        {&events.FuelOUT, "FuelOUT"},
-        {&events.FuelOFF, "FuelOFF"},
-        {&events.FuelON, "FuelON"},
-        {&events.FuelIN, "FuelIN"},
-        {&events.FuelUsedBlock, "FuelUsedBlock"},
-        {&events.FuelUsedFlight, "FuelUsedFlight"},
-        {&events.WeightZFW, "WeightZFW"},
-        {&events.WeightOUT, "WeightOUT"},
-        {&events.WeightOFF, "WeightOFF"},
-        {&events.WeightON, "WeightON"},
-        {&events.WeightIN, "WeightIN"},
-    };
-    for (const auto& [signal, name] : figures)
-        figure(*signal, name);
-    airport(events.ICAODep, "ICAODep");
-    airport(events.ICAOArr, "ICAOArr");
-    plain(events.Start, "Start");
-    plain(events.Paused, "Paused");
-    plain(events.Reset, "Reset");
-    plain(events.FlightAtGate, "FlightAtGate");
-    plain(events.TouchAndGo, "TouchAndGo");
-    events.ACARSMessage.connect([&lines](Message_Type type, const std::string& message) {
-        lines.push_back("ACARSMessage " + Number_Text(type) + " " + message);
-    });
+    Record(lines, "ACARSMessage", message, e.ACARSMessage);
 }
 
-std::vector<Moment> Jet_Flight() {
-    return {
-        Park_Jet,
-        [](Offset_Area& area) {
-            Set_Time(area, 12, 5);
-            area.Set(Variable::parking_brake, 0);
-        },
-        [](Offset_Area& area) { area.Set(Variable::ground_speed_kt, 18); },
-        [](Offset_Area& area) {
-            Set_N1(area, 95);
-            area.Set(Variable::ground_speed_kt, 140);
-        },
-        [](Offset_Area& area) {
-            Set_Time(area, 12, 17);
-            Set_Fuel(area, 2900);
-            Set_Vertical(area, 33, 1500);
-            area.Set(Variable::on_ground, 0);
-            area.Set(Variable::indicated_airspeed_kt, 151);
-        },
-        [](Offset_Area& area) { Set_Vertical(area, 9000, 2400); },
-        [](Offset_Area& area) {
-            Set_Place(area, 41.5, -72.5, 400);
-            Set_Vertical(area, 35000, 12);
-        },
-        [](Offset_Area& area) { Set_Vertical(area, 35600, 1500); },
-        [](Offset_Area& area) { Set_Vertical(area, 37010, -30); },
-        [](Offset_Area& area) { Set_Vertical(area, 33000, -2200); },
-        [](Offset_Area& area) {
-            Set_Vertical(area, 60, -1210);
-            area.Set(Variable::indicated_airspeed_kt, 139);
-        },
-        [](Offset_Area& area) {
-            Set_Time(area, 13, 40);
-            Set_Place(area, 42.36, -71.01, 20);
-            Set_Fuel(area, 1400);
-            Set_N1(area, 40);
-            Set_Vertical(area, 20, 0);
-            area.Set(Variable::on_ground, 1);
-            area.Set(Variable::ground_speed_kt, 130);
-        },
-        [](Offset_Area& area) { area.Set(Variable::ground_speed_kt, 8); },
-        [](Offset_Area& area) { area.Set(Variable::ground_speed_kt, 22); },
-        [](Offset_Area& area) {
-            Set_Fuel(area, 1380);
-            area.Set(Variable::ground_speed_kt, 0);
-        },
-        [](Offset_Area& area) {
-            Set_Time(area, 13, 52);
-            Set_Place(area, 42.36435, -71.00518, 20);
-            area.Set(Variable::parking_brake, 32767);
-        },
+const std::vector<Moment>& Jet_Flight() {
+    using enum Variable;
+    static const std::vector<Moment> flight{
+        {{Park_Jet, Time(12, 0), Place(40.63975, -73.77893, 13), Fuel(3000), N1(20),
+          Vertical(13, 0)}},
+        {{Time(12, 5), Set(parking_brake, 0)}},
+        {{Set(ground_speed_kt, 18)}},
+        {{N1(95), Set(ground_speed_kt, 140)}},
+        {{Time(12, 17), Fuel(2900), Vertical(33, 1500), Set(on_ground, 0),
+          Set(indicated_airspeed_kt, 151)}},
+        {{Vertical(9000, 2400)}},
+        {{Place(41.5, -72.5, 400), Vertical(35000, 12)}},
+        {{Vertical(35600, 1500)}},
+        {{Vertical(37010, -30)}},
+        {{Vertical(33000, -2200)}},
+        {{Vertical(60, -1210), Set(indicated_airspeed_kt, 139)}},
+        {{Time(13, 40), Place(42.36, -71.01, 20), Fuel(1400), N1(40), Vertical(20, 0),
+          Set(on_ground, 1), Set(ground_speed_kt, 130)}},
+        {{Set(ground_speed_kt, 8)}},
+        {{Set(ground_speed_kt, 22)}},
+        {{Fuel(1380), Set(ground_speed_kt, 0)}},
+        {{Time(13, 52), Place(42.36435, -71.00518, 20), Set(parking_brake, 32767)}},
     };
+    return flight;
+}
+
+void Moment::operator()(Offset_Area& area) const {
+    for (const Change& change : changes)
+        change(area);
 }
 
 Engine_World::Engine_World() {
@@ -230,22 +186,32 @@ void Engine_World::Replace_Engine() {
 }
 
 bool Engine_World::Start(bool resume) {
-    clsACARS::Start_Request request;
-    request.resume = resume;
-    request.flight_number = "NV101";
-    request.aircraft_type = "B738";
-    return engine->Start(error_text, request);
+    return engine->Start(error_text, {true, resume, "NV101", "B738"});
 }
 
-void Engine_World::Step(const Moment& change) {
-    change(area);
+void Engine_World::Set(Variable variable, double value, int engine_number) {
+    area.Set(variable, value, engine_number);
     engine->Refresh();
 }
 
 void Engine_World::Fly(std::size_t from, std::size_t to) {
-    const auto flight = Jet_Flight();
-    for (std::size_t i = from; i < to; ++i)
-        Step(flight[i]);
+    for (std::size_t i = from; i < to; ++i) {
+        Jet_Flight()[i](area);
+        engine->Refresh();
+    }
+}
+
+void Engine_World::Begin_Anew() {
+    store.Delete_Section("ACARS");
+    Replace_Engine();
+    Jet_Flight()[moment::parked](area);
+    raised.clear();
+}
+
+void Engine_World::Refuse_Link() {
+    transport.on_deliver = [](std::span<std::byte>) {
+        return Delivery{Delivery_Outcome::answered, 0};
+    };
 }
 
 void Engine_World::Use_Airline_With_Script() {
@@ -253,10 +219,13 @@ void Engine_World::Use_Airline_With_Script() {
     airline->Get_VA_Settings("DEFAULT");
 }
 
-std::vector<std::string> Engine_World::Take_Raised() {
-    auto lines = std::exchange(raised, {});
-    std::erase_if(lines, [](const std::string& line) { return line.starts_with("FSTime"); });
-    return lines;
+std::string Engine_World::Take_Raised() {
+    std::string text;
+    for (const std::string& line : std::exchange(raised, {})) {
+        if (!line.starts_with("FSTime"))
+            text += line + "\n";
+    }
+    return text;
 }
 
 std::string Engine_World::Once(const std::string& name) const {
@@ -275,7 +244,7 @@ std::size_t Engine_World::Count(const std::string& name) const {
 }
 
 std::vector<std::string> Engine_World::Messages(Message_Type type) const {
-    const std::string mark = "ACARSMessage " + Number_Text(type) + " ";
+    const std::string mark = "ACARSMessage " + std::to_string(static_cast<int>(type)) + " ";
     std::vector<std::string> texts;
     for (const std::string& line : raised) {
         if (line.starts_with(mark))

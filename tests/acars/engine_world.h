@@ -23,9 +23,12 @@ namespace norvane::test {
 void Record_Events(ACARS_Events& events, std::vector<std::string>& lines);
 
 /// A moment of a flight: what has changed in the simulator since the one before.
-using Moment = std::function<void(Offset_Area&)>;
+struct Moment {
+    std::vector<std::function<void(Offset_Area&)>> changes;
+    void operator()(Offset_Area& area) const;
+};
 /// KJFK to KBOS: 0 parked, 1 brake released, 4 airborne, 6 level, 11 touchdown, 15 brake set.
-[[nodiscard]] std::vector<Moment> Jet_Flight();
+[[nodiscard]] const std::vector<Moment>& Jet_Flight();
 namespace moment {
 inline constexpr std::size_t parked = 0;
 inline constexpr std::size_t out = 1;
@@ -43,15 +46,19 @@ class Engine_World : public Test_World {
     /// raises goes to `raised` too.
     void Replace_Engine();
     bool Start(bool resume = false);
-    /// Moves the simulator to a moment and lets the engine take a step.
-    void Step(const Moment& change);
+    /// Changes one variable and lets the engine take a step.
+    void Set(Variable variable, double value, int engine_number = 1);
+    /// A parked jet and a new engine; nothing stored, nothing raised.
+    void Begin_Anew();
+    /// Every exchange with the simulator is refused from now on.
+    void Refuse_Link();
     /// Steps through moments [from, to) of the jet's flight.
     void Fly(std::size_t from, std::size_t to);
     /// An airline with an ACARS script: flights connect and disconnect by message.
     void Use_Airline_With_Script();
 
-    /// Lines raised since the last call, `FSTime` left out.
-    std::vector<std::string> Take_Raised();
+    /// What was raised since the last call, line by line, `FSTime` left out.
+    std::string Take_Raised();
     /// The arguments of the only event of that name raised so far; fails unless it came once.
     std::string Once(const std::string& name) const;
     [[nodiscard]] std::size_t Count(const std::string& name) const;

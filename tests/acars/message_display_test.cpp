@@ -2,29 +2,35 @@
 // end with the engine.
 
 #include "acars/message_display.h"
+#include "common/text.h"
 #include "engine_world.h"
 
 namespace norvane::test {
 
 namespace {
 
-std::vector<std::string> Texts_Of(std::string_view message) {
+std::string Texts_Of(std::string_view message) {
     std::vector<std::string> texts;
     for (const Display_Line& line : Lines_To_Show(message))
         texts.push_back(line.text + (line.pause_after ? "~" : ""));
-    return texts;
+    return Join(texts, ",");
 }
 
 TEST(Lines_To_Show, Break_At_Blanks_And_Segments) {
-    using Texts = std::vector<std::string>;
     const std::string word(48, 'w');
     const std::string long_word(120, 'l');
-    EXPECT_EQ(Texts_Of(" one\r\ntwo \n"), Texts{"ACARS/ one two"});
-    EXPECT_EQ(Texts_Of("one|two||"), (Texts{"ACARS/ one~", "two~", "~", ""}));
-    // A first line begins with a blank that counts: 7 + 1 + 48 is below 100, 49 more are not.
-    EXPECT_EQ(Texts_Of(word + " " + word), (Texts{"ACARS/ " + word + "~", word}));
-    EXPECT_EQ(Texts_Of("a " + long_word + " b"), (Texts{"ACARS/ a~", long_word + "~", "b"}));
-    EXPECT_EQ(Texts_Of("a|" + long_word), (Texts{"ACARS/ a~", "~", long_word}));
+    // A first line begins with a blank that counts; a line has less than 100 characters.
+    const std::string most(91, 'm');
+    for (const auto& [message, lines] : std::vector<std::pair<std::string, std::string>>{
+             {" one\r\ntwo \n", "ACARS/ one two"},
+             {"one|two||", "ACARS/ one~,two~,~,"},
+             {most, "ACARS/ " + most},
+             {most + "m", "ACARS/~," + most + "m"},
+             {word + " " + word, "ACARS/ " + word + "~," + word},
+             {"a " + long_word + " b", "ACARS/ a~," + long_word + "~,b"},
+             {"a|" + long_word, "ACARS/ a~,~," + long_word}}) {
+        EXPECT_EQ(Texts_Of(message), lines);
+    }
 }
 
 class Message_Display : public Engine_World {
@@ -80,8 +86,7 @@ TEST_F(Message_Display, Ends_With_The_Engines_Flight) {
     const std::vector<std::function<void()>> ends{
         [&] { engine->Reset(); }, [&] { engine->Stop_(); }, [&] { engine.reset(); }};
     for (const auto& end : ends) {
-        Replace_Engine();
-        Jet_Flight()[moment::parked](area);
+        Begin_Anew();
         ASSERT_TRUE(Start());
         Fly(moment::parked, moment::off);
         shown.clear();
@@ -99,9 +104,7 @@ TEST_F(Message_Display, Ends_With_The_Engines_Flight) {
 TEST_F(Message_Display, A_Lost_Link_Is_Reported_Once_And_Ends_The_Message) {
     ASSERT_TRUE(Start());
     Fly(moment::parked, moment::off);
-    transport.on_deliver = [](std::span<std::byte>) {
-        return Delivery{Delivery_Outcome::answered, 0};
-    };
+    Refuse_Link();
     desktop.Run_For(std::chrono::seconds(30));
     EXPECT_EQ(Once("FSClosed"), modFSUIPC::IPC_ErrorText(ipc_result::bad_data));
     // A step right after it is not poisoned by the display's failure.

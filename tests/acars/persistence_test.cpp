@@ -1,9 +1,9 @@
 // A flight that outlasts the program: what is stored when, and that a flight taken up again ends
 // with the figures of one that was never interrupted.
 
-#include <algorithm>
 #include <set>
 
+#include "common/text.h"
 #include "engine_world.h"
 
 namespace norvane::test {
@@ -14,6 +14,11 @@ constexpr std::string_view section = "ACARS";
 
 class Persistence : public Engine_World {
   protected:
+    /// Puts "KEY=TEXT|KEY=TEXT..." into the store.
+    void Store(const std::string& pairs) {
+        for (const std::string& pair : Split(pairs, '|'))
+            store.Set(section, Before(pair, "="), pair.substr(pair.find('=') + 1));
+    }
     std::string Stored(int key) { return store.Get(section, std::to_string(key), "absent"); }
 
     /// What a row of the log is made of: all figures of the flight, messages and lookups aside.
@@ -36,11 +41,10 @@ TEST_F(Persistence, Stores_From_Off_To_The_Step_Of_In_Only) {
     Fly(moment::parked, moment::off);
     EXPECT_EQ(Stored(45), "absent");
     Fly(moment::off, moment::off + 1);
-    const std::vector<std::string> expected{
-        "2", "1205", "1217", "", "", "0705", "0717", "", "", "20250",    "19575",    "",
-        "",  "9185", "8879", "", "", "3000", "2900", "", "", "40.63975", "-73.77893"};
+    std::string stored;
     for (int key = 45; key <= 65; ++key)
-        EXPECT_EQ(Stored(key), expected.at(static_cast<std::size_t>(key - 45))) << key;
+        stored += Stored(key) + "|";
+    EXPECT_EQ(stored, "2|1205|1217|||0705|0717|||20250|19575|||9185|8879|||3000|2900|||");
     EXPECT_NEAR(std::stod(Stored(66)), 40.63975, 1e-9);
     EXPECT_NEAR(std::stod(Stored(67)), -73.77893, 1e-9);
     Fly(moment::off + 1, moment::on + 1);
@@ -67,40 +71,41 @@ TEST_F(Persistence, Stores_At_A_Pause) {
     EXPECT_EQ(store.Get(section, "MessageCounts").substr(0, 2), "3 ");
 }
 
-TEST_F(Persistence, Killed_After_Any_Step_Ends_With_The_Same_Figures) {
-    for (const int record_arrival : {0, 1}) {
-        settings->Set_ACARS_RecordArrival(record_arrival);
-        Replace_Engine();
-        Jet_Flight()[moment::parked](area);
-        raised.clear();
+TEST_F(Persistence, A_Flight_Taken_Up_Again_Ends_With_The_Same_Figures) {
+    settings->Set_ACARS_RecordArrival(1);
+    ASSERT_TRUE(Start());
+    Fly(moment::parked, moment::in + 1);
+    const auto unbroken = Figures();
+    for (std::size_t killed = moment::off + 1; killed <= moment::in; ++killed) {
+        Begin_Anew();
         ASSERT_TRUE(Start());
-        Fly(moment::parked, moment::in + 1);
-        const auto unbroken = Figures();
-        for (std::size_t killed = moment::off + 1; killed <= moment::in; ++killed) {
-            SCOPED_TRACE(killed);
-            store.Delete_Section(section);
-            Replace_Engine();
-            Jet_Flight()[moment::parked](area);
-            raised.clear();
-            ASSERT_TRUE(Start());
-            Fly(moment::parked, killed);
-            Replace_Engine();
-            ASSERT_TRUE(Start(true));
-            EXPECT_EQ(engine->Departure_Name(), "John F Kennedy International");
-            Fly(killed, moment::in + 1);
-            EXPECT_EQ(Figures(), unbroken);
-            EXPECT_EQ(Count("FlightOFF") + Count("FlightON") + Count("ICAOArr"), 3U);
-        }
+        Fly(moment::parked, killed);
+        Replace_Engine();
+        ASSERT_TRUE(Start(true));
+        EXPECT_EQ(engine->Departure_Name(), "John F Kennedy International");
+        Fly(killed, moment::in + 1);
+        EXPECT_EQ(Figures(), unbroken) << killed;
+        EXPECT_EQ(Count("FlightOFF") + Count("FlightON") + Count("ICAOArr"), 3U) << killed;
     }
+}
+
+TEST_F(Persistence, A_Store_That_Takes_Nothing_Is_Told_Of_And_Filled_Later) {
+    ASSERT_TRUE(Start());
+    Fly(moment::parked, moment::off);
+    store.full = true;
+    Fly(moment::off, moment::level);
+    EXPECT_FALSE(Take_Errors().empty());
+    EXPECT_EQ(engine->TIME_OFF() + Stored(47), "1217absent");
+    store.full = false;
+    Fly(moment::level, moment::level + 1);
+    EXPECT_TRUE(engine->Was_Stored());
+    EXPECT_EQ(Stored(47), "1217");
 }
 
 TEST_F(Persistence, Takes_Up_A_Flight_Of_Which_Only_The_Numbered_Keys_Are_Stored) {
     settings->Set_ACARS_RecordArrival(1);
     settings->Set_WX_URL("FS");
-    const std::vector<std::pair<int, std::string>> stored{
-        {45, "2"}, {46, "1405"}, {47, "1417"}, {66, "40.5"}, {67, "-73.5"}};
-    for (const auto& [key, value] : stored)
-        store.Set(section, std::to_string(key), value);
+    Store("45=2|46=1405|47=1417|66=40.5|67=-73.5");
     // In the air at the moment of the restart; then down without another climb.
     Jet_Flight()[moment::off](area);
     ASSERT_TRUE(Start(true));
@@ -110,16 +115,14 @@ TEST_F(Persistence, Takes_Up_A_Flight_Of_Which_Only_The_Numbered_Keys_Are_Stored
     EXPECT_EQ(Once("FlightON"), "1340 1");
 
     // Killed after ON: the arrival is looked up again without a word.
-    for (const std::string key : {"ArrivalKnown", "ArrivalICAO", "ArrivalName"})
-        store.Set(section, key, key == "ArrivalKnown" ? "False" : "");
+    Store("ArrivalKnown=False|ArrivalICAO=|ArrivalName=");
     Replace_Engine();
     raised.clear();
     ASSERT_TRUE(Start(true));
     EXPECT_EQ(Count("ICAOArr"), 0U);
     EXPECT_EQ(engine->Arrival_ICAO(), "KBOS");
     engine->Send_Message(Message_Type::altitude, "");
-    EXPECT_NE(Messages(Message_Type::altitude).at(0).find("/POS 42.36000 -71.01000"),
-              std::string::npos);
+    EXPECT_TRUE(Messages(Message_Type::altitude).at(0).ends_with("/POS 42.36000 -71.01000"));
     Fly(moment::in, moment::in + 1);
     EXPECT_EQ(Once("BlockTimeHHMM"), "23:47");
     EXPECT_EQ(Once("Distance"), "158");
@@ -128,8 +131,7 @@ TEST_F(Persistence, Takes_Up_A_Flight_Of_Which_Only_The_Numbered_Keys_Are_Stored
 TEST_F(Persistence, A_Flight_That_Had_Landed_Ends_Near_Where_It_Did) {
     for (const int touch_and_go : {0, 1}) {
         settings->Set_ACARS_TouchAndGo(touch_and_go);
-        Replace_Engine();
-        Jet_Flight()[moment::parked](area);
+        Begin_Anew();
         ASSERT_TRUE(Start());
         Fly(moment::parked, moment::in);
         Replace_Engine();
@@ -161,8 +163,7 @@ TEST_F(Persistence, A_Hop_Stored_Before_It_Climbed_Is_Not_Taken_For_A_Landing) {
     EXPECT_EQ(Count("FlightON"), 0U);
     // Without that knowledge, a flight that was in the air had climbed.
     store.Delete_Section(section);
-    for (const auto& [key, value] : {std::pair{"45", "2"}, {"66", "1"}, {"67", "1"}})
-        store.Set(section, key, value);
+    Store("45=2|66=1|67=1");
     Replace_Engine();
     ASSERT_TRUE(Start(true));
     engine->Refresh();
@@ -171,14 +172,10 @@ TEST_F(Persistence, A_Hop_Stored_Before_It_Climbed_Is_Not_Taken_For_A_Landing) {
 
 TEST_F(Persistence, Reports_What_Cannot_Be_Read_And_Goes_On) {
     ASSERT_TRUE(Start(true));  // nothing stored
-    auto reports = Take_Errors();
-    ASSERT_EQ(reports.size(), 1U);
-    EXPECT_NE(reports[0].find("clsACARS.Restore()"), std::string::npos);
-    EXPECT_NE(reports[0].find("Error Number: 13"), std::string::npos);
-
+    const std::string report = Take_Errors().at(0);
+    EXPECT_TRUE(Contains(report, "clsACARS.Restore()") && Contains(report, "Error Number: 13"));
     for (const std::string phase : {"", "x", "7", "-1", "1e99"}) {
-        store.Set(section, "45", phase);
-        store.Set(section, "67", "12,5");
+        Store("67=12,5|45=" + phase);
         Replace_Engine();
         ASSERT_TRUE(Start(true));
         EXPECT_EQ(Take_Errors().size(), 1U);

@@ -8,21 +8,17 @@ namespace {
 
 class Phases : public Engine_World {
   protected:
-    void Set(Variable variable, double value, int engine_number = 1) {
-        area.Set(variable, value, engine_number);
-        engine->Refresh();
-    }
     /// In the air at `altitude_ft` with this vertical speed.
     void Fly_At(double altitude_ft, double speed_fpm) {
         area.Set(Variable::on_ground, 0);
         area.Set(Variable::altitude_ft, altitude_ft);
         Set(Variable::vertical_speed_fpm, speed_fpm);
     }
-    std::vector<std::string> Altitude_Texts() const {
-        std::vector<std::string> texts;
+    std::string Altitude_Texts() const {
+        std::string texts;
         for (const std::string& message : Messages(Message_Type::altitude)) {
             const auto begin = message.find("\r\nALT ") + 6;
-            texts.push_back(message.substr(begin, message.find("\r\n", begin) - begin));
+            texts += message.substr(begin, message.find("\r\n", begin) - begin) + ", ";
         }
         return texts;
     }
@@ -67,14 +63,14 @@ TEST_F(Phases, Begun_In_The_Air_Need_No_Climb) {
 }
 
 TEST_F(Phases, Take_No_Bounce_For_A_Landing) {
+    area.Set(Variable::altitude_ft, 0);
     ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::off);
-    Fly_At(33, 400);
-    Set(Variable::on_ground, 1);  // 20 ft above the start: not climbed
-    EXPECT_EQ(Count("FlightON"), 0U);
-    Fly_At(60, 400);
-    Set(Variable::on_ground, 1);
-    EXPECT_EQ(Count("FlightON"), 1U);
+    Fly(moment::out, moment::off);
+    for (const auto& [altitude_ft, landings] : {std::pair{23.0, 0U}, {26.4, 1U}}) {
+        Fly_At(altitude_ft, 400);
+        Set(Variable::on_ground, 1);
+        EXPECT_EQ(Count("FlightON"), landings) << altitude_ft;
+    }
 }
 
 struct End_Case {
@@ -87,39 +83,28 @@ struct End_Case {
 };
 
 TEST_F(Phases, End_As_The_Settings_Say) {
-    const std::vector<End_Case> cases{
-        {"brake", 0, engine_kind::jet, true, 2, true},
-        {"brake released", 0, engine_kind::jet, false, 0, false},
-        {"helicopter without a brake", 0, engine_kind::helicopter, false, 1, true},
-        {"shutdown with one engine running", 1, engine_kind::jet, true, 2, false},
-        {"shutdown", 1, engine_kind::jet, false, 0, true},
-        {"both, brake missing", 2, engine_kind::jet, false, 0, false},
-        {"both, engine running", 2, engine_kind::jet, true, 1, false},
-        {"both", 2, engine_kind::jet, true, 0, true},
-        {"helicopter, both", 2, engine_kind::helicopter, false, 0, true},
-        {"no such setting", 3, engine_kind::jet, true, 0, false},
-    };
-    for (const End_Case& end : cases) {
-        SCOPED_TRACE(end.title);
-        Replace_Engine();
-        raised.clear();
-        settings->Set_ACARS_EOF(end.end_of_flight);
-        Jet_Flight()[moment::parked](area);
+    for (const End_Case& end : std::vector<End_Case>{
+             {"brake", 0, engine_kind::jet, true, 2, true},
+             {"brake released", 0, engine_kind::jet, false, 0, false},
+             {"helicopter without a brake", 0, engine_kind::helicopter, false, 1, true},
+             {"shutdown with one engine running", 1, engine_kind::jet, true, 2, false},
+             {"shutdown", 1, engine_kind::jet, false, 0, true},
+             {"both, brake missing", 2, engine_kind::jet, false, 0, false},
+             {"both, engine running", 2, engine_kind::jet, true, 1, false},
+             {"both", 2, engine_kind::jet, true, 0, true},
+             {"helicopter, both", 2, engine_kind::helicopter, false, 0, true},
+             {"no such setting", 3, engine_kind::jet, true, 0, false}}) {
+        Begin_Anew();
+        settings->Set_ACARS_EOF(3);  // what would end the flight is not yet so
         area.Set(Variable::engine_type, end.engine_type);
         ASSERT_TRUE(Start());
-        const auto flight = Jet_Flight();
-        for (std::size_t i = moment::out; i < moment::in; ++i) {
-            flight[i](area);
-            area.Set(Variable::engine_combustion, 1, 1);
-            // What would end the flight is not yet so.
-            if (i < moment::on || end.engine_type != engine_kind::helicopter)
-                engine->Refresh();
-        }
+        Fly(moment::out, moment::in);
         for (int number = 1; number <= 2; ++number)
             area.Set(Variable::engine_combustion, number == end.running ? 1 : 0, number);
+        settings->Set_ACARS_EOF(end.end_of_flight);
         Set(Variable::parking_brake, end.brake_set ? 32767 : 0);
         engine->Refresh();
-        EXPECT_EQ(Count("FlightAtGate"), end.ended ? 1U : 0U);
+        EXPECT_EQ(Count("FlightAtGate"), end.ended ? 1U : 0U) << end.title;
     }
 }
 
@@ -131,7 +116,8 @@ TEST_F(Phases, Track_Taxi_Speeds_Of_Jets_At_Low_Power_Only) {
     area.Set(Variable::engine_n1_percent, 60.6);
     Set(Variable::ground_speed_kt, 70);
     Fly(moment::off, moment::on + 1);
-    Set(Variable::ground_speed_kt, 60);  // not yet taxiing
+    Set(Variable::ground_speed_kt, 11.5);  // not yet taxiing
+    Set(Variable::ground_speed_kt, 60);
     Set(Variable::ground_speed_kt, 9.7);
     Set(Variable::ground_speed_kt, 25.3);
     Fly(moment::in, moment::in + 1);
@@ -160,18 +146,19 @@ TEST_F(Phases, Tell_Level_Flight_From_Climb_And_Descent) {
     ASSERT_TRUE(Start());
     Fly(moment::parked, moment::off);
     Fly_At(5000, 31);
-    EXPECT_TRUE(Altitude_Texts().empty());
-    Fly_At(9500, -30);
-    Fly_At(9500, 0);      // still level: said once
-    Fly_At(9640, 1500);   // not far enough
-    Fly_At(9800, 199);    // not fast enough
-    Fly_At(9800, -1000);  // above, and sinking
+    EXPECT_EQ(Altitude_Texts(), "");
+    Fly_At(10000, -30);
+    Fly_At(10000, 0);      // still level: said once
+    Fly_At(10197, 1500);   // not far enough
+    Fly_At(10300, 199);    // not fast enough
+    Fly_At(10200.2, 200);  // both, just so
     Fly_At(34500, 10);
     Fly_At(33000, -300);
     Fly_At(12500, 10);
+    Fly_At(12800, -1000);  // above, and sinking
     EXPECT_EQ(Altitude_Texts(),
-              (std::vector<std::string>{"9500 LEVEL", "CHG 9500 DESC", "FL345 LEVEL",
-                                        "CHG FL345 DESC", "12500 LEVEL"}));
+              "10000 LEVEL, CHG 10000 CLMB, FL345 LEVEL, CHG FL345 DESC, "
+              "12500 LEVEL, CHG 12500 DESC, ");
     Set(Variable::on_ground, 1);
     Set(Variable::parking_brake, 32767);
     EXPECT_EQ(Once("FlightLevel"), "FL345");

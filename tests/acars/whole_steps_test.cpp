@@ -24,11 +24,8 @@ class Whole_Steps : public Engine_World {
 
     /// One flight in which exchange number `refused` (from 1; 0: none) is refused. What the panel
     /// does when the link fails is done here: pause, resume, and the step is taken again.
-    std::vector<std::string> Fly_Refusing(std::size_t refused, std::vector<std::string>& failures) {
-        store.Delete_Section("ACARS");
-        Replace_Engine();
-        Jet_Flight()[moment::parked](area);
-        raised.clear();
+    std::string Fly_Refusing(std::size_t refused, std::vector<std::string>& failures) {
+        Begin_Anew();
         m_exchanges = 0;
         m_refused = refused;
         while (!Start())
@@ -49,16 +46,13 @@ class Whole_Steps : public Engine_World {
         while (true) {
             const std::size_t before = raised.size();
             engine->Refresh();
-            const bool failed = raised.back().starts_with("FSClosed");
-            if (!failed)
+            if (!raised.back().starts_with("FSClosed"))
                 return;
             EXPECT_EQ(raised.size(), before + 1) << "an undone step says nothing else";
             failures.push_back(raised.back());
-            raised.resize(before);
-            const auto mute = std::vector<std::string>(raised);
             engine->Paused();
             engine->Resume_();
-            raised = mute;
+            raised.resize(before);
         }
     }
 
@@ -102,9 +96,7 @@ TEST_F(Whole_Steps, A_Failed_Start_Leaves_No_Trace) {
     transport.on_deliver = nullptr;
     int result = 0;
     ASSERT_TRUE(link.IPC_Open(0, result));
-    transport.on_deliver = [](std::span<std::byte>) {
-        return Delivery{Delivery_Outcome::answered, 0};
-    };
+    Refuse_Link();
     EXPECT_FALSE(Start());
     EXPECT_TRUE(link.Is_Open());
     transport.on_deliver = nullptr;
@@ -156,9 +148,7 @@ TEST_F(Whole_Steps, Store_The_Listeners_Figures_In_The_Same_Transaction) {
     depths.clear();
     Fly(moment::in, moment::in + 1);
     EXPECT_EQ(depths, (std::vector<int>{1, 0}));
-    transport.on_deliver = [](std::span<std::byte>) {
-        return Delivery{Delivery_Outcome::answered, 0};
-    };
+    Refuse_Link();
     depths.clear();
     engine->Refresh();
     EXPECT_EQ(depths, std::vector<int>{0});
@@ -194,9 +184,7 @@ TEST_F(Whole_Steps, A_Message_Without_A_Clock_Carries_The_Last_One) {
     ASSERT_TRUE(Start());
     engine->Refresh();
     raised.clear();
-    transport.on_deliver = [](std::span<std::byte>) {
-        return Delivery{Delivery_Outcome::answered, 0};
-    };
+    Refuse_Link();
     engine->Send_Message(Message_Type::comment, "lost");
     EXPECT_EQ(Messages(Message_Type::comment).at(0).substr(0, 19), "[2026-03-14 12:00Z]");
     EXPECT_EQ(Count("FSClosed"), 1U);
