@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "common/text.h"
@@ -12,8 +13,8 @@ namespace {
 
 using Change = std::function<void(Offset_Area&)>;
 
-Change Set(Variable variable, double value) {
-    return [=](Offset_Area& area) { area.Set(variable, value); };
+Change Set(Variable variable, double value, int engine = 1) {
+    return [=](Offset_Area& area) { area.Set(variable, value, engine); };
 }
 
 Change Time(int hour, int minute) {
@@ -44,7 +45,7 @@ Change Fuel(double gallons) {
 
 Change N1(double percent) {
     return [=](Offset_Area& area) {
-        for (int engine = 1; engine <= 2; ++engine) {
+        for (const int engine : {1, 2}) {
             area.Set(Variable::engine_n1_percent, percent, engine);
             area.Set(Variable::engine_n2_percent, percent + 2, engine);
         }
@@ -58,23 +59,8 @@ Change Vertical(double altitude_ft, double speed_fpm) {
     };
 }
 
-void Park_Jet(Offset_Area& area) {
-    area.Set(Variable::parking_brake, 32767);
-    area.Set(Variable::on_ground, 1);
-    area.Set(Variable::engine_type, engine_kind::jet);
-    area.Set(Variable::engine_count, 2);
-    for (int engine = 1; engine <= 2; ++engine) {
-        area.Set(Variable::engine_combustion, 1, engine);
-        area.Set(Variable::engine_fuel_flow_pph, 2400.4 + engine, engine);
-    }
-    area.Set(Variable::fuel_weight_lb_per_gal, 6.75);
-    area.Set(Variable::zero_fuel_weight_lbs, 100000);
-    area.Set(Variable::day_of_year, 73);
-    area.Set(Variable::year, 2026);
-    area.Set_Text(Variable::atc_identifier, "N738NV");
-    area.Set_Text(Variable::atc_airline, "Norvane");
-    area.Set_Text(Variable::atc_flight_number, "101");
-    area.Set_Text(Variable::aircraft_title, "Jet 738");
+Change Text(Variable variable, const std::string& text) {
+    return [=](Offset_Area& area) { area.Set_Text(variable, text); };
 }
 
 /// Connects signals, whose names stand in `names`, to what makes a text of their arguments.
@@ -131,7 +117,26 @@ void Record_Events(ACARS_Events& e, std::vector<std::string>& lines) {
 const std::vector<Moment>& Jet_Flight() {
     using enum Variable;
     static const std::vector<Moment> flight{
-        {{Park_Jet, Time(12, 0), Place(40.63975, -73.77893, 13), Fuel(3000), N1(20),
+        {{Set(parking_brake, 32767),
+          Set(on_ground, 1),
+          Set(engine_type, engine_kind::jet),
+          Set(engine_count, 2),
+          Set(engine_combustion, 1, 1),
+          Set(engine_combustion, 1, 2),
+          Set(engine_fuel_flow_pph, 2401.4, 1),
+          Set(engine_fuel_flow_pph, 2402.4, 2),
+          Set(fuel_weight_lb_per_gal, 6.75),
+          Set(zero_fuel_weight_lbs, 100000),
+          Set(day_of_year, 73),
+          Set(year, 2026),
+          Text(atc_identifier, "N738NV"),
+          Text(atc_airline, "Norvane"),
+          Text(atc_flight_number, "101"),
+          Text(aircraft_title, "Jet 738"),
+          Time(12, 0),
+          Place(40.63975, -73.77893, 13),
+          Fuel(3000),
+          N1(20),
           Vertical(13, 0)}},
         {{Time(12, 5), Set(parking_brake, 0)}},
         {{Set(ground_speed_kt, 18)}},
@@ -164,24 +169,16 @@ Engine_World::Engine_World() {
           "// the world of the tests\r\n\r\n"
           "40.63975|-73.77893|13|KJFK|John F Kennedy International\r\n"
           "42.36435|-71.00518|20|KBOS|Boston Logan\r\n");
-    settings = std::make_unique<clsAppSettings>(services);
-    settings->Set_ACARS_Date(0);
-    settings->Set_ACARS_Time(time_kind::utc);
-    settings->Set_ACARS_Fuel(unit::pounds);
-    settings->Set_ACARS_Weight(unit::pounds);
-    settings->Set_ACARS_EOF(0);
-    settings->Set_ACARS_TakeOff_Alt(0);
-    settings->Set_ACARS_RecordArrival(0);
-    settings->Set_WX_URL("NOAA");
-    airline = std::make_unique<clsVASettings>(services);
-    utc = std::make_unique<clsUTC>(clock);
+    settings.Set_ACARS_Date(0);
+    settings.Set_ACARS_Time(time_kind::utc);
+    settings.Set_WX_URL("NOAA");
     Replace_Engine();
     Jet_Flight()[moment::parked](area);
 }
 
 void Engine_World::Replace_Engine() {
     link.IPC_Close();
-    engine = std::make_unique<clsACARS>(clsACARS::Parts{services, link, *settings, *airline, *utc});
+    engine = std::make_unique<clsACARS>(clsACARS::Parts{services, link, settings, airline, *utc});
     Record_Events(engine->events, raised);
 }
 
@@ -201,6 +198,11 @@ void Engine_World::Fly(std::size_t from, std::size_t to) {
     }
 }
 
+void Engine_World::Fly_To(std::size_t to) {
+    EXPECT_TRUE(Start());
+    Fly(moment::parked, to);
+}
+
 void Engine_World::Begin_Anew() {
     store.Delete_Section("ACARS");
     Replace_Engine();
@@ -214,11 +216,6 @@ void Engine_World::Refuse_Link() {
     };
 }
 
-void Engine_World::Use_Airline_With_Script() {
-    Write("VA/server.cfg", "server.example\r\npirep.php\r\nacars.php\r\n");
-    airline->Get_VA_Settings("DEFAULT");
-}
-
 std::string Engine_World::Take_Raised() {
     std::string text;
     for (const std::string& line : std::exchange(raised, {})) {
@@ -228,29 +225,19 @@ std::string Engine_World::Take_Raised() {
     return text;
 }
 
+std::vector<std::string> Engine_World::All(const std::string& name) const {
+    std::vector<std::string> found;
+    for (const std::string& line : raised) {
+        if ((line + " ").starts_with(name + " "))
+            found.push_back(line.substr(std::min(name.size() + 1, line.size())));
+    }
+    return found;
+}
+
 std::string Engine_World::Once(const std::string& name) const {
-    EXPECT_EQ(Count(name), 1U) << name;
-    for (const std::string& line : raised) {
-        if (line.starts_with(name + " "))
-            return line.substr(name.size() + 1);
-    }
-    return "not raised";
-}
-
-std::size_t Engine_World::Count(const std::string& name) const {
-    return static_cast<std::size_t>(std::count_if(
-        raised.begin(), raised.end(),
-        [&](const std::string& line) { return line == name || line.starts_with(name + " "); }));
-}
-
-std::vector<std::string> Engine_World::Messages(Message_Type type) const {
-    const std::string mark = "ACARSMessage " + std::to_string(static_cast<int>(type)) + " ";
-    std::vector<std::string> texts;
-    for (const std::string& line : raised) {
-        if (line.starts_with(mark))
-            texts.push_back(line.substr(mark.size()));
-    }
-    return texts;
+    const auto all = All(name);
+    EXPECT_EQ(all.size(), 1U) << name;
+    return all.empty() ? "not raised" : all[0];
 }
 
 }  // namespace norvane::test

@@ -54,23 +54,26 @@ class Engine_World : public Test_World {
     void Refuse_Link();
     /// Steps through moments [from, to) of the jet's flight.
     void Fly(std::size_t from, std::size_t to);
-    /// An airline with an ACARS script: flights connect and disconnect by message.
-    void Use_Airline_With_Script();
-
+    /// Starts, and steps through the moments before `to`.
+    void Fly_To(std::size_t to);
     /// What was raised since the last call, line by line, `FSTime` left out.
     std::string Take_Raised();
-    /// The arguments of the only event of that name raised so far; fails unless it came once.
-    std::string Once(const std::string& name) const;
-    [[nodiscard]] std::size_t Count(const std::string& name) const;
+    /// The arguments of each event of that name raised so far.
+    [[nodiscard]] std::vector<std::string> All(const std::string& name) const;
+    [[nodiscard]] std::size_t Count(const std::string& name) const { return All(name).size(); }
+    /// Those of the only one; fails unless it came once.
+    [[nodiscard]] std::string Once(const std::string& name) const;
     /// The texts of the messages of a type, in order.
-    [[nodiscard]] std::vector<std::string> Messages(Message_Type type) const;
+    [[nodiscard]] std::vector<std::string> Messages(Message_Type type) const {
+        return All("ACARSMessage " + std::to_string(static_cast<int>(type)));
+    }
 
     Offset_Area area;
     In_Process_Transport transport{area};
     modFSUIPC link{transport, clock};
-    std::unique_ptr<clsAppSettings> settings;
-    std::unique_ptr<clsVASettings> airline;
-    std::unique_ptr<clsUTC> utc;
+    clsAppSettings settings{services};
+    clsVASettings airline{services};
+    std::unique_ptr<clsUTC> utc = std::make_unique<clsUTC>(clock);
     std::unique_ptr<clsACARS> engine;
     std::vector<std::string> raised;
     std::string error_text;

@@ -6,7 +6,6 @@
 #include "engine_world.h"
 
 namespace norvane::test {
-
 namespace {
 
 class Flight : public Engine_World {};
@@ -75,11 +74,10 @@ TEST_F(Flight, Reports_Every_Figure_In_Order) {
 }
 
 TEST_F(Flight, Carries_The_Chosen_Units) {
-    settings->Set_ACARS_Time(time_kind::local);
-    settings->Set_ACARS_Fuel(unit::kilograms);
-    settings->Set_ACARS_Weight(unit::kilograms);
-    ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::in + 1);
+    settings.Set_ACARS_Time(time_kind::local);
+    settings.Set_ACARS_Fuel(unit::kilograms);
+    settings.Set_ACARS_Weight(unit::kilograms);
+    Fly_To(moment::in + 1);
     EXPECT_EQ(Once("WeightZFW"), "45359 1");
     EXPECT_EQ(Once("FlightOUT"), "0705 0");
     EXPECT_EQ(engine->TIME_OUT() + " " + engine->LOCAL_TIME_OUT(), "1205 0705");
@@ -89,10 +87,9 @@ TEST_F(Flight, Carries_The_Chosen_Units) {
     EXPECT_EQ(*(raised.end() - 2), "FSTime 0852");
 
     // In gallons no pounds are computed; a position report is in pounds whatever the unit.
-    settings->Set_ACARS_Fuel(unit::gallons);
+    settings.Set_ACARS_Fuel(unit::gallons);
     Begin_Anew();
-    ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::level);
+    Fly_To(moment::level);
     engine->Report_Position();
     Fly(moment::level, moment::in + 1);
     EXPECT_EQ(Once("FuelOUT"), "3000 2");
@@ -102,9 +99,9 @@ TEST_F(Flight, Carries_The_Chosen_Units) {
 }
 
 TEST_F(Flight, Can_Be_Timed_By_The_Computers_Clock) {
-    settings->Set_ACARS_Time(time_kind::local);
-    settings->Set_ACARS_UseTime(1);
-    settings->Set_ACARS_Date(1);
+    settings.Set_ACARS_Time(time_kind::local);
+    settings.Set_ACARS_UseTime(1);
+    settings.Set_ACARS_Date(1);
     clock.zone.standard_bias = 480;
     utc = std::make_unique<clsUTC>(clock);
     Replace_Engine();
@@ -125,5 +122,4 @@ TEST_F(Flight, Can_Be_Timed_By_The_Computers_Clock) {
 }
 
 }  // namespace
-
 }  // namespace norvane::test

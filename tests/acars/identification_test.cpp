@@ -7,7 +7,6 @@
 #include "engine_world.h"
 
 namespace norvane::test {
-
 namespace {
 
 class Identification : public Engine_World {
@@ -29,7 +28,7 @@ class Identification : public Engine_World {
 };
 
 TEST_F(Identification, Finds_The_Configuration_By_Simulator_And_Without_Regard_To_Case) {
-    settings->Set_ACARS_ATCModel(true);
+    settings.Set_ACARS_ATCModel(true);
     const std::string root = directory.string();
     Write("sim/Aircraft/b738/Aircraft.CFG", configuration);
     Use_Aircraft(root + "\\SIM\\", "AIRCRAFT\\B738\\b738.air");
@@ -71,8 +70,8 @@ TEST_F(Identification, In_The_Oldest_Simulator_Takes_The_Title_And_No_Identity) 
 }
 
 TEST_F(Identification, Takes_Airline_And_Flight_Number_Once) {
-    settings->Set_Airline_IATA("NV");
-    settings->Set_Airline_IATAPrefix(true);
+    settings.Set_Airline_IATA("NV");
+    settings.Set_Airline_IATAPrefix(true);
     area.Set_Text(Variable::atc_airline, "Nor|vane");
     ASSERT_TRUE(Start());
     EXPECT_EQ(Once("ATCFlight"), "Nor/vane - NV101");
@@ -156,19 +155,17 @@ TEST_F(Identification, Looks_The_Arrival_Up_Once_And_Leaves_The_Panels_Airports_
         Write("bin/fs9.wld",
               "40.6|-73.8|13|KJFK|Kennedy\n42.36|-71.01|20|KBOS|Boston\n"
               "42.5|-71.0|20|KGAT|Gate\n");
-        settings->Set_ACARS_RecordArrival(recorded);
+        settings.Set_ACARS_RecordArrival(recorded);
         Begin_Anew();
-        ASSERT_TRUE(Start());
-        Fly(moment::parked, moment::in);
+        Fly_To(moment::in);
         area.Set(Variable::latitude_deg, 42.5);
         Set(Variable::parking_brake, 1);
         EXPECT_EQ(Once("ICAOArr").substr(0, 4), arrival);
     }
-    settings->Set_VATSIM_FP(1);
-    settings->Set_ACARS_RecordArrival(0);
+    settings.Set_VATSIM_FP(1);
+    settings.Set_ACARS_RecordArrival(0);
     Begin_Anew();
-    ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::in + 1);
+    Fly_To(moment::in + 1);
     EXPECT_EQ(Count("ICAODep") + Count("ICAOArr"), 0U);
     EXPECT_EQ(engine->Departure_ICAO() + engine->Arrival_ICAO(), "KJFKKBOS");
 }
@@ -179,7 +176,7 @@ TEST_F(Identification, Lets_Events_Through_During_A_Lookup_But_No_Second_Step) {
     for (int i = 0; i < 1000; ++i)
         world += fmt::format("{}|-73.78|13|A{:03}|Place\n", 42.0 + i / 1000.0, i);
     Write("bin/fs9.wld", world);
-    settings->Get_Settings();
+    settings.Get_Settings();
     Timer tick(desktop.Timers(), std::chrono::milliseconds(0));
     int ticks = 0;
     bool stepping = true;
@@ -208,5 +205,4 @@ TEST_F(Identification, Names_An_Airport_By_Its_Code) {
 }
 
 }  // namespace
-
 }  // namespace norvane::test

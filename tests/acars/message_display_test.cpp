@@ -6,7 +6,6 @@
 #include "engine_world.h"
 
 namespace norvane::test {
-
 namespace {
 
 std::string Texts_Of(std::string_view message) {
@@ -36,7 +35,7 @@ TEST(Lines_To_Show, Break_At_Blanks_And_Segments) {
 class Message_Display : public Engine_World {
   protected:
     Message_Display() {
-        settings->Set_OPT_ACARS_To_FS(true);
+        settings.Set_OPT_ACARS_To_FS(true);
         area.on_write = [this](std::uint32_t offset, std::uint32_t) {
             if (offset == Offset_Of(Variable::display_control))
                 shown.push_back(
@@ -87,8 +86,7 @@ TEST_F(Message_Display, Ends_With_The_Engines_Flight) {
         [&] { engine->Reset(); }, [&] { engine->Stop_(); }, [&] { engine.reset(); }};
     for (const auto& end : ends) {
         Begin_Anew();
-        ASSERT_TRUE(Start());
-        Fly(moment::parked, moment::off);
+        Fly_To(moment::off);
         shown.clear();
         Timer ending(desktop.Timers(), std::chrono::seconds(3));
         ending.tick.connect([&] {
@@ -102,8 +100,7 @@ TEST_F(Message_Display, Ends_With_The_Engines_Flight) {
 }
 
 TEST_F(Message_Display, A_Lost_Link_Is_Reported_Once_And_Ends_The_Message) {
-    ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::off);
+    Fly_To(moment::off);
     Refuse_Link();
     desktop.Run_For(std::chrono::seconds(30));
     EXPECT_EQ(Once("FSClosed"), modFSUIPC::IPC_ErrorText(ipc_result::bad_data));
@@ -115,5 +112,4 @@ TEST_F(Message_Display, A_Lost_Link_Is_Reported_Once_And_Ends_The_Message) {
 }
 
 }  // namespace
-
 }  // namespace norvane::test

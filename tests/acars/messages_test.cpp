@@ -6,7 +6,6 @@
 #include "engine_world.h"
 
 namespace norvane::test {
-
 namespace {
 
 class Messages_Of_A_Flight : public Engine_World {
@@ -27,8 +26,7 @@ class Messages_Of_A_Flight : public Engine_World {
 };
 
 TEST_F(Messages_Of_A_Flight, Position_Report) {
-    ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::level);
+    Fly_To(moment::level);
     area.Set(Variable::wind_direction_deg, 45);
     area.Set(Variable::wind_speed_kt, 7);
     area.Set(Variable::ground_speed_kt, 480);
@@ -55,7 +53,7 @@ TEST_F(Messages_Of_A_Flight, Position_Report) {
 }
 
 TEST_F(Messages_Of_A_Flight, Free_Texts_Pass_As_They_Are) {
-    settings->Set_Airline_ICAO("NVA");
+    settings.Set_Airline_ICAO("NVA");
     area.Set(Variable::engine_count, 0);
     ASSERT_TRUE(Start());
     engine->Send_Message(Message_Type::comment, "All well|on board");
@@ -75,7 +73,7 @@ TEST_F(Messages_Of_A_Flight, A_Typed_Number_Stands_In_For_The_Simulators) {
         /// With the simulator's number 101, and without one.
         std::string identifier, without;
     };
-    settings->Set_Airline_IATA("NV");
+    settings.Set_Airline_IATA("NV");
     for (const std::string simulators : {"101", ""}) {
         area.Set_Text(Variable::atc_flight_number, simulators);
         engine->Reset();
@@ -89,12 +87,12 @@ TEST_F(Messages_Of_A_Flight, A_Typed_Number_Stands_In_For_The_Simulators) {
                  {"NVN", true, "77", "101", "NV77"},
                  {"NVN", true, "", "101", ""},
              }) {
-            settings->Set_Airline_ICAO(icao);
-            settings->Set_Airline_IATAPrefix(prefix);
+            settings.Set_Airline_ICAO(icao);
+            settings.Set_Airline_IATAPrefix(prefix);
             engine->Set_Airline_Flight_Number(typed);
             EXPECT_EQ(Comment_Line(3), "Flight ID: " + (simulators.empty() ? without : identifier));
         }
-        settings->Set_Airline_IATAPrefix(false);
+        settings.Set_Airline_IATAPrefix(false);
     }
 }
 
@@ -108,9 +106,9 @@ TEST_F(Messages_Of_A_Flight, Numbers_Go_On_Past_Two_Digits_And_Begin_Anew_After_
 }
 
 TEST_F(Messages_Of_A_Flight, Connecting_And_Disconnecting) {
-    Use_Airline_With_Script();
-    ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::level);
+    Write("VA/server.cfg", "server.example\r\npirep.php\r\nacars.php\r\n");
+    airline.Get_VA_Settings("DEFAULT");
+    Fly_To(moment::level);
     EXPECT_EQ(Line(Message_Type::connected, 5), "Flight Connected");
     area.Set(Variable::utc_minute, 44);
     engine->Refresh();
@@ -131,13 +129,13 @@ TEST_F(Messages_Of_A_Flight, Without_A_Date_The_Date_Line_Says_What_There_Is) {
     area.Set(Variable::year, 0);
     ASSERT_TRUE(Start());
     EXPECT_EQ(Comment_Line(0), "[ 12:00Z]");
-    settings->Set_ACARS_UseTime(7);
+    settings.Set_ACARS_UseTime(7);
     EXPECT_EQ(Comment_Line(0), "[ :Z]");
 }
 
 TEST_F(Messages_Of_A_Flight, Weather_At_The_Surface) {
     using enum Variable;
-    settings->Set_WX_URL("FS");
+    settings.Set_WX_URL("FS");
     for (const auto& [variable, value] : {std::pair{surface_wind_direction_deg, 90.},
                                           {surface_wind_speed_kt, 5.},
                                           {visibility_sm, 10.},
@@ -191,5 +189,4 @@ TEST(Flight_Figures, Times_Between_Events) {
 }
 
 }  // namespace
-
 }  // namespace norvane::test

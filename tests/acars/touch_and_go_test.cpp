@@ -3,13 +3,11 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cmath>
 
 #include "engine_world.h"
 
 namespace norvane::test {
-
 namespace {
 
 constexpr int one_flight = 0;
@@ -21,7 +19,7 @@ class Touch_And_Go : public Engine_World {
         Write("bin/fs9.wld",
               "40.63975|-73.77893|13|KJFK|Kennedy\r\n42.36435|-71.00518|20|KBOS|Boston\r\n"
               "43.5|-71.0|20|KMID|Middle\r\n");
-        settings->Set_ACARS_RecordArrival(1);
+        settings.Set_ACARS_RecordArrival(1);
     }
 
     /// A step after the first contact, which was at 13:40Z at KBOS; the later ones are at KMID and
@@ -46,8 +44,7 @@ class Touch_And_Go : public Engine_World {
     /// The whole flight, the program killed behind step `killed` (from 0; -1: never).
     void Fly_Through(const std::string& steps, int killed) {
         Begin_Anew();
-        ASSERT_TRUE(Start());
-        Fly(moment::parked, moment::on + 1);
+        Fly_To(moment::on + 1);
         for (int i = 0; i < static_cast<int>(steps.size()); ++i) {
             Step(steps[static_cast<std::size_t>(i)], i + 1);
             if (i == killed) {
@@ -62,13 +59,9 @@ class Touch_And_Go : public Engine_World {
     /// What the row takes from a landing, as it was raised last.
     std::string Landing() const {
         std::string values;
-        for (const std::string name : {"FlightON ", "VS ", "IASLanding ", "ICAOArr ", "FuelON ",
-                                       "FlightTimeHHMM ", "MaxTaxiDestination "}) {
-            const auto last = std::find_if(raised.rbegin(), raised.rend(), [&](const auto& line) {
-                return line.starts_with(name);
-            });
-            values += last == raised.rend() ? "-, " : last->substr(name.size()) + ", ";
-        }
+        for (const std::string name : {"FlightON", "VS", "IASLanding", "ICAOArr", "FuelON",
+                                       "FlightTimeHHMM", "MaxTaxiDestination"})
+            values += All(name).back() + ", ";
         return values;
     }
 };
@@ -90,7 +83,7 @@ TEST_F(Touch_And_Go, The_Last_Landing_Counts_And_A_Bounce_Does_Not) {
                                    {one_flight, "sfhhhhhhghhhg", 2, 9},
                                    {one_flight, "hhhhhhghhhhhhhg", 3, 15},
                                    {first_landing_counts, "hhhhhhhhhg", 1, 0}}) {
-        settings->Set_ACARS_TouchAndGo(setting);
+        settings.Set_ACARS_TouchAndGo(setting);
         const std::string landing =
             last == 0 ? "1340 1, -1,210, 139, KBOS Boston, 9450 0, 1:23, 21, "
                       : fmt::format("{} 1, -{}, {}, KMID Middle, {} 0, 1:{}, 21, ", 1340 + last,
@@ -112,5 +105,4 @@ TEST_F(Touch_And_Go, The_Last_Landing_Counts_And_A_Bounce_Does_Not) {
 }
 
 }  // namespace
-
 }  // namespace norvane::test

@@ -4,7 +4,6 @@
 #include "support/test_world.h"
 
 namespace norvane::test {
-
 namespace {
 
 TEST(Utc_Clock, Takes_The_Daylight_Bias_Between_This_Years_Rules) {
@@ -57,5 +56,4 @@ TEST(Utc_Clock, Tells_The_Time_Across_Midnight) {
 }
 
 }  // namespace
-
 }  // namespace norvane::test
