@@ -11,51 +11,52 @@ namespace norvane::test {
 
 namespace {
 
+using enum Variable;
 using Change = std::function<void(Offset_Area&)>;
 
-Change Set(Variable variable, double value, int engine = 1) {
-    return [=](Offset_Area& area) { area.Set(variable, value, engine); };
+/// Sets a variable, and others with their values behind it.
+template <class... More>
+Change Set(Variable variable, double value, More... more) {
+    return [=](Offset_Area& area) {
+        area.Set(variable, value);
+        if constexpr (sizeof...(more) > 0)
+            Set(more...)(area);
+    };
 }
 
 Change Time(int hour, int minute) {
-    return [=](Offset_Area& area) {
-        constexpr int hours_west = 5;
-        area.Set(Variable::utc_hour, hour);
-        area.Set(Variable::utc_minute, minute);
-        area.Set(Variable::local_hour, (hour + 24 - hours_west) % 24);
-        area.Set(Variable::local_minute, minute);
-    };
+    constexpr int hours_west = 5;
+    return Set(utc_hour, hour, utc_minute, minute, local_hour, (hour + 24 - hours_west) % 24,
+               local_minute, minute);
 }
 
 Change Place(double latitude, double longitude, double elevation_ft) {
-    return [=](Offset_Area& area) {
-        area.Set(Variable::latitude_deg, latitude);
-        area.Set(Variable::longitude_deg, longitude);
-        area.Set(Variable::ground_elevation_ft, elevation_ft);
-    };
+    return Set(latitude_deg, latitude, longitude_deg, longitude, ground_elevation_ft, elevation_ft);
+}
+
+Change Vertical(double feet, double speed_fpm) {
+    return Set(altitude_ft, feet, vertical_speed_fpm, speed_fpm);
 }
 
 Change Fuel(double gallons) {
     return [=](Offset_Area& area) {
         area.Set_Tank(3, gallons / 2, 2000);
         area.Set_Tank(6, gallons / 2, 2000);
-        area.Set(Variable::total_weight_lbs, 100000.7 + gallons * 6.75);
+        area.Set(total_weight_lbs, 100000.7 + gallons * 6.75);
+    };
+}
+
+Change Both_Engines(Variable variable, double first, double second) {
+    return [=](Offset_Area& area) {
+        area.Set(variable, first, 1);
+        area.Set(variable, second, 2);
     };
 }
 
 Change N1(double percent) {
     return [=](Offset_Area& area) {
-        for (const int engine : {1, 2}) {
-            area.Set(Variable::engine_n1_percent, percent, engine);
-            area.Set(Variable::engine_n2_percent, percent + 2, engine);
-        }
-    };
-}
-
-Change Vertical(double altitude_ft, double speed_fpm) {
-    return [=](Offset_Area& area) {
-        area.Set(Variable::altitude_ft, altitude_ft);
-        area.Set(Variable::vertical_speed_fpm, speed_fpm);
+        Both_Engines(engine_n1_percent, percent, percent)(area);
+        Both_Engines(engine_n2_percent, percent + 2, percent + 2)(area);
     };
 }
 
@@ -115,34 +116,19 @@ void Record_Events(ACARS_Events& e, std::vector<std::string>& lines) {
 }
 
 const std::vector<Moment>& Jet_Flight() {
-    using enum Variable;
     static const std::vector<Moment> flight{
-        {{Set(parking_brake, 32767),
-          Set(on_ground, 1),
-          Set(engine_type, engine_kind::jet),
-          Set(engine_count, 2),
-          Set(engine_combustion, 1, 1),
-          Set(engine_combustion, 1, 2),
-          Set(engine_fuel_flow_pph, 2401.4, 1),
-          Set(engine_fuel_flow_pph, 2402.4, 2),
-          Set(fuel_weight_lb_per_gal, 6.75),
-          Set(zero_fuel_weight_lbs, 100000),
-          Set(day_of_year, 73),
-          Set(year, 2026),
-          Text(atc_identifier, "N738NV"),
-          Text(atc_airline, "Norvane"),
-          Text(atc_flight_number, "101"),
-          Text(aircraft_title, "Jet 738"),
-          Time(12, 0),
-          Place(40.63975, -73.77893, 13),
-          Fuel(3000),
-          N1(20),
-          Vertical(13, 0)}},
+        {{Set(parking_brake, 32767, on_ground, 1, engine_type, engine_kind::jet, engine_count, 2,
+              fuel_weight_lb_per_gal, 6.75, zero_fuel_weight_lbs, 100000, day_of_year, 73, year,
+              2026),
+          Both_Engines(engine_combustion, 1, 1), Both_Engines(engine_fuel_flow_pph, 2401.4, 2402.4),
+          Text(atc_identifier, "N738NV"), Text(atc_airline, "Norvane"),
+          Text(atc_flight_number, "101"), Text(aircraft_title, "Jet 738"), Time(12, 0),
+          Place(40.63975, -73.77893, 13), Fuel(3000), N1(20), Vertical(13, 0)}},
         {{Time(12, 5), Set(parking_brake, 0)}},
         {{Set(ground_speed_kt, 18)}},
         {{N1(95), Set(ground_speed_kt, 140)}},
-        {{Time(12, 17), Fuel(2900), Vertical(33, 1500), Set(on_ground, 0),
-          Set(indicated_airspeed_kt, 151)}},
+        {{Time(12, 17), Fuel(2900), Vertical(33, 1500),
+          Set(on_ground, 0, indicated_airspeed_kt, 151)}},
         {{Vertical(9000, 2400)}},
         {{Place(41.5, -72.5, 400), Vertical(35000, 12)}},
         {{Vertical(35600, 1500)}},
@@ -150,7 +136,7 @@ const std::vector<Moment>& Jet_Flight() {
         {{Vertical(33000, -2200)}},
         {{Vertical(60, -1210), Set(indicated_airspeed_kt, 139)}},
         {{Time(13, 40), Place(42.36, -71.01, 20), Fuel(1400), N1(40), Vertical(20, 0),
-          Set(on_ground, 1), Set(ground_speed_kt, 130)}},
+          Set(on_ground, 1, ground_speed_kt, 130)}},
         {{Set(ground_speed_kt, 8)}},
         {{Set(ground_speed_kt, 22)}},
         {{Fuel(1380), Set(ground_speed_kt, 0)}},
@@ -208,12 +194,6 @@ void Engine_World::Begin_Anew() {
     Replace_Engine();
     Jet_Flight()[moment::parked](area);
     raised.clear();
-}
-
-void Engine_World::Refuse_Link() {
-    transport.on_deliver = [](std::span<std::byte>) {
-        return Delivery{Delivery_Outcome::answered, 0};
-    };
 }
 
 std::string Engine_World::Take_Raised() {

@@ -46,12 +46,21 @@ class Engine_World : public Test_World {
     /// raises goes to `raised` too.
     void Replace_Engine();
     bool Start(bool resume = false);
+    /// Puts values into the simulator: a variable and its value, another and its value ...
+    template <class... More>
+    void Put(Variable variable, double value, More... more) {
+        area.Set(variable, value);
+        if constexpr (sizeof...(more) > 0)
+            Put(more...);
+    }
     /// Changes one variable and lets the engine take a step.
     void Set(Variable variable, double value, int engine_number = 1);
     /// A parked jet and a new engine; nothing stored, nothing raised.
     void Begin_Anew();
     /// Every exchange with the simulator is refused from now on.
-    void Refuse_Link();
+    void Refuse_Link(Delivery_Outcome outcome = Delivery_Outcome::answered) {
+        transport.on_deliver = [=](std::span<std::byte>) { return Delivery{outcome, 0}; };
+    }
     /// Steps through moments [from, to) of the jet's flight.
     void Fly(std::size_t from, std::size_t to);
     /// Starts, and steps through the moments before `to`.

@@ -2,11 +2,16 @@
 // end with the engine.
 
 #include "acars/message_display.h"
+
+#include <fmt/format.h>
+
 #include "common/text.h"
 #include "engine_world.h"
 
 namespace norvane::test {
 namespace {
+
+using enum Variable;
 
 std::string Texts_Of(std::string_view message) {
     std::vector<std::string> texts;
@@ -37,16 +42,12 @@ class Message_Display : public Engine_World {
     Message_Display() {
         settings.Set_OPT_ACARS_To_FS(true);
         area.on_write = [this](std::uint32_t offset, std::uint32_t) {
-            if (offset == Offset_Of(Variable::display_control))
-                shown.push_back(
-                    Seconds() + " " + area.Get_Text(Variable::display_text) + " " +
-                    std::to_string(static_cast<int>(area.Get(Variable::display_control))));
+            if (offset == Offset_Of(display_control))
+                shown.push_back(fmt::format("{} {} {:.0f}", Seconds(), area.Get_Text(display_text),
+                                            area.Get(display_control)));
         };
     }
-    std::string Seconds() {
-        return std::to_string(
-            std::chrono::duration_cast<std::chrono::seconds>(clock.Monotonic()).count());
-    }
+    std::int64_t Seconds() { return clock.Monotonic() / std::chrono::seconds(1); }
 
     std::vector<std::string> shown;
 };
@@ -62,12 +63,12 @@ TEST_F(Message_Display, Shows_Block_Reports_And_Position_Reports_Piece_By_Piece)
                          "/TAW 120250 /POS 40.63975 8",
                          "8 -73.77893 8"}));
 
-    area.Set(Variable::display_mode, 1);
+    area.Set(display_mode, 1);
     ASSERT_TRUE(Start());
     Fly(moment::off, moment::level);
     desktop.Run_For(std::chrono::seconds(60));
     shown.clear();
-    const int begun = std::stoi(Seconds());
+    const std::int64_t begun = Seconds();
     engine->Report_Position();
     engine->Refresh();
     desktop.Run_For(std::chrono::seconds(60));
@@ -82,9 +83,8 @@ TEST_F(Message_Display, Ends_With_The_Engines_Flight) {
     engine->Write_Message_To_FS("");
     EXPECT_EQ(shown.size(), 1U);
     // In the middle of a display, from within its pause: reset, stopped, gone.
-    const std::vector<std::function<void()>> ends{
-        [&] { engine->Reset(); }, [&] { engine->Stop_(); }, [&] { engine.reset(); }};
-    for (const auto& end : ends) {
+    for (const auto& end : std::vector<std::function<void()>>{
+             [&] { engine->Reset(); }, [&] { engine->Stop_(); }, [&] { engine.reset(); }}) {
         Begin_Anew();
         Fly_To(moment::off);
         shown.clear();

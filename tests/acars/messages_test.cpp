@@ -8,6 +8,8 @@
 namespace norvane::test {
 namespace {
 
+using enum Variable;
+
 class Messages_Of_A_Flight : public Engine_World {
   protected:
     /// Line `number` (from 0) of the last message of a type.
@@ -27,20 +29,15 @@ class Messages_Of_A_Flight : public Engine_World {
 
 TEST_F(Messages_Of_A_Flight, Position_Report) {
     Fly_To(moment::level);
-    area.Set(Variable::wind_direction_deg, 45);
-    area.Set(Variable::wind_speed_kt, 7);
-    area.Set(Variable::ground_speed_kt, 480);
-    area.Set(Variable::true_airspeed_kt, 470);
-    area.Set(Variable::indicated_airspeed_kt, 270);
-    area.Set(Variable::total_air_temperature_c, -31);
+    Put(wind_direction_deg, 45, wind_speed_kt, 7, ground_speed_kt, 480, true_airspeed_kt, 470,
+        indicated_airspeed_kt, 270, total_air_temperature_c, -31);
     struct Heading_Case {
-        double heading_deg, variation_deg;
+        double heading, variation;
         std::string magnetic;
     };
-    for (const auto& [heading_deg, variation_deg, magnetic] : std::vector<Heading_Case>{
+    for (const auto& [heading, variation, magnetic] : std::vector<Heading_Case>{
              {5, 13, "352"}, {13.2, 13, "000"}, {346.7, -13, "000"}, {355.2, -13, "008"}}) {
-        area.Set(Variable::true_heading_deg, heading_deg);
-        area.Set(Variable::magnetic_variation_deg, variation_deg);
+        Put(true_heading_deg, heading, magnetic_variation_deg, variation);
         engine->Report_Position();
         engine->Refresh();
         EXPECT_EQ(Line(Message_Type::position, 7), "/HDG " + magnetic);
@@ -54,7 +51,7 @@ TEST_F(Messages_Of_A_Flight, Position_Report) {
 
 TEST_F(Messages_Of_A_Flight, Free_Texts_Pass_As_They_Are) {
     settings.Set_Airline_ICAO("NVA");
-    area.Set(Variable::engine_count, 0);
+    area.Set(engine_count, 0);
     ASSERT_TRUE(Start());
     engine->Send_Message(Message_Type::comment, "All well|on board");
     engine->Send_Message(Message_Type::weather, "KJFK 141200Z");
@@ -63,6 +60,11 @@ TEST_F(Messages_Of_A_Flight, Free_Texts_Pass_As_They_Are) {
               "Msg Label: CM Block ID: 01 Msg No: M01A\r\nFlight ID: NVA101\r\n"
               "Message:\r\nAll well|on board");
     EXPECT_EQ(Line(Message_Type::weather, 2), "Msg Label: WX Block ID: 01 Msg No: M02A");
+    // Without a date the line says what there is.
+    area.Set(year, 0);
+    EXPECT_EQ(Comment_Line(0), "[ 12:00Z]");
+    settings.Set_ACARS_UseTime(7);
+    EXPECT_EQ(Comment_Line(0), "[ :Z]");
 }
 
 TEST_F(Messages_Of_A_Flight, A_Typed_Number_Stands_In_For_The_Simulators) {
@@ -75,7 +77,7 @@ TEST_F(Messages_Of_A_Flight, A_Typed_Number_Stands_In_For_The_Simulators) {
     };
     settings.Set_Airline_IATA("NV");
     for (const std::string simulators : {"101", ""}) {
-        area.Set_Text(Variable::atc_flight_number, simulators);
+        area.Set_Text(atc_flight_number, simulators);
         engine->Reset();
         ASSERT_TRUE(Start());
         for (const auto& [icao, prefix, typed, identifier, without] : std::vector<Number_Case>{
@@ -110,7 +112,7 @@ TEST_F(Messages_Of_A_Flight, Connecting_And_Disconnecting) {
     airline.Get_VA_Settings("DEFAULT");
     Fly_To(moment::level);
     EXPECT_EQ(Line(Message_Type::connected, 5), "Flight Connected");
-    area.Set(Variable::utc_minute, 44);
+    area.Set(utc_minute, 44);
     engine->Refresh();
 
     engine->Stop_();
@@ -125,26 +127,10 @@ TEST_F(Messages_Of_A_Flight, Connecting_And_Disconnecting) {
     EXPECT_EQ(Messages(Message_Type::disconnected).size(), 2U);
 }
 
-TEST_F(Messages_Of_A_Flight, Without_A_Date_The_Date_Line_Says_What_There_Is) {
-    area.Set(Variable::year, 0);
-    ASSERT_TRUE(Start());
-    EXPECT_EQ(Comment_Line(0), "[ 12:00Z]");
-    settings.Set_ACARS_UseTime(7);
-    EXPECT_EQ(Comment_Line(0), "[ :Z]");
-}
-
 TEST_F(Messages_Of_A_Flight, Weather_At_The_Surface) {
-    using enum Variable;
     settings.Set_WX_URL("FS");
-    for (const auto& [variable, value] : {std::pair{surface_wind_direction_deg, 90.},
-                                          {surface_wind_speed_kt, 5.},
-                                          {visibility_sm, 10.},
-                                          {surface_temperature_c, 15.},
-                                          {dew_point_c, -3.},
-                                          {day_of_year, 64.},
-                                          {utc_hour, 14.},
-                                          {utc_minute, 5.}})
-        area.Set(variable, value);
+    Put(surface_wind_direction_deg, 90, surface_wind_speed_kt, 5, visibility_sm, 10,
+        surface_temperature_c, 15, dew_point_c, -3, day_of_year, 64, utc_hour, 14, utc_minute, 5);
     struct Weather_Case {
         double gusts, precipitation, rate, pressure;
         std::array<double, 4> clouds;  // cover and base of both layers

@@ -7,6 +7,8 @@
 namespace norvane::test {
 namespace {
 
+using enum Variable;
+
 constexpr std::string_view section = "ACARS";
 
 class Persistence : public Engine_World {
@@ -43,15 +45,17 @@ TEST_F(Persistence, Stores_From_Off_To_The_Step_Of_In_Only) {
     EXPECT_EQ(store.Depth(), 0);
 }
 
-TEST_F(Persistence, Stores_At_A_Pause) {
+TEST_F(Persistence, Stores_Between_Steps) {
     Fly_To(moment::level);
-    store.Delete_Section(section);
-    engine->Paused();
-    EXPECT_EQ(Stored(47), "1217");
-    EXPECT_EQ(raised.back(), "Paused");
-    // Nor does a number that went out without a step come again.
-    engine->Send_Message(Message_Type::comment, "");
-    EXPECT_EQ(store.Get(section, "MessageCounts").substr(0, 2), "3 ");
+    for (const auto& store_now : std::vector<std::function<void()>>{
+             [&] { engine->Store(); }, [&] { engine->Paused(); },
+             [&] { engine->Send_Message(Message_Type::comment, ""); }}) {
+        store.Delete_Section(section);
+        store_now();
+        EXPECT_EQ(Stored(47), "1217");
+    }
+    EXPECT_EQ(Count("Paused"), 1U);
+    EXPECT_EQ(store.Get(section, "MessageCounts"), "3 1 1 0 0 0 0 0 0 1 0 0");
 }
 
 TEST_F(Persistence, A_Flight_Taken_Up_Again_Ends_With_The_Same_Figures) {
@@ -125,14 +129,13 @@ TEST_F(Persistence, A_Flight_That_Had_Landed_Ends_Near_Where_It_Did) {
         Jet_Flight()[moment::parked](area);
         ASSERT_TRUE(Start(true));
         for (std::size_t step = 0; step < 20; ++step) {
-            area.Set(Variable::on_ground, step < 10 ? 1 : 0);
-            area.Set(Variable::altitude_ft, step < 10 ? 13 : 3000);
+            Put(on_ground, step < 10 ? 1 : 0, altitude_ft, step < 10 ? 13 : 3000);
             engine->Refresh();
         }
         EXPECT_EQ(Count("FlightIN") + Count("TouchAndGo"), 0U);
         EXPECT_EQ(Once("Elsewhere"), "162");
         EXPECT_EQ(Stored(45), "3");
-        area.Set(Variable::on_ground, 1);
+        area.Set(on_ground, 1);
         Fly(moment::in, moment::in + 1);  // 0.3 nm from the runway
         EXPECT_EQ(Once("BlockTimeHHMM"), "1:47");
     }
@@ -141,7 +144,7 @@ TEST_F(Persistence, A_Flight_That_Had_Landed_Ends_Near_Where_It_Did) {
 TEST_F(Persistence, A_Hop_Stored_Before_It_Climbed_Is_Not_Taken_For_A_Landing) {
     Fly_To(moment::off + 1);  // 20 ft up
     Replace_Engine();
-    area.Set(Variable::on_ground, 1);
+    area.Set(on_ground, 1);
     ASSERT_TRUE(Start(true));
     engine->Refresh();
     EXPECT_EQ(Count("FlightON"), 0U);

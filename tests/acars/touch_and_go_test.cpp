@@ -10,6 +10,8 @@
 namespace norvane::test {
 namespace {
 
+using enum Variable;
+
 constexpr int one_flight = 0;
 constexpr int first_landing_counts = 1;
 
@@ -26,17 +28,14 @@ class Touch_And_Go : public Engine_World {
     /// each a minute after the one before: high, above or below what counts as flying (25 ft), on
     /// the ground, taxiing slowly or fast.
     void Step(char what, int number) {
-        area.Set(Variable::utc_minute, 40 + number);
-        area.Set(Variable::on_ground, what == 'g' || what == 's' || what == 'f' ? 1 : 0);
-        area.Set(Variable::altitude_ft, what == 'h'   ? 400
-                                        : what == 'a' ? 46
-                                        : what == 'b' ? 43
-                                                      : 20);
-        area.Set(Variable::ground_speed_kt, what == 's' ? 8 : what == 'f' ? 40 : 100);
-        area.Set(Variable::vertical_speed_fpm, -300 - number);
-        area.Set(Variable::indicated_airspeed_kt, 100 + number);
-        area.Set(Variable::latitude_deg, 43.5);
-        area.Set(Variable::longitude_deg, -71.0);
+        Put(utc_minute, 40 + number, on_ground, what == 'g' || what == 's' || what == 'f' ? 1 : 0);
+        area.Set(altitude_ft, what == 'h' ? 400 : what == 'a' ? 46 : what == 'b' ? 43 : 20);
+        Put(ground_speed_kt,
+            what == 's'   ? 8
+            : what == 'f' ? 40
+                          : 100,
+            vertical_speed_fpm, -300 - number, indicated_airspeed_kt, 100 + number, latitude_deg,
+            43.5, longitude_deg, -71.0);
         area.Set_Tank(3, 700 - number * 10, 2000);
         engine->Refresh();
     }
@@ -53,7 +52,7 @@ class Touch_And_Go : public Engine_World {
             }
         }
         Fly(moment::on + 1, moment::in);
-        Set(Variable::parking_brake, 32767);
+        Set(parking_brake, 32767);
     }
 
     /// What the row takes from a landing, as it was raised last.
