@@ -6,8 +6,6 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <map>
-#include <tuple>
 
 #include "common/run_error.h"
 #include "net/http_ending.h"
@@ -110,21 +108,15 @@ TEST(Http_Redirect, A_Post_Survives_Only_Where_It_Is_Meant_To) {
     for (const long status : {300, 304})
         EXPECT_EQ(next(status, here, safe), "no redirect");
     EXPECT_EQ(next(302, here, ""), "no redirect");
-    for (const auto& [status, from, to] : std::vector<std::tuple<long, std::string, std::string>>{
-             {301, here, "http://va.org/in/"},
-             {302, here, "http://va.org/in?b"},
-             {302, here, "http://va.org:81/in"},
-             {302, here, "http://m.va.org/in"},
-             {303, here, safe},
-             {308, safe, here},
-             {307, here, "ftp://va.org/in"},
-             {307, here, "file:///etc/passwd"}}) {
-        EXPECT_EQ(Outcome([&, hop = std::tuple(status, from, to)] {
-                      return std::apply(next, hop);
-                  }).substr(0, 15),
-                  "HttpSendRequest")
-            << status << to;
-    }
+    const auto refused = [&](long status, const std::string& from, const std::string& to) {
+        return Outcome([&] { return next(status, from, to); }).starts_with("HttpSendRequest");
+    };
+    for (const char* to : {"http://va.org/in/", "http://va.org/in?b", "http://va.org:81/in",
+                           "http://m.va.org/in", "ftp://va.org/in"})
+        EXPECT_TRUE(refused(302, here, to)) << to;
+    EXPECT_TRUE(refused(303, here, safe));
+    EXPECT_TRUE(refused(308, safe, here));
+    EXPECT_TRUE(refused(307, here, "file:///etc/passwd"));
 }
 
 TEST_F(Http, Redirects_Are_Followed_Five_Times) {
@@ -133,13 +125,13 @@ TEST_F(Http, Redirects_Are_Followed_Five_Times) {
         test::Send(socket, left-- > 0 ? "HTTP/1.1 307 On\r\nLocation: on\r\n\r\n"
                                       : "HTTP/1.1 302 Off\r\nLocation: off\r\n\r\n");
     });
-    for (const auto& [redirects, result] : std::map<int, std::string>{
-             {0, ": status 302 sends the form away to http://" + server.Host() + "/off"},
-             {5, ": status 302 sends the form away to http://" + server.Host() + "/off"},
-             {6, ""}}) {
+    const std::string away =
+        "HttpSendRequest: status 302 sends the form away to http://" + server.Host() + "/off";
+    for (const auto& [redirects, result] :
+         {std::pair{0, away}, {5, away}, {6, std::string("HttpSendRequest")}}) {
         left = redirects;
-        EXPECT_EQ(Result(server.Host(), "/", post), "HttpSendRequest" + result) << redirects;
-        EXPECT_EQ(server.Request().substr(0, 8), redirects == 0 ? "POST / H" : "POST /on");
+        EXPECT_EQ(Result(server.Host(), "/", post), result) << redirects;
+        EXPECT_TRUE(server.Request().starts_with(redirects == 0 ? "POST / " : "POST /on "));
         EXPECT_TRUE(server.Request().ends_with("\r\n\r\na=1&"));
     }
 }

@@ -77,7 +77,8 @@ TEST(Plain_Page, Nothing_but_bare_elements_passes_whatever_comes) {
         "<ul>|</ul>|<li>|</li>|<b>|</b>|<font color=red>|</font>|<h1>|</p>|<hr>|text|<|<a href=\"|"
         "<!--|-->|<script>",
         '|');
-    const std::regex element(R"(<(/?)(\w+)( color="[\w#]+")?>)");
+    const std::regex alone("<[bh]r>");
+    const std::regex closed(R"(<(\w+)( color="[\w#]+")?>[^<]*</\1>)");
     unsigned dice = 1;
     int drawn = 0;
     for (int round = 0; round < 300; ++round) {
@@ -85,23 +86,13 @@ TEST(Plain_Page, Nothing_but_bare_elements_passes_whatever_comes) {
         for (int i = 0; i < 60; ++i)
             page += pieces[(dice = dice * 1664525U + 1013904223U) / 65536U % pieces.size()];
         const Plain_Page clean = Clean_Page(page);
-        drawn += clean.is_text ? 0 : 1;  // all of it in a comment
-        std::vector<std::string> open{"page"};
-        for (std::sregex_iterator each(clean.content.begin(), clean.content.end(), element), end;
-             each != end && !clean.is_text; ++each) {
-            const std::string name = (*each)[2].str();
-            EXPECT_TRUE((*each)[3].length() == 0 || name == "font");
-            if ((*each)[1].length() > 0) {
-                ASSERT_EQ(open.back(), name) << page << "\n" << clean.content;
-                open.pop_back();
-            } else if (name != "br" && name != "hr") {
-                EXPECT_FALSE(name == "table" && std::count(open.begin(), open.end(), name) > 0);
-                open.push_back(name);
-            }
-        }
-        EXPECT_EQ(open.size(), 1U);
-        EXPECT_TRUE(clean.is_text || !Contains(std::regex_replace(clean.content, element, ""), "<"))
-            << clean.content;
+        if (clean.is_text)  // all of it in a comment
+            continue;
+        ++drawn;
+        std::string rest = std::regex_replace(clean.content, alone, "");
+        for (std::string before; before != rest;)
+            rest = std::regex_replace(before = rest, closed, "");
+        EXPECT_FALSE(Contains(rest, "<")) << page << "\n" << clean.content;
     }
     EXPECT_GT(drawn, 200);
 }

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <tuple>
+
 #include "common/text.h"
 #include "net/form_encoding.h"
 #include "net/net_world.h"
@@ -44,24 +46,19 @@ TEST(Form_Encoding, Every_Byte_But_Letters_And_Digits_Is_Escaped) {
 }
 
 TEST_F(Posts, A_Pirep_Fills_The_Airlines_Fields_In_Order) {
-    struct Case {
-        std::string fields;
-        bool encoded;
-        std::string pirep;
-        std::string form;
-    };
-    for (const Case& each :
-         std::vector<Case>{{"A^pid\r\nB^na me\r\nC^c\r\n", true, "7|J\xF6rg & Co|x|more",
-                            "pid=7&na+me=J%F6rg+%26+Co&c=x&"},
-                           {"A^pid\r\nB^na me\r\nC^c\r\nD^d\r\n", true, "7||2008-04-23 00:00:00",
-                            "pid=7&na+me=&c=2008%2D04%2D23+00%3A00%3A00&"},
-                           {"", true, "1|2|3", "=1&=2&"},
-                           {"A^a\r\nB^b=\r\n", false, "1&2|=\xE9|", "a=1&2&b===\xE9&"}}) {
+    for (const auto& [fields, encoded, pirep, form] :
+         std::vector<std::tuple<std::string, bool, std::string, std::string>>{
+             {"A^pid\r\nB^na me\r\nC^c\r\n", true, "7|J\xF6rg & Co|x|more",
+              "pid=7&na+me=J%F6rg+%26+Co&c=x&"},
+             {"A^pid\r\nB^na me\r\nC^c\r\nD^d\r\n", true, "7||2008-04-23",
+              "pid=7&na+me=&c=2008%2D04%2D23&"},
+             {"", true, "1|2|3", "=1&=2&"},
+             {"A^a\r\nB^b=\r\n", false, "1&2|=\xE9|", "a=1&2&b===\xE9&"}}) {
         std::filesystem::remove_all(directory / "VA_X");
-        Fly_For(each.fields, each.encoded);
-        const auto result = Client().Send_PIREP(server.Host(), "/pirep", each.pirep);
+        Fly_For(fields, encoded);
+        const auto result = Client().Send_PIREP(server.Host(), "/pirep", pirep);
         EXPECT_TRUE(result.success);
-        EXPECT_EQ(Form(), each.form);
+        EXPECT_EQ(Form(), form);
         EXPECT_EQ(result.answer, "<p>\r\n");
         EXPECT_EQ(Read("sr"), "<p>\r\n\r\n");
     }

@@ -104,8 +104,7 @@ TEST_F(Message_Panel, Reports_leave_one_by_one_in_order_as_they_arose) {
                                           Form("three", "P2&acars6=late&acars7=KSEA&")));
     EXPECT_FALSE(panel->Is_Posting());
     EXPECT_EQ(desktop.Waiting_For(), "");
-    EXPECT_EQ(panel->Log(), Log_Of({"one", "two", "three"}));
-    EXPECT_EQ(shown, panel->Log());
+    EXPECT_EQ(shown, Log_Of({"one", "two", "three"}));
 }
 
 TEST_F(Message_Panel, A_report_goes_to_the_airline_of_its_message_whatever_other_servers_do) {
@@ -173,7 +172,7 @@ TEST_F(Message_Panel, The_messages_of_a_stored_flight_outlive_the_program) {
     Raise("out|");
     engine.events.FSTime.emit("1405");
     Open_Panel();
-    EXPECT_EQ(panel->Log(), "") << "no flight is stored before OFF";
+    EXPECT_EQ(shown, "") << "no flight is stored before OFF";
     Raise("out|");
     store.Set("ACARS", "45", "2");
     engine.events.FSTime.emit("1410");
@@ -182,8 +181,7 @@ TEST_F(Message_Panel, The_messages_of_a_stored_flight_outlive_the_program) {
     EXPECT_EQ(stored("Messages") + " " + stored("Message 2"),
               "2 2026-03-14 15:09:26|1|" + Message("off"));
     Open_Panel();
-    EXPECT_EQ(panel->Log(), Log_Of({"out|", "off"}));
-    EXPECT_EQ(shown, panel->Log());
+    EXPECT_EQ(shown, Log_Of({"out|", "off"}));
     engine.events.Start.emit();
     Raise("times", Message_Type::times);
     Pass();
@@ -198,8 +196,7 @@ TEST_F(Message_Panel, The_messages_of_a_stored_flight_outlive_the_program) {
     Raise("new", Message_Type::connected);
     engine.events.Start.emit();
     engine.events.FSTime.emit("1500");
-    EXPECT_EQ(panel->Log(), Log_Of({"new"}));
-    EXPECT_EQ(shown, panel->Log());
+    EXPECT_EQ(panel->Log() + shown, Log_Of({"new", "new"}));
     EXPECT_FALSE(store.Find("ACARS", "Messages")) << "no flight to keep them with";
 }
 
