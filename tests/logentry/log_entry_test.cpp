@@ -118,21 +118,18 @@ TEST_F(Log_Entry_Test, The_stored_flight_returns_in_a_new_entry_with_its_exact_k
         EXPECT_TRUE(row.store_key == 0 || keys.insert(row.store_key).second) << row.name;
     }
     EXPECT_EQ(restored.OPTIONAL_FIELDS(5) + restored.VA_FIELDS(10), "opt5va10");
-    store.full = true;
-    EXPECT_FALSE(entry.Persist());
-    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsLogEntry.Persist()")));
-}
-
-TEST_F(Log_Entry_Test, Restoring_takes_texts_as_they_are_and_needs_a_date) {
+    // Texts are taken as they are, and only with a date.
     store.Set(flight_section, "3", "[N1]");
-    entry.Set(Log_Field::AIRCRAFT_ID, "kept");
-    entry.Restore();
-    EXPECT_EQ(entry.Get(Log_Field::AIRCRAFT_ID), "kept");
-    store.Set(flight_section, "1", "1/2/2008");
     entry.Restore();
     EXPECT_EQ(entry.Get(Log_Field::AIRCRAFT_ID), "[N1]");
     Delete_Stored_Flight(services);
-    EXPECT_EQ(Stored("3"), "absent");
+    store.Set(flight_section, "3", "N2");
+    entry.Restore();
+    EXPECT_EQ(entry.Get(Log_Field::AIRCRAFT_ID), "[N1]");
+    EXPECT_EQ(Stored("5"), "absent");
+    store.full = true;
+    EXPECT_FALSE(entry.Persist());
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsLogEntry.Persist()")));
 }
 
 TEST_F(Log_Entry_Test, The_answer_to_a_save_reaches_the_right_listener) {

@@ -276,6 +276,11 @@ TEST_F(Message_Panel, Closing_ends_the_report_under_way_and_counts_those_behind_
     Raise("five");
     panel->Close(std::chrono::seconds(5));
     EXPECT_THAT(Take_Asked(), ElementsAre(HasSubstr("=four+"), HasSubstr("=five+")));
+    Open_Panel();
+    Raise("six");
+    panel->Close();
+    EXPECT_THAT(Take_Asked(), testing::IsEmpty());
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ACARS messages not sent: 1")));
 }
 
 }  // namespace
