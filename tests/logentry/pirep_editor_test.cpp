@@ -124,6 +124,7 @@ TEST_F(Pirep_Editor, Edits_Are_Sent_Saved_Or_Kept_As_The_Pilot_Says) {
     const auto outcome = [&] {
         std::string text = !exists(file) ? "gone" : Read(file) == edited ? "edited" : "unchanged";
         text += exists(kept) && Read(kept) == edited ? " kept" : "";
+        text += editor.Rows().empty() ? " empty" : "";
         text += editor.Is_Open() ? "" : " closed";
         text += desktop.file_choices.empty() ? "" : " choosing";
         if (response.Is_Open())
@@ -144,7 +145,7 @@ TEST_F(Pirep_Editor, Edits_Are_Sent_Saved_Or_Kept_As_The_Pilot_Says) {
              {select, no, "unchanged kept choosing"},
              {remove, none, "unchanged"},
              {remove, no, "unchanged"},
-             {remove, yes, "gone"}}) {
+             {remove, yes, "gone empty"}}) {
         editor.Show_Form();
         Select(stored);
         editor.Rows()[0]->txtField.Enter("new");
