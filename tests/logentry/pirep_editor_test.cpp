@@ -133,6 +133,11 @@ TEST_F(Pirep_Editor, Edits_Are_Sent_Saved_Or_Kept_As_The_Pilot_Says) {
     };
     using enum frmPIREP::Command;
     using enum Answer;
+    std::string pages;
+    response.changed.connect([&] {
+        EXPECT_FALSE(response.Is_Open() && Can(send)) << "twice";
+        pages += response.Is_Open() ? response.Page() : "";
+    });
     for (const auto& [command, answer, result] :
          std::vector<std::tuple<frmPIREP::Command, Answer, std::string>>{
              {send, none, "unchanged"},
@@ -167,6 +172,9 @@ TEST_F(Pirep_Editor, Edits_Are_Sent_Saved_Or_Kept_As_The_Pilot_Says) {
     desktop.boxes.clear();
     Click(frmPIREP::select);
     Click(frmPIREP::send);
+    EXPECT_TRUE(Can(send));
+    const std::string wait_and_answer = "Contacting Server ...\r\nOK\r\n";
+    EXPECT_EQ(pages, wait_and_answer + wait_and_answer + wait_and_answer);
     Click(frmPIREP::close);
     EXPECT_TRUE(desktop.boxes.empty());
     EXPECT_EQ(editor.Rows().size(), 20U) << "a dialog that is left takes nothing away";
