@@ -216,7 +216,6 @@ void Restore(Engine_Context& engine) {
                 Take_Field(engine, field, *text);
         }
     });
-    state.departure.known = true;
     for (Block_Figures& figures : state.block)
         figures.captured = !figures.time_utc.empty();
 }

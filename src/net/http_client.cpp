@@ -10,6 +10,7 @@
 
 #include "common/services.h"
 #include "common/text.h"
+#include "net/http_ending.h"
 #include "net/http_failure.h"
 
 namespace norvane {
@@ -54,19 +55,17 @@ constexpr std::string_view answer_broken_off =
     "The connection broke off while the server answered.  Whether it took what was sent to it is "
     "not known: look at its pages before you send it again.";
 
-/// Once its status line came: whether what was read of the answer counts as the answer.
 template <class Exchange>
-bool Is_Answered(int result, const Exchange& exchange) {
-    switch (result) {
-        case CURLE_OK:
-        case CURLE_OPERATION_TIMEDOUT:
-        case CURLE_WRITE_ERROR:  // the limit of bytes
-            return true;
-        case CURLE_PARTIAL_FILE:
-            return exchange.verb == Http_Verb::get || !exchange.answer.empty();
-        default:
-            return false;
-    }
+Http_Ending Ending_Of(const Exchange& exchange, int result) {
+    CURL* easy = exchange.easy.get();
+    Http_Ending ending{result, exchange.verb, !exchange.answer.empty()};
+    curl_off_t length = -1;
+    curl_header* pieces = nullptr;
+    curl_easy_getinfo(easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+    curl_easy_getinfo(easy, CURLINFO_OS_ERRNO, &ending.system_error);
+    ending.states_length = length >= 0 || curl_easy_header(easy, "Transfer-Encoding", 0,
+                                                           CURLH_HEADER, -1, &pieces) == CURLHE_OK;
+    return ending;
 }
 
 }  // namespace
@@ -175,7 +174,7 @@ void Http_Client::Perform(Exchange& exchange) {
     const bool status_line_came = exchange.status >= 200;
     if (result != CURLE_OK && !status_line_came)
         throw Http_Error(ready_after_us == 0 ? internet_connect : http_send_request);
-    if (!Is_Answered(result, exchange))
+    if (!Is_Answered(Ending_Of(exchange, result)))
         throw Http_Error(http_send_request, "the answer broke off", answer_broken_off);
     if (location != nullptr)
         exchange.location = location;

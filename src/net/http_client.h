@@ -51,8 +51,9 @@ class Http_Client {
 
     /// The answer's bytes whatever its status: an error page is an answer. After the status line a
     /// time-out, a limit or the server's early close is no error; what was read until then is the
-    /// answer, though nothing at all is none to a POST that was promised some. Raises the failures
-    /// of http_failure.h, and 5 while another request of this client is running.
+    /// answer, though nothing at all is none to a POST that was promised some. An answer that
+    /// stated no length may end with its connection. Raises the failures of http_failure.h, and 5
+    /// while another request of this client is running.
     [[nodiscard]] std::string Request(const Http_Request& request);
     /// Ends the running request, if any, from within an event: it raises `http_send_request`.
     void Cancel() { m_cancelled = true; }

@@ -23,9 +23,12 @@ namespace norvane::test {
 void Record_Events(ACARS_Events& events, std::vector<std::string>& lines);
 
 /// A moment of a flight: what has changed in the simulator since the one before.
-using Moment = std::function<void(Offset_Area&)>;
+struct Moment {
+    std::vector<std::function<void(Offset_Area&)>> changes;
+    void operator()(Offset_Area& area) const;
+};
 /// KJFK to KBOS: 0 parked, 1 brake released, 4 airborne, 6 level, 11 touchdown, 15 brake set.
-[[nodiscard]] std::vector<Moment> Jet_Flight();
+[[nodiscard]] const std::vector<Moment>& Jet_Flight();
 namespace moment {
 inline constexpr std::size_t parked = 0;
 inline constexpr std::size_t out = 1;
@@ -43,27 +46,43 @@ class Engine_World : public Test_World {
     /// raises goes to `raised` too.
     void Replace_Engine();
     bool Start(bool resume = false);
-    /// Moves the simulator to a moment and lets the engine take a step.
-    void Step(const Moment& change);
+    /// Puts values into the simulator: a variable and its value, another and its value ...
+    template <class... More>
+    void Put(Variable variable, double value, More... more) {
+        area.Set(variable, value);
+        if constexpr (sizeof...(more) > 0)
+            Put(more...);
+    }
+    /// Changes one variable and lets the engine take a step.
+    void Set(Variable variable, double value, int engine_number = 1);
+    /// A parked jet and a new engine; nothing stored, nothing raised.
+    void Begin_Anew();
+    /// Every exchange with the simulator is refused from now on.
+    void Refuse_Link(Delivery_Outcome outcome = Delivery_Outcome::answered) {
+        transport.on_deliver = [=](std::span<std::byte>) { return Delivery{outcome, 0}; };
+    }
     /// Steps through moments [from, to) of the jet's flight.
     void Fly(std::size_t from, std::size_t to);
-    /// An airline with an ACARS script: flights connect and disconnect by message.
-    void Use_Airline_With_Script();
-
-    /// Lines raised since the last call, `FSTime` left out.
-    std::vector<std::string> Take_Raised();
-    /// The arguments of the only event of that name raised so far; fails unless it came once.
-    std::string Once(const std::string& name) const;
-    [[nodiscard]] std::size_t Count(const std::string& name) const;
+    /// Starts, and steps through the moments before `to`.
+    void Fly_To(std::size_t to);
+    /// What was raised since the last call, line by line, `FSTime` left out.
+    std::string Take_Raised();
+    /// The arguments of each event of that name raised so far.
+    [[nodiscard]] std::vector<std::string> All(const std::string& name) const;
+    [[nodiscard]] std::size_t Count(const std::string& name) const { return All(name).size(); }
+    /// Those of the only one; fails unless it came once.
+    [[nodiscard]] std::string Once(const std::string& name) const;
     /// The texts of the messages of a type, in order.
-    [[nodiscard]] std::vector<std::string> Messages(Message_Type type) const;
+    [[nodiscard]] std::vector<std::string> Messages(Message_Type type) const {
+        return All("ACARSMessage " + std::to_string(static_cast<int>(type)));
+    }
 
     Offset_Area area;
     In_Process_Transport transport{area};
     modFSUIPC link{transport, clock};
-    std::unique_ptr<clsAppSettings> settings;
-    std::unique_ptr<clsVASettings> airline;
-    std::unique_ptr<clsUTC> utc;
+    clsAppSettings settings{services};
+    clsVASettings airline{services};
+    std::unique_ptr<clsUTC> utc = std::make_unique<clsUTC>(clock);
     std::unique_ptr<clsACARS> engine;
     std::vector<std::string> raised;
     std::string error_text;

@@ -2,46 +2,52 @@
 // end with the engine.
 
 #include "acars/message_display.h"
+
+#include <fmt/format.h>
+
+#include "common/text.h"
 #include "engine_world.h"
 
 namespace norvane::test {
-
 namespace {
 
-std::vector<std::string> Texts_Of(std::string_view message) {
+using enum Variable;
+
+std::string Texts_Of(std::string_view message) {
     std::vector<std::string> texts;
     for (const Display_Line& line : Lines_To_Show(message))
         texts.push_back(line.text + (line.pause_after ? "~" : ""));
-    return texts;
+    return Join(texts, ",");
 }
 
 TEST(Lines_To_Show, Break_At_Blanks_And_Segments) {
-    using Texts = std::vector<std::string>;
     const std::string word(48, 'w');
     const std::string long_word(120, 'l');
-    EXPECT_EQ(Texts_Of(" one\r\ntwo \n"), Texts{"ACARS/ one two"});
-    EXPECT_EQ(Texts_Of("one|two||"), (Texts{"ACARS/ one~", "two~", "~", ""}));
-    // A first line begins with a blank that counts: 7 + 1 + 48 is below 100, 49 more are not.
-    EXPECT_EQ(Texts_Of(word + " " + word), (Texts{"ACARS/ " + word + "~", word}));
-    EXPECT_EQ(Texts_Of("a " + long_word + " b"), (Texts{"ACARS/ a~", long_word + "~", "b"}));
-    EXPECT_EQ(Texts_Of("a|" + long_word), (Texts{"ACARS/ a~", "~", long_word}));
+    // A first line begins with a blank that counts; a line has less than 100 characters.
+    const std::string most(91, 'm');
+    for (const auto& [message, lines] : std::vector<std::pair<std::string, std::string>>{
+             {" one\r\ntwo \n", "ACARS/ one two"},
+             {"one|two||", "ACARS/ one~,two~,~,"},
+             {most, "ACARS/ " + most},
+             {most + "m", "ACARS/~," + most + "m"},
+             {word + " " + word, "ACARS/ " + word + "~," + word},
+             {"a " + long_word + " b", "ACARS/ a~," + long_word + "~,b"},
+             {"a|" + long_word, "ACARS/ a~,~," + long_word}}) {
+        EXPECT_EQ(Texts_Of(message), lines);
+    }
 }
 
 class Message_Display : public Engine_World {
   protected:
     Message_Display() {
-        settings->Set_OPT_ACARS_To_FS(true);
+        settings.Set_OPT_ACARS_To_FS(true);
         area.on_write = [this](std::uint32_t offset, std::uint32_t) {
-            if (offset == Offset_Of(Variable::display_control))
-                shown.push_back(
-                    Seconds() + " " + area.Get_Text(Variable::display_text) + " " +
-                    std::to_string(static_cast<int>(area.Get(Variable::display_control))));
+            if (offset == Offset_Of(display_control))
+                shown.push_back(fmt::format("{} {} {:.0f}", Seconds(), area.Get_Text(display_text),
+                                            area.Get(display_control)));
         };
     }
-    std::string Seconds() {
-        return std::to_string(
-            std::chrono::duration_cast<std::chrono::seconds>(clock.Monotonic()).count());
-    }
+    std::int64_t Seconds() { return clock.Monotonic() / std::chrono::seconds(1); }
 
     std::vector<std::string> shown;
 };
@@ -57,12 +63,12 @@ TEST_F(Message_Display, Shows_Block_Reports_And_Position_Reports_Piece_By_Piece)
                          "/TAW 120250 /POS 40.63975 8",
                          "8 -73.77893 8"}));
 
-    area.Set(Variable::display_mode, 1);
+    area.Set(display_mode, 1);
     ASSERT_TRUE(Start());
     Fly(moment::off, moment::level);
     desktop.Run_For(std::chrono::seconds(60));
     shown.clear();
-    const int begun = std::stoi(Seconds());
+    const std::int64_t begun = Seconds();
     engine->Report_Position();
     engine->Refresh();
     desktop.Run_For(std::chrono::seconds(60));
@@ -77,13 +83,10 @@ TEST_F(Message_Display, Ends_With_The_Engines_Flight) {
     engine->Write_Message_To_FS("");
     EXPECT_EQ(shown.size(), 1U);
     // In the middle of a display, from within its pause: reset, stopped, gone.
-    const std::vector<std::function<void()>> ends{
-        [&] { engine->Reset(); }, [&] { engine->Stop_(); }, [&] { engine.reset(); }};
-    for (const auto& end : ends) {
-        Replace_Engine();
-        Jet_Flight()[moment::parked](area);
-        ASSERT_TRUE(Start());
-        Fly(moment::parked, moment::off);
+    for (const auto& end : std::vector<std::function<void()>>{
+             [&] { engine->Reset(); }, [&] { engine->Stop_(); }, [&] { engine.reset(); }}) {
+        Begin_Anew();
+        Fly_To(moment::off);
         shown.clear();
         Timer ending(desktop.Timers(), std::chrono::seconds(3));
         ending.tick.connect([&] {
@@ -97,11 +100,8 @@ TEST_F(Message_Display, Ends_With_The_Engines_Flight) {
 }
 
 TEST_F(Message_Display, A_Lost_Link_Is_Reported_Once_And_Ends_The_Message) {
-    ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::off);
-    transport.on_deliver = [](std::span<std::byte>) {
-        return Delivery{Delivery_Outcome::answered, 0};
-    };
+    Fly_To(moment::off);
+    Refuse_Link();
     desktop.Run_For(std::chrono::seconds(30));
     EXPECT_EQ(Once("FSClosed"), modFSUIPC::IPC_ErrorText(ipc_result::bad_data));
     // A step right after it is not poisoned by the display's failure.
@@ -112,5 +112,4 @@ TEST_F(Message_Display, A_Lost_Link_Is_Reported_Once_And_Ends_The_Message) {
 }
 
 }  // namespace
-
 }  // namespace norvane::test

@@ -1,46 +1,36 @@
 // A flight that outlasts the program: what is stored when, and that a flight taken up again ends
 // with the figures of one that was never interrupted.
 
-#include <algorithm>
-#include <set>
-
+#include "common/text.h"
 #include "engine_world.h"
 
 namespace norvane::test {
-
 namespace {
+
+using enum Variable;
 
 constexpr std::string_view section = "ACARS";
 
 class Persistence : public Engine_World {
   protected:
-    std::string Stored(int key) { return store.Get(section, std::to_string(key), "absent"); }
-
-    /// What a row of the log is made of: all figures of the flight, messages and lookups aside.
-    std::set<std::string> Figures() const {
-        std::set<std::string> figures;
-        for (const std::string& line : raised) {
-            const bool of_a_row = !line.starts_with("ACARSMessage") && !line.starts_with("FS") &&
-                                  line != "Start" && line != "Paused";
-            if (of_a_row)
-                figures.insert(line);
-        }
-        return figures;
+    /// Puts "KEY=TEXT|KEY=TEXT..." into the store.
+    void Store(const std::string& pairs) {
+        for (const std::string& pair : Split(pairs, '|'))
+            store.Set(section, Before(pair, "="), pair.substr(pair.find('=') + 1));
     }
+    std::string Stored(int key) { return store.Get(section, std::to_string(key), "absent"); }
 };
 
 TEST_F(Persistence, Stores_From_Off_To_The_Step_Of_In_Only) {
-    settings->Set_ACARS_Fuel(unit::kilograms);
-    settings->Set_ACARS_Time(time_kind::local);
-    ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::off);
+    settings.Set_ACARS_Fuel(unit::kilograms);
+    settings.Set_ACARS_Time(time_kind::local);
+    Fly_To(moment::off);
     EXPECT_EQ(Stored(45), "absent");
     Fly(moment::off, moment::off + 1);
-    const std::vector<std::string> expected{
-        "2", "1205", "1217", "", "", "0705", "0717", "", "", "20250",    "19575",    "",
-        "",  "9185", "8879", "", "", "3000", "2900", "", "", "40.63975", "-73.77893"};
+    std::string stored;
     for (int key = 45; key <= 65; ++key)
-        EXPECT_EQ(Stored(key), expected.at(static_cast<std::size_t>(key - 45))) << key;
+        stored += Stored(key) + "|";
+    EXPECT_EQ(stored, "2|1205|1217|||0705|0717|||20250|19575|||9185|8879|||3000|2900|||");
     EXPECT_NEAR(std::stod(Stored(66)), 40.63975, 1e-9);
     EXPECT_NEAR(std::stod(Stored(67)), -73.77893, 1e-9);
     Fly(moment::off + 1, moment::on + 1);
@@ -55,52 +45,57 @@ TEST_F(Persistence, Stores_From_Off_To_The_Step_Of_In_Only) {
     EXPECT_EQ(store.Depth(), 0);
 }
 
-TEST_F(Persistence, Stores_At_A_Pause) {
-    ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::level);
-    store.Delete_Section(section);
-    engine->Paused();
-    EXPECT_EQ(Stored(47), "1217");
-    EXPECT_EQ(raised.back(), "Paused");
-    // Nor does a number that went out without a step come again.
-    engine->Send_Message(Message_Type::comment, "");
-    EXPECT_EQ(store.Get(section, "MessageCounts").substr(0, 2), "3 ");
+TEST_F(Persistence, Stores_Between_Steps) {
+    Fly_To(moment::level);
+    for (const auto& store_now : std::vector<std::function<void()>>{
+             [&] { engine->Store(); }, [&] { engine->Paused(); },
+             [&] { engine->Send_Message(Message_Type::comment, ""); }}) {
+        store.Delete_Section(section);
+        store_now();
+        EXPECT_EQ(Stored(47), "1217");
+    }
+    EXPECT_EQ(Count("Paused"), 1U);
+    EXPECT_EQ(store.Get(section, "MessageCounts"), "3 1 1 0 0 0 0 0 0 1 0 0");
 }
 
-TEST_F(Persistence, Killed_After_Any_Step_Ends_With_The_Same_Figures) {
-    for (const int record_arrival : {0, 1}) {
-        settings->Set_ACARS_RecordArrival(record_arrival);
+TEST_F(Persistence, A_Flight_Taken_Up_Again_Ends_With_The_Same_Figures) {
+    settings.Set_ACARS_RecordArrival(1);
+    for (std::size_t killed = moment::off + 1; killed <= moment::in; ++killed) {
+        Begin_Anew();
+        Fly_To(killed);
         Replace_Engine();
-        Jet_Flight()[moment::parked](area);
-        raised.clear();
-        ASSERT_TRUE(Start());
-        Fly(moment::parked, moment::in + 1);
-        const auto unbroken = Figures();
-        for (std::size_t killed = moment::off + 1; killed <= moment::in; ++killed) {
-            SCOPED_TRACE(killed);
-            store.Delete_Section(section);
-            Replace_Engine();
-            Jet_Flight()[moment::parked](area);
-            raised.clear();
-            ASSERT_TRUE(Start());
-            Fly(moment::parked, killed);
-            Replace_Engine();
-            ASSERT_TRUE(Start(true));
-            EXPECT_EQ(engine->Departure_Name(), "John F Kennedy International");
-            Fly(killed, moment::in + 1);
-            EXPECT_EQ(Figures(), unbroken);
-            EXPECT_EQ(Count("FlightOFF") + Count("FlightON") + Count("ICAOArr"), 3U);
-        }
+        ASSERT_TRUE(Start(true));
+        EXPECT_EQ(engine->Departure_Name(), "John F Kennedy International");
+        Fly(killed, moment::in + 1);
+        std::string row;
+        for (const auto* name :
+             {"FlightOFF", "FlightON", "ICAOArr", "VS", "FlightLevel", "MaxTaxiDestination",
+              "Distance", "BlockTimeHHMM", "FlightTimeHHMM", "FuelUsedBlock", "FuelUsedFlight"})
+            row += Once(name) + "|";
+        EXPECT_EQ(
+            row + All("MaxTaxiOrigin").back(),
+            "1217 1|1340 1|KBOS Boston Logan|-1,210|FL370|21|162|1:47|1:23|10935 0|10125 0|17")
+            << killed;
+        EXPECT_TRUE(Contains(Messages(Message_Type::times).back(), "Msg No: M09A")) << killed;
     }
 }
 
+TEST_F(Persistence, A_Store_That_Takes_Nothing_Is_Told_Of_And_Filled_Later) {
+    Fly_To(moment::off);
+    store.full = true;
+    Fly(moment::off, moment::level);
+    EXPECT_FALSE(Take_Errors().empty());
+    EXPECT_EQ(engine->TIME_OFF() + Stored(47), "1217absent");
+    store.full = false;
+    Fly(moment::level, moment::level + 1);
+    EXPECT_TRUE(engine->Was_Stored());
+    EXPECT_EQ(Stored(47), "1217");
+}
+
 TEST_F(Persistence, Takes_Up_A_Flight_Of_Which_Only_The_Numbered_Keys_Are_Stored) {
-    settings->Set_ACARS_RecordArrival(1);
-    settings->Set_WX_URL("FS");
-    const std::vector<std::pair<int, std::string>> stored{
-        {45, "2"}, {46, "1405"}, {47, "1417"}, {66, "40.5"}, {67, "-73.5"}};
-    for (const auto& [key, value] : stored)
-        store.Set(section, std::to_string(key), value);
+    settings.Set_ACARS_RecordArrival(1);
+    settings.Set_WX_URL("FS");
+    Store("45=2|46=1405|47=1417|66=40.5|67=-73.5");
     // In the air at the moment of the restart; then down without another climb.
     Jet_Flight()[moment::off](area);
     ASSERT_TRUE(Start(true));
@@ -110,16 +105,14 @@ TEST_F(Persistence, Takes_Up_A_Flight_Of_Which_Only_The_Numbered_Keys_Are_Stored
     EXPECT_EQ(Once("FlightON"), "1340 1");
 
     // Killed after ON: the arrival is looked up again without a word.
-    for (const std::string key : {"ArrivalKnown", "ArrivalICAO", "ArrivalName"})
-        store.Set(section, key, key == "ArrivalKnown" ? "False" : "");
+    Store("ArrivalKnown=False|ArrivalICAO=|ArrivalName=");
     Replace_Engine();
     raised.clear();
     ASSERT_TRUE(Start(true));
     EXPECT_EQ(Count("ICAOArr"), 0U);
     EXPECT_EQ(engine->Arrival_ICAO(), "KBOS");
     engine->Send_Message(Message_Type::altitude, "");
-    EXPECT_NE(Messages(Message_Type::altitude).at(0).find("/POS 42.36000 -71.01000"),
-              std::string::npos);
+    EXPECT_TRUE(Messages(Message_Type::altitude).at(0).ends_with("/POS 42.36000 -71.01000"));
     Fly(moment::in, moment::in + 1);
     EXPECT_EQ(Once("BlockTimeHHMM"), "23:47");
     EXPECT_EQ(Once("Distance"), "158");
@@ -127,42 +120,37 @@ TEST_F(Persistence, Takes_Up_A_Flight_Of_Which_Only_The_Numbered_Keys_Are_Stored
 
 TEST_F(Persistence, A_Flight_That_Had_Landed_Ends_Near_Where_It_Did) {
     for (const int touch_and_go : {0, 1}) {
-        settings->Set_ACARS_TouchAndGo(touch_and_go);
-        Replace_Engine();
-        Jet_Flight()[moment::parked](area);
-        ASSERT_TRUE(Start());
-        Fly(moment::parked, moment::in);
+        settings.Set_ACARS_TouchAndGo(touch_and_go);
+        Begin_Anew();
+        Fly_To(moment::in);
         Replace_Engine();
         raised.clear();
         // At the gate of the departure, as the simulator starts, then flying past there.
         Jet_Flight()[moment::parked](area);
         ASSERT_TRUE(Start(true));
         for (std::size_t step = 0; step < 20; ++step) {
-            area.Set(Variable::on_ground, step < 10 ? 1 : 0);
-            area.Set(Variable::altitude_ft, step < 10 ? 13 : 3000);
+            Put(on_ground, step < 10 ? 1 : 0, altitude_ft, step < 10 ? 13 : 3000);
             engine->Refresh();
         }
         EXPECT_EQ(Count("FlightIN") + Count("TouchAndGo"), 0U);
         EXPECT_EQ(Once("Elsewhere"), "162");
         EXPECT_EQ(Stored(45), "3");
-        area.Set(Variable::on_ground, 1);
+        area.Set(on_ground, 1);
         Fly(moment::in, moment::in + 1);  // 0.3 nm from the runway
         EXPECT_EQ(Once("BlockTimeHHMM"), "1:47");
     }
 }
 
 TEST_F(Persistence, A_Hop_Stored_Before_It_Climbed_Is_Not_Taken_For_A_Landing) {
-    ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::off + 1);  // 20 ft up
+    Fly_To(moment::off + 1);  // 20 ft up
     Replace_Engine();
-    area.Set(Variable::on_ground, 1);
+    area.Set(on_ground, 1);
     ASSERT_TRUE(Start(true));
     engine->Refresh();
     EXPECT_EQ(Count("FlightON"), 0U);
     // Without that knowledge, a flight that was in the air had climbed.
     store.Delete_Section(section);
-    for (const auto& [key, value] : {std::pair{"45", "2"}, {"66", "1"}, {"67", "1"}})
-        store.Set(section, key, value);
+    Store("45=2|66=1|67=1");
     Replace_Engine();
     ASSERT_TRUE(Start(true));
     engine->Refresh();
@@ -171,14 +159,10 @@ TEST_F(Persistence, A_Hop_Stored_Before_It_Climbed_Is_Not_Taken_For_A_Landing) {
 
 TEST_F(Persistence, Reports_What_Cannot_Be_Read_And_Goes_On) {
     ASSERT_TRUE(Start(true));  // nothing stored
-    auto reports = Take_Errors();
-    ASSERT_EQ(reports.size(), 1U);
-    EXPECT_NE(reports[0].find("clsACARS.Restore()"), std::string::npos);
-    EXPECT_NE(reports[0].find("Error Number: 13"), std::string::npos);
-
+    const std::string report = Take_Errors().at(0);
+    EXPECT_TRUE(Contains(report, "clsACARS.Restore()") && Contains(report, "Error Number: 13"));
     for (const std::string phase : {"", "x", "7", "-1", "1e99"}) {
-        store.Set(section, "45", phase);
-        store.Set(section, "67", "12,5");
+        Store("67=12,5|45=" + phase);
         Replace_Engine();
         ASSERT_TRUE(Start(true));
         EXPECT_EQ(Take_Errors().size(), 1U);
@@ -188,5 +172,4 @@ TEST_F(Persistence, Reports_What_Cannot_Be_Read_And_Goes_On) {
 }
 
 }  // namespace
-
 }  // namespace norvane::test

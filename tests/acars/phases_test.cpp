@@ -3,26 +3,22 @@
 #include "engine_world.h"
 
 namespace norvane::test {
-
 namespace {
+
+using enum Variable;
 
 class Phases : public Engine_World {
   protected:
-    void Set(Variable variable, double value, int engine_number = 1) {
-        area.Set(variable, value, engine_number);
-        engine->Refresh();
+    /// In the air, at an altitude with a vertical speed.
+    void Fly_At(double feet, double speed_fpm) {
+        Put(on_ground, 0, altitude_ft, feet);
+        Set(vertical_speed_fpm, speed_fpm);
     }
-    /// In the air at `altitude_ft` with this vertical speed.
-    void Fly_At(double altitude_ft, double speed_fpm) {
-        area.Set(Variable::on_ground, 0);
-        area.Set(Variable::altitude_ft, altitude_ft);
-        Set(Variable::vertical_speed_fpm, speed_fpm);
-    }
-    std::vector<std::string> Altitude_Texts() const {
-        std::vector<std::string> texts;
+    std::string Altitude_Texts() const {
+        std::string texts;
         for (const std::string& message : Messages(Message_Type::altitude)) {
             const auto begin = message.find("\r\nALT ") + 6;
-            texts.push_back(message.substr(begin, message.find("\r\n", begin) - begin));
+            texts += message.substr(begin, message.find("\r\n", begin) - begin) + ", ";
         }
         return texts;
     }
@@ -30,10 +26,10 @@ class Phases : public Engine_World {
 
 TEST_F(Phases, Wait_For_Slewing_To_End_And_For_A_Simulator) {
     ASSERT_TRUE(Start());
-    area.Set(Variable::slew_mode, 1);
-    Set(Variable::parking_brake, 0);
+    area.Set(slew_mode, 1);
+    Set(parking_brake, 0);
     area.Set_Simulator_Version(0);
-    Set(Variable::slew_mode, 0);
+    Set(slew_mode, 0);
     EXPECT_EQ(Count("FlightOUT"), 0U);
     EXPECT_EQ(Count("FSTime"), 2U);  // the clock runs on
     area.Set_Simulator_Version(7);
@@ -42,13 +38,13 @@ TEST_F(Phases, Wait_For_Slewing_To_End_And_For_A_Simulator) {
 }
 
 TEST_F(Phases, Reach_Off_Only_Above_The_Take_Off_Altitude) {
-    settings->Set_ACARS_TakeOff_Alt(500);
-    area.Set(Variable::altitude_ft, 1000);
+    settings.Set_ACARS_TakeOff_Alt(500);
+    area.Set(altitude_ft, 1000);
     ASSERT_TRUE(Start());
-    Set(Variable::parking_brake, 0);
+    Set(parking_brake, 0);
     // 1499.34 ft and 1502.62 ft: the simulator counts whole metres.
     Fly_At(1499, 900);
-    Set(Variable::on_ground, 1);
+    Set(on_ground, 1);
     Fly_At(1499, 900);
     EXPECT_EQ(Count("FlightOFF"), 0U);
     Fly_At(1503, 900);
@@ -56,84 +52,72 @@ TEST_F(Phases, Reach_Off_Only_Above_The_Take_Off_Altitude) {
 }
 
 TEST_F(Phases, Begun_In_The_Air_Need_No_Climb) {
-    settings->Set_ACARS_TakeOff_Alt(500);
+    settings.Set_ACARS_TakeOff_Alt(500);
     Fly_At(9000, 0);
     ASSERT_TRUE(Start());
-    Set(Variable::parking_brake, 0);
-    Set(Variable::parking_brake, 0);
+    Set(parking_brake, 0);
+    Set(parking_brake, 0);
     EXPECT_EQ(Count("FlightOFF"), 1U);
-    Set(Variable::on_ground, 1);
+    Set(on_ground, 1);
     EXPECT_EQ(Count("FlightON"), 1U);
 }
 
 TEST_F(Phases, Take_No_Bounce_For_A_Landing) {
+    area.Set(altitude_ft, 0);
     ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::off);
-    Fly_At(33, 400);
-    Set(Variable::on_ground, 1);  // 20 ft above the start: not climbed
-    EXPECT_EQ(Count("FlightON"), 0U);
-    Fly_At(60, 400);
-    Set(Variable::on_ground, 1);
-    EXPECT_EQ(Count("FlightON"), 1U);
+    Fly(moment::out, moment::off);
+    for (const auto& [feet, landings] : {std::pair{23.0, 0U}, {26.4, 1U}}) {
+        Fly_At(feet, 400);
+        Set(on_ground, 1);
+        EXPECT_EQ(Count("FlightON"), landings) << feet;
+    }
 }
 
-struct End_Case {
-    std::string title;
-    int end_of_flight;
-    int engine_type;
-    bool brake_set;
-    int running;  // the engine that still runs, 0 for none
-    bool ended;
-};
-
 TEST_F(Phases, End_As_The_Settings_Say) {
-    const std::vector<End_Case> cases{
-        {"brake", 0, engine_kind::jet, true, 2, true},
-        {"brake released", 0, engine_kind::jet, false, 0, false},
-        {"helicopter without a brake", 0, engine_kind::helicopter, false, 1, true},
-        {"shutdown with one engine running", 1, engine_kind::jet, true, 2, false},
-        {"shutdown", 1, engine_kind::jet, false, 0, true},
-        {"both, brake missing", 2, engine_kind::jet, false, 0, false},
-        {"both, engine running", 2, engine_kind::jet, true, 1, false},
-        {"both", 2, engine_kind::jet, true, 0, true},
-        {"helicopter, both", 2, engine_kind::helicopter, false, 0, true},
-        {"no such setting", 3, engine_kind::jet, true, 0, false},
+    struct End_Case {
+        std::string title;
+        int end_of_flight, engine_type;
+        bool brake_set;
+        int running;  // the engine that still runs, 0 for none
+        bool ended;
     };
-    for (const End_Case& end : cases) {
-        SCOPED_TRACE(end.title);
-        Replace_Engine();
-        raised.clear();
-        settings->Set_ACARS_EOF(end.end_of_flight);
-        Jet_Flight()[moment::parked](area);
-        area.Set(Variable::engine_type, end.engine_type);
+    for (const End_Case& end : std::vector<End_Case>{
+             {"brake", 0, engine_kind::jet, true, 2, true},
+             {"brake released", 0, engine_kind::jet, false, 0, false},
+             {"helicopter without a brake", 0, engine_kind::helicopter, false, 1, true},
+             {"shutdown with one engine running", 1, engine_kind::jet, true, 2, false},
+             {"shutdown", 1, engine_kind::jet, false, 0, true},
+             {"both, brake missing", 2, engine_kind::jet, false, 0, false},
+             {"both, engine running", 2, engine_kind::jet, true, 1, false},
+             {"both", 2, engine_kind::jet, true, 0, true},
+             {"helicopter, both", 2, engine_kind::helicopter, false, 0, true},
+             {"no such setting", 3, engine_kind::jet, true, 0, false}}) {
+        Begin_Anew();
+        settings.Set_ACARS_EOF(3);  // what would end the flight is not yet so
+        area.Set(engine_type, end.engine_type);
         ASSERT_TRUE(Start());
-        const auto flight = Jet_Flight();
-        for (std::size_t i = moment::out; i < moment::in; ++i) {
-            flight[i](area);
-            area.Set(Variable::engine_combustion, 1, 1);
-            // What would end the flight is not yet so.
-            if (i < moment::on || end.engine_type != engine_kind::helicopter)
-                engine->Refresh();
-        }
+        Fly(moment::out, moment::in);
         for (int number = 1; number <= 2; ++number)
-            area.Set(Variable::engine_combustion, number == end.running ? 1 : 0, number);
-        Set(Variable::parking_brake, end.brake_set ? 32767 : 0);
+            area.Set(engine_combustion, number == end.running ? 1 : 0, number);
+        settings.Set_ACARS_EOF(end.end_of_flight);
+        Set(parking_brake, end.brake_set ? 32767 : 0);
         engine->Refresh();
-        EXPECT_EQ(Count("FlightAtGate"), end.ended ? 1U : 0U);
+        EXPECT_EQ(Count("FlightAtGate"), end.ended ? 1U : 0U) << end.title;
     }
 }
 
 TEST_F(Phases, Track_Taxi_Speeds_Of_Jets_At_Low_Power_Only) {
     ASSERT_TRUE(Start());
-    Set(Variable::parking_brake, 0);
-    area.Set(Variable::engine_n1_percent, 60.4);  // rounds to 60
-    Set(Variable::ground_speed_kt, 21.4);
-    area.Set(Variable::engine_n1_percent, 60.6);
-    Set(Variable::ground_speed_kt, 70);
+    Set(parking_brake, 0);
+    area.Set(engine_n1_percent, 60.4);  // rounds to 60
+    Set(ground_speed_kt, 21.4);
+    area.Set(engine_n1_percent, 60.6);
+    Set(ground_speed_kt, 70);
     Fly(moment::off, moment::on + 1);
-    Set(Variable::ground_speed_kt, 60);  // not yet taxiing
-    Set(Variable::ground_speed_kt, 9.7);
-    Set(Variable::ground_speed_kt, 25.3);
+    Set(ground_speed_kt, 11.2);  // not yet taxiing
+    Set(ground_speed_kt, 60);
+    Set(ground_speed_kt, 9.7);
+    Set(ground_speed_kt, 25.3);
     Fly(moment::in, moment::in + 1);
     EXPECT_EQ(Once("MaxTaxiOrigin"), "21");
     EXPECT_EQ(Once("MaxTaxiDestination"), "25");
@@ -142,50 +126,41 @@ TEST_F(Phases, Track_Taxi_Speeds_Of_Jets_At_Low_Power_Only) {
 TEST_F(Phases, Report_Pistons_By_Rpm_And_Without_Taxi_Speeds) {
     Write("sim/Aircraft/c172/aircraft.cfg",
           "[fltsim.0]\r\ntitle=Cessna\r\n[piston_engine]\r\nmax_rated_rpm=2700\r\n[General]\r\n");
-    area.Set_Text(Variable::simulator_directory, directory.string() + "\\sim\\");
-    area.Set_Text(Variable::aircraft_path, "Aircraft\\C172\\c172.air");
-    area.Set(Variable::engine_type, engine_kind::piston);
-    area.Set(Variable::engine_count, 2);
-    area.Set(Variable::engine_manifold_inhg, 28.6, 1);
+    area.Set_Text(simulator_directory, directory.string() + "\\sim\\");
+    area.Set_Text(aircraft_path, "Aircraft\\C172\\c172.air");
+    Put(engine_type, engine_kind::piston, engine_count, 2);
+    area.Set(engine_manifold_inhg, 28.6, 1);
     ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::off);
     engine->Report_Position();
+    Fly(moment::parked, moment::off);
+    EXPECT_TRUE(Messages(Message_Type::position).empty()) << "on the ground";
     Fly(moment::off, moment::in + 1);
+    EXPECT_EQ(Messages(Message_Type::position).size(), 1U);
     EXPECT_EQ(Count("MaxTaxiOrigin") + Count("MaxTaxiDestination") + Count("NSettings"), 0U);
     // The second engine stands still: no digits.
     EXPECT_EQ(Once("EngSettings"), "E1  RPM - MAN 29\" Hg /E2  RPM - MAN \" Hg");
 }
 
 TEST_F(Phases, Tell_Level_Flight_From_Climb_And_Descent) {
-    ASSERT_TRUE(Start());
-    Fly(moment::parked, moment::off);
+    Fly_To(moment::off);
     Fly_At(5000, 31);
-    EXPECT_TRUE(Altitude_Texts().empty());
-    Fly_At(9500, -30);
-    Fly_At(9500, 0);      // still level: said once
-    Fly_At(9640, 1500);   // not far enough
-    Fly_At(9800, 199);    // not fast enough
-    Fly_At(9800, -1000);  // above, and sinking
+    EXPECT_EQ(Altitude_Texts(), "");
+    Fly_At(10000, -30);
+    Fly_At(10000, 0);      // still level: said once
+    Fly_At(10197, 1500);   // not far enough
+    Fly_At(10300, 199);    // not fast enough
+    Fly_At(10200.2, 200);  // both, just so
     Fly_At(34500, 10);
     Fly_At(33000, -300);
     Fly_At(12500, 10);
+    Fly_At(12800, -1000);  // above, and sinking
     EXPECT_EQ(Altitude_Texts(),
-              (std::vector<std::string>{"9500 LEVEL", "CHG 9500 DESC", "FL345 LEVEL",
-                                        "CHG FL345 DESC", "12500 LEVEL"}));
-    Set(Variable::on_ground, 1);
-    Set(Variable::parking_brake, 32767);
+              "10000 LEVEL, CHG 10000 CLMB, FL345 LEVEL, CHG FL345 DESC, "
+              "12500 LEVEL, CHG 12500 DESC, ");
+    Set(on_ground, 1);
+    Set(parking_brake, 32767);
     EXPECT_EQ(Once("FlightLevel"), "FL345");
 }
 
-TEST_F(Phases, Send_A_Requested_Position_Report_In_The_Air) {
-    ASSERT_TRUE(Start());
-    engine->Report_Position();
-    Fly(moment::parked, moment::off);
-    EXPECT_TRUE(Messages(Message_Type::position).empty());
-    Fly(moment::off, moment::level);
-    EXPECT_EQ(Messages(Message_Type::position).size(), 1U);
-}
-
 }  // namespace
-
 }  // namespace norvane::test

@@ -4,84 +4,40 @@
 #include "support/test_world.h"
 
 namespace norvane::test {
-
 namespace {
 
-struct Zone_Case {
-    std::string title;
-    Date_Time now;
-    Zone_Rule daylight_start;
-    Zone_Rule standard_start;
-    int bias;
-};
-
 TEST(Utc_Clock, Takes_The_Daylight_Bias_Between_This_Years_Rules) {
-    const Zone_Rule second_sunday_of_march{0, 3, 2, 0, 0, {2, 0, 0}};
-    const Zone_Rule first_sunday_of_november{0, 11, 1, 0, 0, {2, 0, 0}};
-    const Zone_Rule last_sunday_of_october{0, 10, 5, 0, 0, {3, 0, 0}};
-    const Zone_Rule third_saturday_of_march{0, 3, 3, 6, 0, {0, 0, 0}};
+    const Zone_Rule march{0, 3, 2, 0, 0, {2, 0, 0}};           // second Sunday, the 8th in 2026
+    const Zone_Rule third_saturday{0, 3, 3, 6, 0, {0, 0, 0}};  // the 21st
+    const Zone_Rule november{0, 11, 1, 0, 0, {2, 0, 0}};       // first Sunday, the 1st
+    const Zone_Rule october{0, 10, 5, 0, 0, {3, 0, 0}};        // last Sunday, the 25th
     const Zone_Rule once{2026, 7, 0, 0, 14, {12, 30, 0}};
-    // In 2026 the second Sunday of March is the 8th, the first of November the 1st, the last of
-    // October the 25th; the third Saturday of March is the 21st.
-    const std::vector<Zone_Case> cases{
-        {"before daylight time",
-         {{2026, 3, 8}, {1, 59, 59}},
-         second_sunday_of_march,
-         first_sunday_of_november,
-         300},
-        {"at its start",
-         {{2026, 3, 8}, {2, 0, 0}},
-         second_sunday_of_march,
-         first_sunday_of_november,
-         240},
-        {"at its end",
-         {{2026, 11, 1}, {2, 0, 0}},
-         second_sunday_of_march,
-         first_sunday_of_november,
-         240},
-        {"after its end",
-         {{2026, 11, 1}, {2, 0, 1}},
-         second_sunday_of_march,
-         first_sunday_of_november,
-         300},
-        {"last Sunday",
-         {{2026, 10, 25}, {3, 0, 0}},
-         second_sunday_of_march,
-         last_sunday_of_october,
-         240},
-        {"after the last Sunday",
-         {{2026, 10, 26}, {0, 0, 0}},
-         second_sunday_of_march,
-         last_sunday_of_october,
-         300},
-        {"third Saturday",
-         {{2026, 3, 20}, {23, 59, 59}},
-         third_saturday_of_march,
-         last_sunday_of_october,
-         300},
-        {"a rule for one year", {{2026, 7, 14}, {12, 30, 0}}, once, last_sunday_of_october, 240},
-        {"before a rule for one year",
-         {{2026, 7, 14}, {12, 29, 0}},
-         once,
-         last_sunday_of_october,
-         300},
-        {"southern summer",
-         {{2026, 1, 15}, {12, 0, 0}},
-         last_sunday_of_october,
-         second_sunday_of_march,
-         300},
-        {"southern winter",
-         {{2026, 12, 15}, {12, 0, 0}},
-         last_sunday_of_october,
-         second_sunday_of_march,
-         300},
-        {"no daylight time", {{2026, 7, 1}, {12, 0, 0}}, {}, {}, 300},
+    struct Zone_Case {
+        Date_Time now;
+        Zone_Rule daylight_start;
+        Zone_Rule standard_start;
+        int bias;
     };
-    for (const Zone_Case& zone : cases) {
+    for (const auto& [now, daylight, standard, bias] :
+         std::vector<Zone_Case>{{{{2026, 3, 8}, {1, 59, 59}}, march, november, 300},
+                                {{{2026, 3, 8}, {2, 0, 0}}, march, november, 240},
+                                {{{2026, 11, 1}, {2, 0, 0}}, march, november, 240},
+                                {{{2026, 11, 1}, {2, 0, 1}}, march, november, 300},
+                                {{{2026, 10, 25}, {3, 0, 0}}, march, october, 240},
+                                {{{2026, 10, 25}, {3, 0, 1}}, march, october, 300},
+                                {{{2026, 3, 20}, {23, 59, 59}}, third_saturday, october, 300},
+                                {{{2026, 3, 21}, {0, 0, 0}}, third_saturday, october, 240},
+                                {{{2026, 7, 14}, {12, 30, 0}}, once, october, 240},
+                                {{{2026, 7, 14}, {12, 29, 0}}, once, october, 300},
+                                // A southern zone is never within.
+                                {{{2026, 1, 15}, {12, 0, 0}}, october, march, 300},
+                                {{{2026, 12, 15}, {12, 0, 0}}, october, march, 300},
+                                {{{2026, 7, 1}, {12, 0, 0}}, {}, november, 300},
+                                {{{2026, 7, 1}, {12, 0, 0}}, march, {}, 300}}) {
         Virtual_Clock clock;
-        clock.start = zone.now;
-        clock.zone = {300, -60, zone.standard_start, zone.daylight_start};
-        EXPECT_EQ(clsUTC(clock).Bias(), zone.bias) << zone.title;
+        clock.start = now;
+        clock.zone = {300, -60, standard, daylight};
+        EXPECT_EQ(clsUTC(clock).Bias(), bias) << now.date.month << " " << now.time.second;
     }
 }
 
@@ -100,5 +56,4 @@ TEST(Utc_Clock, Tells_The_Time_Across_Midnight) {
 }
 
 }  // namespace
-
 }  // namespace norvane::test

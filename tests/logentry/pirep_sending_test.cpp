@@ -39,7 +39,6 @@ class Pirep_Sending : public test::Net_World {
 TEST_F(Pirep_Sending, The_Date_Takes_The_Form_That_Servers_Read) {
     for (const auto& [date, posted] : std::vector<std::pair<std::string, std::string>>{
              {"2008-04-23", "2008%2D04%2D23+00%3A00%3A00"},
-             {"4/23/2008", "2008%2D04%2D23+00%3A00%3A00"},
              {"4/23/2008 15:09:07", "2008%2D04%2D23+15%3A09%3A07"},
              {"yesterday", "yesterday"},
              {"", ""}}) {
@@ -47,8 +46,8 @@ TEST_F(Pirep_Sending, The_Date_Takes_The_Form_That_Servers_Read) {
         EXPECT_EQ(Form(), "a=P1&b=N%E4me&c=&date=" + posted + "&e=B738&");
     }
     EXPECT_EQ(Read("sr"), "lost\r\n");
-    EXPECT_TRUE(Send("1|2"));
-    EXPECT_EQ(Form(), "a=1&b=2&");
+    EXPECT_TRUE(Send("1|2|3"));
+    EXPECT_EQ(Form(), "a=1&b=2&c=3&");
 }
 
 TEST_F(Pirep_Sending, What_Cannot_Be_Sent_Is_Told_With_File_Airline_And_Host) {
@@ -56,15 +55,19 @@ TEST_F(Pirep_Sending, What_Cannot_Be_Sent_Is_Told_With_File_Airline_And_Host) {
         EXPECT_FALSE(Send(content));
         EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("one.txt holds no values")));
     }
-    EXPECT_EQ(server.Request(), "");
     std::filesystem::remove(directory / "reports/one.txt");
-    EXPECT_TRUE(entry.Send_PIREP(settings, airline, options));
+    auto failure = entry.Send_PIREP(settings, airline, options);
+    ASSERT_TRUE(failure);
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsLogEntry.Send_PIREP()")));
+    Tell_PIREP_Failure(desktop, *failure);
+    EXPECT_THAT(desktop.boxes.back().text, HasSubstr("could not be read, and was not sent"));
+    EXPECT_EQ(server.Request(), "");
+
     Write("VA_X/server.cfg", "127.0.0.1:1\r\n/in\r\n");
     airline.Get_VA_Settings("X");
     Write("reports/one.txt", "1|2");
     Take_Errors();
-    const auto failure = entry.Send_PIREP(settings, airline, options);
+    failure = entry.Send_PIREP(settings, airline, options);
     ASSERT_TRUE(failure);
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsWinInet.Send_PIREP()"),
                                            HasSubstr("one.txt was not sent to the airline X at "

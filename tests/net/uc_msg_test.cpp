@@ -5,10 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <functional>
-#include <mutex>
 #include <optional>
-#include <utility>
-#include <vector>
 
 #include "acars/cls_acars.h"
 #include "acars/cls_utc.h"
@@ -24,18 +21,10 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 
-class Message_Panel : public test::Net_World {
+class Message_Panel : public test::Pages_World {
   protected:
     Message_Panel() {
-        const auto serve = [this](const httplib::Request& in, httplib::Response& out) {
-            const std::lock_guard guard(m_lock);
-            m_asked.push_back(in.target + (in.method == "POST" ? " " + in.body : ""));
-            out.set_content("KBOS 141509Z 9SM", "text/plain");
-        };
-        server->Get(".*", serve);
-        server->Post(".*", serve);
-        server.Start();
-        Sources_At(server.Host());
+        pages["/NOAA/METAR"] = pages["/NOAA/TAF"] = "KBOS 141509Z 9SM";
         settings.Set_WX_URL("NOAA");
         options.given_up = [this] {
             if (meanwhile)
@@ -43,12 +32,17 @@ class Message_Panel : public test::Net_World {
             return false;
         };
         Fly_For("X", server.Host());
+        Open_Panel();
+    }
+    /// As a program does that starts anew.
+    void Open_Panel() {
         panel.emplace(ucMSG::Parts{services, settings, airline, options});
-        panel->Set_ACARS(engine);
         panel->Log_Appended.connect([this](const std::string& added) { shown += added; });
         panel->Log_Cleared.connect([this] { shown.clear(); });
+        shown.clear();
+        panel->Set_ACARS(engine);
+        Take_Asked();
     }
-
     void Fly_For(const std::string& name, const std::string& host) {
         Write("VA_" + name + "/server.cfg", host + "\r\n\r\n/" + name + "\r\n");
         settings.Set_Virtual_Airline(name);
@@ -58,18 +52,20 @@ class Message_Panel : public test::Net_World {
         engine.events.ACARSMessage.emit(type, Message(body));
     }
     static std::string Message(const std::string& body) { return "t\r\nr\r\nl\r\nf\r\n" + body; }
-    static std::string Form(const std::string& body, const std::string& rest) {
-        return "acars0=t&acars1=r&acars2=l&acars3=f&acars4=" + body + "+++&" + rest;
+    /// The messages as they stand in the log.
+    static std::string Log_Of(std::initializer_list<const char*> bodies) {
+        std::string log;
+        for (const char* body : bodies)
+            log += Message(body) + "\r\n\r\n";
+        return log;
     }
-    std::vector<std::string> Take_Asked() {
-        const std::lock_guard guard(m_lock);
-        return std::exchange(m_asked, {});
+    static std::string Form(const std::string& body, const std::string& rest) {
+        return "/X acars0=t&acars1=r&acars2=l&acars3=f&acars4=" + body + "+++&acars5=" + rest;
     }
     void Pass() { desktop.Run_For(std::chrono::seconds(1)); }
-    /// The pilot asks for the weather of the code he types.
-    void Ask_Weather(const std::string& code) {
-        panel->txtCommand.Enter(code);
-        panel->hypWX.Click();
+    void Enter(const std::string& text, Link& command) {
+        panel->txtCommand.Enter(text);
+        command.Click();
     }
 
     Offset_Area area;
@@ -82,13 +78,6 @@ class Message_Panel : public test::Net_World {
     std::string shown;
     /// Happens, once, while a request runs.
     std::function<void()> meanwhile;
-
-  private:
-    std::mutex m_lock;
-    std::vector<std::string> m_asked;
-
-  protected:
-    test::Web_Server server;
 };
 
 TEST_F(Message_Panel, Reports_leave_one_by_one_in_order_as_they_arose) {
@@ -110,46 +99,53 @@ TEST_F(Message_Panel, Reports_leave_one_by_one_in_order_as_they_arose) {
     };
     Pass();
     Pass();
-    EXPECT_FALSE(meanwhile);
-    EXPECT_THAT(Take_Asked(),
-                ElementsAre("/X " + Form("one", "acars5=P1&acars6=KBOS&acars7=&"),
-                            "/X " + Form("two", "acars5=P1&acars6=KBOS&acars7=KSEA&"),
-                            "/X " + Form("three", "acars5=P2&acars6=late&acars7=KSEA&")));
+    EXPECT_THAT(Take_Asked(), ElementsAre(Form("one", "P1&acars6=KBOS&acars7=&"),
+                                          Form("two", "P1&acars6=KBOS&acars7=KSEA&"),
+                                          Form("three", "P2&acars6=late&acars7=KSEA&")));
     EXPECT_FALSE(panel->Is_Posting());
     EXPECT_EQ(desktop.Waiting_For(), "");
-    EXPECT_EQ(panel->Log(),
-              Message("one\r\n\r\n") + Message("two\r\n\r\n") + Message("three\r\n\r\n"));
-    EXPECT_EQ(shown, panel->Log());
+    EXPECT_EQ(shown, Log_Of({"one", "two", "three"}));
 }
 
-TEST_F(Message_Panel, A_report_goes_to_the_airline_of_its_message_whatever_its_server_does) {
-    test::Raw_Server hanging(test::Hang);
-    test::Raw_Server resetting(test::Reset);
-    options.all_within = std::chrono::milliseconds(300);
-    panel.emplace(ucMSG::Parts{services, settings, airline, options});
-    panel->Set_ACARS(engine);
-    for (const std::string& host : {hanging.Host(), resetting.Host(), std::string("127.0.0.1:1")}) {
-        Fly_For("BAD", host);
-        Raise("lost");
-        Fly_For("X", server.Host());
-        settings.Set_Virtual_Airline("BAD");  // the pilot looks at it
-        Raise("good");
-        Fly_For("NONE", "");
-        Raise("unsent");
+TEST_F(Message_Panel, A_report_goes_to_the_airline_of_its_message_whatever_other_servers_do) {
+    Fly_For("BAD", "127.0.0.1:1");
+    Raise("lost");
+    Fly_For("X", server.Host());
+    settings.Set_Virtual_Airline("BAD");  // the pilot looks at it
+    Raise("good");
+    Fly_For("NONE", "");
+    Raise("unsent");
+    Pass();
+    EXPECT_THAT(Take_Asked(), ElementsAre(Form("good", "&acars6=&acars7=&")));
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsWinInet.Send_ACARS_Report()")));
+    EXPECT_TRUE(desktop.boxes.empty());
+    EXPECT_EQ(airline.Name(), "NONE");
+    EXPECT_FALSE(panel->Is_Posting());
+}
+
+TEST_F(Message_Panel, What_is_asked_for_within_a_step_waits_for_its_end) {
+    int result = 0;
+    ASSERT_TRUE(link.IPC_Open(0, result));
+    area.Set(Variable::parking_brake, 1);
+    engine.events.Start.emit();
+    area.on_read = [&](auto, auto) {
+        area.on_read = nullptr;
+        Raise("within");
+        Enter("KBOS", panel->hypWX);
         Pass();
-        EXPECT_THAT(Take_Asked(), ElementsAre(HasSubstr("/X acars0=t&acars1=r&acars2=l&acars3=f&"
-                                                        "acars4=good+")));
-        EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsWinInet.Send_ACARS_Report()")));
-        EXPECT_TRUE(desktop.boxes.empty());
-        EXPECT_EQ(airline.Name(), "NONE");
-        EXPECT_FALSE(panel->Is_Posting());
-    }
-    EXPECT_THAT(panel->Log(), HasSubstr("lost"));
+        EXPECT_TRUE(engine.Is_Stepping());
+        EXPECT_TRUE(Take_Asked().empty());
+    };
+    engine.Refresh();
+    Pass();
+    EXPECT_THAT(Take_Asked(), testing::UnorderedElementsAre(
+                                  Form("within", "&acars6=&acars7=&"), "/NOAA/METAR?id=KBOS",
+                                  "/NOAA/TAF?id=KBOS", HasSubstr("KBOS+141509Z")));
+    EXPECT_EQ(panel->txtCommand.Text(), "");
 }
 
 TEST_F(Message_Panel, The_times_at_the_gate_write_a_log_file_that_replaces_none) {
-    airline.Get_VA_Settings("DEFAULT");
-    settings.Set_Virtual_Airline("DEFAULT");
+    Fly_For("NONE", "");
     std::filesystem::create_directories(directory / "messagelogs");
     Raise("\xC4", Message_Type::times);
     EXPECT_TRUE(std::filesystem::is_empty(directory / "messagelogs")) << "not asked for";
@@ -157,69 +153,58 @@ TEST_F(Message_Panel, The_times_at_the_gate_write_a_log_file_that_replaces_none)
     Raise("in", Message_Type::in);
     Raise("times", Message_Type::times);
     Raise("again", Message_Type::times);
-    const std::string first =
-        Message("\xC4\r\n\r\n") + Message("in\r\n\r\n") + Message("times\r\n\r\n");
-    EXPECT_EQ(Read("messagelogs/2026-03-14-1509-26_ACARS.txt"), first + "\r\n");
+    EXPECT_EQ(Read("messagelogs/2026-03-14-1509-26_ACARS.txt"),
+              Log_Of({"\xC4", "in", "times"}) + "\r\n");
     EXPECT_EQ(Read("messagelogs/2026-03-14-1509-26_ACARS-2.txt"),
-              first + Message("again\r\n\r\n") + "\r\n");
+              Log_Of({"\xC4", "in", "times", "again"}) + "\r\n");
 
     std::filesystem::remove_all(directory / "messagelogs");
-    Timer step(desktop.Timers(), std::chrono::milliseconds(1));
-    step.tick.connect([&] {
-        step.Set_Enabled(false);
-        Raise("kept", Message_Type::times);
-    });
-    step.Set_Enabled(true);
-    Pass();
+    Raise("kept", Message_Type::times);
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ucMSG.Export_Message_Log()")));
     EXPECT_THAT(panel->Log(), EndsWith("kept\r\n\r\n"));
     EXPECT_FALSE(panel->Is_Posting()) << "no airline that takes reports";
-    ASSERT_EQ(desktop.boxes.size(), 1U) << "also from within a step";
+    ASSERT_EQ(desktop.boxes.size(), 1U);
     EXPECT_THAT(desktop.boxes[0].text, HasSubstr("could not be written to a file"));
 }
 
 TEST_F(Message_Panel, The_messages_of_a_stored_flight_outlive_the_program) {
-    const auto start_anew = [&] {
-        panel.emplace(ucMSG::Parts{services, settings, airline, options});
-        panel->Set_ACARS(engine);
-        Take_Asked();
-    };
-    settings.Set_OPT_MessageLog(true);
-    std::filesystem::create_directories(directory / "messagelogs");
+    const auto stored = [&](const std::string& key) { return store.Get("ACARS", key); };
     Raise("out|");
     engine.events.FSTime.emit("1405");
-    start_anew();
-    EXPECT_EQ(panel->Log(), "") << "no flight is stored before OFF";
+    Open_Panel();
+    EXPECT_EQ(shown, "") << "no flight is stored before OFF";
     Raise("out|");
     store.Set("ACARS", "45", "2");
     engine.events.FSTime.emit("1410");
+    EXPECT_EQ(stored("Message 1"), "2026-03-14 15:09:26|0|" + Message("out|"));
     Raise("off", Message_Type::off);
-    Pass();
-    start_anew();
-    EXPECT_EQ(panel->Log(), Message("out|\r\n\r\n") + Message("off\r\n\r\n"));
+    EXPECT_EQ(stored("Messages") + " " + stored("Message 2"),
+              "2 2026-03-14 15:09:26|1|" + Message("off"));
+    Open_Panel();
+    EXPECT_EQ(shown, Log_Of({"out|", "off"}));
     engine.events.Start.emit();
     Raise("times", Message_Type::times);
-    EXPECT_EQ(Read("messagelogs/2026-03-14-1509-27_ACARS.txt"), panel->Log() + "\r\n");
     Pass();
     EXPECT_THAT(Take_Asked(), ElementsAre(HasSubstr("acars4=times+"))) << "sent a second time";
+    // What is no message is passed over.
+    store.Set("ACARS", "Message 1", "2026-03-14 15:09:26|0");
+    store.Set("ACARS", "Message 3", "");
+    Open_Panel();
+    EXPECT_EQ(panel->Log(), Log_Of({"off"}));
 
-    start_anew();
-    EXPECT_THAT(panel->Log(), HasSubstr("times"));
     store.Delete_Section("ACARS");  // given up
     Raise("new", Message_Type::connected);
     engine.events.Start.emit();
     engine.events.FSTime.emit("1500");
-    EXPECT_EQ(panel->Log(), Message("new\r\n\r\n"));
+    EXPECT_EQ(panel->Log() + shown, Log_Of({"new", "new"}));
     EXPECT_FALSE(store.Find("ACARS", "Messages")) << "no flight to keep them with";
 }
 
 TEST_F(Message_Panel, The_pilot_comments_between_start_and_gate) {
-    panel->txtCommand.Enter("early");
-    panel->hypComment.Click();
+    Enter("early", panel->hypComment);
     EXPECT_EQ(panel->Log(), "");
     engine.events.Start.emit();
-    panel->txtCommand.Enter(" hi ");
-    panel->hypComment.Click();
+    Enter(" hi ", panel->hypComment);
     EXPECT_THAT(panel->Log(), EndsWith("Message:\r\n hi \r\n\r\n"));
     EXPECT_EQ(panel->txtCommand.Text(), "");
     panel->hypComment.Click();
@@ -229,43 +214,36 @@ TEST_F(Message_Panel, The_pilot_comments_between_start_and_gate) {
     panel->hypComment.Click();
     EXPECT_EQ(panel->txtCommand.Text(), "");
     EXPECT_THAT(panel->Log(), HasSubstr(" hi "));
-    EXPECT_EQ(shown, panel->Log());
     engine.Reset();
-    EXPECT_EQ(panel->Log(), "");
-    EXPECT_EQ(shown, "");
+    EXPECT_EQ(panel->Log() + shown, "");
 }
 
 TEST_F(Message_Panel, Weather_becomes_a_message_of_the_flight_that_asked) {
-    const std::string report = "Message:\r\nKBOS 141509Z 9SM\r\n\r\nKBOS 141509Z 9SM\r\n\r\n";
     engine.events.Start.emit();
-    Ask_Weather("   ");
+    Enter("   ", panel->hypWX);
     EXPECT_EQ(panel->Log() + panel->txtCommand.Text(), "   ");
     meanwhile = [&] {
         EXPECT_EQ(desktop.Waiting_For(), "Fetching the weather of kbos ...");
         panel->hypWX.Click();
         panel->txtCommand.Enter("next");
     };
-    Ask_Weather(" kbos ");
-    EXPECT_FALSE(meanwhile);
-    EXPECT_THAT(panel->Log(), EndsWith(report));
+    Enter(" kbos ", panel->hypWX);
     EXPECT_THAT(panel->Log(), HasSubstr("Msg Label: WX Block ID: 01 Msg No: M01A"));
+    EXPECT_THAT(panel->Log(),
+                EndsWith("Message:\r\nKBOS 141509Z 9SM\r\n\r\nKBOS 141509Z 9SM\r\n\r\n"));
     EXPECT_EQ(panel->txtCommand.Text(), "next");
-    EXPECT_THAT(Take_Asked(), ElementsAre("/NOAA/metar?id=KBOS", "/NOAA/taf?id=KBOS"));
-    Pass();
-    Take_Asked();
+    EXPECT_THAT(Take_Asked(), ElementsAre("/NOAA/METAR?id=KBOS", "/NOAA/TAF?id=KBOS"));
     const std::string log = panel->Log();
-    const std::string source = settings.WX_URL();
     settings.Set_WX_URL("NONE");
-    Ask_Weather("KJFK");
-    settings.Set_WX_URL(source);
+    Enter("KJFK", panel->hypWX);
+    settings.Set_WX_URL("NOAA");
     EXPECT_EQ(panel->Log(), log) << "no report is no message";
-    ASSERT_EQ(desktop.boxes.size(), 1U);
-    EXPECT_THAT(desktop.boxes[0].text, HasSubstr("No weather report of KJFK came"));
+    EXPECT_THAT(desktop.boxes.at(0).text, HasSubstr("No weather report of KJFK came"));
     EXPECT_EQ(panel->txtCommand.Text(), "KJFK");
 
-    for (const auto& ends : {std::function<void()>([&] { engine.Reset(); }),
-                             std::function<void()>([&] { engine.events.FlightAtGate.emit(); }),
-                             std::function<void()>([&] { panel->Close(); })}) {
+    for (const auto& ends : std::vector<std::function<void()>>{
+             [&] { engine.Reset(); }, [&] { engine.events.FlightAtGate.emit(); },
+             [&] { panel->Close(); }}) {
         engine.events.Start.emit();
         std::string log_at_end;
         meanwhile = [&] {
@@ -273,8 +251,7 @@ TEST_F(Message_Panel, Weather_becomes_a_message_of_the_flight_that_asked) {
             engine.events.Start.emit();
             log_at_end = panel->Log();
         };
-        Ask_Weather("KBOS");
-        EXPECT_FALSE(meanwhile);
+        Enter("KBOS", panel->hypWX);
         EXPECT_EQ(panel->Log(), log_at_end);
         Take_Errors();
     }
@@ -286,8 +263,6 @@ TEST_F(Message_Panel, Closing_ends_the_report_under_way_and_counts_those_behind_
         Raise(body);
     meanwhile = [&] { panel->Close(); };
     Pass();
-    EXPECT_FALSE(meanwhile);
-    EXPECT_FALSE(panel->Is_Posting());
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ACARS messages not sent: 2"),
                                            HasSubstr("clsWinInet.Send_ACARS_Report()")));
     Raise("late");
@@ -295,6 +270,17 @@ TEST_F(Message_Panel, Closing_ends_the_report_under_way_and_counts_those_behind_
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ucMSG.Send_ACARS_Report()")));
     EXPECT_FALSE(panel->Is_Posting());
     EXPECT_TRUE(desktop.boxes.empty());
+    // With time for a farewell all of them leave.
+    Open_Panel();
+    Raise("four");
+    Raise("five");
+    panel->Close(std::chrono::seconds(5));
+    EXPECT_THAT(Take_Asked(), ElementsAre(HasSubstr("=four+"), HasSubstr("=five+")));
+    Open_Panel();
+    Raise("six");
+    panel->Close();
+    EXPECT_THAT(Take_Asked(), testing::IsEmpty());
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ACARS messages not sent: 1")));
 }
 
 }  // namespace
