@@ -27,21 +27,13 @@ TEST_F(Config_Files, A_Profile_Finds_The_First_Match_Without_Regard_To_Case) {
         "[Adds]\r\nURL = first \r\nurl=second\nNo Value=\nquoted=\" a b \"\nhalf=\"a\n"
         "single='x'\n;METAR=off\nequation=a=b\n\tTabbed\t=\tvalue\t\n"
         "[other]\nURL=other\n[ADDS]\nlate=too late\n[ spaced ]\nkey=1\n");
-    const std::vector<std::array<const char*, 3>> values{{"ADDS", "url", "first"},
-                                                         {"adds", "No Value", ""},
-                                                         {"ADDS", "QUOTED", " a b "},
-                                                         {"ADDS", "half", "\"a"},
-                                                         {"ADDS", "single", "x"},
-                                                         {"ADDS", "METAR", ""},
-                                                         {"ADDS", "equation", "a=b"},
-                                                         {"ADDS", "tabbed", "value"},
-                                                         {"Spaced", "key", "1"},
-                                                         {"", "key", ""},
-                                                         {"OTHER", "key", ""},
-                                                         // In a second section of the name.
-                                                         {"ADDS", "late", ""}};
-    for (const auto& [section, key, value] : values)
-        EXPECT_EQ(profile.Value(section, key), value) << key;
+    std::string values;
+    for (const auto* key :
+         {"url", "No Value", "QUOTED", "half", "single", "METAR", "equation", "tabbed", "late"})
+        values += profile.Value("ADDS", key) + "|";
+    EXPECT_EQ(values, "first|| a b |\"a|x||a=b|value||") << "of the first section of the name";
+    EXPECT_EQ(profile.Value("Spaced", "key"), "1");
+    EXPECT_EQ(profile.Value("", "key") + profile.Value("OTHER", "key"), "");
     EXPECT_THAT(profile.Section_Names(), ElementsAre("Adds", "other", "ADDS", " spaced "));
 }
 
@@ -67,9 +59,7 @@ TEST_F(Config_Files, Field_Definitions_Are_Read_Up_To_A_Fault) {
     EXPECT_TRUE(all.fields[0].entries.empty());
     EXPECT_THAT(all.fields[1].entries, ElementsAre("A", "", "B"));
     EXPECT_THAT(all.failure, HasSubstr("vafields.cfg, line 5"));
-    const auto two = Read_Field_Definitions(file, 2);
-    EXPECT_EQ(two.fields.size(), 2U);
-    EXPECT_EQ(two.failure, "");
+    EXPECT_EQ(Read_Field_Definitions(file, 3).failure, "");
     EXPECT_THROW(static_cast<void>(Read_Field_Definitions(directory / "none", 5)), Run_Error);
 }
 

@@ -91,16 +91,19 @@ TEST_F(Log_Printing, A_file_gets_what_the_dialog_asks_for_and_the_next_one_all_a
     EXPECT_TRUE(all.starts_with("1 2 3 4 ")) << all;
     EXPECT_NE(Pdf_Pages(file)[0].find("Flight Log: [My Flight Log]3/14/2026 15:09:31"),
               std::string::npos);
-    const auto ordinary = std::exchange(on_dialog, [](QPrintDialog& dialog) {
+    on_dialog = [](QPrintDialog& dialog) {
         dialog.findChild<QRadioButton*>("pagesRadioButton")->setChecked(true);
         dialog.findChild<QLineEdit*>("pagesLineEdit")->setText("1,3-4");
         dialog.findChild<QSpinBox*>("copies")->setValue(2);
         dialog.findChild<QCheckBox*>("reverse")->setChecked(true);
         dialog.accept();
-    });
+    };
     Choose(ucFlightLog::print);
     EXPECT_EQ(Pdf_Page_Numbers(file), "4 3 1 4 3 1 ");
-    on_dialog = ordinary;
+    on_dialog = [](QPrintDialog& dialog) {
+        EXPECT_TRUE(dialog.printer()->pageRanges().isEmpty());
+        dialog.accept();
+    };
     Choose(ucFlightLog::print);
     EXPECT_EQ(Pdf_Page_Numbers(file), all);
 }
