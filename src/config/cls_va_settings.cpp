@@ -24,11 +24,29 @@ Run_Error Fault_In(const std::filesystem::path& file, const std::string& fault) 
 
 }  // namespace
 
+/// What went wrong, for the reports that come once everybody has turned to the airline: the box of
+/// a report lets other code run.
+struct clsVASettings::Fault {
+    std::string_view procedure;
+    Run_Error error;
+    Show show = Show::box;
+};
+
+template <class Body>
+void clsVASettings::Note_Failure(std::string_view procedure, Faults& faults, Body&& body) {
+    try {
+        body();
+    } catch (...) {
+        faults.push_back({procedure, Caught_Error()});
+    }
+}
+
 clsVASettings::clsVASettings(Services& services) : m_services(services) {}
 
 void clsVASettings::Get_VA_Settings(std::string_view name) {
     Reset();
-    Guarded(m_services, "clsVASettings.Get_VA_Settings()", Show::box, [&] {
+    Faults faults;
+    Note_Failure("clsVASettings.Get_VA_Settings()", faults, [&] {
         m_name = Trim(name);
         m_directory = Airline_Directory(m_name);
         m_path = Find_Path(m_services, m_services.program_directory, m_directory);
@@ -51,9 +69,11 @@ void clsVASettings::Get_VA_Settings(std::string_view name) {
         m_script_pirep = lines[1];
         m_script_acars = lines[2];
         m_url_encode = encode;
-        Get_PIREP_Fields();
+        Get_PIREP_Fields(faults);
     });
     Change.emit();
+    for (const Fault& fault : faults)
+        Log_Error(m_services, fault.procedure, fault.error, fault.show);
 }
 
 void clsVASettings::Reset() {
@@ -70,8 +90,9 @@ std::filesystem::path clsVASettings::File(std::string_view name) const {
     return Find_Path(m_services, m_path, name);
 }
 
-void clsVASettings::Get_PIREP_Fields() {
-    Guarded(m_services, "clsVASettings.Get_PIREP_Fields()", Show::box, [&] {
+void clsVASettings::Get_PIREP_Fields(Faults& faults) {
+    constexpr std::string_view procedure = "clsVASettings.Get_PIREP_Fields()";
+    Note_Failure(procedure, faults, [&] {
         const auto pirep_file = File("pirep.cfg");
         if (!std::filesystem::exists(pirep_file))
             return;
@@ -86,12 +107,12 @@ void clsVASettings::Get_PIREP_Fields() {
             throw Fault_In(pirep_file, ": no field");
         m_fields.resize(count);
         if (pirep_count != fixed_pirep_values) {
-            Log_Error(m_services, "clsVASettings.Get_PIREP_Fields()",
-                      Fault_In(pirep_file, ": " + std::to_string(pirep_count) +
-                                               " fields, where a PIREP has " +
-                                               std::to_string(fixed_pirep_values) +
-                                               " values before the airline's own"),
-                      Show::silent);
+            faults.push_back(
+                {procedure,
+                 Fault_In(pirep_file,
+                          ": " + std::to_string(pirep_count) + " fields, where a PIREP has " +
+                              std::to_string(fixed_pirep_values) + " values before the airline's own"),
+                 Show::silent});
         }
     });
 }

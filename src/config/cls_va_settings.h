@@ -22,8 +22,8 @@ class clsVASettings {
     /// All empty, two empty fields, URL encoding on.
     explicit clsVASettings(Services& services);
 
-    /// Loads the airline of that name ("DEFAULT" for the default one), then raises `Change`.
-    /// Failures are in the error log.
+    /// Loads the airline of that name ("DEFAULT" for the default one), then raises `Change`, then
+    /// reports what failed.
     void Get_VA_Settings(std::string_view name);
 
     /// The airline directory's name under the program directory, "VA" or "VA_" + name.
@@ -49,8 +49,13 @@ class clsVASettings {
         std::string name;
     };
 
+    struct Fault;
+    using Faults = std::vector<Fault>;
+
     void Reset();
-    void Get_PIREP_Fields();
+    template <class Body>
+    static void Note_Failure(std::string_view procedure, Faults& faults, Body&& body);
+    void Get_PIREP_Fields(Faults& faults);
     /// Adds the fields of at most `most` lines from entry `count` on; raises at a faulty line.
     void Add_Fields(const std::filesystem::path& file, std::size_t& count, std::size_t most,
                     bool name_is_last);

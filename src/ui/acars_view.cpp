@@ -7,6 +7,7 @@
 
 #include "ui/acars_pages.h"
 #include "ui/bind.h"
+#include "ui/form_page.h"
 #include "ui/link_button.h"
 #include "ui/look.h"
 
@@ -40,7 +41,8 @@ Acars_View::Acars_View(ucACARS& panel, frmMain& window, QWidget* parent)
     rows->addWidget(Make_Title(window));
     auto* stored = new QLabel(this);
     stored->setWordWrap(true);
-    stored->setMargin(stored->fontMetrics().averageCharWidth());
+    // Flush with the page below, which begins with a margin of its own.
+    stored->setContentsMargins(form_margin, form_margin, form_margin, 0);
     Bind(*stored, panel.lblStored);
     rows->addWidget(stored);
     m_stack = new QStackedWidget(this);

@@ -12,7 +12,6 @@ namespace norvane {
 
 namespace {
 
-constexpr int page_margin = 10;
 constexpr int group_gap = 10;
 constexpr int row_gap = 3;
 constexpr int caption_gap = 6;
@@ -64,7 +63,7 @@ Form_Page::Form_Page(QWidget* parent)
     // The page scrolls to the control that gets the focus; it needs none itself.
     setFocusPolicy(Qt::NoFocus);
     m_sheet->setMaximumWidth(Digits_Width(*m_sheet, widest_page_digits));
-    m_rows->setContentsMargins(page_margin, page_margin, page_margin, page_margin);
+    m_rows->setContentsMargins(form_margin, form_margin, form_margin, form_margin);
     m_rows->setSpacing(group_gap);
     Set_Grey();
 }

@@ -18,6 +18,9 @@ namespace norvane {
 
 class Value_Label;
 
+/// Around what stands on a page, in pixels.
+inline constexpr int form_margin = 10;
+
 class Form_Page : public QScrollArea {
   public:
     explicit Form_Page(QWidget* parent);

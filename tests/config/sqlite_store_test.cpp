@@ -1,6 +1,7 @@
 #include "config/sqlite_store.h"
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -8,7 +9,6 @@
 #include <cstdlib>
 #include <map>
 
-#include "common/file_writer.h"
 #include "common/line_reader.h"
 #include "common/run_error.h"
 #include "support/test_world.h"
@@ -16,41 +16,46 @@
 namespace norvane {
 namespace {
 
+namespace fs = std::filesystem;
 using testing::HasSubstr;
 
 class Sqlite : public test::Test_World {
   protected:
-    /// Runs `action` in a process of its own and returns how that ended.
-    static int In_Child(const std::function<void()>& action) {
+    /// Runs `action` in a process of its own and returns how that ended: with 0 when it is true.
+    static int In_Child(const std::function<bool()>& action) {
         const pid_t child = ::fork();
-        if (child == 0) {
-            action();
-            ::_exit(7);
-        }
+        if (child == 0)
+            ::_exit(action() ? 0 : 7);
         int status = 0;
         ::waitpid(child, &status, 0);
         return status;
     }
-    std::filesystem::path file = directory / "config" / "settings.sqlite";
+    /// The error that `action` raises: "61 why"; empty without one.
+    static std::string Failure_Of(const std::function<void()>& action) {
+        try {
+            action();
+            return {};
+        } catch (const std::exception&) {
+            return std::to_string(Caught_Error().Number()) + " " + Caught_Error().Description();
+        }
+    }
+    fs::path file = directory / "config" / "settings.sqlite";
 };
 
 TEST_F(Sqlite, Values_Are_There_Again_After_Reopening) {
     {
-        Sqlite_Store store_file(file);
-        EXPECT_EQ(store_file.Find("ACARS", "1"), std::nullopt);
-        store_file.Set("ACARS", "1", "old");
-        store_file.Set("ACARS", "1", "Z\xFCrich \x80 \x81\x8D");
-        store_file.Set("Acars", "1", "");
-        store_file.Set("Grid", "Row", "a'b\r\nc");
-        store_file.Set("Gone", "1", "x");
-        store_file.Delete_Section("Gone");
-        store_file.Delete_Section("Never");
+        Sqlite_Store writer(file);
+        for (const auto* value : {"old", "Z\xFCrich \x80 \x81\x8D\r\na'b"})
+            writer.Set("ACARS", "1", value);
+        writer.Set("Acars", "1", "");
+        writer.Set("Gone", "1", "x");
+        for (const auto* section : {"Gone", "Never"})
+            writer.Delete_Section(section);
     }
     Sqlite_Store again(file);
     EXPECT_EQ(again.Trouble(), "");
-    EXPECT_EQ(again.Find("ACARS", "1"), "Z\xFCrich \x80 \x81\x8D");
+    EXPECT_EQ(again.Find("ACARS", "1"), "Z\xFCrich \x80 \x81\x8D\r\na'b");
     EXPECT_EQ(again.Find("Acars", "1"), "");
-    EXPECT_EQ(again.Find("Grid", "Row"), "a'b\r\nc");
     EXPECT_EQ(again.Find("Gone", "1"), std::nullopt);
 }
 
@@ -58,8 +63,8 @@ TEST_F(Sqlite, Nested_Batches_Are_One_Transaction) {
     Sqlite_Store writer(file);
     Sqlite_Store reader(file);
     {
-        Settings_Batch outer(writer);
-        writer.Set("ACARS", "1", "a");
+        // Given up without a commit of its own, it keeps what was written.
+        const Settings_Batch outer(writer);
         {
             Settings_Batch inner(writer);
             writer.Set("ACARS", "2", "b");
@@ -67,17 +72,9 @@ TEST_F(Sqlite, Nested_Batches_Are_One_Transaction) {
         }
         EXPECT_EQ(reader.Find("ACARS", "2"), std::nullopt);
         EXPECT_EQ(writer.Find("ACARS", "2"), "b");
-        outer.Commit();
     }
-    EXPECT_EQ(reader.Find("ACARS", "1"), "a");
     EXPECT_EQ(reader.Find("ACARS", "2"), "b");
-    EXPECT_THROW(writer.Commit(), Run_Error);
-    // A batch given up without a commit of its own keeps what was written.
-    {
-        const Settings_Batch left(writer);
-        writer.Set("ACARS", "3", "c");
-    }
-    EXPECT_EQ(reader.Find("ACARS", "3"), "c");
+    EXPECT_THAT(Failure_Of([&] { writer.Commit(); }), HasSubstr("No batch of settings is open"));
 }
 
 TEST_F(Sqlite, A_Killed_Process_Loses_Nothing_Committed_And_Nothing_Half_Done) {
@@ -85,15 +82,13 @@ TEST_F(Sqlite, A_Killed_Process_Loses_Nothing_Committed_And_Nothing_Half_Done) {
         const std::string value = std::to_string(round);
         const int status = In_Child([&] {
             Sqlite_Store child(file);
-            {
-                Settings_Batch batch(child);
-                for (int key = 0; key < 22; ++key)
-                    child.Set("ACARS", std::to_string(key), value);
-                batch.Commit();
-            }
+            child.Begin();
+            for (int key = 0; key < 22; ++key)
+                child.Set("ACARS", std::to_string(key), value);
+            child.Commit();
             child.Begin();
             child.Set("ACARS", "0", "half");
-            ::raise(SIGKILL);
+            return ::raise(SIGKILL) == 0;
         });
         ASSERT_TRUE(WIFSIGNALED(status));
         Sqlite_Store after(file);
@@ -103,159 +98,154 @@ TEST_F(Sqlite, A_Killed_Process_Loses_Nothing_Committed_And_Nothing_Half_Done) {
     }
 }
 
+TEST_F(Sqlite, A_Full_Disk_Costs_The_Batch_And_Not_The_Store) {
+    const auto fill = [this](std::size_t size, const std::string& at_commit) {
+        Sqlite_Store live(file);
+        live.Set("ACARS", "1", "old");
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit limit{50'000, RLIM_INFINITY};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        live.Begin();
+        live.Set("ACARS", "1", "half");
+        Failure_Of([&] { live.Set("ACARS", "2", std::string(size, 'x')); });
+        const bool told = Failure_Of([&] { live.Commit(); }).starts_with(at_commit);
+        limit.rlim_cur = RLIM_INFINITY;
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        const bool kept = live.Find("ACARS", "1") == "old";
+        live.Set("ACARS", "1", "new");
+        return told && kept && Sqlite_Store(file).Find("ACARS", "1") == "new";
+    };
+    EXPECT_EQ(In_Child([&] { return fill(100'000, "57 "); }), 0);
+    // A batch that has outgrown the memory meets it before its commit.
+    EXPECT_EQ(In_Child([&] { return fill(4'000'000, "61 "); }), 0);
+}
+
 TEST_F(Sqlite, A_Broken_File_Is_Kept_And_A_New_Store_Begun) {
     Sqlite_Store(file).Set("ACARS", "1", std::string(20000, 'x'));
     const std::string good = Read_File(file);
-    std::string scrambled = good;
-    std::fill(scrambled.begin() + 100, scrambled.end(), '\x5A');
     const std::vector<std::string> contents{
-        "no database\r\n", std::string(4096, '\0'),   good.substr(0, 5000), good.substr(0, 60),
-        scrambled,         std::string(10 << 20, 'x')};
-    std::vector<std::filesystem::path> kept;
+        "no database\r\n", std::string(10 << 20, 'x'), good.substr(0, 5000), good.substr(0, 60),
+        std::string(good).replace(100, std::string::npos, good.size() - 100, 'Z'),
+        // Found by looking through all of the file only.
+        std::string(good).replace(2 * 4096, 4096, 4096, '\0')};
+    std::map<std::string, std::string> expected;
     for (const auto& content : contents) {
-        Write_File(file, content);
+        Write(file, content);
         Sqlite_Store fresh(file);
         EXPECT_THAT(fresh.Trouble(), HasSubstr("settings.sqlite.broken"));
         EXPECT_EQ(fresh.Find("ACARS", "1"), std::nullopt);
         fresh.Set("ACARS", "1", "new");
-        EXPECT_EQ(fresh.Find("ACARS", "1"), "new");
-        auto name = file;
-        kept.push_back(name += ".broken" + (kept.empty() ? "" : std::to_string(kept.size() + 1)));
+        const auto number = expected.empty() ? "" : std::to_string(expected.size() + 1);
+        expected["settings.sqlite.broken" + number] = content;
     }
-    for (std::size_t i = 0; i < contents.size(); ++i)
-        EXPECT_EQ(Read_File(kept[i]), contents[i]) << i;
     EXPECT_EQ(Sqlite_Store(file).Find("ACARS", "1"), "new");
     // Who only looks leaves all of it as it is.
-    const auto parts = [&] {
-        std::map<std::string, std::string> found;
-        for (const auto& part : std::filesystem::directory_iterator(file.parent_path()))
-            found[part.path().filename().string()] = Read_File(part.path());
-        return found;
-    };
     for (const auto& content : contents) {
-        Write_File(file, content);
-        const auto before = parts();
-        const Store_Snapshot snapshot = Read_Store(file);
-        EXPECT_THAT(snapshot.trouble, HasSubstr("settings.sqlite"));
-        EXPECT_EQ(parts(), before);
+        expected["settings.sqlite"] = content;
+        Write(file, content);
+        EXPECT_THAT(Read_Store(file).trouble, HasSubstr("settings.sqlite"));
+        std::map<std::string, std::string> found;
+        for (const auto& part : fs::directory_iterator(file.parent_path()))
+            found[part.path().filename().string()] = Read_File(part.path());
+        EXPECT_TRUE(found == expected);
     }
 }
 
 TEST_F(Sqlite, Who_Looks_Sees_What_Is_Committed_And_Leaves_No_Trace) {
-    const auto seen = [&](const std::filesystem::path& from) {
+    const auto seen = [&](const fs::path& from) {
         const Store_Snapshot snapshot = Read_Store(from);
-        EXPECT_EQ(snapshot.trouble, "");
-        return snapshot.values.empty() ? std::string() : snapshot.values.at(0).text;
+        return snapshot.trouble + (snapshot.values.empty() ? "" : snapshot.values.at(0).text);
     };
+    const auto copy = directory / "config/settings.sqlite.bak";
     EXPECT_EQ(seen(file), "");
-    EXPECT_FALSE(std::filesystem::exists(file.parent_path()));
+    EXPECT_FALSE(fs::exists(file.parent_path()));
     Write("config/settings.sqlite", "");
     EXPECT_EQ(seen(file), "");
     {
         Sqlite_Store writer(file);
         EXPECT_EQ(writer.Trouble(), "");
         writer.Set("ACARS", "1", "a\x80");
-        EXPECT_EQ(seen(file), "a\x80") << "it stands in the log only";
+        writer.Back_Up();
         writer.Begin();
         writer.Set("ACARS", "1", "half");
-        EXPECT_EQ(seen(file), "a\x80");
+        // Nor is it in a backup, in place of the older one.
+        writer.Back_Up();
+        EXPECT_EQ(seen(file) + seen(copy),
+                  "a\x80"
+                  "a\x80");
         writer.Commit();
     }
-    EXPECT_EQ(seen(file), "half");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(file.parent_path()), {}), 1);
+    EXPECT_EQ(seen(file) + seen(copy), "halfa\x80");
+    EXPECT_EQ(std::distance(fs::directory_iterator(file.parent_path()), {}), 2);
     const auto odd = file.parent_path() / "50%20?a#b.sqlite";
-    std::filesystem::copy_file(file, odd);
+    fs::copy_file(file, odd);
     EXPECT_EQ(seen(odd), "half");
-    using std::filesystem::perms;
-    EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
-}
-
-TEST_F(Sqlite, A_Log_Of_Rubbish_Does_Not_Touch_The_Database) {
-    Sqlite_Store(file).Set("ACARS", "1", "a");
-    Write("config/settings.sqlite-wal", std::string(40000, 'x'));
-    Write("config/settings.sqlite-shm", std::string(40000, 'x'));
-    Sqlite_Store again(file);
-    EXPECT_EQ(again.Trouble(), "");
-    EXPECT_EQ(again.Find("ACARS", "1"), "a");
+    for (const auto& own : {file, copy})
+        EXPECT_EQ(fs::status(own).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    // A log of rubbish does not touch the database.
+    for (const auto* part : {"config/settings.sqlite-wal", "config/settings.sqlite-shm"})
+        Write(part, std::string(40000, 'x'));
+    EXPECT_EQ(Sqlite_Store(file).Find("ACARS", "1"), "half");
 }
 
 TEST_F(Sqlite, A_Place_That_Cannot_Be_Written_Is_Named) {
     Write("plain", "text");
-    for (const auto& place : {directory / "plain" / "settings.sqlite",
-                              std::filesystem::path("/proc/norvane/settings.sqlite"), directory}) {
-        try {
-            Sqlite_Store store_file(place);
-            ADD_FAILURE() << place << " was opened";
-        } catch (const std::exception&) {
-            EXPECT_THAT(Caught_Error().Description(), HasSubstr(place.parent_path().string()));
-        }
+    Sqlite_Store(file).Set("ACARS", "1", "a");
+    for (const auto& place : {file.parent_path(), directory})
+        fs::permissions(place, fs::perms::all);
+    fs::permissions(file, fs::perms{0444});
+    for (const auto& [place, words] :
+         {std::pair<fs::path, std::string>{directory / "plain" / "x", directory / "plain"},
+          {"/proc/norvane/x", "/proc/norvane"},
+          {directory, directory.parent_path()},
+          {file, "70 " + file.string() + ": the settings store can only be read"}}) {
+        const auto is_named = [&place = place, &words = words] {
+            // For root, whom no mode binds.
+            return (::geteuid() != 0 || ::seteuid(65534) == 0) &&
+                   Failure_Of([&] { Sqlite_Store{place}; }).find(words) != std::string::npos;
+        };
+        EXPECT_EQ(In_Child(is_named), 0) << place;
     }
     EXPECT_EQ(Read("plain"), "text");
-}
-
-TEST_F(Sqlite, A_Backup_Holds_What_Is_Committed) {
-    Sqlite_Store live(file);
-    for (const auto* value : {"first", "second"}) {
-        live.Set("ACARS", "1", value);
-        live.Begin();
-        live.Set("ACARS", "1", "not yet");
-        live.Back_Up();
-        live.Commit();
-        auto copy = file;
-        EXPECT_EQ(Sqlite_Store(copy += ".bak").Find("ACARS", "1"), value);
-    }
-    EXPECT_EQ(live.Find("ACARS", "1"), "not yet");
 }
 
 TEST_F(Sqlite, Another_Process_Cannot_Take_The_Lock_Until_It_Is_Free) {
     {
         const Store_Lock mine(file);
         EXPECT_TRUE(mine.Held());
-        EXPECT_FALSE(Store_Lock(file).Held());
-        // In a process of its own; the child's copy of our descriptor does not count.
-        const int status = In_Child([&] { ::_exit(Store_Lock(file).Held() ? 1 : 0); });
-        EXPECT_EQ(WEXITSTATUS(status), 0);
+        EXPECT_EQ(In_Child([&] { return !Store_Lock(file).Held(); }), 0);
         EXPECT_TRUE(Store_Lock(directory / "other.sqlite").Held());
     }
-    std::array<int, 2> pipe{};
-    ASSERT_EQ(::pipe(pipe.data()), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
+    EXPECT_TRUE(WIFSIGNALED(In_Child([&] {
         const Store_Lock theirs(file);
-        static_cast<void>(::write(pipe[1], "x", 1));
-        ::pause();
-        ::_exit(0);
-    }
-    char ready = 0;
-    ASSERT_EQ(::read(pipe[0], &ready, 1), 1);
-    EXPECT_FALSE(Store_Lock(file).Held());
-    ::kill(child, SIGKILL);
-    ::waitpid(child, nullptr, 0);
+        return theirs.Held() && ::raise(SIGKILL) == 0;
+    })));
     EXPECT_TRUE(Store_Lock(file).Held());
-    ::close(pipe[0]);
-    ::close(pipe[1]);
 }
 
 TEST_F(Sqlite, The_Default_Place_Follows_The_Environment) {
-    const std::string home = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "";
-    // Norvane's own directory is the pilot's alone; one that he named is left as it is.
-    ::setenv("XDG_CONFIG_HOME", directory.c_str(), 1);
-    std::filesystem::create_directories(directory / "norvane");
-    for (const auto& store_file : {Default_Store_File(), file}) {
-        EXPECT_TRUE(Store_Lock(store_file).Held());
-        const auto mode = std::filesystem::status(store_file.parent_path()).permissions();
-        EXPECT_EQ(mode == std::filesystem::perms::owner_all, store_file == Default_Store_File());
-    }
-    ::setenv("HOME", "/home/pilot", 1);
-    ::setenv("XDG_CONFIG_HOME", "/etc/pilot", 1);
-    EXPECT_EQ(Default_Store_File(), "/etc/pilot/norvane/settings.sqlite");
-    ::setenv("XDG_CONFIG_HOME", "relative", 1);
-    EXPECT_EQ(Default_Store_File(), "/home/pilot/.config/norvane/settings.sqlite");
-    ::unsetenv("XDG_CONFIG_HOME");
-    EXPECT_EQ(Default_Store_File(), "/home/pilot/.config/norvane/settings.sqlite");
-    ::unsetenv("HOME");
-    EXPECT_THROW(static_cast<void>(Default_Store_File()), Run_Error);
-    ::setenv("HOME", home.c_str(), 1);
+    const auto place = [](const char* home, const char* config) {
+        for (const auto& [name, value] : {std::pair{"HOME", home}, {"XDG_CONFIG_HOME", config}})
+            value == nullptr ? ::unsetenv(name) : ::setenv(name, value, 1);
+        return Default_Store_File();
+    };
+    const auto mode = [](const fs::path& store_file) {
+        fs::create_directories(store_file.parent_path());
+        const Store_Lock lock(store_file);
+        return fs::status(store_file.parent_path()).permissions();
+    };
+    // In a process whose environment is nobody else's.
+    EXPECT_EQ(In_Child([&] {
+                  const auto* usual = "/home/pilot/.config/norvane/settings.sqlite";
+                  return place("/home/pilot", "relative") == usual &&
+                         place("/home/pilot", nullptr) == usual &&
+                         place("/home/pilot", "/etc/x") == "/etc/x/norvane/settings.sqlite" &&
+                         // Its own directory is the pilot's alone; one that he named stays.
+                         mode(place("/home/pilot", directory.c_str())) == fs::perms::owner_all &&
+                         mode(file) != fs::perms::owner_all &&
+                         !Failure_Of([&] { place(nullptr, nullptr); }).empty();
+              }),
+              0);
 }
 
 }  // namespace

@@ -25,10 +25,12 @@ class VA_Settings : public test::Test_World {
   protected:
     void Load(const std::string& name) {
         int changes = 0;
-        const auto counted = settings.Change.connect([&] { ++changes; });
+        Connection counted = settings.Change.connect([&] { ++changes; });
+        // A box lets other code run, which is to find everybody with this airline.
+        desktop.on_box = [&](const Message_Box&) { EXPECT_EQ(changes, 1); };
         settings.Get_VA_Settings(name);
         EXPECT_EQ(changes, 1);
-        Connection(counted).disconnect();
+        counted.disconnect();
     }
     [[nodiscard]] std::string Server() const {
         return settings.WebServer() + "|" + settings.Script_PIREP() + "|" + settings.Script_ACARS();
@@ -50,13 +52,19 @@ TEST_F(VA_Settings, The_Server_File_Is_Accepted_With_A_Host_And_A_Script) {
         {"\r\n/pirep.php\r\n", "||"},
         {"", "||"},
     };
+    // Without an accepted file the marker does not count.
+    Write("VA_MYAIR/noencode", "");
     for (const auto& [content, expected] : cases) {
         Write("VA_MYAIR/server.cfg", content);
         Load("MYAIR");
         EXPECT_EQ(Server(), expected);
-        EXPECT_EQ(settings.Directory(), "VA_MYAIR");
+        EXPECT_EQ(settings.URL_Encode(), expected == "||");
         EXPECT_EQ(settings.PIREP_Fields_Ubound(), 1);
     }
+    std::filesystem::remove(directory / "VA_MYAIR/server.cfg");
+    std::filesystem::create_directory(directory / "VA_MYAIR/server.cfg");
+    Load("MYAIR");
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsVASettings.Get_VA_Settings()")));
 }
 
 TEST_F(VA_Settings, An_Airline_Leaves_Nothing_To_The_Next) {
@@ -65,83 +73,61 @@ TEST_F(VA_Settings, An_Airline_Leaves_Nothing_To_The_Next) {
     Write("Va_MyAir/NoEncode", "");
     Write("Va_MyAir/pirep.cfg", Numbered_Fields(41));
     Load(" MYAIR ");
-    EXPECT_EQ(settings.Name(), "MYAIR");
-    EXPECT_EQ(Server(), "host|/a|/b");
+    EXPECT_EQ(settings.Name() + settings.Directory() + Server(), "MYAIRVA_MYAIRhost|/a|/b");
     EXPECT_FALSE(settings.URL_Encode());
     EXPECT_EQ(settings.PIREP_Field_Names_Ubound(), 40);
     Load("DEFAULT");
-    EXPECT_EQ(settings.Directory(), "VA");
-    EXPECT_EQ(Server(), "default|/a|");
+    EXPECT_EQ(settings.Directory() + Server(), "VAdefault|/a|");
     EXPECT_TRUE(settings.URL_Encode());
     EXPECT_EQ(settings.PIREP_Fields_Ubound(), 1);
     EXPECT_EQ(Field(1), "=");
     EXPECT_THROW(static_cast<void>(settings.PIREP_Fields(2)), Run_Error);
     EXPECT_THROW(static_cast<void>(settings.PIREP_Field_Names(-1)), Run_Error);
     Load("default");
-    EXPECT_EQ(settings.Directory(), "VA_default");
-    EXPECT_EQ(Server(), "||");
-    // Without an accepted server file the marker does not count.
-    Write("VA_NONE/server.cfg", "host\n");
-    Write("VA_NONE/noencode", "");
-    Load("NONE");
-    EXPECT_TRUE(settings.URL_Encode());
+    EXPECT_EQ(settings.Directory() + Server(), "VA_default||");
 }
 
 TEST_F(VA_Settings, Field_Lists_Are_Cut_At_Their_Marks) {
     Write("VA/server.cfg", "host\n/a\n");
-    Write("VA/vafields.cfg", Numbered_Fields(12) + "\r\n");
+    Write("VA/vafields.cfg", "A^B^C\r\n\r\n" + Numbered_Fields(12));
     Load("DEFAULT");
     EXPECT_EQ(settings.PIREP_Fields_Ubound(), 1) << "the airline's fields alone are no list";
     Write("VA/pirep.cfg", Numbered_Fields(40) + "\r\n A ^B^C\r\n");
-    Write("VA/vafields.cfg", "A^B^C\r\n\r\n" + Numbered_Fields(12));
     Load("DEFAULT");
     EXPECT_EQ(settings.PIREP_Fields_Ubound(), 50);
-    EXPECT_EQ(Field(0), "Label 0=name0");
-    EXPECT_EQ(Field(40), " A =B^C");
-    EXPECT_EQ(Field(41), "A=C");
-    EXPECT_EQ(Field(50), "Label 8=name8");
-}
-
-TEST_F(VA_Settings, A_List_That_Does_Not_Fit_The_Fixed_Values_Is_Reported) {
-    Write("VA/server.cfg", "host\n/a\n");
-    Write("VA/pirep.cfg", Numbered_Fields(40));
-    Write("VA/vafields.cfg", Numbered_Fields(3));
-    Load("DEFAULT");
-    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("pirep.cfg: 40 fields")));
-    EXPECT_TRUE(desktop.boxes.empty());
-    EXPECT_EQ(settings.PIREP_Fields_Ubound(), 42);
+    EXPECT_EQ(Field(0) + Field(40), "Label 0=name0 A =B^C");
+    EXPECT_EQ(Field(41) + Field(50), "A=CLabel 8=name8");
 }
 
 TEST_F(VA_Settings, A_Faulty_List_Keeps_What_Was_Read_And_Names_The_Line) {
+    // The two lists, the report, the last field's index, the first and the last field, boxes.
+    using Case = std::tuple<std::string, std::string, const char*, int, std::string, std::size_t>;
+    const std::vector<Case> cases{
+        {"A^a\r\n\r\nno mark\r\nB^b\r\n", "", "pirep.cfg, line 3: no \"^\"", 75, "A=a=", 1U},
+        {Numbered_Fields(77), "", "line 77: more than 76 fields", 75,
+         "Label 0=name0Label 75=name75", 1U},
+        {Numbered_Fields(70), Numbered_Fields(10), "vafields.cfg, line 7: more than 76", 75,
+         "Label 0=name0Label 5=name5", 1U},
+        {"\r\n\r\n", "", "pirep.cfg: no field", 75, "==", 1U},
+        // Only noted: a full list fits, but not the fixed values.
+        {Numbered_Fields(76), "", "pirep.cfg: 76 fields, where a PIREP has 41", 75,
+         "Label 0=name0Label 75=name75", 0U},
+        {Numbered_Fields(40), Numbered_Fields(3), "pirep.cfg: 40 fields", 42,
+         "Label 0=name0Label 2=name2", 0U},
+    };
     Write("VA/server.cfg", "host\n/a\n");
-    const auto fails_with = [&](const auto& matcher) {
+    for (const auto& [pirep, own, report, last, ends, boxes] : cases) {
+        Write("VA/pirep.cfg", pirep);
+        Write("VA/vafields.cfg", own);
+        desktop.boxes.clear();
         Load("DEFAULT");
         EXPECT_THAT(Take_Errors(),
-                    ElementsAre(AllOf(HasSubstr("clsVASettings.Get_PIREP_Fields()"), matcher)));
-        EXPECT_EQ(settings.PIREP_Fields_Ubound(), 75);
+                    ElementsAre(AllOf(HasSubstr("Get_PIREP_Fields()"), HasSubstr(report))));
+        EXPECT_EQ(desktop.boxes.size(), boxes);
+        EXPECT_EQ(settings.PIREP_Fields_Ubound(), last);
+        EXPECT_EQ(Field(0) + Field(last), ends);
         EXPECT_EQ(Server(), "host|/a|");
-    };
-    Write("VA/pirep.cfg", "A^a\r\n\r\nno mark\r\nB^b\r\n");
-    fails_with(HasSubstr("pirep.cfg, line 3: no \"^\""));
-    EXPECT_EQ(Field(0), "A=a");
-    EXPECT_EQ(Field(1), "=");
-    Write("VA/pirep.cfg", Numbered_Fields(77));
-    fails_with(HasSubstr("line 77: more than 76 fields"));
-    EXPECT_EQ(Field(75), "Label 75=name75");
-    Write("VA/pirep.cfg", Numbered_Fields(70));
-    Write("VA/vafields.cfg", Numbered_Fields(10));
-    fails_with(HasSubstr("vafields.cfg, line 7: more than 76"));
-    Write("VA/vafields.cfg", "");
-    Write("VA/pirep.cfg", "\r\n\r\n");
-    fails_with(HasSubstr("pirep.cfg: no field"));
-}
-
-TEST_F(VA_Settings, A_Full_List_Fits) {
-    Write("VA/server.cfg", "host\n/a\n");
-    Write("VA/pirep.cfg", Numbered_Fields(76));
-    Load("DEFAULT");
-    EXPECT_EQ(settings.PIREP_Fields_Ubound(), 75);
-    EXPECT_EQ(Take_Errors().size(), 1U) << "but not the fixed values";
+    }
 }
 
 using Airlines = test::Test_World;
@@ -167,16 +153,6 @@ TEST_F(Airlines, Named_Like_A_Section_Of_The_Store_Or_Beyond_The_Code_Page_Are_R
     for (const auto* name : {"acars", "PIREP", "DEFAULT", "Options", "Grid", "AppPos", "VA"})
         EXPECT_THAT(Airline_Name_Fault(name), HasSubstr(name));
     EXPECT_THAT(Airline_Name_Fault("SKY"), IsEmpty());
-}
-
-TEST_F(Airlines, Codes_Are_Read_Line_By_Line) {
-    const auto file = Write("bin/airline.cfg", "Sky|SK|SKY|more\r\n\r\nSea\r\nAir|A");
-    const auto rows = Read_Airline_Codes(file);
-    ASSERT_EQ(rows.size(), 3U);
-    EXPECT_EQ(rows[0].name + rows[0].iata + rows[0].icao, "SkySKSKY");
-    EXPECT_EQ(rows[1].name + rows[1].iata + rows[1].icao, "Sea");
-    EXPECT_EQ(rows[2].iata, "A");
-    EXPECT_THROW(static_cast<void>(Read_Airline_Codes(directory / "none")), Run_Error);
 }
 
 }  // namespace

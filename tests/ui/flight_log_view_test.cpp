@@ -3,39 +3,26 @@
 #include "ui/flight_log_view.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <optional>
-#include <string>
 
-#include "app/frm_main.h"
-#include "simlink/in_process_transport.h"
-#include "simlink/offset_area.h"
-#include "support/test_world.h"
 #include "ui/log_grid.h"
 #include "ui/look.h"
-#include "ui/qt_desktop.h"
+#include "ui/ui_world.h"
 
-namespace norvane {
+namespace norvane::test {
 namespace {
 
-class Flight_Log_View_Test : public test::Test_World {
+class Flight_Log_View_Test : public Program_World {
   protected:
     void SetUp() override {
-        Write("bin/fs9.wld", "21.3|-157.9|13|PHNL|Honolulu\r\n19.7|-155.0|38|PHTO|Hilo\r\n");
-        Write("bin/ac.cfg", "B738@DH8D");
         Write("logs/My Flight Log.txt",
               "1/1/2008|a||||||||||||1.5\r\n1/2/2008|b||||||||||||2.0\r\n");
-        program.emplace(services, transport);
-        window.emplace(*program);
-        view.emplace(Log(), *window, qt_desktop, nullptr);
-        view->resize(1000, 400);
-        view->show();
-        view->activateWindow();
-        QApplication::processEvents();
+        Start();
+        view.emplace(Log(), *form, qt_desktop, nullptr);
+        Open_View(*view);
     }
 
     ucFlightLog& Log() { return program->flight_log; }
@@ -43,49 +30,29 @@ class Flight_Log_View_Test : public test::Test_World {
         return std::string(Log().Table().Get(row, column));
     }
     Log_Grid& Grid() { return *dynamic_cast<Log_Grid*>(view->focusWidget()); }
-    static void Press(int key, const QString& text = {},
-                      Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-            QKeyEvent event(type, key, modifiers, text);
-            QApplication::sendEvent(QApplication::focusWidget(), &event);
-        }
-        Settle();
-    }
-    /// An editor ends in a later event, and its text is taken in one after that.
-    static void Settle() {
-        for (int round = 0; round < 3; ++round)
-            QApplication::processEvents();
-    }
-    static void Type(const std::string& text) {
-        for (const char letter : text)
-            Press(0, QString(QChar(letter)));
-    }
     /// Types over a cell; the editor stays open.
-    void Begin(int row, int column, const std::string& text) {
+    void Begin(int row, int column, const QString& text) {
         Grid().setCurrentIndex(Grid().model()->index(row, column));
         Press(Qt::Key_F2);
         Type(text);
+    }
+    /// The same, and takes it.
+    void Enter(int row, int column, const QString& text) {
+        Begin(row, column, text);
+        Press(Qt::Key_Return);
     }
     [[nodiscard]] static bool Is_Editing() {
         return qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr ||
                qobject_cast<QComboBox*>(QApplication::focusWidget()) != nullptr;
     }
 
-    Offset_Area area;
-    In_Process_Transport transport{area};
-    Window_Clock qt_clock;
-    Qt_Desktop qt_desktop{qt_clock, 1};
-    std::optional<Program> program;
-    std::optional<frmMain> window;
     std::optional<Flight_Log_View> view;
 };
 
 TEST_F(Flight_Log_View_Test, What_is_typed_reaches_the_table_once_checked) {
-    Begin(0, 0, "4/23/08");
-    Press(Qt::Key_Return);
+    Enter(0, 0, "4/23/08");
     EXPECT_EQ(Cell(0, 0), "4/23/2008");
-    Begin(0, 13, "later");
-    Press(Qt::Key_Return);
+    Enter(0, 13, "later");
     EXPECT_EQ(Cell(0, 13), "1.5");
     ASSERT_EQ(desktop.boxes.size(), 1U);
     Begin(0, 19, "smooth");
@@ -151,21 +118,18 @@ TEST_F(Flight_Log_View_Test, A_picked_airport_brings_its_name_and_a_typed_code_s
             // The platform without a screen has complaints of its own.
             warnings += text.contains("editor") ? 1 : 0;
         });
-    Begin(1, 3, "PHNL");
-    Press(Qt::Key_Return);
+    Enter(1, 3, "PHNL");
     qInstallMessageHandler(handler);
     EXPECT_EQ(warnings, 0);
     EXPECT_EQ(Cell(1, 3), "PHNL");
     EXPECT_FALSE(Is_Editing());
-    Begin(1, 8, "xxxx");
-    Press(Qt::Key_Return);
+    Enter(1, 8, "xxxx");
     EXPECT_EQ(Cell(1, 8), "XXXX");
     EXPECT_EQ(Cell(1, 9), "");
 }
 
 TEST_F(Flight_Log_View_Test, Typing_below_the_last_flight_adds_one_and_an_empty_text_does_not) {
-    Begin(2, 2, "");
-    Press(Qt::Key_Return);
+    Enter(2, 2, "");
     EXPECT_EQ(Log().Table().Row_Count(), 2U);
     Begin(2, 0, "5/1/2008");
     // A flight that is logged meanwhile comes behind the row that is being typed.
@@ -191,8 +155,7 @@ TEST_F(Flight_Log_View_Test, Keys_that_come_faster_than_they_are_taken_lose_no_c
 }
 
 TEST_F(Flight_Log_View_Test, Undo_leaves_the_pilot_where_he_was) {
-    Begin(1, 19, "smooth");
-    Press(Qt::Key_Return);
+    Enter(1, 19, "smooth");
     Log().Grid_Undo();
     Settle();
     // Tells where the edit is kept.
@@ -220,4 +183,4 @@ TEST_F(Flight_Log_View_Test, Only_what_the_pilot_draws_changes_a_width) {
 }
 
 }  // namespace
-}  // namespace norvane
+}  // namespace norvane::test

@@ -1,76 +1,46 @@
 #include "ui/main_window.h"
 
-#include <QApplication>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QShortcut>
-#include <optional>
-#include <vector>
 
-#include "simlink/in_process_transport.h"
-#include "simlink/offset_area.h"
-#include "support/test_world.h"
 #include "ui/acars_view.h"
 #include "ui/frame_view.h"
 #include "ui/look.h"
 #include "ui/message_view.h"
-#include "ui/qt_desktop.h"
+#include "ui/ui_world.h"
 #include "ui/value_label.h"
 
-namespace norvane {
+namespace norvane::test {
 namespace {
 
 using namespace std::chrono_literals;
 
-class Main_Window_Test : public test::Test_World {
+class Main_Window_Test : public Program_World {
   protected:
     void Open() {
-        // Else the simulator would be asked for its aircraft.
-        Write("bin/ac.cfg", "B738");
-        program.emplace(services, transport);
-        form.emplace(*program);
+        Start();
         window.emplace(*form, *program, qt_desktop);
         window->show();
         window->activateWindow();
-        QApplication::processEvents();
+        Settle();
     }
-    /// The first of its kind in the window.
-    template <class View>
-    View& The() {
-        for (QWidget* child : window->findChildren<QWidget*>()) {
-            if (auto* view = dynamic_cast<View*>(child))
-                return *view;
-        }
-        throw std::runtime_error("no such view");
+    Frame_Bar& Bar() {
+        return Find_If<Frame_Bar>(*window, [](const Frame_Bar&) { return true; });
     }
+    Frame_Item& Item(const std::string& title) { return Find<Frame_Item>(*window, title); }
     /// A view is made when its panel is first turned to.
     template <class View>
     bool Sees() {
-        for (const QWidget* child : window->findChildren<QWidget*>()) {
-            if (dynamic_cast<const View*>(child) != nullptr && child->isVisible())
-                return true;
-        }
-        return false;
-    }
-    Frame_Item& Item(const QString& title) {
-        for (QAbstractButton* button : The<Frame_Bar>().findChildren<QAbstractButton*>()) {
-            if (button->text() == title)
-                return dynamic_cast<Frame_Item&>(*button);
-        }
-        throw std::runtime_error("no such item");
+        const auto children = window->findChildren<QWidget*>();
+        return std::any_of(children.begin(), children.end(), [](const QWidget* child) {
+            return dynamic_cast<const View*>(child) != nullptr && child->isVisible();
+        });
     }
     void Mouse(QEvent::Type type, const QPoint& at) {
-        Frame_Bar& bar = The<Frame_Bar>();
         const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, at, bar.mapToGlobal(at), button, Qt::NoButton, Qt::NoModifier);
-        QApplication::sendEvent(&bar, &event);
-    }
-    static void Press(int key) {
-        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-            QKeyEvent event(type, key, Qt::NoModifier);
-            QApplication::sendEvent(QApplication::focusWidget(), &event);
-        }
+        QMouseEvent event(type, at, Bar().mapToGlobal(at), button, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&Bar(), &event);
     }
     void Shortcut(const QKeySequence& keys) {
         for (QShortcut* shortcut : window->findChildren<QShortcut*>()) {
@@ -86,12 +56,6 @@ class Main_Window_Test : public test::Test_World {
         return acars && messages ? "both" : acars ? "ACARS" : messages ? "messages" : "none";
     }
 
-    Offset_Area area;
-    In_Process_Transport transport{area};
-    Window_Clock qt_clock;
-    Qt_Desktop qt_desktop{qt_clock, 1};
-    std::optional<Program> program;
-    std::optional<frmMain> form;
     std::optional<Main_Window> window;
 };
 
@@ -101,11 +65,11 @@ TEST_F(Main_Window_Test, The_mouse_and_the_keyboard_turn_the_panels) {
     const QPoint messages = Item("ACARS Messages").geometry().center();
     Mouse(QEvent::MouseMove, messages);
     EXPECT_EQ(form->frame.Hovered(), 2);
-    EXPECT_EQ(QWidget::mouseGrabber(), &The<Frame_Bar>());
+    EXPECT_EQ(QWidget::mouseGrabber(), &Bar());
     Mouse(QEvent::MouseButtonRelease, messages);
     EXPECT_EQ(Shown(), "messages");
     // Off the items, where the bar lets go of the mouse and a click means nothing.
-    const QPoint below(messages.x(), The<Frame_Bar>().height() - 2);
+    const QPoint below(messages.x(), Bar().height() - 2);
     Mouse(QEvent::MouseMove, below);
     EXPECT_EQ(QWidget::mouseGrabber(), nullptr);
     Mouse(QEvent::MouseButtonRelease, below);
@@ -135,7 +99,7 @@ TEST_F(Main_Window_Test, Nothing_is_clipped_in_a_small_window_and_nothing_moves_
     EXPECT_LE(smallest.width(), 1024);
     EXPECT_LE(smallest.height(), 640);
     window->resize(1024, 640);
-    QApplication::processEvents();
+    Settle();
     const auto places = [this] {
         std::vector<QRect> all;
         for (const QWidget* child : window->findChildren<QWidget*>()) {
@@ -148,16 +112,14 @@ TEST_F(Main_Window_Test, Nothing_is_clipped_in_a_small_window_and_nothing_moves_
     for (const QRect& place : before)
         EXPECT_TRUE(window->rect().contains(place));
     const Wait_Notice notice(qt_desktop, std::string(300, 'W'));
-    QApplication::processEvents();
+    Settle();
     EXPECT_EQ(window->size(), QSize(1024, 640));
     EXPECT_EQ(places(), before);
 }
 
 TEST_F(Main_Window_Test, It_stands_on_a_screen_and_is_closed_by_the_program_only) {
-    store.Set("AppPos", "MainLeft", "900000");
-    store.Set("AppPos", "MainTop", "-900000");
-    store.Set("AppPos", "MainWidth", "900000");
-    store.Set("AppPos", "MainHeight", "900000");
+    for (const auto* measure : {"MainLeft", "MainTop", "MainWidth", "MainHeight"})
+        store.Set("AppPos", measure, "900000");
     Open();
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
     // The frame comes around it when it is shown.
@@ -168,30 +130,29 @@ TEST_F(Main_Window_Test, It_stands_on_a_screen_and_is_closed_by_the_program_only
     EXPECT_EQ(store.Get("AppPos", "MainWidth"), "900000");
     window.reset();
     form.reset();
-    program.reset();
     store.Set("AppPos", "MainState", "Maximized");
     Open();
     EXPECT_TRUE(window->isMaximized());
     window->showNormal();
     window->move(30, 45);
-    window->resize(700, 500);
-    QApplication::processEvents();
+    window->resize(760, 520);
+    Settle();
     int heard = 0;
     form->Closed.connect([this, &heard] {
         ++heard;
-        EXPECT_EQ(store.Get("AppPos", "MainLeft"),
-                  std::to_string(Pixels_To_Twips(*window, window->x())));
-        EXPECT_EQ(store.Get("AppPos", "MainWidth"),
-                  std::to_string(Pixels_To_Twips(*window, window->width())));
+        for (const auto& [measure, pixels] :
+             {std::pair{"MainLeft", 30}, {"MainTop", 45}, {"MainWidth", 760}, {"MainHeight", 520}})
+            EXPECT_EQ(store.Get("AppPos", measure),
+                      std::to_string(Pixels_To_Twips(*window, pixels)));
         EXPECT_EQ(store.Get("AppPos", "MainState"), "");
     });
-    window->close();
     // A second time, as an impatient pilot does.
-    window->close();
+    for (int time = 0; time < 2; ++time)
+        window->close();
     EXPECT_EQ(heard, 1);
     EXPECT_FALSE(window->isVisible());
     EXPECT_TRUE(qt_desktop.Choose_File({"Plan", "Plans (*.pln)|*.pln", {}}).empty());
 }
 
 }  // namespace
-}  // namespace norvane
+}  // namespace norvane::test

@@ -1,22 +1,15 @@
 #include "ui/qt_desktop.h"
 
-#include <gtest/gtest.h>
-
-#include <QAbstractButton>
-#include <QApplication>
-#include <QDialog>
-#include <QKeyEvent>
 #include <QMessageBox>
+#include <QTimer>
 #include <QWindow>
-#include <functional>
 #include <memory>
-#include <stdexcept>
 
-#include "support/test_world.h"
 #include "ui/bind.h"
 #include "ui/guarded_application.h"
 #include "ui/link_button.h"
 #include "ui/message_boxes.h"
+#include "ui/ui_world.h"
 
 namespace norvane {
 namespace {
@@ -29,22 +22,18 @@ class Qt_Desktop_Test : public testing::Test {
         timer.tick.connect([this] { ++ticks; });
         timer.Set_Enabled(true);
     }
-    bool Wait_For_Ticks(int more) {
-        return desktop.Wait_Until([this, at_least = ticks + more] { return ticks >= at_least; },
-                                  milliseconds(5000));
+    bool Comes(const std::function<bool()>& condition) {
+        return desktop.Wait_Until(condition, milliseconds(5000));
     }
-    static void Press_Escape(QWidget* widget) {
-        QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-        QApplication::sendEvent(widget, &press);
-    }
-    static QMessageBox* Open_Box() {
+    static std::vector<QMessageBox*> Open_Boxes() {
+        std::vector<QMessageBox*> boxes;
         for (QWidget* window : QApplication::topLevelWidgets()) {
-            auto* box = qobject_cast<QMessageBox*>(window);
-            if (box != nullptr && box->isVisible())
-                return box;
+            if (auto* box = qobject_cast<QMessageBox*>(window); box != nullptr && box->isVisible())
+                boxes.push_back(box);
         }
-        return nullptr;
+        return boxes;
     }
+    static QMessageBox* Open_Box() { return Open_Boxes().empty() ? nullptr : Open_Boxes().front(); }
     /// Runs in a tick of its own, once.
     void In_A_Tick(const std::function<void()>& run) {
         Timer once(desktop.Timers(), milliseconds(10));
@@ -55,9 +44,10 @@ class Qt_Desktop_Test : public testing::Test {
             done = true;
         });
         once.Set_Enabled(true);
-        EXPECT_TRUE(desktop.Wait_Until([&] { return done; }, milliseconds(5000)));
+        EXPECT_TRUE(Comes([&] { return done; }));
     }
 
+    const Message_Box question{"Log it?", "Norvane", Icon::question, Buttons::yes_no};
     Window_Clock clock;
     Qt_Desktop desktop{clock, 1};
     Timer timer{desktop.Timers(), milliseconds(10)};
@@ -65,56 +55,42 @@ class Qt_Desktop_Test : public testing::Test {
 };
 
 TEST_F(Qt_Desktop_Test, Timers_run_in_waits_within_ticks_and_behind_a_question) {
-    In_A_Tick([this] { EXPECT_TRUE(Wait_For_Ticks(3)); });
+    In_A_Tick([this] { EXPECT_TRUE(Comes([this, now = ticks] { return ticks >= now + 3; })); });
     // The pilot answers when the timers have run a while behind the box.
     Timer pilot(desktop.Timers(), milliseconds(50));
     pilot.tick.connect([this] {
-        QMessageBox* box = Open_Box();
-        if (box != nullptr && ticks >= 5)
+        if (QMessageBox* box = Open_Box(); box != nullptr && ticks >= 5)
             box->button(QMessageBox::Yes)->click();
     });
     pilot.Set_Enabled(true);
     ticks = 0;
-    const Message_Box question{"Log it?", "Norvane", Icon::question, Buttons::yes_no};
     In_A_Tick([&] { EXPECT_EQ(desktop.Show_Message(question), Answer::yes); });
     EXPECT_GE(ticks, 5);
 }
 
-TEST_F(Qt_Desktop_Test, A_box_that_nobody_asked_for_does_not_block) {
-    In_A_Tick([this] { desktop.Show_Message({"<b>Error</b>", "Norvane", Icon::exclamation}); });
-    QMessageBox* box = Open_Box();
-    ASSERT_NE(box, nullptr);
-    EXPECT_FALSE(box->isModal());
-    EXPECT_EQ(box->textFormat(), Qt::PlainText);
-    EXPECT_TRUE(Wait_For_Ticks(2));
-    desktop.End_Dialogs();
-    EXPECT_EQ(Open_Box(), nullptr);
-}
-
-TEST_F(Qt_Desktop_Test, A_box_closes_itself_when_what_it_says_is_true_no_longer) {
-    const auto open_boxes = [] {
-        QStringList texts;
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            const auto* box = qobject_cast<QMessageBox*>(window);
-            if (box != nullptr && box->isVisible())
-                texts << box->text();
+TEST_F(Qt_Desktop_Test, Boxes_that_nobody_asked_for_do_not_block_and_go_when_true_no_longer) {
+    const auto texts = [] {
+        QStringList shown;
+        for (const QMessageBox* box : Open_Boxes()) {
+            EXPECT_FALSE(box->isModal());
+            EXPECT_EQ(box->textFormat(), Qt::PlainText);
+            shown << box->text();
         }
-        texts.sort();
-        return texts;
+        shown.sort();
+        return shown.join(", ").toStdString();
     };
-    const auto show = [&](const std::string& text, const std::string& topic) {
-        In_A_Tick([&] {
+    for (const auto& [text, topic] : {std::pair{"Interrupted", "link"},
+                                      {"Interrupted again", "link"},
+                                      {"Saved", "log"},
+                                      {"Noted", ""}})
+        In_A_Tick([&, text = text, topic = topic] {
             desktop.Show_Message({text, "Norvane", Icon::exclamation, Buttons::ok, {}, topic});
         });
-    };
-    show("Interrupted", "link");
-    show("Interrupted again", "link");
-    show("Saved", "log");
-    show("Noted", "");
-    EXPECT_EQ(open_boxes(), (QStringList{"Interrupted again", "Noted", "Saved"}));
+    EXPECT_EQ(texts(), "Interrupted again, Noted, Saved");
     desktop.Withdraw("link");
-    EXPECT_EQ(open_boxes(), (QStringList{"Noted", "Saved"}));
+    EXPECT_EQ(texts(), "Noted, Saved");
     desktop.End_Dialogs();
+    EXPECT_EQ(texts(), "");
 }
 
 TEST_F(Qt_Desktop_Test, A_note_that_comes_behind_a_dialog_can_be_read_and_closed) {
@@ -128,8 +104,7 @@ TEST_F(Qt_Desktop_Test, A_note_that_comes_behind_a_dialog_can_be_read_and_closed
         EXPECT_EQ(box->windowHandle()->transientParent(), dialog.windowHandle());
         EXPECT_FALSE(QApplication::activeModalWidget() == box);
         dialog.reject();
-        EXPECT_TRUE(box->isVisible());
-        EXPECT_TRUE(box->isEnabled());
+        EXPECT_TRUE(box->isVisible() && box->isEnabled());
     });
     EXPECT_FALSE(desktop.Run_Dialog(dialog));
     desktop.End_Dialogs();
@@ -139,16 +114,13 @@ TEST_F(Qt_Desktop_Test, What_a_technician_wants_to_know_opens_and_shuts_under_on
     const std::unique_ptr<QMessageBox> box(Make_Message_Box(
         {"The disk is full.", "Norvane Error", Icon::exclamation, Buttons::ok, "<b>61</b>"},
         nullptr));
-    QAbstractButton* details = nullptr;
-    for (QAbstractButton* button : box->buttons()) {
-        if (box->buttonRole(button) == QMessageBox::ActionRole)
-            details = button;
-    }
-    ASSERT_NE(details, nullptr);
+    auto& details = test::Find_If<QAbstractButton>(*box, [&](const QAbstractButton& button) {
+        return box->buttonRole(const_cast<QAbstractButton*>(&button)) == QMessageBox::ActionRole;
+    });
     for (int press = 0; press < 3; ++press) {
-        EXPECT_EQ(details->text(), "&Details");
-        details->click();
-        QApplication::processEvents();
+        EXPECT_EQ(details.text(), "&Details");
+        details.click();
+        test::Settle();
     }
     EXPECT_EQ(box->detailedText(), "<b>61</b>");
 }
@@ -158,37 +130,30 @@ TEST_F(Qt_Desktop_Test, The_busy_cursor_lasts_until_the_outermost_procedure_ends
         const QCursor* shown = QApplication::overrideCursor();
         return shown != nullptr && shown->shape() == Qt::WaitCursor;
     };
-    {
+    for (const bool fails : {false, true}) {
         const Busy_Cursor outer(desktop);
         { const Busy_Cursor inner(desktop); }
         EXPECT_TRUE(is_busy());
+        const Busy_Cursor inner(desktop);
+        if (fails)
+            desktop.End_Busy();
+        EXPECT_EQ(is_busy(), !fails);
     }
     EXPECT_FALSE(is_busy());
-    {
-        const Busy_Cursor outer(desktop);
-        const Busy_Cursor inner(desktop);
-        desktop.End_Busy();
-        EXPECT_FALSE(is_busy());
-    }
     const Busy_Cursor next(desktop);
     EXPECT_TRUE(is_busy());
 }
 
 TEST_F(Qt_Desktop_Test, Only_a_button_answers_a_question) {
-    const Message_Box question{"Log it?", "Norvane", Icon::question, Buttons::yes_no};
-    struct {
-        std::function<void()> leave;
-        Answer answer;
-    } const ways[] = {
+    const std::vector<std::pair<std::function<void()>, Answer>> ways{
         {[&] { Open_Box()->button(QMessageBox::Yes)->click(); }, Answer::yes},
         {[&] { Open_Box()->button(QMessageBox::No)->click(); }, Answer::no},
-        {[&] { Press_Escape(Open_Box()); }, Answer::none},
+        {[&] { test::Press(Qt::Key_Escape, Open_Box()); }, Answer::none},
         {[&] { Open_Box()->close(); }, Answer::none},
-        {[&] { desktop.End_Dialogs(); }, Answer::none},
-    };
-    for (const auto& way : ways) {
-        QTimer::singleShot(30, [&] { way.leave(); });
-        EXPECT_EQ(desktop.Show_Message(question), way.answer);
+        {[&] { desktop.End_Dialogs(); }, Answer::none}};
+    for (const auto& [leave, answer] : ways) {
+        QTimer::singleShot(30, [&leave = leave] { leave(); });
+        EXPECT_EQ(desktop.Show_Message(question), answer);
     }
     // The program has ended: nobody is asked any more.
     EXPECT_EQ(desktop.Show_Message(question), Answer::none);
@@ -201,7 +166,7 @@ TEST_F(Qt_Desktop_Test, A_pause_repaints_without_running_timers_and_loses_none) 
     QTimer::singleShot(10, [&] { ++fired; });
     clock.Sleep(milliseconds(100));
     EXPECT_EQ(ticks + fired, 0);
-    EXPECT_TRUE(desktop.Wait_Until([&] { return fired == 1 && ticks > 0; }, milliseconds(5000)));
+    EXPECT_TRUE(Comes([&] { return fired == 1 && ticks > 0; }));
     clock.Set_Desktop(nullptr);
 }
 
