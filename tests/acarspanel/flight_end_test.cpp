@@ -148,6 +148,23 @@ TEST_F(Flight_End,
     EXPECT_EQ(log.size(), 1U);
 }
 
+TEST_F(Flight_End, A_signal_behind_a_question_ends_the_panel_whatever_is_answered) {
+    for (const Answer answer : {Answer::yes, Answer::no}) {
+        Begin_Anew();
+        Fly();
+        desktop.on_box = [&](const Message_Box&) { Panel().Close(ucACARS::Closing::by_signal); };
+        desktop.answers = {answer};
+        Panel().hypOn.Click();
+        desktop.on_box = nullptr;
+        EXPECT_EQ(closed, 1);
+        EXPECT_TRUE(Is_Kept());
+        EXPECT_TRUE(log.empty());
+        EXPECT_FALSE(Panel().Is_Active());
+        EXPECT_EQ(Panel().lblTimeOff.Text(), "1410Z");
+        Take_Errors();
+    }
+}
+
 TEST_F(Flight_End, A_row_that_can_be_kept_nowhere_calls_off_what_would_lose_it) {
     const auto whole = services.program_directory;
     // A store that is full, and no directory that takes the row.

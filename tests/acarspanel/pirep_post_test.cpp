@@ -21,9 +21,9 @@ class Panel_Posts : public test::Network_World {
   protected:
     Panel_Posts() { Start_At(server.Host()); }
     /// Starts the program for a pilot whose airline is at `host`.
-    void Start_At(const std::string& host) {
+    void Start_At(const std::string& host, const std::string& script = "/in") {
         Kill();
-        Write("VA_X/server.cfg", host + "\r\n/in\r\n");
+        Write("VA_X/server.cfg", host + "\r\n" + script + "\r\n");
         Write("VA_X/pirep.cfg", "1^id\r\n2^name\r\n3^mail\r\n4^date\r\n5^type\r\n6^tail\r\n");
         store.Set("Virtual Airline", "Current", "X");
         Begin("X");
@@ -209,6 +209,25 @@ TEST_F(Panel_Posts, A_program_killed_between_row_and_post_makes_the_pirep_up_onc
         Take_Errors();
         Take_Boxes();
     }
+}
+
+TEST_F(Panel_Posts, A_PIREP_that_waits_for_an_airline_without_a_script_is_told_and_no_longer_due) {
+    // Killed before the post; meanwhile the airline's files lose the script.
+    Fly();
+    const std::string file = Logged(Log_Field::PIREP_FILE_NAME);
+    Start_At(server.Host(), "");
+    Pass(1);
+    EXPECT_TRUE(Take_Asked().empty());
+    EXPECT_THAT(Take_Boxes(),
+                ElementsAre(AllOf(HasSubstr("the files of the airline X name no script"),
+                                  HasSubstr(file))));
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("No PIREP script is known")));
+    // A flight of such an airline has nobody to be sent to.
+    Fly();
+    Pass(1);
+    EXPECT_EQ(log.size(), 2U);
+    EXPECT_THAT(Take_Boxes(), testing::IsEmpty());
+    Take_Errors();
 }
 
 TEST_F(Panel_Posts, An_airline_that_is_only_looked_at_gets_nothing) {

@@ -1,6 +1,7 @@
 // Flights of norvane-cli beside a simulator that are broken off: by SIGKILL, by SIGTERM, by the
 // simulator's end.
 
+#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include <csignal>
@@ -8,10 +9,12 @@
 #include <thread>
 
 #include "cli/cli_world.h"
+#include "common/file_writer.h"
 #include "common/line_reader.h"
 #include "common/text.h"
 #include "config/sqlite_store.h"
 #include "logentry/cls_log_entry.h"
+#include "servers/test_servers.h"
 
 namespace norvane::test {
 namespace {
@@ -19,6 +22,7 @@ namespace {
 using std::chrono::duration_cast;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
+using testing::HasSubstr;
 
 constexpr std::size_t flight_level_column = 23;
 
@@ -185,6 +189,35 @@ TEST_F(Cli_Flights, Ended_by_a_signal_are_stored_and_resumed_or_dropped) {
             Expect_Same_Row();
             EXPECT_TRUE(std::filesystem::exists(home / "logs" / "My Flight Log.unsaved"));
         }
+        Kill_Simulator();
+        Start_Anew();
+        Start_Simulator();
+    }
+}
+
+TEST_F(Cli_Flights, Ended_by_a_signal_at_the_gate_tell_where_the_row_is) {
+    ::setenv("no_proxy", "*", 1);
+    Raw_Server weather(Hang);
+    Start_Simulator();
+    for (const bool auto_log : {false, true}) {
+        ASSERT_EQ(Run({"settings", "set", "WX_URL", "NOAA"}).status, 0);
+        ASSERT_EQ(Run({"settings", "set", "OPT_AutoLog", auto_log ? "True" : "False"}).status, 0);
+        Write_File(home / "bin/url.cfg",
+                   "[NOAA]\r\nURL=" + weather.Host() + "\r\nMETAR=/metar\r\n");
+        const auto plan = std::filesystem::path(NORVANE_SOURCE_DIR) / "tests/data/plans";
+        Child_Process process(
+            Command({"fly", "--time-scale", "1000", "--plan", (plan / "kjfk-kbos.pln").string()}));
+        // At the gate the flight waits for the weather.
+        Await_Stored("49");
+        process.Send(SIGTERM);
+        EXPECT_EQ(process.Wait(), 1);
+        const auto kept = home / "logs" / "My Flight Log.unsaved";
+        EXPECT_THAT(
+            process.Errors(),
+            HasSubstr(auto_log ? "Ended by a signal; the flight is in the log."
+                               : "the row of the finished flight is kept in " + kept.string()));
+        EXPECT_EQ(Rows().size(), auto_log ? 1U : 0U);
+        EXPECT_EQ(std::filesystem::exists(kept), !auto_log);
         Kill_Simulator();
         Start_Anew();
         Start_Simulator();
