@@ -1,23 +1,11 @@
 #include "acarspanel/panel_world.h"
+#include "common/line_reader.h"
 
-namespace norvane {
+namespace norvane::test {
 namespace {
 
-std::string Lines(int count, std::string_view line) {
-    std::string lines;
-    for (int i = 0; i < count; ++i)
-        lines += std::string(line) + "\r\n";
-    return lines;
-}
-
-class Panel_Custom_Fields : public test::Panel_World {
+class Panel_Custom_Fields : public Panel_World {
   protected:
-    /// An airline with a server whose form takes `fields` values of its own.
-    void Write_Airline(const std::string& name, const std::string& fields) {
-        Write("VA_" + name + "/server.cfg", "www.example.org\r\n/pirep\r\n\r\n");
-        Write("VA_" + name + "/pirep.cfg", Lines(41, "Label^name"));
-        Write("VA_" + name + "/vafields.cfg", fields);
-    }
     std::vector<int> Pages(Link& link) {
         std::vector<int> pages;
         while (link.Enabled() && pages.size() < 5) {
@@ -29,61 +17,59 @@ class Panel_Custom_Fields : public test::Panel_World {
 };
 
 TEST_F(Panel_Custom_Fields, Definitions_decide_which_input_is_shown_and_read) {
-    Write("bin/optfields.cfg", "Gate^\r\n\r\nType^Charter| Ferry \r\n" + Lines(5, "More^"));
+    Write("bin/optfields.cfg",
+          "Gate^\r\n\r\nType^Charter| Ferry \r\nMore^\r\nMore^\r\nLast^\r\nBeyond^\r\n");
     Begin();
-    EXPECT_EQ(Panel().optFields[0].lblCaption.Text(), "Gate");
-    EXPECT_TRUE(Panel().optFields[0].txt.Visible());
-    EXPECT_FALSE(Panel().optFields[0].cbo.Visible());
-    EXPECT_EQ(Panel().optFields[1].cbo.Entries().size(), 2U);
-    EXPECT_FALSE(Panel().optFields[1].txt.Enabled());
-    EXPECT_EQ(Panel().optFields[4].lblCaption.Text(), "More");
-    Panel().optFields[0].txt.Enter("  [     ] ");
-    Panel().optFields[1].cbo.Choose(1);
-    Panel().optFields[1].txt.Set_Text("not this");
-    Panel().optFields[2].txt.Enter(" 12 ");
+    auto& fields = Panel().optFields;
+    EXPECT_EQ(Texts(fields[0].lblCaption, fields[1].lblCaption, fields[4].lblCaption),
+              "Gate|Type|Last");
+    EXPECT_EQ(fields[0].Shown(), &fields[0].txt);
+    EXPECT_EQ(fields[1].Shown(), &fields[1].cbo);
+    EXPECT_FALSE(fields[1].txt.Enabled() || fields[0].cbo.Visible());
+    fields[0].txt.Enter("  [     ] ");
+    fields[1].cbo.Choose(1);
+    fields[1].txt.Set_Text("not this");
+    fields[2].txt.Enter(" 12 ");
     Panel().vaFields[0].txt.Set_Text("disabled");
-    desktop.answers = {Answer::yes};
-    Panel().hypLog.Click();
+    Log();
     EXPECT_EQ(program->entry.OPTIONAL_FIELDS(0), "");
     EXPECT_EQ(program->entry.OPTIONAL_FIELDS(1), "Ferry");
     EXPECT_EQ(program->entry.OPTIONAL_FIELDS(2), "12");
     EXPECT_EQ(program->entry.VA_FIELDS(0), "");
-}
-
-TEST_F(Panel_Custom_Fields, A_broken_definition_ends_the_loading_and_is_reported) {
+    // Broken, the definitions count as far as they go.
     Write("bin/optfields.cfg", "Gate^\r\nbroken\r\nLost^\r\n");
     Begin();
     EXPECT_TRUE(Panel().optFields[0].lblCaption.Visible());
     EXPECT_FALSE(Panel().optFields[1].lblCaption.Visible());
-    const auto errors = Take_Errors();
-    ASSERT_EQ(errors.size(), 1U);
-    EXPECT_NE(errors[0].find("ucACARS.Load_Optional_Fields()"), std::string::npos) << errors[0];
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ucACARS.Load_Optional_Fields()")));
 }
 
 TEST_F(Panel_Custom_Fields, Another_airline_brings_its_own_fields_or_none) {
     Write_Airline("One", "Crew^^crew\r\nClass^Y|J^class\r\n");
     Write_Airline("Two", "Meal^Hot|Cold^meal\r\n");
     Begin("One");
-    EXPECT_TRUE(Panel().vaFields[0].txt.Enabled());
-    EXPECT_EQ(Panel().vaFields[1].cbo.Entries(), (std::vector<std::string>{"Y", "J"}));
-    Panel().vaFields[0].txt.Enter("Ann");
-    Panel().hypNext.Click();
-    Panel().hypNext.Click();
-    EXPECT_EQ(Panel().Page(), 3);
-
-    program->airline.Get_VA_Settings("Two");
+    auto& fields = Panel().vaFields;
+    EXPECT_TRUE(fields[0].txt.Enabled());
+    EXPECT_EQ(fields[1].cbo.Entries(), (std::vector<std::string>{"Y", "J"}));
+    fields[0].txt.Enter("Ann");
+    fields[1].cbo.Choose(1);
+    EXPECT_EQ(Pages(Panel().hypNext), (std::vector{1, 3}));
     Panel().VA_Change();
-    EXPECT_EQ(Panel().vaFields[0].lblCaption.Text(), "Meal");
-    EXPECT_FALSE(Panel().vaFields[0].txt.Enabled());
-    EXPECT_EQ(Panel().vaFields[0].txt.Text(), "");
-    EXPECT_TRUE(Panel().vaFields[0].cbo.Enabled());
-    EXPECT_FALSE(Panel().vaFields[1].cbo.Enabled());
-    EXPECT_FALSE(Panel().vaFields[1].lblCaption.Visible());
+    EXPECT_EQ(Texts(fields[0].txt, fields[1].cbo), "Ann|J") << "the same airline, read again";
 
-    program->airline.Get_VA_Settings("DEFAULT");
-    Panel().VA_Change();
-    EXPECT_EQ(Panel().vaFields[0].Shown(), nullptr);
-    EXPECT_FALSE(Panel().vaFields[0].cbo.Enabled());
+    const auto fly_for = [&](const std::string& airline) {
+        program->airline.Get_VA_Settings(airline);
+        Panel().VA_Change();
+    };
+    fly_for("Two");
+    EXPECT_EQ(Texts(fields[0].lblCaption, fields[0].txt, fields[1].lblCaption), "Meal||");
+    EXPECT_EQ(fields[0].Shown(), &fields[0].cbo);
+    EXPECT_FALSE(fields[0].txt.Enabled() || fields[1].cbo.Enabled());
+    EXPECT_FALSE(fields[1].lblCaption.Visible());
+
+    fly_for("DEFAULT");
+    EXPECT_EQ(fields[0].Shown(), nullptr);
+    EXPECT_FALSE(fields[0].cbo.Enabled());
     EXPECT_EQ(Panel().Page(), 1) << "the page that was shown is gone";
 }
 
@@ -93,26 +79,67 @@ TEST_F(Panel_Custom_Fields, Pages_without_fields_are_skipped) {
     EXPECT_EQ(Panel().Page(), 0);
     EXPECT_FALSE(Panel().hypBack.Enabled());
     EXPECT_EQ(Pages(Panel().hypNext), (std::vector{1}));
-    Kill();
     Begin("One");
     EXPECT_EQ(Pages(Panel().hypNext), (std::vector{1, 3}));
     EXPECT_EQ(Pages(Panel().hypBack), (std::vector{1, 0}));
     Write("bin/optfields.cfg", "Gate^A|B\r\n");
-    Kill();
     Begin("One");
+    ucACARS& panel = Panel();
     std::vector<const Control*> focus;
-    Panel().Focus_Moved.connect([&](const Control& control) { focus.push_back(&control); });
-    EXPECT_EQ(Pages(Panel().hypNext), (std::vector{1, 2, 3}));
-    EXPECT_EQ(Pages(Panel().hypBack), (std::vector{2, 1, 0}));
-    const std::vector<const Control*> expected = {
-        &Panel().txtFlightNumber,  &Panel().optFields[0].cbo, &Panel().vaFields[0].txt,
-        &Panel().optFields[0].cbo, &Panel().txtFlightNumber,  &Panel().txtDate,
-    };
-    EXPECT_EQ(focus, expected);
+    panel.Focus_Moved.connect([&](const Control& control) { focus.push_back(&control); });
+    EXPECT_EQ(Pages(panel.hypNext), (std::vector{1, 2, 3}));
+    EXPECT_EQ(Pages(panel.hypBack), (std::vector{2, 1, 0}));
+    EXPECT_THAT(focus,
+                ElementsAre(&panel.txtFlightNumber, &panel.optFields[0].cbo, &panel.vaFields[0].txt,
+                            &panel.optFields[0].cbo, &panel.txtFlightNumber, &panel.txtDate));
     program->airline.Get_VA_Settings("DEFAULT");
-    Panel().VA_Change();
-    EXPECT_EQ(Pages(Panel().hypNext), (std::vector{1, 2}));
+    panel.VA_Change();
+    EXPECT_EQ(Pages(panel.hypNext), (std::vector{1, 2}));
+}
+
+/// The panel's page for the browser, byte for byte.
+class Panel_Report : public Panel_World {
+  protected:
+    void Expect_Report(const std::string& golden) {
+        Panel().hypReport.Click();
+        EXPECT_THAT(desktop.opened_files, ElementsAre(directory / "report.html"));
+        desktop.opened_files.clear();
+        EXPECT_EQ(Read("report.html"), Read_File(Data_File("reports/" + golden)));
+        EXPECT_FALSE(desktop.busy);
+    }
+};
+
+TEST_F(Panel_Report, A_flown_flight_with_own_fields) {
+    Write("bin/optfields.cfg", "Gate^\r\nType^Charter|Ferry\r\n");
+    std::string fields;
+    for (int i = 0; i < 10; ++i)
+        fields += "Crew " + std::to_string(i) + "^^name\r\n";
+    Write_Airline("One", fields);
+    Begin("One");
+    Panel().txtComments.Enter("two\nlines & <more>");
+    Panel().txtFlightPlan.Enter("KAAA DCT KBBB");
+    Panel().txtPax.Enter("12");
+    Panel().txtCargo.Enter("400");
+    Panel().optFields[0].txt.Enter(" 12 ");
+    Panel().optFields[1].cbo.Choose(1);
+    for (std::size_t i = 0; i < Panel().vaFields.size(); ++i)
+        Panel().vaFields[i].txt.Enter("n" + std::to_string(i));
+    Fly();
+    Expect_Report("panel.html");
+}
+
+TEST_F(Panel_Report, An_untouched_panel_shows_no_placeholder_and_a_failure_opens_nothing) {
+    Begin();
+    Panel().txtComments.Set_Text(empty_field);
+    Panel().txtAircraftID.Set_Text(empty_field);
+    Expect_Report("panel-untouched.html");
+    std::filesystem::remove(directory / "report.html");
+    std::filesystem::create_directory(directory / "report.html");
+    Panel().hypReport.Click();
+    EXPECT_THAT(desktop.opened_files, IsEmpty());
+    EXPECT_THAT(Take_Boxes(), SizeIs(1));
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ucACARS.ACARS_REPORT()")));
 }
 
 }  // namespace
-}  // namespace norvane
+}  // namespace norvane::test

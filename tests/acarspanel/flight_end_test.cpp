@@ -1,39 +1,33 @@
 // What becomes of a flight that is not in the log when it is to leave the panel.
 
-#include <gmock/gmock.h>
-
 #include <functional>
 
 #include "acarspanel/panel_world.h"
 
-namespace norvane {
+namespace norvane::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 constexpr std::string_view unlogged =
     "This flight has not been logged.  Would you like to log it now?";
 
-class Flight_End : public test::Panel_World {
+class Flight_End : public Panel_World {
   protected:
     Flight_End() : kept(directory / "logs" / "My Flight Log.unsaved") { Begin_Anew(); }
 
     void Begin_Anew() {
-        if (program)
-            Kill();
+        Kill();
         store.full = false;
         store.Delete_Section(flight_section);
         std::filesystem::remove(kept);
         log.clear();
-        log_saves = true;
         closed = 0;
-        Stand();
-        Begin();
-        Panel().Closed.connect([this] { ++closed; });
+        Start();
         Take_Boxes();
         Take_Errors();
+    }
+    void Start() {
+        Begin();
+        Panel().Closed.connect([this] { ++closed; });
     }
     void Close() { Panel().Close(ucACARS::Closing::by_pilot); }
     bool Is_Kept() const { return std::filesystem::exists(kept); }
@@ -55,6 +49,11 @@ TEST_F(Flight_End,
     const auto close = [this] { Close(); };
     const auto on = [this] { Panel().hypOn.Click(); };
     const auto reset = [this] { Panel().hypReset.Click(); };
+    const auto signal = [this] { Panel().Close(ucACARS::Closing::by_signal); };
+    const auto drop = [this] {
+        Start();
+        EXPECT_EQ(Panel().Drop_Stored_Flight(), kept);
+    };
     const std::string give_up =
         "Give up this flight?  Its figures so far are kept in " + kept.string();
     const std::vector<Case> cases = {
@@ -67,6 +66,8 @@ TEST_F(Flight_End,
         {give_up, reset, Answer::none, false, false, false},
         {give_up, reset, Answer::no, false, false, false},
         {give_up, reset, Answer::yes, false, true, true},
+        {"", signal, Answer::yes, false, true, true},
+        {"", drop, Answer::yes, false, true, true},
     };
     for (std::size_t i = 0; i < cases.size(); ++i) {
         SCOPED_TRACE(i);
@@ -79,16 +80,19 @@ TEST_F(Flight_End,
         EXPECT_EQ(Is_Kept(), one.kept);
         EXPECT_EQ(Is_Stored(), !one.command_done);
         EXPECT_EQ(Panel().Is_Tracked_Or_Stored(), !one.command_done || Panel().Is_Active());
-        const bool done = closed > 0 || Panel().Is_Active() || Panel().lblTimeOff.Text().empty();
-        EXPECT_EQ(done, one.command_done);
+        EXPECT_EQ(closed > 0 || Panel().Is_Active() || Panel().lblTimeOff.Text().empty(),
+                  one.command_done);
+        // Asked, then told where the row is.
+        const bool asked = !one.asks.empty();
         const auto boxes = Take_Boxes();
-        ASSERT_FALSE(boxes.empty());
-        EXPECT_EQ(boxes[0], one.asks);
-        ASSERT_EQ(boxes.size(), one.kept ? 2U : 1U);
+        ASSERT_THAT(boxes, SizeIs(asked ? (one.kept ? 2U : 1U) : 0U));
+        if (asked) {
+            EXPECT_EQ(boxes[0], one.asks);
+            EXPECT_THAT(boxes.back(), HasSubstr(one.kept ? kept.string() : one.asks));
+        }
         if (one.kept) {
-            EXPECT_THAT(boxes[1], HasSubstr(kept.string()));
-            EXPECT_THAT(Read(kept), HasSubstr("|KAAA|Alpha Field|1405Z|1410Z|"));
-            EXPECT_THAT(Read(kept), HasSubstr("|1440Z|1450Z|"));
+            EXPECT_THAT(Read(kept), AllOf(HasSubstr("|KAAA|Alpha Field|1405Z|1410Z|"),
+                                          HasSubstr("|1440Z|1450Z|")));
         }
         Take_Errors();
         // Not answered, it is asked again.
@@ -107,13 +111,10 @@ TEST_F(Flight_End, Reset_asks_from_OUT_on_and_goes_on_with_a_flight_that_is_not_
     EXPECT_THAT(Take_Boxes(), IsEmpty()) << "nothing has begun";
     for (const bool paused : {false, true}) {
         Begin_Anew();
-        Panel().hypOn.Click();
-        Roll();
-        Lift_Off();
+        Take_Off();
         if (paused)
             Panel().hypPause.Click();
-        desktop.answers = {Answer::none, Answer::yes};
-        Panel().hypReset.Click();
+        Click(Panel().hypReset, {Answer::none});
         EXPECT_EQ(Panel().Is_Paused(), paused);
         EXPECT_EQ(Panel().tmr.Enabled(), !paused);
         EXPECT_EQ(Panel().tmrPos.Enabled(), !paused);
@@ -121,91 +122,106 @@ TEST_F(Flight_End, Reset_asks_from_OUT_on_and_goes_on_with_a_flight_that_is_not_
         EXPECT_FALSE(Is_Kept());
         bool stopped_before_the_store = false;
         Events().Reset.connect([&] { stopped_before_the_store = Is_Stored(); });
-        Panel().hypReset.Click();
+        Click(Panel().hypReset, {Answer::yes});
         EXPECT_TRUE(stopped_before_the_store);
         EXPECT_THAT(Read(kept), HasSubstr("|KAAA|Alpha Field|1405Z|1410Z|"));
         EXPECT_THAT(Take_Boxes().back(), HasSubstr(kept.string()));
-        EXPECT_FALSE(Is_Stored());
-        EXPECT_FALSE(Panel().Is_Tracked_Or_Stored());
+        EXPECT_FALSE(Is_Stored() || Panel().Is_Tracked_Or_Stored());
         EXPECT_EQ(Panel().hypPause.Caption(), "Pause");
         EXPECT_EQ(Panel().txtOrigin.Text(), "");
         EXPECT_FALSE(Panel().tmr.Enabled() || Panel().tmrPos.Enabled());
     }
-    Take_Errors();
-}
-
-TEST_F(Flight_End,
-       A_flight_logged_before_its_gate_is_given_up_without_a_question_while_the_log_has_it) {
-    Panel().hypOn.Click();
-    Roll();
-    Lift_Off();
-    desktop.answers = {Answer::yes};
-    Panel().hypLog.Click();
+    // The next one is kept beside the first.
+    Take_Off();
+    Click(Panel().hypReset, {Answer::none});
+    EXPECT_THAT(Take_Boxes(), ElementsAre(HasSubstr(kept.string() + "2")));
+    // One that the log has, as far as it went, needs no question.
+    Log();
     Take_Boxes();
     Panel().hypReset.Click();
     EXPECT_THAT(Take_Boxes(), IsEmpty());
-    EXPECT_FALSE(Is_Kept());
+    EXPECT_FALSE(std::filesystem::exists(kept.string() + "2"));
     EXPECT_EQ(log.size(), 1U);
+    Take_Errors();
+}
+
+TEST_F(Flight_End, A_signal_behind_a_question_ends_the_panel_whatever_is_answered) {
+    for (const Answer answer : {Answer::yes, Answer::no}) {
+        Begin_Anew();
+        Fly();
+        desktop.on_box = [&](const Message_Box&) { Panel().Close(ucACARS::Closing::by_signal); };
+        Click(Panel().hypOn, {answer});
+        desktop.on_box = nullptr;
+        EXPECT_EQ(closed, 1);
+        EXPECT_TRUE(Is_Kept());
+        EXPECT_THAT(log, IsEmpty());
+        EXPECT_FALSE(Panel().Is_Active());
+        EXPECT_EQ(Panel().lblTimeOff.Text(), "1410Z");
+        Take_Errors();
+    }
 }
 
 TEST_F(Flight_End, A_row_that_can_be_kept_nowhere_calls_off_what_would_lose_it) {
     const auto whole = services.program_directory;
-    // A store that is full, and no directory that takes the row.
-    const auto fill = [&] {
-        store.full = true;
-        services.program_directory = directory / "gone";
-    };
     for (const bool in_the_air : {false, true}) {
         SCOPED_TRACE(in_the_air);
         Begin_Anew();
-        Panel().hypOn.Click();
-        Roll();
-        Lift_Off();
-        if (!in_the_air) {
-            Touch_Down();
-            Park();
-        }
-        fill();
-        const auto asked = Take_Boxes();
-        desktop.answers = {Answer::yes, Answer::none};
-        Panel().hypReset.Click();
+        if (in_the_air)
+            Take_Off();
+        else
+            Fly();
+        // A store that is full, and no directory that takes the row.
+        store.full = true;
+        services.program_directory = directory / "gone";
+        Click(Panel().hypReset, {Answer::yes, Answer::none});
         EXPECT_EQ(Panel().lblTimeOff.Text(), "1410Z");
         desktop.answers = {in_the_air ? Answer::none : Answer::no, Answer::none};
         Close();
         EXPECT_EQ(closed, 0);
         EXPECT_EQ(Panel().lblTimeOff.Text(), "1410Z");
         EXPECT_EQ(Panel().tmr.Enabled(), in_the_air);
-        EXPECT_THAT(desktop.boxes.back().text, HasSubstr("could be kept nowhere"));
+        EXPECT_THAT(Take_Boxes().back(), HasSubstr("could be kept nowhere"));
         Step();
         // Room again: what memory held is stored, and nothing is asked twice.
         store.full = false;
         services.program_directory = whole;
-        desktop.Run_For(std::chrono::seconds(6));
+        Pass(seconds(6));
         EXPECT_EQ(Stored(Log_Field::TIME_OFF), "1410Z");
         EXPECT_EQ(Stored(Log_Field::TIME_IN), in_the_air ? "" : "1450Z");
-        store.full = true;
-        Kill();
         Take_Errors();
     }
-    store.full = false;
+}
+
+TEST_F(Flight_End, A_signal_leaves_a_row_that_fits_nowhere_else_in_the_error_log) {
+    Take_Off();
+    store.full = true;
+    services.program_directory = directory / "gone";
+    Panel().Close(ucACARS::Closing::by_signal);
+    EXPECT_EQ(closed, 1);
+    EXPECT_THAT(Take_Errors().back(), HasSubstr("|KAAA|Alpha Field|1405Z|1410Z|"));
 }
 
 TEST_F(Flight_End, A_start_offers_the_flight_whose_row_the_log_did_not_take) {
+    Settings().Set_OPT_AutoLog(true);
     log_saves = false;
     Fly();
+    EXPECT_EQ(desktop.boxes.at(0).icon, Icon::exclamation);
+    EXPECT_THAT(Take_Boxes(), ElementsAre(HasSubstr("was NOT saved due to the application error")));
+    EXPECT_TRUE(Is_Stored());
     Panel().txtComments.Enter("typed at the gate");
     desktop.answers = {Answer::yes};
     Close();
     EXPECT_EQ(closed, 1) << "the next start has it";
     const std::string row = log.back();
+    // Of the day before: another flight.
+    Write("logs/My Flight Log.txt", "3/13/2026" + row.substr(row.find('|')) + "\r\n");
     for (const bool gate_was_stored : {true, false}) {
         SCOPED_TRACE(gate_was_stored);
         // The store may have been full at the gate: then the noted row alone tells of it.
         if (!gate_was_stored)
-            store.Set(flight_section, std::to_string(Row_Of(Log_Field::TIME_IN).store_key), "");
+            Store(Log_Field::TIME_IN, "");
         linked = false;
         for (const Answer answer : {Answer::none, Answer::no}) {
-            Kill();
             Begin();
             EXPECT_TRUE(Panel().Is_At_Gate());
             EXPECT_THAT(Panel().lblStored.Text(), HasSubstr("KAAA to KBBB, OFF 1410Z, IN 1450Z"));
@@ -230,4 +246,4 @@ TEST_F(Flight_End, A_start_offers_the_flight_whose_row_the_log_did_not_take) {
 }
 
 }  // namespace
-}  // namespace norvane
+}  // namespace norvane::test

@@ -47,7 +47,11 @@ class Network_World : public Panel_World {
             return false;
         };
     }
-    ~Network_World() override { m_holds = false; }
+    /// What was begun with `While_Next_Request_Runs` must have come.
+    ~Network_World() override {
+        m_holds = false;
+        EXPECT_FALSE(m_meanwhile);
+    }
 
     void Set_Page(const std::string& target, const std::string& page) {
         const std::lock_guard guard(m_lock);
@@ -64,8 +68,6 @@ class Network_World : public Panel_World {
         m_holds = true;
         m_meanwhile = std::move(happens);
     }
-    [[nodiscard]] bool Has_Happened() const { return !m_meanwhile; }
-    void Pass(int seconds) { desktop.Run_For(std::chrono::seconds(seconds)); }
 
   private:
     std::mutex m_lock;

@@ -2,8 +2,11 @@
 // A program around the panel, as it stands between a start and an end, and a simulator beside it
 // that outlives the program. Killing a program takes its objects away; the settings store stays.
 
+#include <gmock/gmock.h>
+
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "acars/cls_acars.h"
@@ -11,6 +14,7 @@
 #include "acarspanel/uc_acars.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
+#include "flightlog/log_columns.h"
 #include "logentry/cls_log_entry.h"
 #include "logentry/frm_response.h"
 #include "simlink/in_process_transport.h"
@@ -20,9 +24,26 @@
 
 namespace norvane::test {
 
+using std::chrono::minutes;
+using std::chrono::seconds;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
 /// One run of the program.
 struct Program {
-    Program(Services& services, Offset_Area& area, const Http_Options& http);
+    Program(Services& services, Offset_Area& area, const Http_Options& http)
+        : settings(services),
+          airline(services),
+          entry(services),
+          utc(services.clock),
+          transport(area),
+          link(transport, services.clock),
+          engine({services, link, settings, airline, utc}),
+          response(services),
+          panel({services, settings, airline, entry, response, http}) {}
 
     clsAppSettings settings;
     clsVASettings airline;
@@ -35,14 +56,59 @@ struct Program {
     ucACARS panel;
 };
 
+/// What controls show, in the way of a row of the log: "KAAA|Alpha Field".
+template <class... Shown>
+std::string Texts(const Shown&... controls) {
+    return Join({controls.Text()...}, "|");
+}
+
 class Panel_World : public Test_World {
   protected:
-    Panel_World();
+    Panel_World() {
+        Write("bin/fs9.wld",
+              "40.0|-73.0|10|KAAA|Alpha Field\r\n41.0|-73.0|10|KBBB|Bravo Field\r\n"
+              "42.0|-73.0|10|KCCC|Charlie Field\r\n");
+        area.Set(Variable::engine_type, engine_kind::jet);
+        area.Set(Variable::engine_count, 2);
+        area.Set(Variable::ground_elevation_ft, 10);
+        area.Set(Variable::fuel_weight_lb_per_gal, 6.7);
+        area.Set(Variable::zero_fuel_weight_lbs, 90000);
+        area.Set(Variable::longitude_deg, -73);
+        area.Set(Variable::utc_hour, 14);
+        area.Set(Variable::local_hour, 9);
+        area.Set_Text(Variable::atc_identifier, "N123");
+        area.Set_Text(Variable::atc_flight_number, "77");
+        area.Set_Text(Variable::atc_airline, "Test Air");
+        area.Set_Text(Variable::aircraft_title, "Test Jet");
+        Stand();
+    }
 
-    /// Starts the program, with the airline of that name.
-    void Begin(const std::string& airline = "DEFAULT");
+    /// Starts the program, in place of one that runs, with the airline of that name.
+    void Begin(const std::string& airline = "DEFAULT") {
+        Kill();
+        program = std::make_unique<Program>(services, area, http);
+        program->airline.Get_VA_Settings(airline);
+        program->transport.on_deliver = [this](std::span<std::byte>) -> std::optional<Delivery> {
+            return linked ? std::nullopt : std::optional(Delivery{Delivery_Outcome::failed, 0});
+        };
+        program->entry.NewLogEntrySave.connect([this] {
+            log.push_back(Log_Line(program->entry));
+            program->entry.New_Log_Entry_Save_Result(log_saves);
+        });
+        Panel().UCI();
+        Panel().Set_ACARS(program->engine);
+    }
     /// Takes the program away without closing it.
     void Kill() { program.reset(); }
+    /// An airline with a server whose form takes `fields` values of its own.
+    void Write_Airline(const std::string& name, const std::string& fields) {
+        std::string form;
+        for (int i = 0; i < 41; ++i)
+            form += "Label^name\r\n";
+        Write("VA_" + name + "/server.cfg", "www.example.org\r\n/pirep\r\n\r\n");
+        Write("VA_" + name + "/pirep.cfg", form);
+        Write("VA_" + name + "/vafields.cfg", fields);
+    }
 
     [[nodiscard]] ucACARS& Panel() { return program->panel; }
     [[nodiscard]] ACARS_Events& Events() { return program->engine.events; }
@@ -51,25 +117,104 @@ class Panel_World : public Test_World {
     [[nodiscard]] const std::string& Logged(Log_Field field) { return program->entry.Get(field); }
     [[nodiscard]] bool Is_Stored() { return store.Find(flight_section, "1").has_value(); }
     /// A stored field of the flight in progress.
-    [[nodiscard]] std::string Stored(Log_Field field);
+    [[nodiscard]] std::string Stored(Log_Field field) {
+        return store.Get(flight_section, std::to_string(Row_Of(field).store_key));
+    }
+    void Store(Log_Field field, std::string_view text) {
+        store.Set(flight_section, std::to_string(Row_Of(field).store_key), text);
+    }
     /// Texts of the boxes shown since the last call.
-    std::vector<std::string> Take_Boxes();
+    std::vector<std::string> Take_Boxes() {
+        std::vector<std::string> texts;
+        for (const Message_Box& box : std::exchange(desktop.boxes, {}))
+            texts.push_back(box.text);
+        return texts;
+    }
 
+    /// Clicks, and gives these answers to what is asked.
+    void Click(Link& link, std::deque<Answer> answers) {
+        desktop.answers = std::move(answers);
+        link.Click();
+        desktop.answers.clear();
+    }
+    /// "Log Flight", and Yes when it asks.
+    void Log() { Click(Panel().hypLog, {Answer::yes}); }
+    /// "Reset", and Yes when it asks.
+    void Give_Up() {
+        Click(Panel().hypReset, {Answer::yes});
+        Take_Boxes();
+        Take_Errors();
+    }
+
+    void Pass(std::chrono::milliseconds span) { desktop.Run_For(span); }
     /// One sampling step passes.
-    void Step() { desktop.Run_For(std::chrono::milliseconds(500)); }
+    void Step() { Pass(std::chrono::milliseconds(500)); }
+    /// What the simulator shows.
+    struct Moment {
+        double parking_brake;
+        double on_ground;
+        double altitude_ft;
+        double latitude_deg;
+        double ground_speed_kt;
+        int minute;
+        double weight_lbs;
+        double fuel_gal;
+    };
+    void Show(const Moment& moment) {
+        area.Set(Variable::parking_brake, moment.parking_brake);
+        area.Set(Variable::on_ground, moment.on_ground);
+        area.Set(Variable::altitude_ft, moment.altitude_ft);
+        area.Set(Variable::latitude_deg, moment.latitude_deg);
+        area.Set(Variable::ground_speed_kt, moment.ground_speed_kt);
+        area.Set(Variable::utc_minute, moment.minute);
+        area.Set(Variable::local_minute, moment.minute);
+        area.Set(Variable::total_weight_lbs, moment.weight_lbs);
+        area.Set_Tank(0, moment.fuel_gal, 2000);
+        Step();
+    }
     // The flight, each ending with a step: on the stand with the brake set, under way, in the air,
     // on the runway of the other airport, on its stand.
-    void Stand();
-    void Roll();
-    void Lift_Off();
-    void Touch_Down();
-    void Park();
-    /// On all of the simulator's clocks.
-    void Set_Minute(int minute);
-    /// From "On" to the gate.
-    void Fly();
-    /// "Reset", and Yes when it asks.
-    void Give_Up();
+    void Stand() { Show({1, 1, 10, 40, 0, 0, 100000, 1000}); }
+    void Roll() {
+        Show({0, 1, 10, 40, 0, 5, 100000, 1000});
+        Show({0, 1, 10, 40, 15, 5, 100000, 1000});
+    }
+    void Lift_Off() {
+        area.Set(Variable::indicated_airspeed_kt, 140);
+        area.Set(Variable::engine_n1_percent, 91, 1);
+        area.Set(Variable::engine_n1_percent, 92, 2);
+        for (const int climb_fpm : {1500, 0, -300}) {
+            area.Set(Variable::vertical_speed_fpm, climb_fpm);
+            Show({0, 0, 5000, 40, 15, 10, 99000, 900});
+        }
+    }
+    void Touch_Down() {
+        area.Set(Variable::indicated_airspeed_kt, 120);
+        area.Set(Variable::engine_n1_percent, 20, 1);
+        Show({0, 1, 10, 41, 9, 40, 98000, 700});
+    }
+    void Park() { Show({1, 1, 10, 41, 9, 50, 97000, 600}); }
+    /// Low over the runway again.
+    void Bounce(std::chrono::milliseconds span) {
+        area.Set(Variable::on_ground, 0);
+        area.Set(Variable::altitude_ft, 400);
+        Pass(span);
+    }
+    // Put onto the stand, with "On" into the air, to the other runway, to the gate.
+    void Take_Off() {
+        Stand();
+        Panel().hypOn.Click();
+        Roll();
+        Lift_Off();
+    }
+    void Land() {
+        Take_Off();
+        Touch_Down();
+    }
+    void Fly() {
+        Land();
+        Park();
+    }
 
     Offset_Area area;
     /// How the panel's requests go out.

@@ -1,98 +1,73 @@
-#include <gmock/gmock.h>
-
-#include <functional>
-
 #include "acarspanel/panel_world.h"
 
-namespace norvane {
+namespace norvane::test {
 namespace {
 
 constexpr std::string_view interrupted =
     "The connection to Flight Simulator has been interrupted.  Norvane has entered pause mode.  "
     "Please click 'Resume' to continue when you verify that Flight Simulator is running.";
 
-class Panel_Storage : public test::Panel_World {
+class Panel_Storage : public Panel_World {
   protected:
     Panel_Storage() { Begin(); }
-    void Take_Off() {
-        Panel().hypOn.Click();
-        Roll();
-        Lift_Off();
-    }
 };
 
 TEST_F(Panel_Storage, The_stored_flight_holds_every_figure_of_its_step_and_every_later_entry) {
+    using enum Log_Field;
+    const auto stored = [this](std::initializer_list<Log_Field> fields) {
+        std::vector<std::string> texts;
+        for (const Log_Field field : fields)
+            texts.push_back(Stored(field));
+        return Join(texts, "|");
+    };
     Panel().hypOn.Click();
     Roll();
     EXPECT_FALSE(Is_Stored());
     Lift_Off();
-    EXPECT_EQ(Stored(Log_Field::TIME_OFF), "1410Z");
-    EXPECT_EQ(Stored(Log_Field::FUEL_OFF), Panel().lblFuelOff.Text());
-    EXPECT_EQ(Stored(Log_Field::IAS_TAKEOFF), "140 kts");
-    EXPECT_EQ(Stored(Log_Field::ENG_SETTINGS), Panel().lblNSettings.Text());
+    EXPECT_EQ(stored({TIME_OFF, FUEL_OFF, IAS_TAKEOFF, ENG_SETTINGS}),
+              "1410Z|6029 lbs|140 kts|E1N1 91 /E1N2 0 /E2N1 92 /E2N2 0");
     Panel().txtComments.Enter("Smooth");
     Panel().txtDate.Enter("");
     Step();
-    EXPECT_EQ(Stored(Log_Field::COMMENTS), "Smooth");
-    EXPECT_EQ(Stored(Log_Field::FLIGHT_DATE), "3/14/2026") << "no flight is stored without a date";
+    EXPECT_EQ(stored({COMMENTS, FLIGHT_DATE}), "Smooth|3/14/2026") << "no flight without a date";
     store.Delete_Section(flight_section);
     Step();
     EXPECT_FALSE(Is_Stored()) << "what did not change is not written every half second";
     Panel().chkIFR.Click();
     Touch_Down();
-    EXPECT_EQ(Stored(Log_Field::IFR_VFR), "IFR");
-    EXPECT_EQ(Stored(Log_Field::TIME_ON), "1440Z");
-    EXPECT_EQ(Stored(Log_Field::WEIGHT_LANDING), "98000 lbs");
+    EXPECT_EQ(stored({IFR_VFR, TIME_ON, WEIGHT_LANDING}), "IFR|1440Z|98000 lbs");
     // The finished flight: with its step, and what is typed at the gate soon after.
     Park();
-    EXPECT_EQ(Stored(Log_Field::TIME_IN), "1450Z");
-    EXPECT_EQ(Stored(Log_Field::BLOCK_TIME_HHMM), "0:45");
+    EXPECT_EQ(stored({TIME_IN, BLOCK_TIME_HHMM}), "1450Z|0:45");
     Panel().txtComments.Enter("Smooth, on time");
-    desktop.Run_For(std::chrono::seconds(6));
-    EXPECT_EQ(Stored(Log_Field::COMMENTS), "Smooth, on time");
+    Pass(seconds(6));
+    EXPECT_EQ(Stored(COMMENTS), "Smooth, on time");
 }
 
-TEST_F(Panel_Storage, Every_stored_field_comes_back_and_goes_into_the_log) {
-    for (const Log_Field_Row& row : All_Log_Fields()) {
-        if (row.store_key != 0)
-            store.Set(flight_section, std::to_string(row.store_key), row.name);
-    }
-    store.Set(flight_section, std::to_string(Row_Of(Log_Field::IFR_VFR).store_key), "IFR");
-    store.Set(flight_section, std::to_string(Row_Of(Log_Field::TIME_IN).store_key), "");
-    store.Set(flight_section, "043", "B7");
-    store.Set(flight_section, "143", "ferry");
-    store.Set(flight_section, "243", "gone");
+TEST_F(Panel_Storage, Custom_fields_and_rules_come_back_and_go_into_the_log) {
+    Take_Off();
+    for (const auto& [key, value] : {std::pair{"043", "B7"}, {"143", "ferry"}, {"243", "gone"}})
+        store.Set(flight_section, key, value);
     Write("bin/optfields.cfg", "Gate^\r\nType^Charter|FERRY\r\nOther^A|B\r\n");
-    Kill();
-    Begin();
-    EXPECT_TRUE(Panel().Is_Resumable());
-    EXPECT_FALSE(Panel().Is_Active());
-    EXPECT_EQ(program->engine.Form_ICAO_Arrive(), "FLIGHT_DESTINATION");
-    desktop.answers = {Answer::yes};
-    Panel().hypLog.Click();
-    for (const Log_Field_Row& row : All_Log_Fields()) {
-        if (row.store_key != 0 && row.id != Log_Field::IFR_VFR && row.id != Log_Field::TIME_IN) {
-            EXPECT_EQ(Logged(row.id), row.name);
-        }
+    for (const std::string rules : {"IFR", "VFR"}) {
+        Store(Log_Field::IFR_VFR, rules);
+        Begin();
+        EXPECT_TRUE(Panel().Is_Resumable());
+        EXPECT_EQ(program->engine.Form_ICAO_Depart(), "KAAA");
+        EXPECT_EQ(Panel().chkVFR.Checked(), rules == "VFR");
+        Log();
+        EXPECT_EQ(Logged(Log_Field::IFR_VFR), rules);
     }
-    EXPECT_EQ(Logged(Log_Field::IFR_VFR), "IFR");
     EXPECT_EQ(program->entry.OPTIONAL_FIELDS(0), "B7");
     EXPECT_EQ(program->entry.OPTIONAL_FIELDS(1), "FERRY");
     EXPECT_EQ(program->entry.OPTIONAL_FIELDS(2), "");
-    store.Set(flight_section, std::to_string(Row_Of(Log_Field::IFR_VFR).store_key), "VFR");
-    Kill();
-    Begin();
-    EXPECT_TRUE(Panel().chkVFR.Checked());
 }
 
 TEST_F(Panel_Storage, Closing_stores_a_flight_in_the_air_alone) {
     Panel().hypOn.Click();
     Roll();
     Panel().Close(ucACARS::Closing::by_pilot);
-    EXPECT_FALSE(Is_Stored());
-    EXPECT_FALSE(Panel().tmr.Enabled());
-    Kill();
-    Stand();
+    EXPECT_FALSE(Is_Stored() || Panel().tmr.Enabled());
     Begin();
     EXPECT_FALSE(Panel().Is_Resumable());
     Take_Off();
@@ -100,79 +75,58 @@ TEST_F(Panel_Storage, Closing_stores_a_flight_in_the_air_alone) {
     Panel().Close(ucACARS::Closing::by_pilot);
     EXPECT_FALSE(Panel().tmrPos.Enabled());
     EXPECT_EQ(Stored(Log_Field::COMMENTS), "typed after the last step");
-    EXPECT_EQ(Take_Boxes().size(), 0U);
-    Kill();
+    EXPECT_THAT(Take_Boxes(), IsEmpty());
     Begin();
     EXPECT_TRUE(Panel().Is_Resumable());
+    EXPECT_EQ(Panel().lblStored.Text(),
+              "A flight is stored: KAAA, OFF 1410Z.  \"On\" goes on with it, \"Reset\" gives it "
+              "up.");
+    Panel().hypOn.Click();
+    EXPECT_EQ(Panel().lblStored.Text(), "");
 }
 
 TEST_F(Panel_Storage, After_a_touch_and_go_the_last_landing_stands_on_the_panel) {
     store.Set("Options", "Record Arrival", "1");
-    Kill();
     Begin();
-    Write("bin/fs9.wld",
-          "40.0|-73.0|10|KAAA|Alpha\r\n41.0|-73.0|10|KBBB|Bravo\r\n"
-          "42.0|-73.0|10|KCCC|Charlie\r\n");
-    Take_Off();
-    Touch_Down();
+    Land();
     EXPECT_EQ(Panel().txtDestination.Text(), "KBBB");
-    EXPECT_EQ(Panel().lblMaxTaxiOrigin.Text(), "16 kts");
-    area.Set(Variable::on_ground, 0);
-    area.Set(Variable::altitude_ft, 400);
-    desktop.Run_For(std::chrono::milliseconds(2500));
+    Bounce(std::chrono::milliseconds(2500));
     EXPECT_EQ(Panel().lblTimeOn.Text(), "1440Z") << "may be a bounce yet";
     Step();
-    const std::vector<Label*> open{&Panel().lblTimeOn,        &Panel().lblFuelOn,
-                                   &Panel().lblLandingWeight, &Panel().lblVS,
-                                   &Panel().lblIASLanding,    &Panel().lblDestinationName};
-    for (const Label* label : open)
-        EXPECT_EQ(label->Text(), "");
-    EXPECT_EQ(Panel().txtDestination.Text(), "");
+    EXPECT_EQ(Texts(Panel().lblTimeOn, Panel().lblFuelOn, Panel().lblLandingWeight, Panel().lblVS,
+                    Panel().lblIASLanding, Panel().lblDestinationName, Panel().txtDestination),
+              "||||||");
     EXPECT_TRUE(Panel().tmrPos.Enabled());
     EXPECT_EQ(Stored(Log_Field::TIME_ON), "");
-    Kill();
     Begin();
     Panel().hypOn.Click();
     EXPECT_EQ(Panel().lblMaxTaxiOrigin.Text(), "16 kts");
     EXPECT_TRUE(Panel().tmrPos.Enabled());
     Touch_Down();
-    EXPECT_EQ(Panel().txtDestination.Text(), "KBBB");
     // The pilot names it: it stays, wherever the flight touches down next.
     Panel().txtDestination.Enter("KBBB");
-    area.Set(Variable::on_ground, 0);
-    area.Set(Variable::altitude_ft, 400);
-    desktop.Run_For(std::chrono::seconds(4));
-    EXPECT_EQ(Panel().txtDestination.Text(), "KBBB");
-    area.Set(Variable::latitude_deg, 42);
-    Set_Minute(45);
-    area.Set(Variable::on_ground, 1);
-    Step();
-    EXPECT_EQ(Panel().txtDestination.Text(), "KBBB");
-    EXPECT_EQ(Stored(Log_Field::TIME_ON), "1445Z");
+    Bounce(seconds(4));
+    Show({0, 1, 10, 42, 9, 45, 98000, 700});
+    EXPECT_EQ(Texts(Panel().txtDestination, Panel().lblTimeOn), "KBBB|1445Z");
     Park();
     Panel().hypLog.Click();
     EXPECT_EQ(Logged(Log_Field::TIME_ON), "1445Z");
-    EXPECT_EQ(Logged(Log_Field::FLIGHT_DISTANCE), "120 nm");
-    EXPECT_THAT(Take_Boxes(), testing::IsEmpty());
+    EXPECT_THAT(Take_Boxes(), IsEmpty());
 }
 
 TEST_F(Panel_Storage, The_pilot_is_told_of_an_unknown_place_and_of_a_wrong_one) {
     Write("bin/fs9.wld", "");
     Fly();
-    EXPECT_THAT(Take_Boxes(), testing::ElementsAre(testing::HasSubstr("No airport is known")));
+    EXPECT_THAT(Take_Boxes(), ElementsAre(HasSubstr("No airport is known")));
     Give_Up();
-    Stand();
-    Take_Off();
-    Touch_Down();
-    Kill();
-    Stand();
+    Land();
     Begin();
+    Stand();
     Panel().hypOn.Click();
-    desktop.Run_For(std::chrono::seconds(5));
+    Pass(seconds(5));
     EXPECT_FALSE(Panel().Is_At_Gate());
-    EXPECT_THAT(Take_Boxes(), testing::Contains(testing::HasSubstr("60 nm from where")));
-    desktop.answers = {Answer::yes};
-    Panel().hypLog.Click();
+    EXPECT_THAT(Take_Boxes(), testing::Contains(HasSubstr("60 nm from where")));
+    Log();
     EXPECT_EQ(Logged(Log_Field::TIME_IN), "");
 }
 
@@ -187,17 +141,16 @@ TEST_F(Panel_Storage, A_dropped_link_pauses_stores_and_says_so_once) {
     Take_Off();
     linked = false;
     Panel().txtComments.Enter("");
-    desktop.Run_For(std::chrono::minutes(2));
+    Pass(minutes(2));
     EXPECT_EQ(told, 1);
-    ASSERT_EQ(desktop.boxes.size(), 1U);
-    EXPECT_EQ(desktop.boxes[0].text, interrupted);
-    EXPECT_EQ(desktop.boxes[0].title, "Norvane Interrupted");
-    EXPECT_EQ(desktop.boxes[0].icon, Icon::exclamation);
+    EXPECT_EQ(desktop.boxes.at(0).title, "Norvane Interrupted");
+    EXPECT_EQ(desktop.boxes.at(0).icon, Icon::exclamation);
+    EXPECT_THAT(Take_Boxes(), ElementsAre(interrupted));
     EXPECT_EQ(Panel().hypPause.Caption(), "Resume");
     EXPECT_TRUE(Is_Stored());
     // Resumed too early, it is interrupted again.
     Panel().hypPause.Click();
-    desktop.Run_For(std::chrono::minutes(2));
+    Pass(minutes(2));
     EXPECT_EQ(told, 2);
     linked = true;
     Panel().hypPause.Click();
@@ -205,20 +158,44 @@ TEST_F(Panel_Storage, A_dropped_link_pauses_stores_and_says_so_once) {
     EXPECT_FALSE(Panel().Is_Paused());
 }
 
+TEST_F(Panel_Storage, A_store_that_fails_as_the_flight_pauses_is_made_up_later) {
+    for (const bool is_interrupted : {false, true}) {
+        for (bool* fault : {&store.full, &store.fails_to_commit}) {
+            SCOPED_TRACE(is_interrupted);
+            SCOPED_TRACE(fault == &store.full ? "full" : "fails to commit");
+            *fault = true;
+            Take_Off();
+            if (is_interrupted) {
+                linked = false;
+                Pass(seconds(2));
+            } else {
+                Panel().hypPause.Click();
+            }
+            // What a failed transaction wrote is gone.
+            store.Delete_Section(flight_section);
+            ASSERT_TRUE(Panel().Is_Paused());
+            *fault = false;
+            Pass(seconds(6));
+            EXPECT_EQ(Stored(Log_Field::TIME_OFF), "1410Z");
+            EXPECT_EQ(store.Get(flight_section, "47"), "1410") << "the engine's part";
+            linked = true;
+            Give_Up();
+        }
+    }
+}
+
 TEST_F(Panel_Storage, A_network_plan_that_never_came_leaves_the_airports_to_the_engine) {
     Settings().Set_VATSIM_FP(1);
     Panel().txtOrigin.Enter("KXYZ");
     Fly();
-    EXPECT_EQ(Panel().txtOrigin.Text(), "KXYZ");
-    EXPECT_EQ(Panel().txtDestination.Text(), "KBBB");
-    EXPECT_EQ(Panel().lblDestinationName.Text(), "Bravo Field");
+    EXPECT_EQ(Texts(Panel().txtOrigin, Panel().txtDestination, Panel().lblDestinationName),
+              "KXYZ|KBBB|Bravo Field");
     EXPECT_EQ(Stored(Log_Field::FLIGHT_DESTINATION), "KBBB")
         << "with the step that came to the gate";
     Give_Up();
-    Stand();
     Fly();
     EXPECT_EQ(Panel().txtOrigin.Text(), "KAAA");
 }
 
 }  // namespace
-}  // namespace norvane
+}  // namespace norvane::test

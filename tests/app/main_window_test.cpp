@@ -89,6 +89,31 @@ TEST_F(Main_Window, Closes_once_and_without_a_word_when_its_place_cannot_be_stor
         EXPECT_EQ(report.find("frmMain"), std::string::npos) << report;
 }
 
+TEST_F(Main_Window, Closing_tells_of_an_edited_PIREP_unless_a_signal_asks_for_it_too) {
+    using enum ucACARS::Closing;
+    const std::vector<std::vector<ucACARS::Closing>> cases{
+        {by_pilot}, {by_signal}, {by_pilot, by_signal}, {by_signal, by_pilot}};
+    for (const auto& closings : cases) {
+        SCOPED_TRACE(testing::PrintToString(closings));
+        Open();
+        desktop.chosen_files = {Write("reports/my.txt", "1|2|3\r\n")};
+        program->pirep_editor.Show_Form();
+        program->pirep_editor.hypPIREP[frmPIREP::select].Click();
+        program->pirep_editor.Rows().at(0)->txtField.Enter("edited");
+        program->panel.hypOn.Click();
+        desktop.boxes.clear();
+        // Within a step, so that each is asked for before anything has ended.
+        program->engine.events.FSTime.connect([&](const std::string&) {
+            for (const ucACARS::Closing how : closings)
+                window->Form_Unload(how);
+        });
+        desktop.Run_For(std::chrono::seconds(2));
+        const bool told = !desktop.boxes.empty();
+        EXPECT_EQ(told, closings == std::vector{by_pilot});
+        Take_Errors();
+    }
+}
+
 TEST_F(Main_Window, Opens_what_its_commands_name) {
     Write("nv.html", "<h1 id='settings'>");
     window->frame.SetActivePanel("Settings");

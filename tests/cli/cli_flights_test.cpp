@@ -1,15 +1,18 @@
 // Flights of norvane-cli beside a simulator that are broken off: by SIGKILL, by SIGTERM, by the
 // simulator's end.
 
+#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include <csignal>
 #include <thread>
 
 #include "cli/cli_world.h"
+#include "common/file_writer.h"
 #include "common/line_reader.h"
 #include "config/sqlite_store.h"
 #include "logentry/cls_log_entry.h"
+#include "servers/test_servers.h"
 
 namespace norvane::test {
 namespace {
@@ -128,6 +131,36 @@ TEST_F(Cli_Flights, Are_given_up_in_time_or_ended_by_a_signal_and_resumed_or_dro
         EXPECT_EQ(dropped ? Status("fly --new --time-scale 1000") : Fly().status, 0);
         Expect_Same_Row();
         EXPECT_EQ(std::filesystem::exists(home / "logs" / "My Flight Log.unsaved"), dropped);
+    }
+}
+
+TEST_F(Cli_Flights, Ended_by_a_signal_at_the_gate_tell_where_the_row_is) {
+    ::setenv("no_proxy", "*", 1);
+    Raw_Server weather(Hang);
+    Start_Simulator();
+    for (const bool auto_log : {false, true}) {
+        ASSERT_EQ(Status("settings set WX_URL NOAA"), 0);
+        ASSERT_EQ(Status(std::string("settings set OPT_AutoLog ") + (auto_log ? "True" : "False")),
+                  0);
+        Write_File(home / "bin/url.cfg",
+                   "[NOAA]\r\nURL=" + weather.Host() + "\r\nMETAR=/metar\r\n");
+        const auto plan = std::filesystem::path(NORVANE_SOURCE_DIR) / "tests/data/plans";
+        Child_Process process(
+            Command({"fly", "--time-scale", "1000", "--plan", (plan / "kjfk-kbos.pln").string()}));
+        // At the gate the flight waits for the weather.
+        Await_Stored("49");
+        process.Send(SIGTERM);
+        EXPECT_EQ(process.Wait(), 1);
+        const auto kept = home / "logs" / "My Flight Log.unsaved";
+        EXPECT_THAT(
+            process.Errors(),
+            HasSubstr(auto_log ? "Ended by a signal; the flight is in the log."
+                               : "the row of the finished flight is kept in " + kept.string()));
+        EXPECT_EQ(Rows().size(), auto_log ? 1U : 0U);
+        EXPECT_EQ(std::filesystem::exists(kept), !auto_log);
+        Kill_Simulator();
+        Start_Anew();
+        Start_Simulator();
     }
 }
 

@@ -90,6 +90,29 @@ TEST_F(Log_In_Flight, A_flight_logged_in_the_air_has_its_row_brought_up_to_date_
     }
 }
 
+/// The log's box stays open while the flight goes on to its gate and logs itself.
+TEST_F(Log_In_Flight, The_log_has_taken_a_flight_before_its_box_opens) {
+    Flight_World flight(*world, 5);
+    Program& program = flight.Start();
+    program.settings.Set_OPT_AutoLog(true);
+    program.settings.Set_OPT_PIREP(true);
+    program.panel.hypOn.Click();
+    flight.desktop.Wait_Until([&] { return !program.engine.TIME_OFF().empty(); },
+                              std::chrono::minutes(180));
+    flight.desktop.answers = {Answer::yes};
+    const auto pirep =
+        flight.directory / "reports" / (Format_File_Stamp(flight.clock.Local_Now()) + "_PIREP.txt");
+    flight.desktop.on_box = [&](const Message_Box& box) {
+        if (box.text == "Flight Log Saved" && !program.panel.Is_At_Gate()) {
+            EXPECT_TRUE(flight.Fly_To_Gate());
+        }
+    };
+    flight.Log();
+    ASSERT_THAT(flight.Rows(), SizeIs(1));
+    EXPECT_EQ(flight.Rows()[0][log_column::flight_time], program.panel.lblFlightTime.Text());
+    EXPECT_TRUE(std::filesystem::exists(pirep)) << "its name is that of the moment it was noted";
+}
+
 TEST_F(Log_In_Flight, A_signal_keeps_what_was_not_saved_without_asking) {
     Flight_World flight(*world, 5);
     Program& program = flight.Start();

@@ -92,7 +92,7 @@ class Recorded_Error_Log : public Error_Log {
     std::vector<std::string> entries;
 };
 
-/// A store that can be full: then it takes nothing more.
+/// A store that can be full, or find that out when a transaction is to be kept.
 class Full_Store : public Memory_Store {
   public:
     void Set(std::string_view section, std::string_view key, std::string_view value) override {
@@ -100,7 +100,13 @@ class Full_Store : public Memory_Store {
             throw Run_Error(error_number::disk_full, "The store is full");
         Memory_Store::Set(section, key, value);
     }
+    void Commit() override {
+        Memory_Store::Commit();
+        if (fails_to_commit && Depth() == 0)
+            throw Run_Error(error_number::disk_full, "The store is full");
+    }
     bool full = false;
+    bool fails_to_commit = false;
 };
 
 /// The fixture. A test that expects reports takes them with `Take_Errors`.
