@@ -168,7 +168,7 @@ TEST_F(Panel_Network, A_plan_fills_the_panel_and_has_the_arrivals_weather_fetche
     Pass(seconds(2));
     EXPECT_EQ(panel.txtWXDestination.Text(), "KBBB 141500Z SN");
     Write("bin/url.cfg", "[NOAA]\r\nURL=127.0.0.1:1\r\nMETAR=/wx/\r\n");
-    panel.tmrWX[1].Set_Enabled(true);
+    panel.weather.tmrWX[1].Set_Enabled(true);
     Pass(seconds(2));
     EXPECT_EQ(panel.txtWXDestination.Text(), "KBBB 141500Z SN") << "no report came";
     Take_Errors();
