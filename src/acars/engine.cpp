@@ -50,7 +50,6 @@ bool ACARS_Engine::Gather(std::string_view procedure, const std::function<void()
     m_context.output = {};
     m_context.reader.Begin_Step();
     m_stepping = true;
-    m_fault.clear();
     const bool done = Guarded(m_context.services, procedure, Show::silent, [&] {
         try {
             work();
