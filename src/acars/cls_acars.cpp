@@ -50,7 +50,6 @@ bool clsACARS::Gather(std::string_view procedure, const std::function<void()>& w
     m_context.output = {};
     m_context.reader.Begin_Step();
     m_stepping = true;
-    m_fault.clear();
     const bool done = Guarded(m_context.services, procedure, Show::silent, [&] {
         try {
             work();

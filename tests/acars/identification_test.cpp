@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <tuple>
+
 #include "acars/airports.h"
 #include "common/text.h"
 #include "engine_world.h"
@@ -15,18 +17,11 @@ class Identification : public Engine_World {
   protected:
     static constexpr std::string_view configuration =
         "; title\r\n[fltsim.0]\r\nsim=738\r\nTitle = Nordic 738 "
-        "\r\natc_airline=x\r\n[General]\r\natc_model=B738\r\n";
+        "\r\n[General]\r\natc_model=B738\r\n";
 
     void Use_Aircraft(const std::string& simulator, const std::string& aircraft_file) {
         area.Set_Text(simulator_directory, simulator);
         area.Set_Text(aircraft_path, aircraft_file);
-    }
-    /// Starts a flight from nothing and gives the aircraft's type.
-    std::string Type_Of_New_Flight() {
-        engine->Reset();
-        raised.clear();
-        EXPECT_TRUE(Start());
-        return Once("ATCType");
     }
 };
 
@@ -34,29 +29,28 @@ TEST_F(Identification, Finds_The_Configuration_By_Simulator_And_Without_Regard_T
     settings.Set_ACARS_ATCModel(true);
     const std::string root = directory.string();
     Write("sim/Aircraft/b738/Aircraft.CFG", configuration);
-    Use_Aircraft(root + "\\SIM\\", "AIRCRAFT\\B738\\b738.air");
-    EXPECT_EQ(Type_Of_New_Flight(), "B738");
-    EXPECT_EQ(engine->FS_Path(), root + "\\SIM\\");
-
-    // FSX gives the whole path; later ones share its layout.
-    Use_Aircraft("C:\\elsewhere\\", root + "\\Sim\\Aircraft\\b738\\b738.air");
-    for (const int version : {8, 9, 12}) {
-        area.Set_Simulator_Version(static_cast<std::uint16_t>(version));
-        engine->Stop_();
-        EXPECT_EQ(Type_Of_New_Flight(), "B738");
-        EXPECT_EQ(Once("FSVersion"), "FSX");
-    }
-    // On a network share, only the aircraft's folder name counts.
     Write("share/SimObjects/Airplanes/b738/aircraft.cfg", configuration);
-    Use_Aircraft("\\\\" + root.substr(1) + "\\share\\", "D:\\SimObjects\\Airplanes\\b738\\x.air");
-    EXPECT_EQ(Type_Of_New_Flight(), "B738");
     // A simulator on a system of its own names its own drives.
     services.path_mappings = {{"C:", directory / "sim"}};
-    Use_Aircraft("C:\\", "c:\\Aircraft\\b738\\x.air");
-    EXPECT_EQ(Type_Of_New_Flight(), "B738");
-
-    Use_Aircraft(root + "\\nowhere\\", "D:\\nothing\\x.air");
-    EXPECT_EQ(Type_Of_New_Flight(), "Jet 738");
+    const std::string whole = root + "\\Sim\\Aircraft\\b738\\b738.air";
+    for (const auto& [version, simulator, file, type] :
+         std::vector<std::tuple<std::uint16_t, std::string, std::string, std::string>>{
+             {7, root + "\\SIM\\", "AIRCRAFT\\B738\\b738.air", "B738"},
+             // FSX gives the whole path; later ones share its layout.
+             {8, "C:\\elsewhere\\", whole, "B738"},
+             {9, "C:\\elsewhere\\", whole, "B738"},
+             {12, "C:\\", "c:\\Aircraft\\b738\\x.air", "B738"},
+             // On a network share, only the aircraft's folder name counts.
+             {12, "\\\\" + root.substr(1) + "\\share\\", "D:\\SimObjects\\b738\\x.air", "B738"},
+             {12, root + "\\nowhere\\", "D:\\nothing\\x.air", "Jet 738"}}) {
+        area.Set_Simulator_Version(version);
+        Use_Aircraft(simulator, file);
+        Begin_Anew();
+        ASSERT_TRUE(Start());
+        EXPECT_EQ(Once("ATCType"), type) << file;
+        EXPECT_EQ(Once("FSVersion"), version == 7 ? "FS2004" : "FSX");
+        EXPECT_EQ(engine->FS_Path(), simulator);
+    }
 }
 
 TEST_F(Identification, In_The_Oldest_Simulator_Takes_The_Title_And_No_Identity) {

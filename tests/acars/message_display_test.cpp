@@ -30,7 +30,7 @@ TEST(Lines_To_Show, Break_At_Blanks_And_Segments) {
              {"one|two||", "ACARS/ one~,two~,~,"},
              {most, "ACARS/ " + most},
              {most + "m", "ACARS/~," + most + "m"},
-             {word + " " + word, "ACARS/ " + word + "~," + word},
+             {fmt::format("{0} {0}", word), fmt::format("ACARS/ {0}~,{0}", word)},
              {"a " + long_word + " b", "ACARS/ a~," + long_word + "~,b"},
              {"a|" + long_word, "ACARS/ a~,~," + long_word}}) {
         EXPECT_EQ(Texts_Of(message), lines);

@@ -61,8 +61,10 @@ TEST_F(Messages_Of_A_Flight, Free_Texts_Pass_As_They_Are) {
               "Message:\r\nAll well|on board");
     EXPECT_EQ(Line(Message_Type::weather, 2), "Msg Label: WX Block ID: 01 Msg No: M02A");
     // Without a date the line says what there is.
-    area.Set(year, 0);
-    EXPECT_EQ(Comment_Line(0), "[ 12:00Z]");
+    for (const int no_year : {0, 10000}) {
+        area.Set(year, no_year);
+        EXPECT_EQ(Comment_Line(0), "[ 12:00Z]");
+    }
     settings.Set_ACARS_UseTime(7);
     EXPECT_EQ(Comment_Line(0), "[ :Z]");
 }

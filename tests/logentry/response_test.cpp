@@ -21,7 +21,7 @@ TEST_F(Response, The_viewer_shows_the_wait_then_the_answer_and_takes_both_files_
     response.Contact_Server();
     EXPECT_EQ(seen, "Contacting Server ...\r\n");
     EXPECT_EQ(Read("cs"), seen);
-    const std::string answer("<p>\xC3\xA9\xE9\0</p>\r\n", 14);
+    const std::string answer("<p>\xC3\xA9\xE9\0</p>\r\n", 13);
     Write("sr", answer);
     response.Show_Response();
     EXPECT_EQ(seen, answer);

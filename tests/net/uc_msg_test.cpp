@@ -278,7 +278,9 @@ TEST_F(Message_Panel, Closing_ends_the_report_under_way_and_counts_those_behind_
     EXPECT_THAT(Take_Asked(), ElementsAre(HasSubstr("=four+"), HasSubstr("=five+")));
     Open_Panel();
     Raise("six");
+    engine.events.Start.emit();
     panel->Close();
+    EXPECT_FALSE(panel->txtCommand.Enabled() || panel->hypWX.Enabled());
     EXPECT_THAT(Take_Asked(), testing::IsEmpty());
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ACARS messages not sent: 1")));
 }

@@ -64,7 +64,7 @@ TEST(VATSIM_Data, A_Filed_Plan_Becomes_The_Same_Line_Once_It_Is_Complete) {
     data["pilots"][1]["flight_plan"].erase("aircraft_short");
     data["pilots"][1]["flight_plan"]["altitude"] = 350;
     EXPECT_EQ(Used(Line(data.dump())), "BAW1,B738/M-X/Y,KSEA,350,EDDM,I,A B C/D \xFC,");
-    data["pilots"] = Json::array({Entry(1, "OTHER")});
+    data["pilots"] = Json::array({Entry(1, "OTHER"), {{"cid", 812345}, {"callsign", "NOPLAN"}}});
     EXPECT_THAT(Line(data.dump()), testing::StartsWith("PRE:"));
 
     const Json whole{{"pilots", {Entry(812345, "BAW1")}}};
@@ -86,9 +86,9 @@ TEST(VATSIM_Data, The_Pilots_Entry_Is_Read_Whatever_Stands_Beside_It) {
         return R"({"general":{"v":[{}],"t":"}"},"pilots":[{"cid":7,"name":)" + other + "}," +
                entry + "],\"prefiles\":[]}";
     };
-    for (const std::string other :
-         {"\"J\xF6rg\"", "\"\xC0\xAF\"", "\"\\ud800\"", "\"\\uZZ\\q\"", "1e9999", "\"\n\x01\"",
-          "NaN", "\"{[\\\"\\\\\"", "[1,{\"cid\":812345}]", "{\"x\":[}]", "nul", "\"812345\""}) {
+    for (const std::string other : {"\"\"", "\"J\xF6rg\"", "\"\xC0\xAF\"", "\"\\ud800\"",
+                                    "\"\\uZZ\\q\"", "1e9999", "\"\n\x01\"", "NaN", "\"{[\\\"\\\\\"",
+                                    "[1,{\"cid\":812345}]", "{\"x\":[}]", "nul", "\"812345\""}) {
         EXPECT_EQ(Used(Line(page(other, own))), plan) << other;
         std::string mixed = own;
         mixed.insert(1, "\"extra\":" + other + ",");

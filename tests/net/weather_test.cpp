@@ -81,6 +81,8 @@ TEST_F(Weather, Metar_And_Taf_Together_Keep_Their_Lines) {
     EXPECT_EQ(Report_Of("VATSIM"), "KJFK 9\r\n\r\nKJFK 1  2");
     pages["/NOAA/TAF"] = "No TAF";
     EXPECT_EQ(Report_Of("VATSIM"), "KJFK 9\r\n\r\n" + none);
+    EXPECT_TRUE(Holds_Report("KJFK 9\r\n\r\n" + none));
+    EXPECT_FALSE(Holds_Report(none) || Holds_Report(no_server + "\r\n \r\n" + none));
     pages["/VATSIM/METAR"] = "metar=KJFK\x07 9";
     pages["/NOAA/TAF"] = "";
     EXPECT_EQ(Report_Of("VATSIM"), "") << "two failures are no report";
