@@ -243,10 +243,22 @@ TEST_F(App_Settings, Texts_Are_Assigned_Within_The_Range_Of_Each_Setting) {
         Set_Setting_Text(settings, name, text);
         EXPECT_EQ(Get_Setting_Text(settings, name), value);
     }
+    // The places of lists.
+    for (const auto& [name, last] : {std::pair{"ACARS_Date", 1},
+                                     {"ACARS_Time", 1},
+                                     {"ACARS_UseTime", 1},
+                                     {"ACARS_Weight", 1},
+                                     {"ACARS_EOF", 2},
+                                     {"ACARS_RecordArrival", 1},
+                                     {"ACARS_TouchAndGo", 1},
+                                     {"VATSIM_FP", 1}}) {
+        for (const int place : {last, 0})
+            Set_Setting_Text(settings, name, std::to_string(place));
+        EXPECT_THROW(Set_Setting_Text(settings, name, std::to_string(last + 1)), Run_Error) << name;
+    }
     const std::string before = Values(settings);
-    std::map<std::string, std::vector<std::string>> refused{
+    const std::map<std::string, std::vector<std::string>> refused{
         {"ACARS_Fuel", {"3", "-1", "kg", "", "1.5", "99999999999"}},
-        {"ACARS_EOF", {"3"}},
         {"ACARS_TakeOff_Alt", {"12", "105"}},
         {"Color_Link_Bar", {"16777216", "-1"}},
         {"OPT_PIREP", {"maybe", ""}},
@@ -261,9 +273,6 @@ TEST_F(App_Settings, Texts_Are_Assigned_Within_The_Range_Of_Each_Setting) {
         {"FlightLog_Path", {"x"}},
         {"Yield_In_Loop", {"True"}},
         {"Nothing", {"1"}}};
-    for (const auto* name : {"ACARS_Date", "ACARS_Time", "ACARS_UseTime", "ACARS_Weight",
-                             "ACARS_RecordArrival", "ACARS_TouchAndGo", "VATSIM_FP"})
-        refused[name] = {"2"};
     for (const auto& [name, texts] : refused) {
         for (const std::string& text : texts)
             EXPECT_THROW(Set_Setting_Text(settings, name, text), Run_Error) << name << text;

@@ -32,6 +32,8 @@ TEST_F(Config_Files, A_Profile_Finds_The_First_Match_Without_Regard_To_Case) {
          {"url", "No Value", "QUOTED", "half", "single", "METAR", "equation", "tabbed", "late"})
         values += profile.Value("ADDS", key) + "|";
     EXPECT_EQ(values, "first|| a b |\"a|x||a=b|value||") << "of the first section of the name";
+    const auto all = profile.Values("adds");
+    EXPECT_EQ(all.at("url") + all.at("equation"), "firsta=b");
     EXPECT_EQ(profile.Value("Spaced", "key"), "1");
     EXPECT_EQ(profile.Value("", "key") + profile.Value("OTHER", "key"), "");
     EXPECT_THAT(profile.Section_Names(), ElementsAre("Adds", "other", "ADDS", " spaced "));

@@ -171,8 +171,9 @@ TEST_F(Flight_Log_View_Test, Only_what_the_pilot_draws_changes_a_width) {
         before.at(i) = Log().Layout().columns.at(i).width_twips = 1001 + static_cast<int>(i);
     Log().Layout().columns[5].visible = false;
     Log().layout_changed.emit();
-    EXPECT_TRUE(header.isSectionHidden(5));
-    EXPECT_TRUE(header.isSectionHidden(38));
+    EXPECT_TRUE(header.isSectionHidden(5) && header.isSectionHidden(38));
+    for (const int column : {0, 1})
+        EXPECT_EQ(header.sectionSize(column), Twips_To_Pixels(*view, 1001 + column));
     header.resizeSection(7, 150);
     before[7] = Pixels_To_Twips(*view, 150);
     Log().Layout().columns[5].visible = true;
