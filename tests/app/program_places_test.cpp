@@ -20,60 +20,34 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-/// The environment as a desktop session has it, put back afterwards.
-class Environment_Value {
-  public:
-    Environment_Value(const char* name, const std::string& value) : m_name(name) {
-        if (const char* before = std::getenv(name))
-            m_before = before;
-        ::setenv(name, value.c_str(), 1);
-    }
-    ~Environment_Value() {
-        if (m_before)
-            ::setenv(m_name, m_before->c_str(), 1);
-        else
-            ::unsetenv(m_name);
-    }
-    Environment_Value(const Environment_Value&) = delete;
-    Environment_Value& operator=(const Environment_Value&) = delete;
-
-  private:
-    const char* m_name;
-    std::optional<std::string> m_before;
-};
-
 using Places = Test_World;
 
 TEST_F(Places, Installed_And_Staged_Programs) {
-    const Environment_Value home("HOME", "/home/pilot");
-    const Environment_Value config("XDG_CONFIG_HOME", "");
-    const Environment_Value data("XDG_DATA_HOME", "relative");
+    ::setenv("HOME", "/home/pilot", 1);
+    ::setenv("XDG_CONFIG_HOME", "", 1);
+    ::setenv("XDG_DATA_HOME", "relative", 1);
     Write("usr/share/norvane/nv.html", "");
     Write("staged/bin/ac.cfg", "");
     Write("share/norvane/nv.html", "");
     const fs::path installed = directory / "usr/bin";
     const fs::path staged = directory / "staged";
-
-    auto places = Find_Places(installed, {});
-    EXPECT_EQ(places.program_directory, "/home/pilot/.local/share/norvane");
-    EXPECT_EQ(places.store, "/home/pilot/.config/norvane/settings.sqlite");
-    EXPECT_EQ(places.shipped, directory / "usr/share/norvane");
-    {
-        const Environment_Value elsewhere("XDG_DATA_HOME", "/data");
-        EXPECT_EQ(Find_Places(installed, {}).program_directory, "/data/norvane");
-        places = Find_Places(installed, {"", "", true});
-        EXPECT_EQ(places.program_directory, "/data/norvane/demo");
-        EXPECT_EQ(places.store, "/data/norvane/demo/settings.sqlite");
-    }
-    places = Find_Places(installed, {"/elsewhere", "", false});
-    EXPECT_EQ(places.program_directory, "/elsewhere");
-    EXPECT_EQ(places.shipped, directory / "usr/share/norvane");
-
+    const auto expect = [&](const fs::path& executable, const Place_Choices& choices,
+                            const fs::path& program, const fs::path& settings) {
+        const Program_Places places = Find_Places(executable, choices);
+        EXPECT_EQ(places.program_directory, program);
+        EXPECT_EQ(places.store, settings);
+        EXPECT_EQ(places.shipped, executable == staged ? staged : directory / "usr/share/norvane");
+    };
+    const fs::path own_store = "/home/pilot/.config/norvane/settings.sqlite";
+    expect(installed, {}, "/home/pilot/.local/share/norvane", own_store);
     // A staged directory is complete, whatever stands beside it.
-    places = Find_Places(staged, {});
-    EXPECT_EQ(places.program_directory, staged);
-    EXPECT_EQ(places.shipped, staged);
-    EXPECT_EQ(Find_Places(staged, {"", "", true}).program_directory, directory / "demo");
+    expect(staged, {}, staged, own_store);
+    expect(staged, {"", "", true}, directory / "demo", directory / "demo/settings.sqlite");
+    ::setenv("XDG_DATA_HOME", "/data", 1);
+    expect(installed, {}, "/data/norvane", own_store);
+    expect(installed, {"", "", true}, "/data/norvane/demo", "/data/norvane/demo/settings.sqlite");
+    expect(installed, {"/else", "", false}, "/else", "/else/settings.sqlite");
+    expect(installed, {"/else", "/my/store", true}, "/else", "/my/store");
 }
 
 class Shipped_Files : public Test_World {
@@ -107,21 +81,17 @@ TEST_F(Shipped_Files, An_Upgrade_Leaves_What_The_Pilot_Made_Of_Them) {
     Write("home/bin/ac.cfg", "jets P");
     fs::remove(home / "bin/fs9.wld");
     Write("home/bin/optfields.cfg", "the pilot's");
-    for (const std::string version : {"2", "3"}) {
-        Ship("bin/ac.cfg", "jets " + version);
-        Ship("bin/airline.cfg", "airlines " + version);
-        Ship("bin/fs9.wld", "airports " + version);
-        Ship("bin/optfields.cfg", "fields " + version);
-        Ship("bin/new.cfg", "new " + version);
-        Ship("nv.html", "help " + version);
+    for (const std::string version : {" 2", " 3"}) {
+        for (const auto* name : {"bin/ac.cfg", "bin/airline.cfg", "bin/fs9.wld",
+                                 "bin/optfields.cfg", "bin/new.cfg", "nv.html"})
+            Ship(name, name + version);
         Take();
         Take();  // as most starts, which have nothing to bring
         EXPECT_EQ(Have("bin/ac.cfg"), "jets P") << "changed";
         EXPECT_FALSE(fs::exists(home / "bin/fs9.wld")) << "deleted";
         EXPECT_EQ(Have("bin/optfields.cfg"), "the pilot's") << "there before it was shipped";
-        EXPECT_EQ(Have("bin/airline.cfg"), "airlines " + version);
-        EXPECT_EQ(Have("bin/new.cfg"), "new " + version);
-        EXPECT_EQ(Have("nv.html"), "help " + version);
+        for (const auto* name : {"bin/airline.cfg", "bin/new.cfg", "nv.html"})
+            EXPECT_EQ(Have(name), name + version);
     }
     // What a version before wrote out in capitals is the same file.
     fs::rename(home / "bin/airline.cfg", home / "bin/AIRLINE.CFG");

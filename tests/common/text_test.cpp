@@ -53,6 +53,8 @@ TEST(Code_Page, What_the_page_lacks_becomes_its_nearest_letter) {
          {"bad \xE9 end \xF0\x9F", "\xC0\xAF", "\xE0\x80\xAF", "\xF0\x80\x80\xAF", "\xED\xA0\x80",
           "\xED\xBF\xBF", "\xF4\x90\x80\x80"})
         EXPECT_EQ(From_Utf8(broken), broken);
+    // What stands behind the text is none of it.
+    EXPECT_EQ(From_Utf8(std::string_view("\xC3\xA9").substr(0, 1)), "\xC3");
 }
 
 TEST(Lines, Every_kind_of_line_end_counts_once) {

@@ -1,8 +1,6 @@
 #include "flights/flight_world.h"
 
 #include "common/line_reader.h"
-#include "simhost/recording.h"
-#include "simhost/replay.h"
 #include "simhost/scenario.h"
 
 namespace norvane::test {
@@ -13,17 +11,28 @@ const std::filesystem::path data_directory = std::filesystem::path(NORVANE_SOURC
 
 }  // namespace
 
-std::unique_ptr<World_Source> Recorded_World(const std::string& name) {
-    return std::make_unique<Replay>(Read_Recording(Data_File(name)));
-}
-
 std::unique_ptr<World_Source> Scenario_World(const std::filesystem::path& file) {
     return Load_Scenario(file, data_directory / "simulator");
 }
 
+World_Source& Short_Hop() {
+    static const auto world = Scenario_World(Data_File("scenarios/short-jet.json"));
+    return *world;
+}
+
+Flight_World::Flight_World() : Flight_World(Short_Hop(), 5) {
+    Write("bin/optfields.cfg", "Gate^\r\nType^Charter|Ferry\r\n");
+}
+
 Flight_World::Flight_World(World_Source& world, double step_s) : m_world(world), m_step_s(step_s) {
-    std::filesystem::create_directories(directory / "bin");
-    std::filesystem::copy(data_directory / "bin" / "fs9.wld", directory / "bin" / "fs9.wld");
+    // A thousand hops have no use for all airports there are.
+    const auto airports = Write("bin/fs9.wld",
+                                "40.639801|-73.7789|13|KJFK|Kennedy\r\n"
+                                "40.777199|-73.872597|21|KLGA|La Guardia\r\n");
+    if (&world != &Short_Hop()) {
+        std::filesystem::copy(data_directory / "bin" / "fs9.wld", airports,
+                              std::filesystem::copy_options::overwrite_existing);
+    }
     // The flight's date must not depend on the day the test runs.
     store.Set("Options", "Report Date", "0");
     m_transport.on_deliver = [this](std::span<std::byte> block) { return Exchange(block); };
@@ -49,8 +58,14 @@ Program& Flight_World::Start() {
     return *m_program;
 }
 
-bool Flight_World::Fly_To_Gate(std::chrono::minutes at_most) {
-    const auto end = desktop.Now() + at_most;
+void Flight_World::Take_Off() {
+    m_program->panel.hypOn.Click();
+    EXPECT_TRUE(desktop.Wait_Until([this] { return !m_program->engine.TIME_OFF().empty(); },
+                                   std::chrono::hours(1)));
+}
+
+bool Flight_World::Fly_To_Gate() {
+    const auto end = desktop.Now() + std::chrono::hours(3);
     ucACARS& panel = m_program->panel;
     while (!panel.Is_At_Gate() && desktop.Now() < end) {
         if (panel.Is_Paused())
@@ -63,8 +78,16 @@ bool Flight_World::Fly_To_Gate(std::chrono::minutes at_most) {
     return panel.Is_At_Gate();
 }
 
-std::vector<std::vector<std::string>> Flight_World::Rows() const {
-    std::vector<std::vector<std::string>> rows;
+Row Flight_World::Fly() {
+    if (!Fly_To_Gate())
+        return {};
+    Log();
+    const auto rows = Rows();
+    return rows.size() == 1 ? rows[0] : Row{};
+}
+
+std::vector<Row> Flight_World::Rows() const {
+    std::vector<Row> rows;
     for (const auto& line : Read_Lines(m_program->settings.FlightLog_Path())) {
         if (!line.empty())
             rows.push_back(Split(line, '|'));

@@ -3,6 +3,8 @@
 // looks like to the code, in milliseconds. The link can be troubled at any exchange, the program
 // killed and started again at any moment.
 
+#include <gmock/gmock.h>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -17,38 +19,48 @@
 
 namespace norvane::test {
 
-/// The world that `norvane-sim replay` plays for a recording of the tests' data.
-[[nodiscard]] std::unique_ptr<World_Source> Recorded_World(const std::string& name);
+using Row = std::vector<std::string>;
+
 /// The world that `norvane-sim fly` plays for a scenario file.
 [[nodiscard]] std::unique_ptr<World_Source> Scenario_World(const std::filesystem::path& file);
+/// A short hop of a jet, from KJFK to KLGA.
+[[nodiscard]] World_Source& Short_Hop();
 
 class Flight_World : public Test_World {
   public:
+    /// The short hop, five seconds from one sampling step to the next, with fields of the pilot's.
+    Flight_World();
     /// `step_s`: world seconds from one sampling step to the next.
-    explicit Flight_World(World_Source& world, double step_s = 0.5);
+    Flight_World(World_Source& world, double step_s);
 
     /// Starts the program, anew when one runs (which is killed: nothing of it is closed).
     Program& Start();
     void Kill() { m_program.reset(); }
     [[nodiscard]] Program& Running() { return *m_program; }
 
-    /// "On", then resumes whenever the flight is paused. True when the gate was reached within
-    /// `at_most` of virtual time.
-    bool Fly_To_Gate(std::chrono::minutes at_most = std::chrono::minutes(180));
+    /// "On", then flies until the take-off.
+    void Take_Off();
+    /// "On", then resumes whenever the flight is paused. True when the gate was reached in time.
+    bool Fly_To_Gate();
     /// Logs as the pilot does.
     void Log() { m_program->panel.hypLog.Click(); }
+    /// The one row of the log after flying to the gate; empty when anything else came out.
+    Row Fly();
     /// Fields of the active log's rows.
-    [[nodiscard]] std::vector<std::vector<std::string>> Rows() const;
+    [[nodiscard]] std::vector<Row> Rows() const;
 
+    void Lose_Link() {
+        trouble = [](std::size_t, std::span<std::byte>) {
+            return std::optional(Delivery{Delivery_Outcome::failed, 0});
+        };
+    }
     /// The error log's entries so far.
     std::vector<std::string> Take_Reports() { return Take_Errors(); }
     using Test_World::clock;
     using Test_World::desktop;
     using Test_World::directory;
     using Test_World::store;
-    /// The world's moment: it moves at the end of each of the program's steps, so that what comes
-    /// out does not depend on how long some trouble lasted.
-    [[nodiscard]] double World_Seconds() const { return m_moment_s; }
+    using Test_World::Write;
 
     /// Asked at each exchange with its number from 0; what it gives takes the answer's place.
     std::function<std::optional<Delivery>(std::size_t, std::span<std::byte>)> trouble;
@@ -66,6 +78,8 @@ class Flight_World : public Test_World {
     double m_step_s;
     Offset_Area m_area;
     In_Process_Transport m_transport{m_area};
+    /// It moves at the end of each of the program's steps, so that what comes out does not depend
+    /// on how long some trouble lasted.
     double m_moment_s = 0;
     double m_applied_s = -1;
     std::optional<Program> m_program;

@@ -8,108 +8,79 @@
 namespace norvane::test {
 namespace {
 
-using Row = std::vector<std::string>;
-
 constexpr std::size_t flight_level_column = 23;
-
-/// A short hop of which five seconds pass from one sampling step to the next.
-class Short_Flight : public Flight_World {
-  public:
-    explicit Short_Flight(World_Source& world) : Flight_World(world, 5) {
-        Write("bin/fs9.wld",
-              "40.639801|-73.7789|13|KJFK|Kennedy\r\n"
-              "40.777199|-73.872597|21|KLGA|La Guardia\r\n");
-    }
-    /// The one row of the log after flying to the gate; empty when anything else came out.
-    Row Fly() {
-        if (!Fly_To_Gate())
-            return {};
-        Log();
-        const auto rows = Rows();
-        return rows.size() == 1 ? rows[0] : Row{};
-    }
-};
 
 class Interrupted_Flight : public testing::Test {
   protected:
-    Interrupted_Flight() : world(Scenario_World(Data_File("scenarios/short-jet.json"))) {
-        Short_Flight flight(*world);
-        flight.Start();
+    Interrupted_Flight() {
+        Flight_World flight;
+        Begin(flight);
         unbroken = flight.Fly();
         messages = flight.messages;
         exchanges = flight.exchanges;
         EXPECT_EQ(unbroken.size(), 53U);
         EXPECT_GT(exchanges, 500U);
     }
-
-    /// Flies with one exchange answered by `trouble`, for each exchange in turn.
-    void Trouble_Every_Exchange(
-        const std::function<Delivery(std::span<std::byte>)>& answer_of_trouble,
-        std::size_t stride) {
-        for (std::size_t troubled = 0; troubled < exchanges; troubled += stride) {
-            Short_Flight flight(*world);
-            bool done = false;
-            flight.trouble = [&](std::size_t number, std::span<std::byte> block) {
-                if (number < troubled || done)
-                    return std::optional<Delivery>();
-                done = true;
-                return std::optional(answer_of_trouble(block));
-            };
-            flight.Start();
-            ASSERT_EQ(flight.Fly(), unbroken) << "exchange " << troubled;
-            ASSERT_TRUE(done);
-            // A failed "On" is reported; nothing else may be.
-            for (const auto& report : flight.Take_Reports())
-                ASSERT_NE(report.find("ucACARS.ACARS_ON()"), std::string::npos) << report;
-        }
+    /// Starts the program, and types what the simulator does not tell.
+    static Program& Begin(Flight_World& flight) {
+        Program& program = flight.Start();
+        ucACARS& panel = program.panel;
+        for (Text_Box* box : {&panel.txtComments, &panel.txtFlightPlan, &panel.txtPax,
+                              &panel.txtCargo, &panel.optFields[0].txt})
+            box->Enter("typed");
+        panel.optFields[1].cbo.Choose(1);
+        panel.chkIFR.Click();
+        return program;
     }
 
-    std::unique_ptr<World_Source> world;
     Row unbroken;
     std::vector<std::string> messages;
     std::size_t exchanges = 0;
 };
 
-TEST_F(Interrupted_Flight, Comes_out_the_same_whichever_exchange_is_refused) {
-    Trouble_Every_Exchange(
-        [](std::span<std::byte>) {
-            return Delivery{Delivery_Outcome::answered, 0};
-        },
-        1);
-}
-
-TEST_F(Interrupted_Flight, Comes_out_the_same_whichever_exchange_is_answered_with_garbage) {
-    Trouble_Every_Exchange(
-        [](std::span<std::byte> block) {
+TEST_F(Interrupted_Flight, Comes_out_the_same_whichever_exchange_is_refused_or_garbage) {
+    for (std::size_t number = 0; number < 2 * exchanges; ++number) {
+        const std::size_t troubled = number / 2;
+        const bool is_garbage = number % 2 == 1;
+        Flight_World flight;
+        bool done = false;
+        flight.trouble = [&](std::size_t exchange, std::span<std::byte> block) {
+            if (exchange < troubled || done)
+                return std::optional<Delivery>();
+            done = true;
             std::uint32_t noise = 12345;
-            for (auto& byte : block) {
+            for (auto& byte : is_garbage ? block : std::span<std::byte>()) {
                 noise = noise * 1664525U + 1013904223U;
                 byte = static_cast<std::byte>(noise >> 24U);
             }
-            return Delivery{Delivery_Outcome::answered, 1};
-        },
-        1);
+            return std::optional(Delivery{Delivery_Outcome::answered, is_garbage ? 1U : 0U});
+        };
+        Begin(flight);
+        ASSERT_EQ(flight.Fly(), unbroken) << "exchange " << troubled;
+        ASSERT_TRUE(done);
+        // A failed "On" is reported; nothing else may be.
+        ASSERT_THAT(flight.Take_Reports(), testing::Each(testing::HasSubstr("ucACARS.ACARS_ON()")));
+    }
 }
 
 TEST_F(Interrupted_Flight,
        Comes_out_the_same_when_the_program_is_killed_after_any_step_in_the_air) {
     std::size_t kills = 0;
     for (std::size_t step = 1;; ++step) {
-        Short_Flight flight(*world);
-        Program& program = flight.Start();
+        Flight_World flight;
+        Program& program = Begin(flight);
         std::size_t steps = 0;
         bool stop = false;
         flight.on_step = [&] { stop = ++steps == step; };
         program.panel.hypOn.Click();
         flight.desktop.Wait_Until([&] { return stop || program.panel.Is_At_Gate(); },
-                                  std::chrono::minutes(180));
+                                  std::chrono::hours(3));
         if (program.panel.Is_At_Gate())
             break;
         if (program.engine.TIME_OFF().empty())
             continue;
         ++kills;
         flight.on_step = {};
-        flight.Kill();
         flight.Start();
         Row row = flight.Fly();
         ASSERT_EQ(row.size(), 53U) << "step " << step;
@@ -127,16 +98,13 @@ TEST_F(Interrupted_Flight,
        Comes_out_the_same_when_the_program_is_killed_at_any_moment_at_the_gate) {
     struct Moment {
         std::string_view name;
-        std::function<void(Short_Flight&)> reach;
+        std::function<void(Flight_World&)> reach;
         bool is_in_the_log = false;
     };
-    const auto draft = [](const Short_Flight& flight) {
-        return flight.directory / "templog.txt" / "in the way";
-    };
     const std::vector<Moment> moments = {
-        {"with auto-log off", [](Short_Flight& flight) { ASSERT_TRUE(flight.Fly_To_Gate()); }},
+        {"with auto-log off", [](Flight_World& flight) { ASSERT_TRUE(flight.Fly_To_Gate()); }},
         {"while it waits for the weather",
-         [&](Short_Flight& flight) {
+         [&](Flight_World& flight) {
              Program& program = flight.Running();
              program.panel.txtFlightLevel.Enter(unbroken[flight_level_column]);
              program.engine.events.FlightIN.connect([&](const std::string&, int) {
@@ -145,22 +113,24 @@ TEST_F(Interrupted_Flight,
              });
              program.panel.hypOn.Click();
              flight.desktop.Wait_Until([&] { return !program.engine.TIME_IN().empty(); },
-                                       std::chrono::minutes(180));
+                                       std::chrono::hours(3));
              ASSERT_FALSE(program.panel.Is_At_Gate());
          }},
         {"when the log could not be written",
-         [&](Short_Flight& flight) {
-             std::filesystem::create_directories(draft(flight));
+         [&](Flight_World& flight) {
+             const auto draft = flight.directory / "templog.txt";
+             std::filesystem::create_directories(draft / "in the way");
              ASSERT_TRUE(flight.Fly_To_Gate());
              flight.Log();
              ASSERT_FALSE(flight.Running().panel.Is_Logged());
-             std::filesystem::remove_all(flight.directory / "templog.txt");
+             std::filesystem::remove_all(draft);
              flight.Take_Reports();
          }},
         {"behind its row",
-         [](Short_Flight& flight) {
+         [](Flight_World& flight) {
              ASSERT_TRUE(flight.Fly_To_Gate());
-             flight.Running().log_entry.NewLogEntrySaveOK.connect(
+             // Heard after the log, which has the row by then.
+             flight.Running().log_entry.NewLogEntrySave.connect(
                  [] { throw std::runtime_error("killed"); });
              flight.Log();
              ASSERT_EQ(flight.Take_Reports().size(), 1U);
@@ -170,19 +140,15 @@ TEST_F(Interrupted_Flight,
     for (const Moment& moment : moments) {
         for (const bool auto_log : {false, true}) {
             SCOPED_TRACE(std::string(moment.name) + (auto_log ? ", logged by itself" : ""));
-            Short_Flight flight(*world);
-            flight.Start();
+            Flight_World flight;
+            Begin(flight);
             moment.reach(flight);
-            flight.Kill();
             ASSERT_FALSE(HasFatalFailure());
             flight.clock.Sleep(std::chrono::hours(1));
-            flight.trouble = [](std::size_t, std::span<std::byte>) {
-                return std::optional(Delivery{Delivery_Outcome::failed, 0});
-            };
+            flight.Lose_Link();
             Program& program = flight.Start();
             EXPECT_EQ(program.panel.Is_At_Gate(), !moment.is_in_the_log);
             program.settings.Set_OPT_AutoLog(auto_log);
-            flight.desktop.boxes.clear();
             flight.desktop.answers = {Answer::yes};
             program.panel.Settle_Stored_Flight();
             EXPECT_EQ(flight.desktop.answers.empty(), !auto_log && !moment.is_in_the_log);
