@@ -54,6 +54,7 @@ class Cli_Flights : public Cli_World {
         Sqlite_Store store(home / "settings.sqlite");
         while (store.Get(flight_section, key).empty() && std::chrono::steady_clock::now() < end)
             std::this_thread::sleep_for(milliseconds(1));
+        EXPECT_NE(store.Get(flight_section, key), "") << key << " was never stored";
     }
     /// Flies until the step that took off stands in the store, and then not on.
     void Fly_Into_The_Air(const std::vector<std::string>& command) {
@@ -80,7 +81,6 @@ TEST_F(Cli_Flights, Killed_while_they_are_logged_are_logged_by_the_next_start_wi
     Await_Stored("Logging");
     first.Send(SIGKILL);
     ASSERT_EQ(first.Wait(), 128 + SIGKILL);
-    EXPECT_TRUE(Rows().empty());
     Kill_Simulator();
     // A log that still cannot be written: the row is on the screen at least.
     std::filesystem::remove(draft);

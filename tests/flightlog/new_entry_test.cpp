@@ -65,17 +65,17 @@ TEST_F(New_Entry_Test, A_flight_that_was_logged_before_its_end_keeps_its_row) {
     const std::string other = "1/2/2008|||||0900|0915";
     const std::string undeparted = "1/2/2008|||||0900||4500";
     // Rows with a blank between them.
-    using Case = std::array<std::string, 3>;
-    for (const auto& [row_in_log, before, after] :
-         {Case{logged, logged, ended},
-          // What the pilot wrote into it since stays.
-          {logged, typed, logged + "|||||1010||||||||typed"},
-          {logged, logged + "|4500", logged + "|4500||||1010"},
-          {logged, logged + " " + typed, ended + " " + typed},
-          // Another flight, or one that is gone.
-          {logged, other, other + " " + ended},
-          {"1/2/2008|||||0900", undeparted, undeparted + " " + ended},
-          {"", logged, logged + " " + ended}}) {
+    const std::vector<std::array<std::string, 3>> cases{
+        {logged, logged, ended},
+        // What the pilot wrote into it since stays.
+        {logged, typed, logged + "|||||1010||||||||typed"},
+        {logged, logged + "|4500", logged + "|4500||||1010"},
+        {logged, logged + " " + typed, ended + " " + typed},
+        // Another flight, or one that is gone.
+        {logged, other, other + " " + ended},
+        {"1/2/2008|||||0900", undeparted, undeparted + " " + ended},
+        {"", logged, logged + " " + ended}};
+    for (const auto& [row_in_log, before, after] : cases) {
         Write(log_file, Replace_All(before, " ", "\r\n"));
         Start();
         entry->Set(Log_Field::TIME_OFF, "0910");

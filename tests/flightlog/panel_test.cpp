@@ -107,7 +107,7 @@ TEST_F(Panel_Test, The_layout_returns_from_the_store_and_gives_way_to_the_defaul
     Grid_Layout& layout = log->Layout();
     EXPECT_EQ(layout.row_height_twips, 450);
     const auto& columns = layout.columns;
-    for (const std::size_t column : {0, 5, 6, 7, 8, 52})
+    for (const std::size_t column : {0U, 5U, 6U, 7U, 8U, 52U})
         EXPECT_EQ(columns[column].visible, column == 0 || column == 7 || column == 8) << column;
     EXPECT_EQ(columns[1].width_twips + columns[2].width_twips, 2222 + 1000);
     EXPECT_EQ(columns[3].width_twips + columns[4].width_twips, 900 + 3500);

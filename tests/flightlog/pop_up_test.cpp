@@ -57,7 +57,7 @@ TEST_F(Pop_Up_Test, A_plan_replaces_what_is_filled_only_when_the_pilot_says_so) 
     EXPECT_TRUE(log->Changed());
 
     // The edit in progress counts as filled. Left without an answer, not even the empty cells are.
-    for (const std::size_t column : {3, 8, 9, 24})
+    for (const std::size_t column : {3U, 8U, 9U, 24U})
         log->Commit_Edit(1, column, "");
     log->Commit_Edit(1, 23, "5000");
     auto typing = log->commit_edit_wanted.connect([&] { log->Commit_Edit(1, 4, "Typed"); });
