@@ -61,11 +61,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace norvane;
     Window& window = Shared_Window();
     std::string answer(fuzz::Text_Of(data, size));
-    // What takes long takes much of it: such a beginning asks for a page full of the input.
-    if (answer.starts_with('*') && size > 1) {
-        const std::string piece = answer.substr(1);
-        for (answer.clear(); answer.size() < longest_page;)
-            answer += piece;
+    // What takes long takes much of it: behind a form feed stands what fills a page.
+    const std::size_t feed = answer.find('\f');
+    if (const std::string piece = answer.substr(std::min(feed, answer.size())); piece.size() > 1) {
+        for (answer.resize(feed); answer.size() < longest_page;)
+            answer += piece.substr(1);
     }
     fuzz::Check(window.Show(answer) < longest_drawing);
     fuzz::Check(!window.Has_Failed());
