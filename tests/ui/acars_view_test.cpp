@@ -80,7 +80,7 @@ TEST_F(Acars_View_Test, No_page_scrolls_in_the_window_as_it_opens_and_no_figure_
     const auto places = [this] {
         std::vector<QRect> rects;
         for (const Value_Label* figure : view->findChildren<Value_Label*>())
-            rects.push_back({figure->mapTo(&*view, QPoint()), figure->size()});
+            rects.emplace_back(figure->mapTo(&*view, QPoint()), figure->size());
         return rects;
     };
     const auto empty = places();

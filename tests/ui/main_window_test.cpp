@@ -104,7 +104,7 @@ TEST_F(Main_Window_Test, Nothing_is_clipped_in_a_small_window_and_nothing_moves_
         std::vector<QRect> all;
         for (const QWidget* child : window->findChildren<QWidget*>()) {
             if (dynamic_cast<const Value_Label*>(child) != nullptr && child->isVisible())
-                all.push_back({child->mapTo(&*window, QPoint(0, 0)), child->size()});
+                all.emplace_back(child->mapTo(&*window, QPoint(0, 0)), child->size());
         }
         return all;
     };

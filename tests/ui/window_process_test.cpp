@@ -27,7 +27,7 @@ class Window_Process : public testing::Test {
         // The toolkit remarks on its absence where nobody is logged in.
         ::setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
     }
-    ~Window_Process() override { std::filesystem::remove_all(home); }
+    void TearDown() override { std::filesystem::remove_all(home); }
 
     [[nodiscard]] std::vector<std::string> Command(std::vector<std::string> arguments = {}) const {
         arguments.insert(arguments.begin(),
