@@ -82,13 +82,13 @@ class Cruise {
         if (m_engine.TIME_OFF().empty())
             throw std::runtime_error("the flight is not in the air");
         const auto fail = [this](const std::string&) { m_failed = true; };
-        m_engine.events.FSClosed.connect(fail);
-        m_engine.events.Error.connect(fail);
+        m_engine.events.FSClosed.Connect(fail);
+        m_engine.events.Error.Connect(fail);
     }
 
     void Measure(benchmark::State& state) {
         std::size_t steps = 0;
-        m_engine.events.FSTime.connect([&](const std::string&) { ++steps; });
+        m_engine.events.FSTime.Connect([&](const std::string&) { ++steps; });
         std::size_t wanted = 0;
         const auto begin = std::chrono::steady_clock::now();
         for (auto _ : state) {

@@ -19,9 +19,9 @@
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
 #include "flightlog/log_file.h"
-#include "flightlog/uc_flight_log.h"
-#include "flightlog/uc_stats.h"
 #include "logentry/cls_log_entry.h"
+#include "logpanel/uc_flight_log.h"
+#include "logpanel/uc_stats.h"
 
 namespace norvane {
 namespace {

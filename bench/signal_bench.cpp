@@ -23,9 +23,9 @@ BENCHMARK(Function_Call);
 void Signal_Emission(benchmark::State& state) {
     int sum = 0;
     Signal<int> heard;
-    heard.connect([&sum](int value) { sum += value; });
+    heard.Connect([&sum](int value) { sum += value; });
     for ([[maybe_unused]] auto round : state) {
-        heard.emit(1);
+        heard.Emit(1);
         benchmark::DoNotOptimize(sum);
     }
 }

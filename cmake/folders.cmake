@@ -10,8 +10,8 @@ endif()
 # Adds the library norvane_<folder>, which links the libraries of `uses`. A folder without files gives no target, a folder
 # of headers alone an interface library.
 function(norvane_add_folder folder uses)
-  file(GLOB sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp")
-  file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${folder}/*.h")
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp")
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${folder}/*.h")
   list(FILTER sources EXCLUDE REGEX "${NORVANE_FOREIGN_SOURCES}")
   list(REMOVE_ITEM sources "${PROJECT_SOURCE_DIR}/src/${folder}/main.cpp")
   if(NOT sources AND NOT headers)

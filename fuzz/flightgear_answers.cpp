@@ -4,8 +4,8 @@
 
 #include "common/text.h"
 #include "fuzz_world.h"
-#include "simhost/flightgear_table.h"
-#include "simhost/flightgear_world.h"
+#include "simhost/flightgear/flightgear_table.h"
+#include "simhost/flightgear/flightgear_world.h"
 #include "simlink/catalogue.h"
 #include "simlink/offset_area.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "fuzz_world.h"
-#include "simhost/property_server.h"
+#include "simhost/flightgear/property_server.h"
 #include "simlink/link_socket.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -20,11 +20,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Property_Server server(address, {0ms, 60s, 60s, 60s});
     bool lost = false;
     server.paths = [&]() -> const std::vector<std::string>& { return paths; };
-    server.lost.connect([&](const std::string& reason) {
+    server.lost.Connect([&](const std::string& reason) {
         fuzz::Check(!reason.empty());
         lost = true;
     });
-    server.sampled.connect([&](const std::vector<std::string>& answers) {
+    server.sampled.Connect([&](const std::vector<std::string>& answers) {
         fuzz::Check(answers.size() == paths.size());
         for (const std::string& answer : answers)
             fuzz::Check(answer.find("\r\n") == std::string::npos);

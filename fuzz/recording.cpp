@@ -1,8 +1,8 @@
 // A recording of any bytes: read, or refused by its line; what was read can be replayed.
 
-#include "simhost/recording.h"
+#include "simhost/recording/recording.h"
 #include "fuzz_world.h"
-#include "simhost/replay.h"
+#include "simhost/recording/replay.h"
 #include "simlink/offset_area.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

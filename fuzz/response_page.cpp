@@ -8,7 +8,7 @@
 #include "fuzz_world.h"
 #include "logentry/frm_response.h"
 #include "net/plain_page.h"
-#include "ui/response_view.h"
+#include "ui/dialogs/response_view.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // A scenario of any bytes: read, or refused by name.
 
-#include "simhost/scenario.h"
+#include "simhost/scenario/scenario.h"
 #include "fuzz_world.h"
-#include "simhost/scenario_data.h"
+#include "simhost/scenario/scenario_data.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace norvane;

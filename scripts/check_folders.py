@@ -9,8 +9,8 @@ import re
 
 import house
 
-ORDER = ["common", "simlink", "config", "simdata", "acars", "net", "logentry", "flightlog", "acarspanel",
-         "worldtools", "app", "ui", "cli"]
+ORDER = ["common", "simlink", "config", "simdata", "acars", "net", "logentry", "flightlog", "settingspanel", "messagepanel",
+         "logpanel", "acarspanel", "worldtools", "app", "ui", "cli"]
 ALLOWED = {folder: set(ORDER[:place + 1]) for place, folder in enumerate(ORDER)}
 ALLOWED["cli"].discard("ui")
 ALLOWED["simhost"] = {"common", "simlink", "simhost"}

@@ -23,14 +23,17 @@ from mutants import mutants_of
 
 # The tests that a folder's faults ought to fail, the likeliest first.
 TESTS = {
-    "common": ["common", "config", "flightlog", "acars", "net"],
+    "common": ["common", "config", "flightlog", "logpanel", "acars", "net"],
     "simlink": ["simlink", "acars"],
-    "config": ["config", "app"],
+    "config": ["config", "settingspanel", "app"],
+    "settingspanel": ["settingspanel", "ui"],
+    "messagepanel": ["messagepanel", "flights"],
     "simdata": ["simdata", "acarspanel"],
     "acars": ["acars", "flights", "acarspanel"],
-    "net": ["net", "acarspanel"],
+    "net": ["net", "messagepanel", "acarspanel"],
     "logentry": ["logentry", "acarspanel"],
-    "flightlog": ["flightlog", "flights"],
+    "flightlog": ["flightlog", "logpanel", "flights"],
+    "logpanel": ["logpanel", "flights"],
     "acarspanel": ["acarspanel", "flights"],
     "worldtools": ["worldtools"],
     "app": ["app", "cli", "ui"],

@@ -17,7 +17,7 @@
 #include "logentry/frm_response.h"
 #include "net/http_client.h"
 #include "servers/test_servers.h"
-#include "ui/qt_desktop.h"
+#include "ui/window/qt_desktop.h"
 
 namespace norvane {
 namespace {

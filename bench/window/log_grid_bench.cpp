@@ -13,9 +13,9 @@
 #include "common/file_writer.h"
 #include "simlink/in_process_transport.h"
 #include "simlink/offset_area.h"
-#include "ui/flight_log_view.h"
-#include "ui/log_grid.h"
-#include "ui/qt_desktop.h"
+#include "ui/panels/flight_log_view.h"
+#include "ui/panels/log_grid.h"
+#include "ui/window/qt_desktop.h"
 
 namespace norvane {
 namespace {

@@ -78,7 +78,7 @@ void clsACARS::Raise_Held_Events(std::string_view procedure, bool end_of_step) {
     Persist(m_context, Show::silent);
     if (end_of_step) {
         Guarded(services, procedure, Show::silent,
-                [&] { m_context.events.FSTime.emit(m_context.output.simulator_time); });
+                [&] { m_context.events.FSTime.Emit(m_context.output.simulator_time); });
     }
     m_stored = batch && Guarded(services, procedure, Show::silent, [&] { batch->Commit(); });
 }
@@ -93,7 +93,7 @@ void clsACARS::Finish_Step() {
 
 void clsACARS::Raise_Failure(const Sim_Reader::Failure& failure) {
     auto& signal = failure.exchange ? m_context.events.FSClosed : m_context.events.Error;
-    signal.emit(failure.text);
+    signal.Emit(failure.text);
 }
 
 void clsACARS::Run_When_Free(std::function<void()> command) {
@@ -174,7 +174,7 @@ void clsACARS::Refresh() {
         Guarded(services, refresh_procedure, Show::silent, [&] { Raise_Failure(*failure); });
     if (at_gate) {
         Guarded(services, refresh_procedure, Show::silent,
-                [&] { m_context.events.FlightAtGate.emit(); });
+                [&] { m_context.events.FlightAtGate.Emit(); });
     }
     Finish_Step();
 }
@@ -207,7 +207,7 @@ void clsACARS::ReStart(bool& success) {
 void clsACARS::Paused() {
     Run_When_Free([this] {
         Persist(m_context, Show::box);
-        m_context.events.Paused.emit();
+        m_context.events.Paused.Emit();
     });
 }
 
@@ -219,14 +219,14 @@ void clsACARS::Resume_() {
     Run_When_Free([this] {
         bool success = false;
         ReStart(success);
-        m_context.events.Start.emit();
+        m_context.events.Start.Emit();
     });
 }
 
 void clsACARS::Reset() {
     Run_When_Free([this] {
         Stop_Displays();
-        m_context.events.Reset.emit();
+        m_context.events.Reset.Emit();
         m_context.state = {};
     });
 }

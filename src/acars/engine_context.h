@@ -32,7 +32,7 @@ struct Step_Output {
     /// Holds an event with its arguments.
     template <class Signal, class... Arguments>
     void Post(Signal& signal, Arguments... arguments) {
-        events.emplace_back([&signal, arguments...] { signal.emit(arguments...); });
+        events.emplace_back([&signal, arguments...] { signal.Emit(arguments...); });
     }
 };
 

@@ -7,7 +7,7 @@
 namespace norvane {
 
 frmFSMsg::frmFSMsg(Timer_Queue& timers) : tmr(timers, std::chrono::milliseconds(1)) {
-    tmr.tick.connect([this] { tmr_Timer(); });
+    tmr.tick.Connect([this] { tmr_Timer(); });
 }
 
 void frmFSMsg::Queue_Message(clsACARS& engine, std::string text) {

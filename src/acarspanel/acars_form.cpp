@@ -21,8 +21,8 @@ ACARS_Form::ACARS_Form() {
     };
     gather(optFields);
     gather(vaFields);
-    chkIFR.edited.connect([this] { chkVFR.Set_Checked(!chkIFR.Checked()); });
-    chkVFR.edited.connect([this] { chkIFR.Set_Checked(!chkVFR.Checked()); });
+    chkIFR.edited.Connect([this] { chkVFR.Set_Checked(!chkIFR.Checked()); });
+    chkVFR.edited.Connect([this] { chkIFR.Set_Checked(!chkVFR.Checked()); });
 }
 
 void ACARS_Form::Clear_All_Fields() {
@@ -66,13 +66,13 @@ void ACARS_Form::Clear_Old_Values() {
 
 void ACARS_Form::Note_Changes(const std::function<void()>& changed) {
     for (Label* label : m_labels)
-        label->changed.connect(changed);
+        label->changed.Connect(changed);
     for (Text_Box* box : m_boxes)
-        box->changed.connect(changed);
+        box->changed.Connect(changed);
     for (Combo_Box* list : m_lists)
-        list->changed.connect(changed);
-    chkIFR.changed.connect(changed);
-    chkVFR.changed.connect(changed);
+        list->changed.Connect(changed);
+    chkIFR.changed.Connect(changed);
+    chkVFR.changed.Connect(changed);
 }
 
 std::string ACARS_Form::Flight_Words() const {
@@ -113,7 +113,7 @@ Text_Box& ACARS_Form::Weather(std::size_t end) {
 
 void ACARS_Form::Show_Page(int page) {
     m_page = page;
-    Page_Changed.emit();
+    Page_Changed.Emit();
 }
 
 }  // namespace norvane

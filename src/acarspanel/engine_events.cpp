@@ -26,7 +26,7 @@ void ucACARS::Connect_Engine() {
     ACARS_Events& events = m_steps.Engine()->events;
     Connect_Fields(events, *this, m_parts.settings, m_engine_connections);
     const auto connect = [this](auto& event, auto&& run) {
-        m_engine_connections.Keep(event.connect(run));
+        m_engine_connections.Keep(event.Connect(run));
     };
     // Connected after the table: the labels show the event before what follows from it is done.
     connect(events.ATCFlight, [this](const std::string& flight) {
@@ -203,7 +203,7 @@ void ucACARS::Interruption(std::string_view event) {
             m_store.Note_Change();
             m_store.Store_Soon();
         }
-        Interrupted.emit();
+        Interrupted.Emit();
         m_services.desktop.Show_Message(
             {"The connection to Flight Simulator has been interrupted.  "
              "Norvane has entered pause mode.  Please click 'Resume' to continue "

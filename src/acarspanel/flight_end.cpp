@@ -152,7 +152,7 @@ std::filesystem::path ucACARS::Drop_Stored_Flight() {
         kept = m_keeper.Keep();
         m_stage.Enter(Stage::none);
         Drop_Flight();
-        Active_State.emit(false);
+        Active_State.Emit(false);
     });
     return kept;
 }
@@ -218,12 +218,12 @@ void ucACARS::Close(Closing how) {
 void ucACARS::Close_Now() {
     if (m_closing == Closing::by_pilot && !May_Close() && m_closing == Closing::by_pilot) {
         m_closing.reset();
-        Close_Called_Off.emit();
+        Close_Called_Off.Emit();
         return;
     }
     m_closed = true;
     m_pireps.Close();
-    Closing_Now.emit();
+    Closing_Now.Emit();
     Stop_Timers();
     Drop_Requests();
     Guarded(m_services, "ucACARS.Close()", Show::box, [&] {
@@ -239,7 +239,7 @@ void ucACARS::Close_Now() {
         m_keeper.Keep_Somewhere();
     m_store.Stop();
     m_pireps.End(m_closing == Closing::by_pilot);
-    Closed.emit();
+    Closed.Emit();
 }
 
 /// Asks what has to be asked before anything ends; false calls the closing off, and all goes on.
@@ -247,7 +247,7 @@ bool ucACARS::May_Close() {
     bool may = false;
     Guarded(m_services, "ucACARS.Close()", Show::box, [&] {
         bool others_may = true;
-        Close_Asked.emit(others_may);
+        Close_Asked.Emit(others_may);
         // A signal ends the question, and what is to come needs no other.
         if (!others_may || m_closing != Closing::by_pilot)
             return;

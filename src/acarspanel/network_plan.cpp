@@ -33,7 +33,7 @@ Network_Plan::Network_Plan(const Panel_Parts& parts, const Flight_Stage& stage, 
       m_round(round),
       m_network(parts.services, parts.settings, parts.airline,
                 Given_Up_When([this] { return m_round.Is_Over(m_polled_in_round); }, parts.http)) {
-    tmrVATSIM.tick.connect(*this, &Network_Plan::Tick);
+    tmrVATSIM.tick.Connect(*this, &Network_Plan::Tick);
 }
 
 bool Network_Plan::Is_Chosen() const {
@@ -74,7 +74,7 @@ void Network_Plan::Take(const std::string& line) {
     if (line.empty() || !m_stage.Is_Active() || m_stage.Is_Finished())
         return;
     tmrVATSIM.Set_Enabled(false);
-    found.emit(line);
+    found.Emit(line);
 }
 
 }  // namespace norvane

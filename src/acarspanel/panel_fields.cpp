@@ -80,7 +80,7 @@ Control_Kind* Find_Control(const Panel_Field& row, ACARS_Form& form) {
 void Connect_Text(const Panel_Field& row, ACARS_Events& events, ACARS_Form& form,
                   Connections& connections) {
     auto& event = events.*std::get<ACARS_Events::Text ACARS_Events::*>(row.event);
-    connections.Keep(event.connect([&row, &form](const std::string& value) {
+    connections.Keep(event.Connect([&row, &form](const std::string& value) {
         if (Label* label = row.Find_Label(form))
             label->Set_Text(value + std::string(row.suffix));
         Text_Box* box = row.Find_Box(form);
@@ -114,7 +114,7 @@ void Connect_Fields(ACARS_Events& events, ACARS_Form& form, const clsAppSettings
             Label& label = *row.Find_Label(form);
             connections.Keep(
                 (events.*std::get<Events::Figure Events::*>(row.event))
-                    .connect([&label, &settings, &figure](const std::string& value, int code) {
+                    .Connect([&label, &settings, &figure](const std::string& value, int code) {
                         if (code == (settings.*figure.setting)())
                             label.Set_Text(figure.shown(value, code));
                     }));

@@ -36,8 +36,8 @@ void Define_Fields(const std::filesystem::path& file, std::array<Custom_Field, c
 
 Panel_Pages::Panel_Pages(const Panel_Parts& parts, ACARS_Form& form)
     : m_services(parts.services), m_airline(parts.airline), m_form(form) {
-    m_form.hypNext.clicked.connect([this] { Move_To_Page(Page_Beside(+1)); });
-    m_form.hypBack.clicked.connect([this] { Move_To_Page(Page_Beside(-1)); });
+    m_form.hypNext.clicked.Connect([this] { Move_To_Page(Page_Beside(+1)); });
+    m_form.hypBack.clicked.Connect([this] { Move_To_Page(Page_Beside(-1)); });
 }
 
 void Panel_Pages::Load() {
@@ -128,7 +128,7 @@ void Panel_Pages::Move_To_Page(int page) {
 
 void Panel_Pages::Focus_First_Field() {
     if (const Control* field = First_Field())
-        m_form.Focus_Moved.emit(*field);
+        m_form.Focus_Moved.Emit(*field);
 }
 
 /// Where the pilot begins to type on the page shown; null on a page without fields.

@@ -62,7 +62,7 @@ Panel_Store::Panel_Store(const Panel_Parts& parts, const Stored& stored, const S
       m_plan(stored.plan),
       m_steps(steps),
       m_timer(parts.services.desktop.Timers(), store_delay) {
-    m_timer.tick.connect(*this, &Panel_Store::Tick);
+    m_timer.tick.Connect(*this, &Panel_Store::Tick);
 }
 
 void Panel_Store::Note_Row_To_Be_Logged(const std::string& row) {

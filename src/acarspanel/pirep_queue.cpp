@@ -30,7 +30,7 @@ Pirep_Queue::Pirep_Queue(const Panel_Parts& parts, const Step_Queue& steps)
       m_steps(steps),
       m_due(parts.services),
       m_timer(parts.services.desktop.Timers(), post_delay) {
-    m_timer.tick.connect(*this, &Pirep_Queue::Post_All);
+    m_timer.tick.Connect(*this, &Pirep_Queue::Post_All);
 }
 
 /// An airline without a script has nobody to send to.

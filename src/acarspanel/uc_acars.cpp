@@ -63,7 +63,7 @@ void ucACARS::Set_ACARS(clsACARS& engine) {
 void ucACARS::Connect_Controls() {
     const auto command = [this](Link& link, void (ucACARS::*run)()) {
         // A click that had to wait for a step's end counts only if the link is still usable then.
-        link.clicked.connect([this, &link, run] {
+        link.clicked.Connect([this, &link, run] {
             m_steps.After_Step([this, &link, run] {
                 if (link.Enabled() && !m_closed)
                     (this->*run)();
@@ -76,29 +76,29 @@ void ucACARS::Connect_Controls() {
     command(hypReset, &ucACARS::ACARS_RESET);
     command(hypReport, &ucACARS::ACARS_REPORT);
     command(hypFP, &ucACARS::Load_Flight_Plan);
-    tmr.tick.connect(*this, &ucACARS::Tick);
-    tmrPos.tick.connect(*this, &ucACARS::Position_Tick);
-    m_gate_timer.tick.connect(*this, &ucACARS::Settle_At_Gate);
-    mnuPosition.chosen.connect([this] {
+    tmr.tick.Connect(*this, &ucACARS::Tick);
+    tmrPos.tick.Connect(*this, &ucACARS::Position_Tick);
+    m_gate_timer.tick.Connect(*this, &ucACARS::Settle_At_Gate);
+    mnuPosition.chosen.Connect([this] {
         m_steps.After_Step([this] {
             if (m_steps.Engine() != nullptr)
                 m_steps.Engine()->Report_Position();
         });
     });
-    weather.taken.connect([this](std::size_t end) {
+    weather.taken.Connect([this](std::size_t end) {
         // The finished flight's, however late it comes.
         if (m_stage.Is_Finished())
             Keep_Old_Value(Weather(end));
     });
-    weather.settled.connect([this] {
+    weather.settled.Connect([this] {
         if (m_stage.Now() == Stage::at_gate && !weather.Awaits(flight_end::destination))
             Settle_At_Gate();
     });
-    network_plan.found.connect([this](const std::string& line) { Read_VATSIM_Data(line); });
+    network_plan.found.Connect([this](const std::string& line) { Read_VATSIM_Data(line); });
     Connect_Airport(flight_end::origin);
     Connect_Airport(flight_end::destination);
-    txtDestination.edited.connect([this] { m_store.facts.engine_destination.clear(); });
-    txtFlightNumber.left.connect([this] {
+    txtDestination.edited.Connect([this] { m_store.facts.engine_destination.clear(); });
+    txtFlightNumber.left.Connect([this] {
         if (m_steps.Engine() != nullptr && !txtFlightNumber.Is_Empty())
             m_steps.Engine()->Set_Airline_Flight_Number(txtFlightNumber.Text());
     });
@@ -109,21 +109,21 @@ void ucACARS::Connect_Controls() {
             m_store.Store_Soon();
     });
     m_entry_connections.Keep({
-        m_parts.log_entry.NewLogEntrySaveOK.connect([this] {
+        m_parts.log_entry.NewLogEntrySaveOK.Connect([this] {
             if (m_on_saved)
                 std::exchange(m_on_saved, {})();
         }),
-        m_parts.log_entry.NewLogEntrySaveFail.connect(*this, &ucACARS::NewLogEntrySaveFail),
+        m_parts.log_entry.NewLogEntrySaveFail.Connect(*this, &ucACARS::NewLogEntrySaveFail),
     });
 }
 
 void ucACARS::Connect_Airport(std::size_t end) {
     Text_Box& box = Code(end);
     Label& name = Name(end);
-    box.changed.connect(*this, &ucACARS::Hand_Over_Codes);
-    box.edited.connect([this, &box, &name] { Derive_Name(box, name); });
-    box.left.connect([this, &box, &name] { Settle_Code(box, name); });
-    name.changed.connect([&box, &name] {
+    box.changed.Connect(*this, &ucACARS::Hand_Over_Codes);
+    box.edited.Connect([this, &box, &name] { Derive_Name(box, name); });
+    box.left.Connect([this, &box, &name] { Settle_Code(box, name); });
+    name.changed.Connect([&box, &name] {
         if (!name.Text().empty())
             box.Set_Remark({});
     });
@@ -145,7 +145,7 @@ void ucACARS::Show_Active() {
     (on ? hypPause : hypOn).Set_Enabled(true);
     (on ? hypOn : hypPause).Set_Enabled(false);
     hypFP.Set_Enabled(on);
-    Active_State.emit(on);
+    Active_State.Emit(on);
     tmr.Set_Enabled(on);
     network_plan.Look(on);
 }
@@ -165,7 +165,7 @@ void ucACARS::Show_Stored() {
     }
     lblStored.Set_Text(text);
     lblStored.Set_Visible(!text.empty());
-    Stored_State.emit();
+    Stored_State.Emit();
 }
 
 void ucACARS::Stop_Timers() {

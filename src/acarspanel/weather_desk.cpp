@@ -27,7 +27,7 @@ Weather_Desk::Weather_Desk(const Panel_Parts& parts, ACARS_Form& form, const Ste
       m_steps(steps),
       m_round(round) {
     for (std::size_t end = 0; end < tmrWX.size(); ++end)
-        tmrWX.at(end).tick.connect([this, end] { Tick(end); });
+        tmrWX.at(end).tick.Connect([this, end] { Tick(end); });
 }
 
 void Weather_Desk::Schedule(std::size_t end) {
@@ -82,7 +82,7 @@ void Weather_Desk::Tick(std::size_t end) {
             Take(end, report);
     });
     m_is_fetching.at(end) = false;
-    settled.emit();
+    settled.Emit();
 }
 
 /// A report that did not come leaves the one that is there.
@@ -91,7 +91,7 @@ void Weather_Desk::Take(std::size_t end, const std::string& report) {
         return;
     m_form.Weather(end).Set_Text(report);
     Take_As_Fetched(end);
-    taken.emit(end);
+    taken.Emit(end);
 }
 
 std::string Weather_Desk::Get_WX(std::string_view icao) {

@@ -27,7 +27,7 @@ frmAbout::frmAbout()
     : lblProduct(product_name),
       lblVersion("Version " + std::string(version)),
       lblLicence("MIT licence") {
-    hypClose.clicked.connect([this] { Close_Form(); });
+    hypClose.clicked.Connect([this] { Close_Form(); });
 }
 
 std::string frmAbout::Title() {

@@ -113,29 +113,29 @@ void frmMain::Add_Menus() {
 }
 
 void frmMain::Connect() {
-    frame.ItemSelected.connect([this](const std::string&) {
+    frame.ItemSelected.Connect([this](const std::string&) {
         if (frame.GetActivePanel() != &pnlSettings)
             m_program.settings_panel.Leave();
     });
-    mnuFileExit.chosen.connect([this] { Form_Unload(ucACARS::Closing::by_pilot); });
-    ZTimer.tick.connect([this] { Show_UTC(); });
-    m_clock_timer.tick.connect([this] { Show_Time_And_Date(); });
-    barStatus[static_cast<std::size_t>(Status_Panel::acars)].changed.connect([this] {
+    mnuFileExit.chosen.Connect([this] { Form_Unload(ucACARS::Closing::by_pilot); });
+    ZTimer.tick.Connect([this] { Show_UTC(); });
+    m_clock_timer.tick.Connect([this] { Show_Time_And_Date(); });
+    barStatus[static_cast<std::size_t>(Status_Panel::acars)].changed.Connect([this] {
         if (m_minimised)
-            changed.emit();
+            changed.Emit();
     });
     m_connections.Keep({
-        m_program.settings.ActiveLogChange.connect([this] { Show_Log_Name(); }),
-        m_program.settings.SettingsChanged.connect([this] { Apply_Colors(); }),
-        m_program.airline.Change.connect([this] { Hide_Display_VA_Options(); }),
-        m_program.Closing.connect([this] { Keep_Place(); }),
-        m_program.Closed.connect([this] { Unloaded(); }),
+        m_program.settings.ActiveLogChange.Connect([this] { Show_Log_Name(); }),
+        m_program.settings.SettingsChanged.Connect([this] { Apply_Colors(); }),
+        m_program.airline.Change.Connect([this] { Hide_Display_VA_Options(); }),
+        m_program.Closing.Connect([this] { Keep_Place(); }),
+        m_program.Closed.Connect([this] { Unloaded(); }),
     });
 }
 
 void frmMain::Connect_Flight_Log() {
     ucFlightLog& log = m_program.flight_log;
-    mnuFileLoadAC.chosen.connect([this, &log] {
+    mnuFileLoadAC.chosen.Connect([this, &log] {
         const std::string fault = log.Load_FS_AC();
         if (fault.empty()) {
             log.Load_FS_AC_Titles();
@@ -144,35 +144,35 @@ void frmMain::Connect_Flight_Log() {
             Say(fault, Icon::exclamation);
         }
     });
-    mnuFlightLogsManage.chosen.connect([this] {
+    mnuFlightLogsManage.chosen.Connect([this] {
         m_program.manage_logs.Show_Form();
         m_program.settings_panel.Refresh_VA_Information();
     });
-    mnuFlightLogsRestoreLog.chosen.connect([this, &log] {
+    mnuFlightLogsRestoreLog.chosen.Connect([this, &log] {
         {
             const Busy_Cursor busy(m_program.services.desktop);
             log.Restore_Grid_Sizing();
         }
         Say("Flight Log Default Sizing Restored", Icon::information);
     });
-    mnuFlightLogConvert.chosen.connect([this] { m_program.convert_log.Show_Form(); });
-    mnuFlightLogsRecover.chosen.connect([this] { m_program.recover.Show_Form(); });
+    mnuFlightLogConvert.chosen.Connect([this] { m_program.convert_log.Show_Form(); });
+    mnuFlightLogsRecover.chosen.Connect([this] { m_program.recover.Show_Form(); });
 }
 
 void frmMain::Connect_Dialogs() {
-    mnuFileFSWorld.chosen.connect([this] {
+    mnuFileFSWorld.chosen.Connect([this] {
         if (!m_program.world_locations.Show_Form())
             Say("Unable to connect to Flight Simulator.  Please make sure that Flight Simulator is "
                 "running.",
                 Icon::exclamation);
     });
-    mnuFileSendPIREP.chosen.connect([this] { m_program.pirep_editor.Show_Form(); });
-    mnuHelpICAO.chosen.connect([this] {
+    mnuFileSendPIREP.chosen.Connect([this] { m_program.pirep_editor.Show_Form(); });
+    mnuHelpICAO.chosen.Connect([this] {
         Guarded(m_program.services, "frmMain.mnuHelpICAO_Click()", Show::box,
                 [this] { m_program.airport_lookup.Show_Form(); });
     });
-    mnuHelpContents.chosen.connect([this] { Show_Help(); });
-    mnuHelpAbout.chosen.connect([this] { m_program.about.Show_Form(); });
+    mnuHelpContents.chosen.Connect([this] { Show_Help(); });
+    mnuHelpAbout.chosen.Connect([this] { m_program.about.Show_Form(); });
 }
 
 /// The help page, at the panel that is shown.
@@ -202,7 +202,7 @@ void frmMain::Say(std::string_view text, Icon icon) {
 void frmMain::Connect_Engine() {
     ACARS_Events& events = m_program.engine.events;
     const auto connect = [this](auto& event, auto&& run) {
-        m_connections.Keep(event.connect(run));
+        m_connections.Keep(event.Connect(run));
     };
     const auto show_off = [this] {
         Set_Status(Status_Panel::simulator, no_simulator);
@@ -224,13 +224,13 @@ void frmMain::Connect_Engine() {
     connect(events.Reset, show_off);
     connect(events.FlightAtGate, show_off);
     // The time of the gate's step comes behind it; and a flight may also end by "Reset".
-    m_connections.Keep(m_program.panel.Active_State.connect([this, show_off](bool active) {
+    m_connections.Keep(m_program.panel.Active_State.Connect([this, show_off](bool active) {
         if (!active)
             show_off();
         Lock_Settings();
         Show_Pause();
     }));
-    m_connections.Keep(m_program.panel.Stored_State.connect([this] { Lock_Settings(); }));
+    m_connections.Keep(m_program.panel.Stored_State.Connect([this] { Lock_Settings(); }));
 }
 
 /// A paused flight is told on every panel and in the title: minutes that are not recorded are lost.
@@ -239,7 +239,7 @@ void frmMain::Show_Pause() {
     const bool paused = panel.Is_Active() && panel.Is_Paused();
     frame.Set_Notice(paused ? paused_notice : std::string_view());
     if (std::exchange(m_paused, paused) != paused)
-        changed.emit();
+        changed.Emit();
 }
 
 void frmMain::Read_Place() {
@@ -269,7 +269,7 @@ void frmMain::Set_Place(const Window_Place& place) {
 
 void frmMain::Set_Minimised(bool minimised) {
     if (std::exchange(m_minimised, minimised) != minimised)
-        changed.emit();
+        changed.Emit();
 }
 
 std::string frmMain::Caption() const {
@@ -284,7 +284,7 @@ void frmMain::Apply_Colors() {
     frame.Set_Colors(settings.Color_MenuBar_Back(), settings.Color_MenuBar_Fore());
     const int before = std::exchange(m_title_back_color, settings.Color_Link_Bar());
     if (before != m_title_back_color)
-        changed.emit();
+        changed.Emit();
 }
 
 void frmMain::Hide_Display_VA_Options() {
@@ -357,7 +357,7 @@ void frmMain::Keep_Place() {
 void frmMain::Unloaded() {
     ZTimer.Set_Enabled(false);
     m_clock_timer.Set_Enabled(false);
-    Closed.emit();
+    Closed.Emit();
 }
 
 }  // namespace norvane

@@ -55,16 +55,16 @@ Http_Options Program::Limits(const Http_Options& http) const {
 }
 
 void Program::Connect() {
-    settings.ActiveLogChange.connect([this] { flight_log.FlightLog_Change(); });
-    settings.ACTypeChange.connect([this] { flight_log.Load_Aircraft(); });
-    airline.Change.connect([this] {
+    settings.ActiveLogChange.Connect([this] { flight_log.FlightLog_Change(); });
+    settings.ACTypeChange.Connect([this] { flight_log.Load_Aircraft(); });
+    airline.Change.Connect([this] {
         panel.VA_Change();
         flight_log.VA_Change();
     });
-    panel.Close_Asked.connect([this](bool& may) { may = flight_log.Closing(); });
-    panel.Close_Called_Off.connect([this] { m_close_called = false; });
-    panel.Closing_Now.connect([this] { Closing.emit(); });
-    panel.Closed.connect([this] { End_The_Rest(); });
+    panel.Close_Asked.Connect([this](bool& may) { may = flight_log.Closing(); });
+    panel.Close_Called_Off.Connect([this] { m_close_called = false; });
+    panel.Closing_Now.Connect([this] { Closing.Emit(); });
+    panel.Closed.Connect([this] { End_The_Rest(); });
 }
 
 void Program::Close(ucACARS::Closing how) {
@@ -89,7 +89,7 @@ void Program::End_The_Rest() {
     end([this] { link.IPC_Close(); });
     end([this] { flight_log.End(); });
     end([this] { Keep_PIREP_Edits(); });
-    Closed.emit();
+    Closed.Emit();
 }
 
 void Program::Keep_PIREP_Edits() {

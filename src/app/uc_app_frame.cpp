@@ -35,7 +35,7 @@ void ucAppFrame::AddItem(const Item_Words& words, int icon_index, std::string_vi
     if (m_active_key.empty())
         SetActivePanel(words.key);
     else
-        changed.emit();
+        changed.Emit();
 }
 
 void ucAppFrame::SetActivePanel(std::string_view key) {
@@ -51,8 +51,8 @@ void ucAppFrame::SetActivePanel(std::string_view key) {
     m_active_key = item.Key;
     lblHeading.Set_Text(item.Description);
     // The panel gets its place while it is still hidden.
-    changed.emit();
-    ItemSelected.emit(item.Key);
+    changed.Emit();
+    ItemSelected.Emit(item.Key);
     if (item.Control != nullptr && m_active_key == item.Key)
         item.Control->Set_Visible(true);
 }
@@ -67,7 +67,7 @@ void ucAppFrame::Set_Colors(std::int32_t back, std::int32_t fore) {
         return;
     m_back = back;
     m_fore = fore;
-    changed.emit();
+    changed.Emit();
 }
 
 void ucAppFrame::Set_Notice(std::string_view text) {
@@ -134,7 +134,7 @@ void ucAppFrame::Hover(int position) {
     if (position == m_hovered)
         return;
     m_hovered = position;
-    changed.emit();
+    changed.Emit();
 }
 
 }  // namespace norvane

@@ -59,10 +59,10 @@ class Flight {
           m_program(program),
           m_transport(transport),
           m_options(options) {
-        m_program.engine.events.ACARSMessage.connect(
+        m_program.engine.events.ACARSMessage.Connect(
             [](Message_Type, const std::string& text) { Console_Desktop::Print(text + "\n"); });
-        m_program.engine.events.FSTime.connect([this](const std::string&) { m_stepped = true; });
-        m_gate_watch.tick.connect([this] { Log_At_Gate(); });
+        m_program.engine.events.FSTime.Connect([this](const std::string&) { m_stepped = true; });
+        m_gate_watch.tick.Connect([this] { Log_At_Gate(); });
         m_gate_watch.Set_Enabled(true);
     }
 

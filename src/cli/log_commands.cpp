@@ -18,14 +18,14 @@
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
 #include "config/log_names.h"
-#include "flightlog/frm_flight_log.h"
 #include "flightlog/log_reading.h"
 #include "flightlog/log_reports.h"
 #include "flightlog/mod_fs_log.h"
-#include "flightlog/uc_flight_log.h"
-#include "flightlog/uc_stats.h"
 #include "flightlog/unsaved_rows.h"
 #include "logentry/cls_log_entry.h"
+#include "logpanel/frm_flight_log.h"
+#include "logpanel/uc_flight_log.h"
+#include "logpanel/uc_stats.h"
 
 namespace norvane {
 

@@ -9,14 +9,14 @@ void Control::Set_Visible(bool visible) {
     if (m_visible == visible)
         return;
     m_visible = visible;
-    changed.emit();
+    changed.Emit();
 }
 
 void Control::Set_Enabled(bool enabled) {
     if (m_enabled == enabled)
         return;
     m_enabled = enabled;
-    changed.emit();
+    changed.Emit();
 }
 
 void Label::Set_Text(std::string_view text) {
@@ -24,7 +24,7 @@ void Label::Set_Text(std::string_view text) {
     if (cleaned == m_text)
         return;
     m_text = std::move(cleaned);
-    changed.emit();
+    changed.Emit();
 }
 
 void Text_Box::Set_Text(std::string_view text) {
@@ -33,21 +33,21 @@ void Text_Box::Set_Text(std::string_view text) {
         return;
     m_text = std::move(cleaned);
     m_remark.clear();
-    changed.emit();
+    changed.Emit();
 }
 
 void Text_Box::Set_Remark(std::string_view remark) {
     if (remark == m_remark)
         return;
     m_remark = remark;
-    changed.emit();
+    changed.Emit();
 }
 
 void Text_Box::Enter(std::string_view text) {
     if (!Enabled())
         return;
     Set_Text(text);
-    edited.emit();
+    edited.Emit();
 }
 
 std::string Combo_Box::Text() const {
@@ -57,7 +57,7 @@ std::string Combo_Box::Text() const {
 void Combo_Box::Set_Entries(std::vector<std::string> entries) {
     m_entries = std::move(entries);
     m_selected = -1;
-    changed.emit();
+    changed.Emit();
 }
 
 void Combo_Box::Select(int index) {
@@ -66,7 +66,7 @@ void Combo_Box::Select(int index) {
     if (selected == m_selected)
         return;
     m_selected = selected;
-    changed.emit();
+    changed.Emit();
 }
 
 void Combo_Box::Select_Text(std::string_view text) {
@@ -83,38 +83,38 @@ void Combo_Box::Choose(int index) {
     if (!Enabled())
         return;
     Select(index);
-    edited.emit();
+    edited.Emit();
 }
 
 void Check_Box::Set_Checked(bool checked) {
     if (m_checked == checked)
         return;
     m_checked = checked;
-    changed.emit();
+    changed.Emit();
 }
 
 void Check_Box::Click() {
     if (!Enabled())
         return;
     Set_Checked(!m_checked);
-    edited.emit();
+    edited.Emit();
 }
 
 void Option_Button::Set_Chosen(bool chosen) {
     if (std::exchange(m_chosen, chosen) != chosen)
-        changed.emit();
+        changed.Emit();
 }
 
 void Option_Button::Click() {
     if (!Enabled())
         return;
     Set_Chosen(true);
-    edited.emit();
+    edited.Emit();
 }
 
 void Swatch::Set_Color(std::int32_t color) {
     if (std::exchange(m_color, color) != color)
-        changed.emit();
+        changed.Emit();
 }
 
 void Row_List::Set_Rows(std::vector<Row> rows) {
@@ -122,15 +122,15 @@ void Row_List::Set_Rows(std::vector<Row> rows) {
     for (Row& row : m_rows)
         row.resize(m_captions.size());
     m_selected = -1;
-    rows_changed.emit();
-    changed.emit();
+    rows_changed.Emit();
+    changed.Emit();
 }
 
 void Row_List::Add_Row(Row row) {
     row.resize(m_captions.size());
     m_rows.push_back(std::move(row));
-    rows_changed.emit();
-    changed.emit();
+    rows_changed.Emit();
+    changed.Emit();
 }
 
 void Row_List::Remove_Row(std::size_t row) {
@@ -138,39 +138,39 @@ void Row_List::Remove_Row(std::size_t row) {
         return;
     m_rows.erase(m_rows.begin() + static_cast<std::ptrdiff_t>(row));
     m_selected = std::min(static_cast<int>(row), static_cast<int>(m_rows.size()) - 1);
-    rows_changed.emit();
-    changed.emit();
+    rows_changed.Emit();
+    changed.Emit();
 }
 
 void Row_List::Select(int row) {
     const bool known = row >= 0 && row < static_cast<int>(m_rows.size());
     const int selected = known ? row : -1;
     if (std::exchange(m_selected, selected) != selected)
-        changed.emit();
+        changed.Emit();
 }
 
 void Row_List::Choose(int row) {
     if (!Enabled())
         return;
     Select(row);
-    edited.emit();
+    edited.Emit();
 }
 
 void Row_List::Activate() {
     if (Enabled() && m_selected >= 0)
-        activated.emit();
+        activated.Emit();
 }
 
 void Link::Set_Caption(std::string_view caption) {
     if (m_caption == caption)
         return;
     m_caption = caption;
-    changed.emit();
+    changed.Emit();
 }
 
 void Link::Click() {
     if (Enabled() && Visible())
-        clicked.emit();
+        clicked.Emit();
 }
 
 int Text_Combo::Selected() const {
@@ -181,31 +181,31 @@ int Text_Combo::Selected() const {
 void Text_Combo::Set_Entries(std::vector<std::string> entries) {
     m_entries = std::move(entries);
     m_text.clear();
-    changed.emit();
+    changed.Emit();
 }
 
 void Text_Combo::Add_Entry(std::string entry) {
     m_entries.push_back(std::move(entry));
-    changed.emit();
+    changed.Emit();
 }
 
 void Text_Combo::Set_Text(std::string_view text) {
     if (m_text == text)
         return;
     m_text = text;
-    changed.emit();
+    changed.Emit();
 }
 
 void Text_Combo::Enter(std::string_view text) {
     if (!Enabled())
         return;
     Set_Text(text);
-    edited.emit();
+    edited.Emit();
 }
 
 void Menu_Command::Choose() {
     if (Enabled() && Visible())
-        chosen.emit();
+        chosen.Emit();
 }
 
 }  // namespace norvane

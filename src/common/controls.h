@@ -61,7 +61,7 @@ class Text_Box : public Control {
     /// The pilot's text: as `Set_Text`, then `edited`. Nothing happens while the box is disabled.
     void Enter(std::string_view text);
     /// The focus leaves the box.
-    void Leave() { left.emit(); }
+    void Leave() { left.Emit(); }
     /// What is odd about the text that is shown, in words; empty when nothing is. The window marks
     /// the box quietly. It goes with the text that it was said of.
     [[nodiscard]] const std::string& Remark() const { return m_remark; }

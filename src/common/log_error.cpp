@@ -79,7 +79,7 @@ void Log_Error(Services& services, std::string_view procedure, const Run_Error& 
 }
 
 Connection Log_Failing_Ticks(Services& services) {
-    return services.desktop.Timers().tick_failed.connect([&services](const Run_Error& error) {
+    return services.desktop.Timers().tick_failed.Connect([&services](const Run_Error& error) {
         Log_Error(services, "Timer.tick", error, Show::silent);
     });
 }

@@ -32,11 +32,11 @@ class Modal_Form {
             bool& open;
             ~Shut() { open = false; }
         } const shut{m_open};
-        shown.emit();
+        shown.Emit();
     }
     void Close_Form() {
         if (m_open)
-            closed.emit();
+            closed.Emit();
     }
 
   private:

@@ -5,12 +5,12 @@
 
 namespace norvane {
 
-void Connection::disconnect() {
+void Connection::Disconnect() {
     if (const std::shared_ptr<Signal_Place> place = m_place.lock())
         place->is_connected = false;
 }
 
-bool Connection::connected() const {
+bool Connection::Connected() const {
     const std::shared_ptr<Signal_Place> place = m_place.lock();
     return place != nullptr && place->is_connected;
 }
@@ -21,7 +21,7 @@ void Connections::Keep(std::initializer_list<Connection> connections) {
 
 void Connections::Disconnect() {
     for (Connection& connection : std::exchange(m_connections, {}))
-        connection.disconnect();
+        connection.Disconnect();
 }
 
 Any_Signal::Any_Signal() : m_places(std::make_shared<Places>()) {}

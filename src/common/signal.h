@@ -1,8 +1,7 @@
 #pragma once
 // Typed notices: a sender owns a `Signal`, a listener connects a
 // function to it, and keeps the connections in a `Connections` that ends before what the functions
-// use. The one mechanism for events in the whole program. `connect`, `emit` and `disconnect` are
-// lower case like the standard library's: they read as parts of the language.
+// use. The one mechanism for events in the whole program.
 
 #include <functional>
 #include <initializer_list>
@@ -29,8 +28,8 @@ class Connection {
     explicit Connection(std::weak_ptr<Signal_Place> place) : m_place(std::move(place)) {}
 
     /// The function is not called again, not even by an emission that is under way.
-    void disconnect();
-    [[nodiscard]] bool connected() const;
+    void Disconnect();
+    [[nodiscard]] bool Connected() const;
 
   private:
     std::weak_ptr<Signal_Place> m_place;
@@ -75,15 +74,15 @@ class Any_Signal {
 template <typename... Args>
 class Signal : public Any_Signal {
   public:
-    Connection connect(std::function<void(Args...)> function) {
+    Connection Connect(std::function<void(Args...)> function) {
         return Add(std::make_shared<Place>(std::move(function)));
     }
     /// Calls `(listener.*function)(…)`.
     template <typename Listener, typename Owner>
-    Connection connect(Listener& listener, void (Owner::*function)(Args...)) {
-        return connect([&listener, function](Args... args) { (listener.*function)(args...); });
+    Connection Connect(Listener& listener, void (Owner::*function)(Args...)) {
+        return Connect([&listener, function](Args... args) { (listener.*function)(args...); });
     }
-    void emit(Args... args) {
+    void Emit(Args... args) {
         const std::shared_ptr<const Places> places = m_places;
         for (const std::shared_ptr<Signal_Place>& place : *places)
             if (place->is_connected)

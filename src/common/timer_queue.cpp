@@ -61,7 +61,7 @@ bool Timer_Queue::First_Within_A_Minute(const std::string& report) {
 
 void Timer_Queue::Tell_Of_Failure(const Run_Error& error) {
     try {
-        tick_failed.emit(error);
+        tick_failed.Emit(error);
     } catch (...) {
         // Who reports fails too: there is nobody left to tell.
         return;
@@ -85,7 +85,7 @@ void Timer::Set_Enabled(bool enabled) {
     if (!begins)
         return;
     m_due = m_queue.Now() + m_queue.Scaled(m_interval);
-    m_queue.rescheduled.emit();
+    m_queue.rescheduled.Emit();
 }
 
 void Timer::Run() {
@@ -96,7 +96,7 @@ void Timer::Run() {
     Timer_Queue& queue = m_queue;
     ++queue.m_ticks_running;
     try {
-        tick.emit();
+        tick.Emit();
     } catch (...) {
         // A tick reports its own failures; one that does not must not stop the event loop.
         queue.Tell_Of_Failure(Caught_Error());

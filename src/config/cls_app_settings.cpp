@@ -38,7 +38,7 @@ void clsAppSettings::Set_FlightLog(std::string_view value) {
     // First the store: where that fails, no one has turned to the other log.
     m_services.settings.Set("Options", "Flight Log", name);
     m_values.FlightLog = name;
-    ActiveLogChange.emit();
+    ActiveLogChange.Emit();
 }
 
 void clsAppSettings::Set_ACARS_ATCModel(bool value) {
@@ -124,8 +124,8 @@ bool clsAppSettings::Save_Settings() {
         Save(Setting_Step::airline);
         batch.Commit();
         if (m_type_source_changed)
-            ACTypeChange.emit();
-        SettingsChanged.emit();
+            ACTypeChange.Emit();
+        SettingsChanged.Emit();
         m_type_source_changed = false;
     });
     return done && !m_step_failed;

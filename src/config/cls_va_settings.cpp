@@ -71,7 +71,7 @@ void clsVASettings::Get_VA_Settings(std::string_view name) {
         m_url_encode = encode;
         Get_PIREP_Fields(faults);
     });
-    Change.emit();
+    Change.Emit();
     for (const Fault& fault : faults)
         Log_Error(m_services, fault.procedure, fault.error, fault.show);
 }
@@ -107,12 +107,12 @@ void clsVASettings::Get_PIREP_Fields(Faults& faults) {
             throw Fault_In(pirep_file, ": no field");
         m_fields.resize(count);
         if (pirep_count != fixed_pirep_values) {
-            faults.push_back(
-                {procedure,
-                 Fault_In(pirep_file,
-                          ": " + std::to_string(pirep_count) + " fields, where a PIREP has " +
-                              std::to_string(fixed_pirep_values) + " values before the airline's own"),
-                 Show::silent});
+            faults.push_back({procedure,
+                              Fault_In(pirep_file, ": " + std::to_string(pirep_count) +
+                                                       " fields, where a PIREP has " +
+                                                       std::to_string(fixed_pirep_values) +
+                                                       " values before the airline's own"),
+                              Show::silent});
         }
     });
 }

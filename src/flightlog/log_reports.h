@@ -5,11 +5,11 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "common/number.h"
-#include "flightlog/frm_report.h"
 
 namespace norvane {
 
@@ -17,6 +17,13 @@ struct Services;
 class Grid_Layout;
 class Log_Table;
 class clsAppSettings;
+
+/// A column that has a caption, and whether reports hold it.
+struct Report_Field {
+    std::string caption;
+    std::size_t column = 0;
+    bool included = true;
+};
 
 /// The columns that have a caption, each by one of its own, all of them included.
 [[nodiscard]] std::vector<Report_Field> All_Report_Fields(const Grid_Layout& layout);

@@ -140,11 +140,11 @@ void clsLogEntry::Set_VA_FIELDS(std::size_t slot, std::string_view text) {
 }
 
 void clsLogEntry::New_Log_Entry_Save() {
-    NewLogEntrySave.emit();
+    NewLogEntrySave.Emit();
 }
 
 void clsLogEntry::New_Log_Entry_Save_Result(bool saved) {
-    (saved ? NewLogEntrySaveOK : NewLogEntrySaveFail).emit();
+    (saved ? NewLogEntrySaveOK : NewLogEntrySaveFail).Emit();
 }
 
 std::string clsLogEntry::PIREP_Line() const {

@@ -70,23 +70,23 @@ frmPIREP::frmPIREP(Parts parts)
       m_airline(parts.airline),
       m_response(parts.response),
       m_http(std::move(parts.http)) {
-    hypPIREP[select].clicked.connect([this] { Select_PIREP(); });
-    hypPIREP[send].clicked.connect([this] { Send_PIREP(); });
-    hypPIREP[remove].clicked.connect([this] { Delete_PIREP(); });
-    hypPIREP[close].clicked.connect([this] { Close_Form(); });
-    hypPIREP[save].clicked.connect([this] { Save_PIREP(); });
+    hypPIREP[select].clicked.Connect([this] { Select_PIREP(); });
+    hypPIREP[send].clicked.Connect([this] { Send_PIREP(); });
+    hypPIREP[remove].clicked.Connect([this] { Delete_PIREP(); });
+    hypPIREP[close].clicked.Connect([this] { Close_Form(); });
+    hypPIREP[save].clicked.Connect([this] { Save_PIREP(); });
     Clear();
 }
 
 void frmPIREP::Show_Form() {
     if (!std::exchange(m_open, true))
         Clear();
-    changed.emit();
+    changed.Emit();
 }
 
 void frmPIREP::Close_Form() {
     if (m_open && May_Leave_Edits() && std::exchange(m_open, false))
-        changed.emit();
+        changed.Emit();
 }
 
 bool frmPIREP::Is_Edited() const {
@@ -163,7 +163,7 @@ void frmPIREP::Take_Rows(std::vector<std::unique_ptr<Row>> rows) {
     m_rows.swap(rows);
     Note_Saved_Values();
     m_scroll = 0;
-    rows_changed.emit();
+    rows_changed.Emit();
 }
 
 void frmPIREP::Enable_File_Links() {
@@ -292,7 +292,7 @@ void frmPIREP::Row_Focused(std::size_t row) {
 void frmPIREP::Step(std::size_t row, int rows) {
     const int next = static_cast<int>(row) + rows;
     if (next >= 0 && next < static_cast<int>(m_rows.size()))
-        Focus_Moved.emit(static_cast<std::size_t>(next));
+        Focus_Moved.Emit(static_cast<std::size_t>(next));
 }
 
 int frmPIREP::Scroll_Range() const {
@@ -302,7 +302,7 @@ int frmPIREP::Scroll_Range() const {
 void frmPIREP::Set_Scroll(int value) {
     const int kept = std::clamp(value, 0, Scroll_Range());
     if (std::exchange(m_scroll, kept) != kept)
-        scrolled.emit();
+        scrolled.Emit();
 }
 
 }  // namespace norvane

@@ -18,7 +18,7 @@ constexpr std::string_view contacting = "Contacting Server ...";
 }  // namespace
 
 frmResponse::frmResponse(Services& services) : m_services(services) {
-    hypClose.clicked.connect([this] { Close_And_Delete(); });
+    hypClose.clicked.Connect([this] { Close_And_Delete(); });
 }
 
 void frmResponse::Contact_Server() {
@@ -38,12 +38,12 @@ void frmResponse::Show_Response() {
 void frmResponse::Open(std::string_view file) {
     m_page = Read_File(m_services.program_directory / file);
     m_open = true;
-    changed.emit();
+    changed.Emit();
 }
 
 void frmResponse::Close() {
     m_open = false;
-    changed.emit();
+    changed.Emit();
 }
 
 void frmResponse::Close_And_Delete() {

@@ -74,7 +74,7 @@ void Host::Take_Write(std::uint32_t offset, std::uint32_t size) {
     std::replace_if(
         text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
     if (!Trimmed_View(text).empty())
-        text_shown.emit(text);
+        text_shown.Emit(text);
 }
 
 }  // namespace norvane

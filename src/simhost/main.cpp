@@ -19,11 +19,11 @@
 #include "common/system_clock.h"
 #include "common/system_places.h"
 #include "common/version.h"
-#include "simhost/flightgear_command.h"
+#include "simhost/flightgear/flightgear_command.h"
 #include "simhost/host.h"
-#include "simhost/recorder.h"
-#include "simhost/replay.h"
-#include "simhost/scenario.h"
+#include "simhost/recording/recorder.h"
+#include "simhost/recording/replay.h"
+#include "simhost/scenario/scenario.h"
 
 namespace norvane {
 
@@ -81,7 +81,7 @@ void Serve_World(World_Source& world, const Command_Line& line, int stop) {
         options.step = std::chrono::milliseconds(line.step_ms);
     System_Clock clock;
     Host host(world, options, clock);
-    host.text_shown.connect([](const std::string& text) { Print_Line(To_Utf8(text)); });
+    host.text_shown.Connect([](const std::string& text) { Print_Line(To_Utf8(text)); });
     Print_Line("listening on " + host.Address().Text());
     host.Run(stop);
 }
@@ -95,8 +95,8 @@ void Serve_Flightgear(const Command_Line& line, int stop) {
                                 .pace = {}},
                                clock);
     const auto print = [](const std::string& text) { Print_Line(To_Utf8(text)); };
-    service.told.connect(print);
-    service.text_shown.connect(print);
+    service.told.Connect(print);
+    service.text_shown.Connect(print);
     service.Run(stop);
 }
 

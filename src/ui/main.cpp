@@ -22,12 +22,12 @@
 #include "config/setting_codes.h"
 #include "simlink/link_address.h"
 #include "simlink/socket_transport.h"
-#include "ui/guarded_application.h"
-#include "ui/main_window.h"
-#include "ui/message_boxes.h"
-#include "ui/qt_desktop.h"
-#include "ui/qt_text.h"
-#include "ui/splash.h"
+#include "ui/dialogs/message_boxes.h"
+#include "ui/window/guarded_application.h"
+#include "ui/window/main_window.h"
+#include "ui/window/qt_desktop.h"
+#include "ui/window/qt_text.h"
+#include "ui/window/splash.h"
 
 namespace {
 
@@ -140,7 +140,7 @@ int Show_Window(QApplication& application, Signal_Watch& signals, Qt_Desktop& de
                     airline == stored_default_airline ? airline : Airline_Directory(airline));
     Simulator simulator(options, session.Outside().settings, desktop, signals);
     Program program(session.Outside(), simulator.Link());
-    program.settings.SettingsChanged.connect([&] {
+    program.settings.SettingsChanged.Connect([&] {
         if (!program.panel.Is_Active())
             simulator.Follow(options, session.Outside().settings);
     });

@@ -27,11 +27,11 @@ std::filesystem::path Backup_Of(const std::filesystem::path& file) {
 
 frmFSWorld::frmFSWorld(const clsACARS::Parts& parts) : m_parts(parts) {
     txtICAO.Set_Text(empty_field);
-    hypWorld[save].clicked.connect([this] { Update_World_File(); });
-    hypWorld[cancel].clicked.connect([this] { Close_Form(); });
-    hypWorld[add].clicked.connect([this] { Add_Location(); });
-    hypWorld[remove].clicked.connect([this] { Delete_Location(); });
-    lvwWorld.changed.connect([this] { hypWorld[remove].Set_Enabled(lvwWorld.Selected() >= 0); });
+    hypWorld[save].clicked.Connect([this] { Update_World_File(); });
+    hypWorld[cancel].clicked.Connect([this] { Close_Form(); });
+    hypWorld[add].clicked.Connect([this] { Add_Location(); });
+    hypWorld[remove].clicked.Connect([this] { Delete_Location(); });
+    lvwWorld.changed.Connect([this] { hypWorld[remove].Set_Enabled(lvwWorld.Selected() >= 0); });
     hypWorld[remove].Set_Enabled(false);
 }
 

@@ -25,11 +25,11 @@ Row_List::Row Row_Of(const Found_Airport& airport, const Regional& regional) {
 
 frmICAO::frmICAO(Services& services, std::function<World_Files()> files)
     : m_services(services), m_files(std::move(files)) {
-    txtSearch.edited.connect([this] { Search(); });
-    lvwAirports.changed.connect([this] { hypCopy.Set_Enabled(lvwAirports.Selected() >= 0); });
-    lvwAirports.activated.connect([this] { Copy_Code(); });
-    hypCopy.clicked.connect([this] { Copy_Code(); });
-    hypClose.clicked.connect([this] { Close_Form(); });
+    txtSearch.edited.Connect([this] { Search(); });
+    lvwAirports.changed.Connect([this] { hypCopy.Set_Enabled(lvwAirports.Selected() >= 0); });
+    lvwAirports.activated.Connect([this] { Copy_Code(); });
+    hypCopy.clicked.Connect([this] { Copy_Code(); });
+    hypClose.clicked.Connect([this] { Close_Form(); });
     hypCopy.Set_Enabled(false);
 }
 
@@ -45,12 +45,12 @@ void frmICAO::Show_Form() {
         txtSearch.Set_Text("");
         Search();
     }
-    changed.emit();
+    changed.Emit();
 }
 
 void frmICAO::Close_Form() {
     if (std::exchange(m_open, false))
-        changed.emit();
+        changed.Emit();
 }
 
 void frmICAO::Search() {

@@ -103,7 +103,7 @@ Aircraft_Place Read_Aircraft_Place(clsACARS& engine) {
     std::string fault;
     const auto keep = [&](const std::string& text) { fault = text; };
     Connections connections;
-    connections.Keep({engine.events.FSClosed.connect(keep), engine.events.Error.connect(keep)});
+    connections.Keep({engine.events.FSClosed.Connect(keep), engine.events.Error.Connect(keep)});
     Aircraft_Place place;
     engine.Get_Location(place.position, place.ground_elevation_ft);
     if (!fault.empty())

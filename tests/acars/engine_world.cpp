@@ -71,7 +71,7 @@ void Record(std::vector<std::string>& lines, std::string_view names, const Text_
     const auto each = Split(names, ' ');
     std::size_t next = 0;
     const auto connect = [&](auto& signal) {
-        signal.connect([&lines, text_of, name = each.at(next++)](const auto&... arguments) {
+        signal.Connect([&lines, text_of, name = each.at(next++)](const auto&... arguments) {
             lines.push_back(name + text_of(arguments...));
         });
     };

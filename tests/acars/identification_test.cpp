@@ -180,7 +180,7 @@ TEST_F(Identification, Lets_Events_Through_During_A_Lookup_But_No_Second_Step) {
     Timer tick(desktop.Timers(), std::chrono::milliseconds(0));
     int ticks = 0;
     bool stepping = true;
-    tick.tick.connect([&] {
+    tick.tick.Connect([&] {
         ++ticks;
         stepping = stepping && engine->Is_Stepping();
         engine->Refresh();

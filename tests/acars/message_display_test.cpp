@@ -89,7 +89,7 @@ TEST_F(Message_Display, Ends_With_The_Engines_Flight) {
         Fly_To(moment::off);
         shown.clear();
         Timer ending(desktop.Timers(), std::chrono::seconds(3));
-        ending.tick.connect([&] {
+        ending.tick.Connect([&] {
             ending.Set_Enabled(false);
             end();
         });

@@ -129,10 +129,10 @@ TEST_F(Whole_Steps, Store_The_Listeners_Figures_In_The_Same_Transaction) {
         seen += fmt::format("{} {} {} {}, ", event, store.Depth(), engine->Is_Stepping(),
                             store.Get("ACARS", "47", "absent"));
     };
-    engine->events.FlightOFF.connect([&](const std::string&, int) { note("OFF"); });
-    engine->events.FSTime.connect([&](const std::string&) { note("end"); });
-    engine->events.FlightAtGate.connect([&] { note("gate"); });
-    engine->events.FSClosed.connect([&](const std::string&) { note("closed"); });
+    engine->events.FlightOFF.Connect([&](const std::string&, int) { note("OFF"); });
+    engine->events.FSTime.Connect([&](const std::string&) { note("end"); });
+    engine->events.FlightAtGate.Connect([&] { note("gate"); });
+    engine->events.FSClosed.Connect([&](const std::string&) { note("closed"); });
     Fly(moment::off, moment::off + 1);
     EXPECT_EQ(std::exchange(seen, ""), "OFF 1 true absent, end 1 true 1217, ");
     Fly(moment::off + 1, moment::in);
@@ -144,7 +144,7 @@ TEST_F(Whole_Steps, Store_The_Listeners_Figures_In_The_Same_Transaction) {
 }
 
 TEST_F(Whole_Steps, A_Listener_Or_A_Clock_That_Fails_Loses_Nothing_Else) {
-    engine->events.FlightOUT.connect([](const std::string&, int) -> void {
+    engine->events.FlightOUT.Connect([](const std::string&, int) -> void {
         throw Run_Error(error_number::type_mismatch, "Type mismatch");
     });
     Fly_To(moment::off);
@@ -159,7 +159,7 @@ TEST_F(Whole_Steps, A_Listener_Or_A_Clock_That_Fails_Loses_Nothing_Else) {
 
 TEST_F(Whole_Steps, Commands_Given_During_A_Step_Wait_For_Its_End) {
     ASSERT_TRUE(Start());
-    engine->events.FlightOUT.connect([&](const std::string&, int) {
+    engine->events.FlightOUT.Connect([&](const std::string&, int) {
         engine->Refresh();
         engine->Reset();
         std::string text;

@@ -15,7 +15,7 @@ class Panel_Commands : public Panel_World {
 
 TEST_F(Panel_Commands, On_follows_the_simulator_every_half_second_until_paused) {
     int steps = 0;
-    Events().FSTime.connect([&](const std::string&) { ++steps; });
+    Events().FSTime.Connect([&](const std::string&) { ++steps; });
     EXPECT_FALSE(Panel().hypPause.Enabled() || Panel().lblTimeOut.Enabled());
     EXPECT_TRUE(Panel().lblOriginName.Enabled()) << "the pilot's codes have a name before, too";
     Panel().hypOn.Click();
@@ -107,7 +107,7 @@ TEST_F(Panel_Commands, Logging_resetting_and_closing_end_the_gate_wait) {
         Panel().txtFlightLevel.Enter("FL350");
         // A moment before the destination's weather is asked for.
         Timer timer(desktop.Timers(), milliseconds(700));
-        timer.tick.connect([&] {
+        timer.tick.Connect([&] {
             timer.Set_Enabled(false);
             EXPECT_FALSE(Panel().Is_At_Gate() || Panel().hypPause.Enabled());
             EXPECT_THAT(log, IsEmpty());
@@ -154,7 +154,7 @@ TEST_F(Panel_Commands, A_second_flight_begins_without_the_first_but_with_what_wa
 
 TEST_F(Panel_Commands, Positions_are_reported_every_fifteen_minutes_in_the_air_and_on_request) {
     int reports = 0;
-    Events().ACARSMessage.connect([&](Message_Type type, const std::string&) {
+    Events().ACARSMessage.Connect([&](Message_Type type, const std::string&) {
         reports += type == Message_Type::position ? 1 : 0;
     });
     const auto reports_after = [&](int span_min) {
@@ -185,7 +185,7 @@ TEST_F(Panel_Commands, Positions_are_reported_every_fifteen_minutes_in_the_air_a
 TEST_F(Panel_Commands, A_command_that_comes_within_a_step_waits_for_its_end) {
     std::string_view moment;
     Panel().hypOn.Click();
-    Events().FlightOUT.connect([&](const std::string&, int) {
+    Events().FlightOUT.Connect([&](const std::string&, int) {
         Panel().hypReset.Click();
         moment = Panel().Is_Active() ? "in the step" : "at once";
     });

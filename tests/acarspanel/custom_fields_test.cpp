@@ -86,7 +86,7 @@ TEST_F(Panel_Custom_Fields, Pages_without_fields_are_skipped) {
     Begin("One");
     ucACARS& panel = Panel();
     std::vector<const Control*> focus;
-    panel.Focus_Moved.connect([&](const Control& control) { focus.push_back(&control); });
+    panel.Focus_Moved.Connect([&](const Control& control) { focus.push_back(&control); });
     EXPECT_EQ(Pages(panel.hypNext), (std::vector{1, 2, 3}));
     EXPECT_EQ(Pages(panel.hypBack), (std::vector{2, 1, 0}));
     EXPECT_THAT(focus,

@@ -34,15 +34,15 @@ TEST_F(Panel_Figures, A_figure_in_another_unit_than_that_of_the_settings_changes
     Settings().Set_ACARS_Fuel(unit::gallons);
     for (const int code : {0, 1, 2, 3}) {
         const std::string value = "140" + std::to_string(code);
-        Events().FlightOUT.emit(value, code);
-        Events().FuelOUT.emit(value, code);
-        Events().WeightOUT.emit(value, code);
+        Events().FlightOUT.Emit(value, code);
+        Events().FuelOUT.Emit(value, code);
+        Events().WeightOUT.Emit(value, code);
     }
     EXPECT_EQ(Texts(Panel().lblTimeOut, Panel().lblFuelOut, Panel().lblTaxiWeight),
               "1401Z|1402 gal|1400 lbs");
     Settings().Set_ACARS_Time(time_kind::local);
-    Events().FlightOUT.emit("1405", time_kind::local);
-    Events().FlightOFF.emit("", time_kind::local);
+    Events().FlightOUT.Emit("1405", time_kind::local);
+    Events().FlightOFF.Emit("", time_kind::local);
     EXPECT_EQ(Texts(Panel().lblTimeOut, Panel().lblTimeOff), "14:05|");
 }
 
@@ -53,30 +53,30 @@ TEST_F(Panel_Figures, What_the_pilot_typed_stays_but_labels_and_weather_are_repl
     panel.txtWXOrigin.Enter("CAVOK");
     EXPECT_FALSE(panel.lblATCFlight.Visible());
     for (const char* value : {"first", "second"}) {
-        Events().ATCTail.emit(value);
-        Events().PAX.emit(value);
-        Events().WXDep.emit(value);
-        Events().EngSettings.emit(value);
-        Events().ATCFlight.emit(value);
+        Events().ATCTail.Emit(value);
+        Events().PAX.Emit(value);
+        Events().WXDep.Emit(value);
+        Events().EngSettings.Emit(value);
+        Events().ATCFlight.Emit(value);
     }
     EXPECT_TRUE(panel.lblATCFlight.Visible());
     EXPECT_EQ(Texts(panel.txtAircraftID, panel.txtPax, panel.txtWXOrigin, panel.lblNSettings,
                     panel.lblATCFlight),
               "N999|first|second|second|second");
-    Events().VS.emit("-2|10\r\n");
+    Events().VS.Emit("-2|10\r\n");
     EXPECT_EQ(panel.lblVS.Text(), "-2/10  ft/min");
 }
 
 TEST_F(Panel_Figures, Airports_follow_the_engine_until_the_pilot_names_another) {
     ucACARS& panel = Panel();
-    Events().ICAODep.emit("KAAA", "Alpha Field");
+    Events().ICAODep.Emit("KAAA", "Alpha Field");
     EXPECT_EQ(Texts(panel.txtOrigin, panel.lblOriginName), "KAAA|Alpha Field");
     EXPECT_EQ(program->engine.Form_ICAO_Depart(), "KAAA");
-    Events().ICAODep.emit("KAAA", "Alpha Renamed");
+    Events().ICAODep.Emit("KAAA", "Alpha Renamed");
     EXPECT_EQ(panel.lblOriginName.Text(), "Alpha Renamed");
     panel.txtDestination.Enter("kbbb");
     EXPECT_EQ(program->engine.Form_ICAO_Arrive(), "kbbb");
-    Events().ICAOArr.emit("KAAA", "Alpha Field");
+    Events().ICAOArr.Emit("KAAA", "Alpha Field");
     EXPECT_EQ(Texts(panel.txtDestination, panel.lblDestinationName), "kbbb|Bravo Field");
     // Left, a code stands in capitals; one that nobody knows is marked, as long as it stands.
     const struct {
@@ -122,7 +122,7 @@ TEST_F(Panel_Figures, The_entry_gets_the_pilot_the_date_the_rules_and_no_placeho
 
 TEST_F(Panel_Figures, The_flight_number_reaches_the_engine_when_the_field_is_left) {
     std::vector<std::string> messages;
-    Events().ACARSMessage.connect(
+    Events().ACARSMessage.Connect(
         [&](Message_Type, const std::string& text) { messages.push_back(text); });
     Panel().hypOn.Click();
     for (const char* number : {"XY4711", "[     ]"}) {

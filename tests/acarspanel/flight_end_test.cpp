@@ -27,7 +27,7 @@ class Flight_End : public Panel_World {
     }
     void Start() {
         Begin();
-        Panel().Closed.connect([this] { ++closed; });
+        Panel().Closed.Connect([this] { ++closed; });
     }
     void Close() { Panel().Close(ucACARS::Closing::by_pilot); }
     bool Is_Kept() const { return std::filesystem::exists(kept); }
@@ -122,7 +122,7 @@ TEST_F(Flight_End, Reset_asks_from_OUT_on_and_goes_on_with_a_flight_that_is_not_
         EXPECT_TRUE(Is_Stored());
         EXPECT_FALSE(Is_Kept());
         bool stopped_before_the_store = false;
-        Events().Reset.connect([&] { stopped_before_the_store = Is_Stored(); });
+        Events().Reset.Connect([&] { stopped_before_the_store = Is_Stored(); });
         Click(Panel().hypReset, {Answer::yes});
         EXPECT_TRUE(stopped_before_the_store);
         EXPECT_THAT(Read(kept), HasSubstr("|KAAA|Alpha Field|1405Z|1410Z|"));

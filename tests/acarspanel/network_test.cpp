@@ -107,7 +107,7 @@ TEST_F(Panel_Network, An_answer_for_a_flight_that_is_over_changes_nothing) {
     EXPECT_EQ(Panel().txtWXOrigin.Text(), "KAAA 141300Z FG");
     // Another code, and the answer is not of that airport.
     Roll();
-    Events().ICAOArr.emit("KBBB", "Bravo Field");
+    Events().ICAOArr.Emit("KBBB", "Bravo Field");
     While_Next_Request_Runs([&] { Panel().txtDestination.Enter("KCCC"); });
     Pass(seconds(2));
     EXPECT_EQ(Panel().txtWXDestination.Text(), "");

@@ -91,7 +91,7 @@ class Panel_World : public Test_World {
         program->transport.on_deliver = [this](std::span<std::byte>) -> std::optional<Delivery> {
             return linked ? std::nullopt : std::optional(Delivery{Delivery_Outcome::failed, 0});
         };
-        program->entry.NewLogEntrySave.connect([this] {
+        program->entry.NewLogEntrySave.Connect([this] {
             log.push_back(Log_Line(program->entry));
             program->entry.New_Log_Entry_Save_Result(log_saves);
         });

@@ -5,8 +5,8 @@
 
 #include "acarspanel/network_world.h"
 #include "common/code_page.h"
-#include "config/uc_settings.h"
 #include "flightlog/log_columns.h"
+#include "settingspanel/uc_settings.h"
 
 namespace norvane::test {
 namespace {
@@ -166,7 +166,7 @@ TEST_F(Panel_Posts, A_program_killed_between_row_and_post_makes_the_pirep_up_onc
         std::filesystem::remove(Settings().FlightLog_Path());
         Settings().Set_OPT_AutoLog(false);
         // Nothing behind what the flight log does now is done any more.
-        program->entry.NewLogEntrySave.connect([&] {
+        program->entry.NewLogEntrySave.Connect([&] {
             if (killed != before_the_row)
                 Write(log_file, Log_Line(program->entry) + "\r\n");
             if (killed != before_the_post)
@@ -181,7 +181,7 @@ TEST_F(Panel_Posts, A_program_killed_between_row_and_post_makes_the_pirep_up_onc
             EXPECT_THAT(Posted(), IsEmpty()) << "a flight that is not in the log";
             // The pilot logs it with a change: it is the same flight.
             Panel().txtAircraftID.Enter("N456");
-            program->entry.NewLogEntrySave.connect(
+            program->entry.NewLogEntrySave.Connect(
                 [&] { Write(log_file, Log_Line(program->entry) + "\r\n"); });
             Panel().hypLog.Click();
             EXPECT_THAT(Posted(), ElementsAre(HasSubstr("tail=N456")));

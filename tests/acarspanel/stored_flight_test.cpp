@@ -132,12 +132,12 @@ TEST_F(Panel_Storage, The_pilot_is_told_of_an_unknown_place_and_of_a_wrong_one) 
 
 TEST_F(Panel_Storage, A_dropped_link_pauses_stores_and_says_so_once) {
     int told = 0;
-    Panel().Interrupted.connect([&] {
+    Panel().Interrupted.Connect([&] {
         ++told;
         EXPECT_TRUE(Panel().Is_Paused());
         EXPECT_EQ(store.Depth(), 0) << "what was stored is committed before anybody is told";
     });
-    Events().FSClosed.emit("not while idle");
+    Events().FSClosed.Emit("not while idle");
     Take_Off();
     linked = false;
     Panel().txtComments.Enter("");

@@ -17,7 +17,7 @@ class App_Frame : public testing::Test {
         frame.AddItem({"One", "First", "The first"}, 1, "UCFIRST");
         frame.AddItem({"Two", "Second", "The second"}, 4, "ucSecond");
         frame.AddItem({"Three", "Third", "The third"}, 2, "ucMissing");
-        frame.ItemSelected.connect([this](const std::string& key) {
+        frame.ItemSelected.Connect([this](const std::string& key) {
             selected.push_back(key + (second.Visible() ? " shown" : " hidden"));
         });
     }
@@ -72,7 +72,7 @@ TEST_F(App_Frame, Shows_one_panel_and_tells_while_the_new_one_is_still_hidden) {
 }
 
 TEST_F(App_Frame, A_listener_that_turns_elsewhere_and_wrong_keys_leave_one_panel_shown) {
-    frame.ItemSelected.connect([this](const std::string& key) {
+    frame.ItemSelected.Connect([this](const std::string& key) {
         if (key == "Two")
             frame.SetActivePanel("One");
     });

@@ -58,7 +58,7 @@ TEST_F(Main_Window, Comes_back_where_it_was_left_unless_it_was_minimised) {
 
 TEST_F(Main_Window, Closes_once_and_without_a_word_when_its_place_cannot_be_stored) {
     int closed = 0;
-    window->Closed.connect([&] { ++closed; });
+    window->Closed.Connect([&] { ++closed; });
     store.full = true;
     window->mnuFileExit.Choose();
     window->Form_Unload(ucACARS::Closing::by_signal);
@@ -81,7 +81,7 @@ TEST_F(Main_Window, Closing_tells_of_an_edited_PIREP_unless_a_signal_asks_for_it
         program->panel.hypOn.Click();
         desktop.boxes.clear();
         // Within a step, so that each is asked for before anything has ended.
-        program->engine.events.FSTime.connect([&](const std::string&) {
+        program->engine.events.FSTime.Connect([&](const std::string&) {
             for (const ucACARS::Closing how : closings)
                 window->Form_Unload(how);
         });
@@ -128,7 +128,7 @@ TEST_F(Main_Window, Locks_the_settings_of_a_flight_and_says_everywhere_that_it_i
     EXPECT_TRUE(panel.cboFuel.Enabled());
     // A blank typed behind "On" must not pause the flight.
     const Control* keyboard = nullptr;
-    program->panel.Focus_Moved.connect([&](const Control& model) { keyboard = &model; });
+    program->panel.Focus_Moved.Connect([&](const Control& model) { keyboard = &model; });
     program->panel.hypOn.Click();
     ASSERT_TRUE(program->panel.Is_Active());
     EXPECT_EQ(keyboard, &program->panel.txtDate);
@@ -176,7 +176,7 @@ TEST_F(Main_Window, Keeps_clock_colours_and_log_name_current) {
     EXPECT_EQ(status(Status_Panel::flight_log), "FLIGHT LOG: Gliders");
 
     int changes = 0;
-    window->changed.connect([&] { ++changes; });
+    window->changed.Connect([&] { ++changes; });
     program->settings.Set_Color_Link_Bar(0x123456);
     program->settings.Set_Color_MenuBar_Back(0x654321);
     EXPECT_NE(window->Title_BackColor(), 0x123456) << "not before the settings are saved";

@@ -14,12 +14,12 @@ TEST_F(Timers, A_tick_that_waits_lets_others_run_but_never_itself) {
     Timer other(desktop.Timers(), milliseconds(30));
     int slow_ticks = 0;
     int other_ticks = 0;
-    slow.tick.connect([&] {
+    slow.tick.Connect([&] {
         ++slow_ticks;
         EXPECT_TRUE(desktop.Timers().Is_Ticking());
         desktop.Run_For(milliseconds(1000));
     });
-    other.tick.connect([&] { ++other_ticks; });
+    other.tick.Connect([&] { ++other_ticks; });
     slow.Set_Enabled(true);
     other.Set_Enabled(true);
     desktop.Run_For(milliseconds(100));
@@ -29,11 +29,11 @@ TEST_F(Timers, A_tick_that_waits_lets_others_run_but_never_itself) {
 
 TEST_F(Timers, A_tick_may_delete_its_own_timer_and_a_failing_one_is_logged_and_stops_nothing) {
     auto carrier = std::make_unique<Timer>(desktop.Timers(), milliseconds(1));
-    carrier->tick.connect([&] { carrier.reset(); });
+    carrier->tick.Connect([&] { carrier.reset(); });
     carrier->Set_Enabled(true);
     Timer failing(desktop.Timers(), milliseconds(1));
     int ticks = 0;
-    failing.tick.connect([&] {
+    failing.tick.Connect([&] {
         ++ticks;
         throw std::runtime_error("tick");
     });
@@ -49,7 +49,7 @@ TEST_F(Timers, Speed_divides_intervals_and_a_late_timer_does_not_catch_up) {
     Timer_Queue fast(clock, 20);
     Timer timer(fast, milliseconds(500));
     int ticks = 0;
-    timer.tick.connect([&] { ++ticks; });
+    timer.tick.Connect([&] { ++ticks; });
     timer.Set_Enabled(true);
     clock.Sleep(milliseconds(25));
     fast.Run_Due();
@@ -63,7 +63,7 @@ TEST_F(Timers, Speed_divides_intervals_and_a_late_timer_does_not_catch_up) {
 TEST_F(Timers, Tick_at_their_interval_until_they_are_disabled_or_nobody_waits) {
     Timer timer(desktop.Timers(), milliseconds(500));
     int ticks = 0;
-    timer.tick.connect([&] { ++ticks; });
+    timer.tick.Connect([&] { ++ticks; });
     desktop.Run_For(milliseconds(5000));
     EXPECT_EQ(ticks, 0);
     timer.Set_Enabled(true);
@@ -79,7 +79,7 @@ TEST_F(Timers, Tick_at_their_interval_until_they_are_disabled_or_nobody_waits) {
 TEST(Controls, The_pilots_hand_reaches_enabled_controls_only) {
     Text_Box box;
     int edits = 0;
-    box.edited.connect([&] { ++edits; });
+    box.edited.Connect([&] { ++edits; });
     box.Enter("A|B\r\nC");
     EXPECT_EQ(box.Text(), "A/B C");
     box.Set_Enabled(false);
@@ -88,7 +88,7 @@ TEST(Controls, The_pilots_hand_reaches_enabled_controls_only) {
     EXPECT_EQ(edits, 1);
     Link link("On");
     int clicks = 0;
-    link.clicked.connect([&] { ++clicks; });
+    link.clicked.Connect([&] { ++clicks; });
     link.Click();
     link.Set_Visible(false);
     link.Click();

@@ -192,9 +192,9 @@ TEST_F(App_Settings, Events_Come_Once_What_Changed_Is_Stored) {
     Add_Log("Other");
     clsAppSettings settings(services);
     std::string events;
-    settings.ActiveLogChange.connect([&] { events += "ActiveLogChange "; });
-    settings.SettingsChanged.connect([&] { events += "SettingsChanged "; });
-    settings.ACTypeChange.connect([&] { events += "ACTypeChange "; });
+    settings.ActiveLogChange.Connect([&] { events += "ActiveLogChange "; });
+    settings.SettingsChanged.Connect([&] { events += "SettingsChanged "; });
+    settings.ACTypeChange.Connect([&] { events += "ACTypeChange "; });
     store.full = true;
     settings.Set_ACARS_ATCModel(true);
     EXPECT_FALSE(settings.Save_Settings());

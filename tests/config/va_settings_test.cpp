@@ -25,12 +25,12 @@ class VA_Settings : public test::Test_World {
   protected:
     void Load(const std::string& name) {
         int changes = 0;
-        Connection counted = settings.Change.connect([&] { ++changes; });
+        Connection counted = settings.Change.Connect([&] { ++changes; });
         // A box lets other code run, which is to find everybody with this airline.
         desktop.on_box = [&](const Message_Box&) { EXPECT_EQ(changes, 1); };
         settings.Get_VA_Settings(name);
         EXPECT_EQ(changes, 1);
-        counted.disconnect();
+        counted.Disconnect();
     }
     [[nodiscard]] std::string Server() const {
         return settings.WebServer() + "|" + settings.Script_PIREP() + "|" + settings.Script_ACARS();

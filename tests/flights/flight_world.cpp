@@ -1,7 +1,7 @@
 #include "flights/flight_world.h"
 
 #include "common/line_reader.h"
-#include "simhost/scenario.h"
+#include "simhost/scenario/scenario.h"
 
 namespace norvane::test {
 
@@ -48,12 +48,12 @@ std::optional<Delivery> Flight_World::Exchange(std::span<std::byte> block) {
 Program& Flight_World::Start() {
     m_program.reset();
     m_program.emplace(services, m_transport);
-    m_program->engine.events.FSTime.connect([this](const std::string&) {
+    m_program->engine.events.FSTime.Connect([this](const std::string&) {
         m_moment_s += m_step_s;
         if (on_step)
             on_step();
     });
-    m_program->engine.events.ACARSMessage.connect(
+    m_program->engine.events.ACARSMessage.Connect(
         [this](Message_Type, const std::string& text) { messages.push_back(text); });
     return *m_program;
 }

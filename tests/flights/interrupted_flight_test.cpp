@@ -107,7 +107,7 @@ TEST_F(Interrupted_Flight,
          [&](Flight_World& flight) {
              Program& program = flight.Running();
              program.panel.txtFlightLevel.Enter(unbroken[flight_level_column]);
-             program.engine.events.FlightIN.connect([&](const std::string&, int) {
+             program.engine.events.FlightIN.Connect([&](const std::string&, int) {
                  program.settings.Set_WX_URL("NOAA");
                  program.panel.weather.tmrWX[1].Set_Enabled(true);
              });
@@ -130,7 +130,7 @@ TEST_F(Interrupted_Flight,
          [](Flight_World& flight) {
              ASSERT_TRUE(flight.Fly_To_Gate());
              // Heard after the log, which has the row by then.
-             flight.Running().log_entry.NewLogEntrySave.connect(
+             flight.Running().log_entry.NewLogEntrySave.Connect(
                  [] { throw std::runtime_error("killed"); });
              flight.Log();
              ASSERT_EQ(flight.Take_Reports().size(), 1U);

@@ -27,7 +27,7 @@ TEST_F(Log_In_Flight,
     program.settings.Set_OPT_AutoLog(true);
     std::size_t commits = 0;
     // The cell editor's text goes into the table when the panel asks for it, once.
-    log.commit_edit_wanted.connect([&] {
+    log.commit_edit_wanted.Connect([&] {
         if (++commits == 1) {
             EXPECT_TRUE(log.Commit_Edit(0, log_column::date, "1/2/2008"));
         }

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "flights/flight_world.h"
-#include "simhost/recording.h"
-#include "simhost/replay.h"
+#include "simhost/recording/recording.h"
+#include "simhost/recording/replay.h"
 
 namespace norvane::test {
 namespace {

@@ -9,7 +9,7 @@ namespace {
 class Window_Flight : public testing::Test {
   protected:
     Window_Flight() {
-        window->Closed.connect([this] { ++closed; });
+        window->Closed.Connect([this] { ++closed; });
     }
 
     Flight_World flight;
@@ -22,7 +22,7 @@ TEST_F(Window_Flight, The_status_bar_follows_the_flight) {
     const Label& status = window->Status(Status_Panel::acars);
     const Label& simulator = window->Status(Status_Panel::simulator);
     std::vector<std::string> acars;
-    window->barStatus[1].changed.connect([&] { acars.push_back(status.Text()); });
+    window->barStatus[1].changed.Connect([&] { acars.push_back(status.Text()); });
     std::size_t steps = 0;
     flight.on_step = [&] {
         ++steps;
@@ -55,7 +55,7 @@ TEST(Window_Closed_Twice, Ends_once_and_after_the_answer) {
         frmMain window(program);
         ASSERT_TRUE(flight.Fly_To_Gate());
         int closed = 0;
-        window.Closed.connect([&] { ++closed; });
+        window.Closed.Connect([&] { ++closed; });
         int questions = 0;
         flight.desktop.on_box = [&](const Message_Box& box) {
             questions += box.buttons == Buttons::yes_no ? 1 : 0;
@@ -88,7 +88,7 @@ TEST_F(Window_Flight, Left_unanswered_the_question_calls_the_closing_off_and_not
     program.panel.hypOn.Click();
     EXPECT_TRUE(program.panel.Is_Active());
     EXPECT_EQ(flight.Rows().size(), 1U);
-    program.Closing.connect(
+    program.Closing.Connect(
         [this] { EXPECT_FALSE(program.http_limits.given_up()) << "asked for the first time"; });
     window->Form_Unload(ucACARS::Closing::by_signal);
     EXPECT_EQ(closed, 1);

@@ -134,13 +134,13 @@ TEST_F(Log_Entry_Test, The_stored_flight_returns_in_a_new_entry_with_its_exact_k
 
 TEST_F(Log_Entry_Test, The_answer_to_a_save_reaches_the_right_listener) {
     std::string heard;
-    entry.NewLogEntrySave.connect([&] {
+    entry.NewLogEntrySave.Connect([&] {
         heard += "save ";
         entry.New_Log_Entry_Save_Result(false);
         entry.New_Log_Entry_Save_Result(true);
     });
-    entry.NewLogEntrySaveOK.connect([&] { heard += "ok "; });
-    entry.NewLogEntrySaveFail.connect([&] { heard += "fail "; });
+    entry.NewLogEntrySaveOK.Connect([&] { heard += "ok "; });
+    entry.NewLogEntrySaveFail.Connect([&] { heard += "fail "; });
     entry.New_Log_Entry_Save();
     EXPECT_EQ(heard, "save fail ok ");
 }

@@ -111,7 +111,7 @@ TEST_F(Pirep_Editor, The_View_Follows_The_Focus_Row_By_Row) {
         EXPECT_EQ(editor.Scroll(), range);
     }
     std::vector<std::size_t> focused;
-    editor.Focus_Moved.connect([&](std::size_t row) { focused.push_back(row); });
+    editor.Focus_Moved.Connect([&](std::size_t row) { focused.push_back(row); });
     for (const auto& [row, step] : {std::pair{0U, -1}, {13U, 1}, {1U, -1}, {12U, 1}, {10U, 1}})
         editor.Step(row, step);
     EXPECT_THAT(focused, ElementsAre(0, 13, 11));
@@ -139,7 +139,7 @@ TEST_F(Pirep_Editor, Edits_Are_Sent_Saved_Or_Kept_As_The_Pilot_Says) {
     using enum frmPIREP::Command;
     using enum Answer;
     std::string pages;
-    response.changed.connect([&] {
+    response.changed.Connect([&] {
         EXPECT_FALSE(response.Is_Open() && Can(send)) << "twice";
         pages += response.Is_Open() ? response.Page() : "";
     });

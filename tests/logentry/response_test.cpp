@@ -17,7 +17,7 @@ class Response : public test::Test_World {
 
 TEST_F(Response, The_viewer_shows_the_wait_then_the_answer_and_takes_both_files_away) {
     std::string seen;
-    response.changed.connect([&] { seen = response.Is_Open() ? response.Page() : "closed"; });
+    response.changed.Connect([&] { seen = response.Is_Open() ? response.Page() : "closed"; });
     response.Contact_Server();
     EXPECT_EQ(seen, "Contacting Server ...\r\n");
     EXPECT_EQ(Read("cs"), seen);

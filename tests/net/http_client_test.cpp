@@ -36,7 +36,7 @@ class Http : public test::Test_World {
   protected:
     Http() {
         ::setenv("no_proxy", "*", 1);
-        m_events.tick.connect([this] {
+        m_events.tick.Connect([this] {
             ++rounds;
             if (on_events)
                 std::exchange(on_events, nullptr)();

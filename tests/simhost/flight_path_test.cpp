@@ -1,6 +1,6 @@
 // The geometry under a flight: lines with rounded corners.
 
-#include "simhost/flight_path.h"
+#include "simhost/flight/flight_path.h"
 
 #include <gtest/gtest.h>
 

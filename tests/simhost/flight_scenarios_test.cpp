@@ -15,8 +15,8 @@
 #include "common/line_reader.h"
 #include "common/number.h"
 #include "common/text.h"
-#include "simhost/flight_path.h"
-#include "simhost/scenario.h"
+#include "simhost/flight/flight_path.h"
+#include "simhost/scenario/scenario.h"
 #include "simhost/scenario_files.h"
 #include "support/test_world.h"
 

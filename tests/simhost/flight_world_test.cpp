@@ -1,12 +1,12 @@
 // What the offset area shows of a flown scenario beyond its movement: tanks and bounces.
 
-#include "simhost/flight_world.h"
+#include "simhost/flight/flight_world.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "simhost/scenario.h"
+#include "simhost/scenario/scenario.h"
 #include "simhost/scenario_files.h"
 
 namespace norvane::test {

@@ -10,7 +10,7 @@
 #include "common/run_error.h"
 #include "common/system_clock.h"
 #include "common/text.h"
-#include "simhost/flightgear_command.h"
+#include "simhost/flightgear/flightgear_command.h"
 #include "simhost/scenario_files.h"
 #include "simlink/link_peers.h"
 #include "simlink/mod_fsuipc.h"
@@ -303,8 +303,8 @@ class Flightgear_Services : public testing::Test {
           transport(service.Address(), 200ms, [this] { return Pump(); }),
           link(transport, clock),
           reader(link) {
-        service.told.connect([this](const std::string& text) { told.push_back(text); });
-        service.text_shown.connect([this](const std::string& text) { shown = text; });
+        service.told.Connect([this](const std::string& text) { told.push_back(text); });
+        service.text_shown.Connect([this](const std::string& text) { shown = text; });
     }
     bool Pump() {
         simulator.Serve();

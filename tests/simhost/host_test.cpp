@@ -27,7 +27,7 @@ class Hosts : public testing::Test {
   protected:
     void Start(const Host_Options& options) {
         host = std::make_unique<Host>(world, options, clock);
-        host->text_shown.connect([this](const std::string& text) { texts.push_back(text); });
+        host->text_shown.Connect([this](const std::string& text) { texts.push_back(text); });
         Connect();
     }
     void Connect() {

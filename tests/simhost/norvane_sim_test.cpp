@@ -9,8 +9,8 @@
 
 #include "common/line_reader.h"
 #include "common/text.h"
-#include "simhost/recording.h"
-#include "simhost/replay.h"
+#include "simhost/recording/recording.h"
+#include "simhost/recording/replay.h"
 #include "simlink/link_peers.h"
 #include "support/child_process.h"
 #include "support/test_world.h"

@@ -1,11 +1,11 @@
-#include "simhost/recording.h"
+#include "simhost/recording/recording.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 
 #include "common/run_error.h"
-#include "simhost/replay.h"
+#include "simhost/recording/replay.h"
 #include "support/test_world.h"
 
 namespace norvane {

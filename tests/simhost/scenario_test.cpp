@@ -1,6 +1,6 @@
 // Scenario files: what is refused and why, and what a client is told about the aircraft.
 
-#include "simhost/scenario.h"
+#include "simhost/scenario/scenario.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
-#include "ui/acars_view.h"
+#include "ui/panels/acars_view.h"
 
 #include <QContextMenuEvent>
 
+#include "ui/controls/value_label.h"
 #include "ui/ui_world.h"
-#include "ui/value_label.h"
 
 namespace norvane::test {
 namespace {
@@ -30,7 +30,7 @@ TEST_F(Acars_View_Test, Tab_reaches_every_input_of_a_page_in_reading_order) {
         names.insert(names.end(), links.begin(), links.end());
         EXPECT_EQ(Tab_Round(), names);
     };
-    Panel().Focus_Moved.emit(Panel().txtDate);
+    Panel().Focus_Moved.Emit(Panel().txtDate);
     expect({"Date", "Aircraft Type", "Aircraft ID", "Origin", "Destination"}, {"==>"});
     Panel().hypFP.Set_Enabled(true);
     Panel().hypNext.Click();
@@ -44,7 +44,7 @@ TEST_F(Acars_View_Test, Tab_reaches_every_input_of_a_page_in_reading_order) {
     // Another airline's fields take the place of these.
     Write_Airline("NEXT", "Stand^X|Y\r\nCaptain^\r\n");
     program->airline.Get_VA_Settings("NEXT");
-    Panel().Focus_Moved.emit(Panel().vaFields[0].cbo);
+    Panel().Focus_Moved.Emit(Panel().vaFields[0].cbo);
     Press(Qt::Key_Down);
     EXPECT_EQ(Panel().vaFields[0].cbo.Text(), "X");
     expect({"Stand", "Captain"}, {"<=="});
@@ -68,7 +68,7 @@ TEST_F(Acars_View_Test, What_is_typed_into_a_box_reaches_the_model_of_its_captio
     for (const auto& [box, caption] : boxes) {
         if (box == &Panel().txtFlightNumber)
             Panel().hypNext.Click();
-        Panel().Focus_Moved.emit(*box);
+        Panel().Focus_Moved.Emit(*box);
         Settle();
         EXPECT_EQ(Name(*QApplication::focusWidget()), caption);
         Type("a|b");
@@ -104,7 +104,7 @@ TEST_F(Acars_View_Test, The_title_asks_for_a_position_report_in_the_air_only) {
     QWidget* title = QApplication::focusWidget()->parentWidget();
     auto* menu = view->findChild<QMenu*>();
     int asked = 0;
-    Panel().mnuPosition.chosen.connect([&] { ++asked; });
+    Panel().mnuPosition.chosen.Connect([&] { ++asked; });
     for (const bool in_the_air : {false, true}) {
         Panel().tmrPos.Set_Enabled(in_the_air);
         const QPoint place(5, 5);

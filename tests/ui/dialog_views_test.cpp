@@ -7,12 +7,12 @@
 #include <QScrollBar>
 
 #include "app/frm_about.h"
-#include "ui/about_dialogs.h"
-#include "ui/link_button.h"
-#include "ui/pirep_view.h"
-#include "ui/row_list_view.h"
+#include "ui/controls/link_button.h"
+#include "ui/dialogs/about_dialogs.h"
+#include "ui/dialogs/pirep_view.h"
+#include "ui/dialogs/row_list_view.h"
+#include "ui/dialogs/world_dialogs.h"
 #include "ui/ui_world.h"
-#include "ui/world_dialogs.h"
 
 namespace norvane::test {
 namespace {
@@ -105,7 +105,7 @@ TEST_F(Dialog_Views, A_row_is_chosen_by_keys_and_taken_by_Enter_or_a_double_clic
     model.Set_Rows(rows);
     model.Select(1);
     int activated = 0;
-    model.activated.connect([&activated] { ++activated; });
+    model.activated.Connect([&activated] { ++activated; });
     QDialog window;
     auto* list = new Row_List_View(model, "Airlines", {}, &window);
     list->resize(300, 200);

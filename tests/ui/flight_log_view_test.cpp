@@ -1,6 +1,6 @@
 // The flight log's grid under the pilot's hands: real editors, real keys.
 
-#include "ui/flight_log_view.h"
+#include "ui/panels/flight_log_view.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -8,9 +8,9 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
-#include "ui/log_grid.h"
-#include "ui/look.h"
+#include "ui/panels/log_grid.h"
 #include "ui/ui_world.h"
+#include "ui/window/look.h"
 
 namespace norvane::test {
 namespace {
@@ -63,16 +63,16 @@ TEST_F(Flight_Log_View_Test, What_is_typed_reaches_the_table_once_checked) {
 
 TEST_F(Flight_Log_View_Test, The_panel_takes_or_drops_what_stands_in_an_open_editor) {
     Begin(0, 19, "smooth");
-    Log().commit_edit_wanted.emit();
+    Log().commit_edit_wanted.Emit();
     EXPECT_EQ(Cell(0, 19), "smooth");
     EXPECT_FALSE(Is_Editing());
     Begin(0, 19, "rough");
-    Log().drop_edit_wanted.emit();
+    Log().drop_edit_wanted.Emit();
     Settle();
     EXPECT_EQ(Cell(0, 19), "smooth");
     // A refused text is not lost to the pilot who is still typing it.
     Begin(1, 13, "1:3");
-    Log().commit_edit_wanted.emit();
+    Log().commit_edit_wanted.Emit();
     EXPECT_EQ(Cell(1, 13), "2.0");
     ASSERT_TRUE(Is_Editing());
 }
@@ -170,14 +170,14 @@ TEST_F(Flight_Log_View_Test, Only_what_the_pilot_draws_changes_a_width) {
     for (std::size_t i = 0; i < before.size(); ++i)
         before.at(i) = Log().Layout().columns.at(i).width_twips = 1001 + static_cast<int>(i);
     Log().Layout().columns[5].visible = false;
-    Log().layout_changed.emit();
+    Log().layout_changed.Emit();
     EXPECT_TRUE(header.isSectionHidden(5) && header.isSectionHidden(38));
     for (const int column : {0, 1})
         EXPECT_EQ(header.sectionSize(column), Twips_To_Pixels(*view, 1001 + column));
     header.resizeSection(7, 150);
     before[7] = Pixels_To_Twips(*view, 150);
     Log().Layout().columns[5].visible = true;
-    Log().layout_changed.emit();
+    Log().layout_changed.Emit();
     EXPECT_FALSE(header.isSectionHidden(5));
     for (std::size_t i = 0; i < before.size(); ++i)
         EXPECT_EQ(Log().Layout().columns.at(i).width_twips, before.at(i)) << i;

@@ -1,11 +1,11 @@
-#include "ui/log_dialogs.h"
+#include "ui/dialogs/log_dialogs.h"
 
 #include <QComboBox>
 #include <QLineEdit>
 
-#include "flightlog/frm_log.h"
-#include "ui/bind.h"
-#include "ui/field_list.h"
+#include "logpanel/frm_log.h"
+#include "ui/controls/bind.h"
+#include "ui/dialogs/field_list.h"
 #include "ui/ui_world.h"
 
 namespace norvane::test {
@@ -20,7 +20,7 @@ TEST_F(Log_Dialogs_Test, A_list_completes_what_is_typed_and_lets_go_of_it_again)
     Bind(list, model, "Flight Log");
     EXPECT_EQ(list.currentText(), "");
     int entered = 0;
-    model.edited.connect([&entered] { ++entered; });
+    model.edited.Connect([&entered] { ++entered; });
     QLineEdit& edit = *list.lineEdit();
 
     Type("my", &list);

@@ -1,12 +1,12 @@
 // The flight log's pages, printed into PDF files.
 
-#include "ui/log_printer.h"
+#include "ui/printing/log_printer.h"
 
 #include <gtest/gtest.h>
 
 #include "support/test_world.h"
 #include "ui/pdf_text.h"
-#include "ui/qt_text.h"
+#include "ui/window/qt_text.h"
 
 namespace norvane {
 namespace {

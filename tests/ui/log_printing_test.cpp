@@ -16,11 +16,11 @@
 #include <QTimer>
 #include <fstream>
 
-#include "flightlog/log_world.h"
-#include "ui/grid_printing.h"
+#include "logpanel/log_world.h"
 #include "ui/pdf_text.h"
-#include "ui/qt_desktop.h"
-#include "ui/qt_text.h"
+#include "ui/printing/grid_printing.h"
+#include "ui/window/qt_desktop.h"
+#include "ui/window/qt_text.h"
 
 namespace norvane::test {
 namespace {
@@ -35,7 +35,7 @@ class Log_Printing : public Log_World {
             lines += Full_Line("1/2/2008|B738|N123|PHNL|Honolulu");
         Write(log_file, lines);
         Start();
-        log->field_chooser.shown.connect([this] { log->field_chooser.hypOK.Click(); });
+        log->field_chooser.shown.Connect([this] { log->field_chooser.hypOK.Click(); });
         new Grid_Printing(*log, qt_desktop, parent);
         parent.show();
         QObject::connect(&look, &QTimer::timeout, &look, [this] { Step(); });

@@ -1,12 +1,12 @@
 // Texts on the pilot's own colours, and texts from outside.
 
-#include "ui/look.h"
+#include "ui/window/look.h"
 
 #include <gtest/gtest.h>
 
-#include "ui/elided_label.h"
-#include "ui/link_button.h"
-#include "ui/qt_text.h"
+#include "ui/controls/elided_label.h"
+#include "ui/controls/link_button.h"
+#include "ui/window/qt_text.h"
 
 namespace norvane {
 namespace {

@@ -1,15 +1,15 @@
-#include "ui/main_window.h"
+#include "ui/window/main_window.h"
 
 #include <QMouseEvent>
 #include <QScreen>
 #include <QShortcut>
 
-#include "ui/acars_view.h"
-#include "ui/frame_view.h"
-#include "ui/look.h"
-#include "ui/message_view.h"
+#include "ui/controls/value_label.h"
+#include "ui/panels/acars_view.h"
+#include "ui/panels/message_view.h"
 #include "ui/ui_world.h"
-#include "ui/value_label.h"
+#include "ui/window/frame_view.h"
+#include "ui/window/look.h"
 
 namespace norvane::test {
 namespace {
@@ -138,7 +138,7 @@ TEST_F(Main_Window_Test, It_stands_on_a_screen_and_is_closed_by_the_program_only
     window->resize(760, 520);
     Settle();
     int heard = 0;
-    form->Closed.connect([this, &heard] {
+    form->Closed.Connect([this, &heard] {
         ++heard;
         for (const auto& [measure, pixels] :
              {std::pair{"MainLeft", 30}, {"MainTop", 45}, {"MainWidth", 760}, {"MainHeight", 520}})

@@ -1,15 +1,15 @@
-#include "ui/qt_desktop.h"
+#include "ui/window/qt_desktop.h"
 
 #include <QMessageBox>
 #include <QTimer>
 #include <QWindow>
 #include <memory>
 
-#include "ui/bind.h"
-#include "ui/guarded_application.h"
-#include "ui/link_button.h"
-#include "ui/message_boxes.h"
+#include "ui/controls/bind.h"
+#include "ui/controls/link_button.h"
+#include "ui/dialogs/message_boxes.h"
 #include "ui/ui_world.h"
+#include "ui/window/guarded_application.h"
 
 namespace norvane {
 namespace {
@@ -19,7 +19,7 @@ using std::chrono::milliseconds;
 class Qt_Desktop_Test : public testing::Test {
   protected:
     void SetUp() override {
-        timer.tick.connect([this] { ++ticks; });
+        timer.tick.Connect([this] { ++ticks; });
         timer.Set_Enabled(true);
     }
     bool Comes(const std::function<bool()>& condition) {
@@ -38,7 +38,7 @@ class Qt_Desktop_Test : public testing::Test {
     void In_A_Tick(const std::function<void()>& run) {
         Timer once(desktop.Timers(), milliseconds(10));
         bool done = false;
-        once.tick.connect([&] {
+        once.tick.Connect([&] {
             once.Set_Enabled(false);
             run();
             done = true;
@@ -58,7 +58,7 @@ TEST_F(Qt_Desktop_Test, Timers_run_in_waits_within_ticks_and_behind_a_question) 
     In_A_Tick([this] { EXPECT_TRUE(Comes([this, now = ticks] { return ticks >= now + 3; })); });
     // The pilot answers when the timers have run a while behind the box.
     Timer pilot(desktop.Timers(), milliseconds(50));
-    pilot.tick.connect([this] {
+    pilot.tick.Connect([this] {
         if (QMessageBox* box = Open_Box(); box != nullptr && ticks >= 5)
             box->button(QMessageBox::Yes)->click();
     });
@@ -194,7 +194,7 @@ TEST_F(Guard_Test, What_fails_within_Qt_is_logged_and_the_program_goes_on) {
     EXPECT_TRUE(desktop.boxes.empty());
     // What the pilot asked for is not done: he is told.
     Link link("Print");
-    link.clicked.connect([] { throw std::runtime_error("a command failed"); });
+    link.clicked.Connect([] { throw std::runtime_error("a command failed"); });
     Link_Button button;
     Bind(button, link);
     button.click();

@@ -1,10 +1,10 @@
-#include "ui/response_view.h"
+#include "ui/dialogs/response_view.h"
 
 #include <QApplication>
 #include <optional>
 
 #include "support/test_world.h"
-#include "ui/qt_text.h"
+#include "ui/window/qt_text.h"
 
 namespace norvane {
 namespace {

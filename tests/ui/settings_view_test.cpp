@@ -1,4 +1,4 @@
-#include "ui/settings_view.h"
+#include "ui/panels/settings_view.h"
 
 #include <QComboBox>
 #include <QFrame>

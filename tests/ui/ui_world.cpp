@@ -6,7 +6,7 @@
 #include <QStackedWidget>
 #include <QTimer>
 
-#include "ui/guarded_application.h"
+#include "ui/window/guarded_application.h"
 
 namespace norvane::test {
 

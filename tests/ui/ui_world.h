@@ -17,8 +17,8 @@
 #include "simlink/in_process_transport.h"
 #include "simlink/offset_area.h"
 #include "support/test_world.h"
-#include "ui/qt_desktop.h"
-#include "ui/qt_text.h"
+#include "ui/window/qt_desktop.h"
+#include "ui/window/qt_text.h"
 
 namespace norvane::test {
 

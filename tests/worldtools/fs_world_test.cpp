@@ -34,9 +34,9 @@ class FS_World : public Test_World {
     }
     /// A visit to the dialog, in which `visit` is what the pilot does.
     bool Visit(const std::function<void()>& visit) {
-        auto shown = form.shown.connect(visit);
+        auto shown = form.shown.Connect(visit);
         const bool reached = form.Show_Form();
-        shown.disconnect();
+        shown.Disconnect();
         return reached;
     }
     void Click(frmFSWorld::Command command) { form.hypWorld[command].Click(); }
@@ -63,7 +63,7 @@ class FS_World : public Test_World {
 
 TEST_F(FS_World, A_location_that_was_added_is_where_the_next_flight_departs) {
     int closed = 0;
-    form.closed.connect([&] { ++closed; });
+    form.closed.Connect([&] { ++closed; });
     EXPECT_TRUE(Visit([&] {
         Add("  nv-1 ");
         Add("egll");

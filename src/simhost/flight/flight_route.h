@@ -1,0 +1,30 @@
+#pragma once
+// The lines of one flight, from the scenario's points: out of the stand, and from there by the
+// runways to the other stand. Distances along the second one mark what happens where.
+
+#include <optional>
+#include <vector>
+
+#include "simhost/flight/flight_path.h"
+#include "simhost/scenario/scenario_data.h"
+
+namespace norvane {
+
+struct Flight_Route {
+    struct Stop {
+        double at_m = 0;
+        double hold_s = 0;
+    };
+
+    std::optional<Flight_Path> pushback;
+    Flight_Path path;
+    double line_up_m = 0;
+    double touchdown_m = 0;       // where the glide path meets the runway
+    std::vector<Stop> stops_out;  // taxiing, before the line-up
+    std::vector<Stop> stops_in;   // taxiing, after the runway
+};
+
+/// Raises an error that names the line with a fault.
+[[nodiscard]] Flight_Route Route_Of(const Scenario_Data& scenario);
+
+}  // namespace norvane

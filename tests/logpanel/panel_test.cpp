@@ -1,0 +1,157 @@
+// The panel's own rules: edits, undo, the close question, layout, lists.
+
+#include <gtest/gtest.h>
+
+#include "logpanel/log_world.h"
+
+namespace norvane {
+namespace {
+
+using test::Full_Line;
+using Texts = std::vector<std::string>;
+
+class Panel_Test : public test::Log_World {
+  protected:
+    void Start_With_Two_Flights() {
+        Write(log_file, "1/1/2008|a||||||||||||1\r\n1/2/2008|b||||||||||||2\r\n");
+        Start();
+    }
+    /// The pilot opens an editor, types and leaves it.
+    bool Type(std::size_t row, std::size_t column, std::string_view text) {
+        log->Begin_Edit(row, column);
+        return log->Commit_Edit(row, column, text);
+    }
+};
+
+TEST_F(Panel_Test, An_edit_is_checked_written_and_counted) {
+    Start_With_Two_Flights();
+    // A type counts as changed only when it differs.
+    EXPECT_TRUE(Type(0, 1, "a"));
+    EXPECT_FALSE(log->Changed());
+    EXPECT_FALSE(Type(0, 0, "soon"));
+    EXPECT_TRUE(log->Changed());
+    EXPECT_EQ(desktop.boxes.at(0).title, "Norvane Invalid Field Entry");
+    EXPECT_FALSE(Type(0, 0, "")) << "the next load would drop the flight";
+    EXPECT_EQ(log->Table().Get(0, 0), "1/1/2008");
+    EXPECT_TRUE(Type(0, 0, "4/23/08"));
+    EXPECT_TRUE(Type(0, 13, "1.26"));
+    EXPECT_TRUE(Contains(log->tdbLogCaption.Text(), "Block Time: 3.3 "));
+    Delete_Row(1);
+    EXPECT_TRUE(Contains(log->tdbLogCaption.Text(), "Block Time: 1.3 "));
+    // The row is gone: nothing is current, and no other one goes in its place.
+    log->Delete_LogEntry();
+    EXPECT_TRUE(log->Grid_Save());
+    EXPECT_FALSE(log->Changed());
+    EXPECT_EQ(Read(log_file), Full_Line("4/23/2008|a||||||||||||1.3"));
+    EXPECT_TRUE(Type(0, 1, "B738"));
+    EXPECT_TRUE(log->Changed());
+    // A picked airport brings its name.
+    EXPECT_TRUE(log->Grid_Save());
+    log->Pick_Airport(0, 3, {"PHTO", "Hilo"});
+    EXPECT_TRUE(log->Changed());
+    log->Pick_Airport(0, 8, {"PHNL", "Honolulu"});
+    log->Pick_Airport(0, 5, {"PHNL", "Honolulu"});
+    EXPECT_TRUE(Contains(Errors(), "Column 5 holds no airport code"));
+    // Saving takes the edit in progress with it; one that a save came into counts when it ends.
+    auto typing = log->commit_edit_wanted.Connect([&] { log->Commit_Edit(0, 19, "typing"); });
+    log->Begin_Edit(0, 20);
+    log->hypACARS[ucFlightLog::save].Click();
+    typing.Disconnect();
+    EXPECT_EQ(Read(log_file), Full_Line("4/23/2008|B738||PHTO|Hilo||||PHNL|Honolulu||||1.3||||||"
+                                        "typing"));
+    log->Commit_Edit(0, 20, "BA 1");
+    EXPECT_TRUE(log->Changed());
+}
+
+TEST_F(Panel_Test, Closing_asks_only_about_changes_and_saves_on_Yes) {
+    Start_With_Two_Flights();
+    EXPECT_TRUE(Close());
+    EXPECT_TRUE(desktop.boxes.empty());
+    EXPECT_EQ(log->Table().Row_Count(), 0U);
+    // A type that is just being typed is a change, though its edit's begin was none.
+    Start();
+    log->Begin_Edit(0, 1);
+    log->commit_edit_wanted.Connect([&] { log->Commit_Edit(0, 1, "B744"); });
+    desktop.answers = {Answer::none, Answer::yes};
+    EXPECT_FALSE(Close()) << "the question was left";
+    EXPECT_TRUE(log->Changed());
+    EXPECT_EQ(log->Table().Get(0, 1), "B744");
+    EXPECT_EQ(desktop.boxes.at(0).title, "Flight Log Changed");
+    EXPECT_TRUE(Close());
+    const std::string question = "Would you like to save the changes made to the Flight Log?";
+    EXPECT_EQ(Take_Boxes(), (Texts{question, question, "Flight Log Saved"}));
+    EXPECT_TRUE(Contains(Read(log_file), "|B744|"));
+}
+
+TEST_F(Panel_Test, What_can_neither_be_saved_nor_kept_is_lost_only_knowingly) {
+    Start_With_Two_Flights();
+    Type(0, 19, "typed");
+    const std::filesystem::path away = directory.string() + ".away";
+    std::filesystem::rename(directory, away);
+    desktop.answers = {Answer::no, Answer::no, Answer::no, Answer::yes};
+    EXPECT_FALSE(log->Closing());
+    EXPECT_EQ(log->Table().Get(0, 19), "typed");
+    EXPECT_TRUE(log->Closing());
+    std::filesystem::rename(away, directory);
+    Take_Errors();
+}
+
+TEST_F(Panel_Test, The_layout_returns_from_the_store_and_gives_way_to_the_defaults) {
+    for (const std::string& stored :
+         Split("Col5_Visible=False Col6_Visible=0 Col7_Visible=perhaps Col8_Visible=1 Col1=2222 "
+               "Col2=wide Col3=0 Col4=100001 Row=450",
+               ' '))
+        store.Set("Grid", Before(stored, "="), stored.substr(stored.find('=') + 1));
+    Start();
+    EXPECT_TRUE(Contains(Errors(), "Col7_Visible: \"perhaps\" is neither True nor False"));
+    Grid_Layout& layout = log->Layout();
+    EXPECT_EQ(layout.row_height_twips, 450);
+    const auto& columns = layout.columns;
+    for (const std::size_t column : {0U, 5U, 6U, 7U, 8U, 52U})
+        EXPECT_EQ(columns[column].visible, column == 0 || column == 7 || column == 8) << column;
+    EXPECT_EQ(columns[1].width_twips + columns[2].width_twips, 2222 + 1000);
+    EXPECT_EQ(columns[3].width_twips + columns[4].width_twips, 900 + 3500);
+    EXPECT_EQ(layout.columns[37].entries, (Texts{"IFR", "VFR"}));
+    layout.columns[52].width_twips = 777;
+    Close();
+    EXPECT_EQ(store.Get("Grid", "Row") + store.Get("Grid", "Col52"), "450777");
+    EXPECT_EQ(store.Get("Grid", "Col5_Visible") + store.Get("Grid", "Col0_Visible"), "FalseTrue");
+    EXPECT_EQ(store.Depth(), 0);
+    log->Restore_Grid_Sizing();
+    EXPECT_EQ(layout.row_height_twips, 300);
+    EXPECT_TRUE(layout.columns[5].visible);
+    EXPECT_EQ(layout.columns[1].width_twips, 1700);
+}
+
+TEST_F(Panel_Test, Captions_and_lists_come_from_the_small_files) {
+    Write("bin/optfields.cfg", "Gate^\r\n\r\nType^Charter|Ferry\r\n3^\r\n4^\r\n5^\r\n6^\r\n");
+    Write("VA/vafields.cfg", "Remarks^One\r\nbroken\r\n");
+    Write("bin/ac.cfg", "Boeing 737@@Cessna 172@\r\nsecond line@x\r\n");
+    Write("bin/atcmod.cfg", "B738@C172");
+    Write("bin/FS9.wld",
+          "// airports\r\n\r\n1|2|3|PHTO|Hilo|more\r\n1|2|3|X|http://x\r\n"
+          "1|2|3|PHNL|Honolulu\r\n1|2|3|PHOG\r\n1|2|3|KJFK|Kennedy\r\n");
+    Start();
+    EXPECT_EQ(log->Aircraft_Types(), (Texts{"Boeing 737", "Cessna 172"}));
+    ASSERT_EQ(log->Airports().size(), 2U);
+    EXPECT_EQ(log->Airports()[1].icao + log->Airports()[1].name, "PHNLHonolulu");
+    EXPECT_TRUE(Contains(Errors(), "line 6"));
+    settings->Set_ACARS_ATCModel(true);
+    log->Load_Aircraft();
+    EXPECT_EQ(log->Aircraft_Types(), (Texts{"B738", "C172"}));
+    va_settings->Get_VA_Settings("DEFAULT");
+    Take_Errors();
+    log->Layout().columns[2].width_twips = 777;
+    log->VA_Change();
+    const auto& columns = log->Layout().columns;
+    EXPECT_EQ(columns[2].width_twips, 777) << "what the pilot sized stays";
+    EXPECT_EQ(columns[38].caption + columns[42].caption + columns[43].caption, "Gate5Remarks");
+    EXPECT_EQ(columns[39].entries, (Texts{"Charter", "Ferry"}));
+    EXPECT_TRUE(columns[43].visible);
+    EXPECT_TRUE(columns[43].entries.empty()) << "a single entry is no choice";
+    EXPECT_FALSE(columns[44].visible);
+    EXPECT_TRUE(Contains(Errors(), "ucACARS.Get_Custom_Captions()"));
+}
+
+}  // namespace
+}  // namespace norvane
