@@ -38,10 +38,13 @@ class Interrupted_Flight : public testing::Test {
     std::size_t exchanges = 0;
 };
 
-TEST_F(Interrupted_Flight, Comes_out_the_same_whichever_exchange_is_refused_or_garbage) {
-    for (std::size_t number = 0; number < 2 * exchanges; ++number) {
-        const std::size_t troubled = number / 2;
-        const bool is_garbage = number % 2 == 1;
+/// Whether every exchange, in turn, is refused or answered with garbage.
+class Troubled_Flight : public Interrupted_Flight, public testing::WithParamInterface<bool> {};
+INSTANTIATE_TEST_SUITE_P(Refused_And_Garbage, Troubled_Flight, testing::Bool());
+
+TEST_P(Troubled_Flight, Comes_out_the_same_whichever_exchange_is_troubled) {
+    const bool is_garbage = GetParam();
+    for (std::size_t troubled = 0; troubled < exchanges; ++troubled) {
         Flight_World flight;
         bool done = false;
         flight.trouble = [&](std::size_t exchange, std::span<std::byte> block) {
