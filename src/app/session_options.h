@@ -1,5 +1,6 @@
 #pragma once
-// The options that `norvane` and `norvane-cli` have in common, read into what a session begins with.
+// The options that `norvane` and `norvane-cli` have in common, read into what a session begins
+// with.
 
 #include <CLI/CLI.hpp>
 

@@ -32,15 +32,19 @@ class System_Locale {
     [[nodiscard]] std::string Text(nl_item item) const {
         return m_locale == nullptr ? std::string() : ::nl_langinfo_l(item, m_locale);
     }
-    /// The item's one character in the code page; empty when it has another number of them.
+    /// The item's one character in the code page; empty when it has another number of them, or one
+    /// that the code page lacks.
     [[nodiscard]] std::optional<char> Sign(nl_item item) const {
         std::string text = Text(item);
         if (Text(CODESET) == "UTF-8") {
             // The narrow blanks that group digits have no place in the code page.
             text = Replace_All(text, "\xE2\x80\xAF", "\xC2\xA0");
-            text = From_Utf8(text);
-            if (text == " ")
-                text = no_break_space;
+            const std::string sign = From_Utf8(text);
+            if (sign == " ")
+                return no_break_space;
+            if (To_Utf8(sign) != text)
+                return std::nullopt;
+            text = sign;
         }
         return text.size() == 1 ? std::optional(text[0]) : std::nullopt;
     }

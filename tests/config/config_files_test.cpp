@@ -119,6 +119,7 @@ TEST_F(Config_Files, A_Countrys_Signs_Are_Taken_As_The_Code_Page_Has_Them) {
         {"C", ",", "\xA0", "%d.%m.%Y", ",\xA0 dd.MM.yyyy"},
         {"C.UTF-8", ".", ",", "%m/%d/%y", "., MM/dd/yyyy"},
         {"C.UTF-8", ",", ",", "%d.%m.%Y", ",\0 dd.MM.yyyy"s},
+        {"C.UTF-8", "\xD9\xAB", "\xD9\xAC", "%d/%m/%Y", ".\0 dd/MM/yyyy"s},
         {"C", ",", "", "%m/%d/%y", "., M/d/yyyy"}};
     int number = 0;
     for (const auto& [letters, decimal, grouping, date, expected] : countries) {

@@ -131,7 +131,8 @@ TEST_F(Flight_Plans, Every_Encoding_Becomes_The_Code_Page) {
              Utf16("!</FPType>", false),
          "e?!//////"},
         {"\xFF\xFE" +
-             Utf16("[FlightPlan]\r\nType=IFR\r\nCruising_Altitude=35000\r\nWaypoint.0=A,,,,,\r\n", false),
+             Utf16("[FlightPlan]\r\nType=IFR\r\nCruising_Altitude=35000\r\nWaypoint.0=A,,,,,\r\n",
+                   false),
          "IFR/FL350/A//A//A"},
     };
     for (const auto& [content, read] : cases)
