@@ -10,6 +10,13 @@ namespace norvane {
 
 struct Services;
 
+/// How a log's table differs from its file.
+struct Unsaved_Edits {
+    /// Rows of the table that the file does not have.
+    std::vector<std::string> lines;
+    bool rows_deleted = false;
+};
+
 struct Unsaved_Row {
     std::filesystem::path file;
     /// All 53 fields, without line end.

@@ -16,6 +16,7 @@
 #include "config/log_names.h"
 #include "flightlog/log_keeping.h"
 #include "flightlog/log_reading.h"
+#include "flightlog/unsaved_rows.h"
 #include "logentry/cls_log_entry.h"
 
 namespace norvane {
@@ -370,7 +371,7 @@ void ucFlightLog::Write_Cell(std::size_t row, std::size_t column, std::string_vi
 }
 
 /// What the table has and the file has not. A row that was deleted is no such row: the file has it.
-ucFlightLog::Unsaved_Edits ucFlightLog::Compare_With_File() const {
+Unsaved_Edits ucFlightLog::Compare_With_File() const {
     std::vector<std::string> in_file;
     try {
         in_file = All_Rows(Read_File(m_file->Path()));

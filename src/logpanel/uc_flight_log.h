@@ -25,6 +25,7 @@ namespace norvane {
 class clsAppSettings;
 class clsLogEntry;
 class clsVASettings;
+struct Unsaved_Edits;
 
 class ucFlightLog : public Flight_Log_Form {
   public:
@@ -155,10 +156,6 @@ class ucFlightLog : public Flight_Log_Form {
     void Tell_Of_Undated_Rows();
     void Tell_Of_Hidden_Logs();
     void Write_Cell(std::size_t row, std::size_t column, std::string_view text);
-    struct Unsaved_Edits {
-        std::vector<std::string> lines;
-        bool rows_deleted = false;
-    };
     [[nodiscard]] Unsaved_Edits Compare_With_File() const;
     std::string Keep_Unsaved_Edits();
     void Keep_Flight_Of_Unloaded_Log(const std::string& line);
