@@ -127,11 +127,12 @@ TEST_F(Flight_Plans, Every_Encoding_Becomes_The_Code_Page) {
         {"<DepartureName>\xC9\x92 \xFC</DepartureName>", "///\xC9\x92 \xFC///"},
         // Cut within a character.
         {"<DepartureName>\xC3\xBC \xC5\x81</DepartureName>\n<Title>\xE2\x82", "///\xFC L///"},
-        {"\xFF\xFE" + Utf16("<FPType>e", false) + "\x01\x03\x3D\xD8\x00\xDE" +
+        {"\xFF\xFE" + Utf16("<FPType>e", false) + "\x01\x03\x3D\xD8\x00\xDE"s +
              Utf16("!</FPType>", false),
          "e?!//////"},
         {"\xFF\xFE" +
-             Utf16("[FlightPlan]\r\nType=IFR\r\nCruising_Altitude=35000\r\nWaypoint.0=A,,,,,\r\n", false),
+             Utf16("[FlightPlan]\r\nType=IFR\r\nCruising_Altitude=35000\r\nWaypoint.0=A,,,,,\r\n",
+                   false),
          "IFR/FL350/A//A//A"},
     };
     for (const auto& [content, read] : cases)
