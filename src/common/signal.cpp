@@ -36,7 +36,7 @@ Connection Any_Signal::Add(std::shared_ptr<Signal_Place> place) {
     std::copy_if(m_places->begin(), m_places->end(), std::back_inserter(*places),
                  [](const std::shared_ptr<Signal_Place>& each) { return each->is_connected; });
     places->push_back(std::move(place));
-    const Connection connection{places->back()};
+    Connection connection{places->back()};
     m_places = std::move(places);
     return connection;
 }

@@ -127,7 +127,7 @@ TEST_F(Flight_Plans, Every_Encoding_Becomes_The_Code_Page) {
         {"<DepartureName>\xC9\x92 \xFC</DepartureName>", "///\xC9\x92 \xFC///"},
         // Cut within a character.
         {"<DepartureName>\xC3\xBC \xC5\x81</DepartureName>\n<Title>\xE2\x82", "///\xFC L///"},
-        {"\xFF\xFE" + Utf16("<FPType>e", false) + "\x01\x03\x3D\xD8\x00\xDE" +
+        {"\xFF\xFE" + Utf16("<FPType>e", false) + "\x01\x03\x3D\xD8\x00\xDE"s +
              Utf16("!</FPType>", false),
          "e?!//////"},
         {"\xFF\xFE" +

@@ -58,11 +58,11 @@ class Told_World {
         // The first sample of an aircraft with lines of its own only says which one it is.
         if (use == Sample_Use::another_aircraft)
             return Tell(properties);
-        m_world.Apply(0, area);
+        m_world.Apply(0, m_area);
         return use;
     }
     [[nodiscard]] double Get(Variable variable, int engine = 1) const {
-        return area.Get(variable, engine);
+        return m_area.Get(variable, engine);
     }
     [[nodiscard]] std::vector<double> Get(std::initializer_list<Variable> variables) const {
         std::vector<double> values;
@@ -70,15 +70,15 @@ class Told_World {
             values.push_back(Get(variable));
         return values;
     }
-    [[nodiscard]] std::string Text(Variable variable) const { return area.Get_Text(variable); }
-    [[nodiscard]] double Fuel_Gal() const { return All_Gallons(area); }
+    [[nodiscard]] std::string Text(Variable variable) const { return m_area.Get_Text(variable); }
+    [[nodiscard]] double Fuel_Gal() const { return All_Gallons(m_area); }
 
   private:
-    Offset_Area area;
+    Offset_Area m_area;
     Flightgear_World m_world;
 };
 
-auto Near(std::vector<double> values) {
+auto Near(const std::vector<double>& values) {
     return testing::Pointwise(testing::DoubleNear(0.01), values);
 }
 

@@ -200,7 +200,7 @@ TEST_F(Mod_Fsuipc, An_Answer_That_Is_Not_The_Request_Reaches_No_Memory) {
     using Fields = std::array<std::uint32_t, 3>;
     const Fields nothing{unread, unread, unread};
     // Each word of the headers, and the end record, of 16 + 4, 16 + 4 and 4 bytes.
-    for (const std::size_t place : {0, 4, 8, 12, 20, 24, 28, 32, 40}) {
+    for (const std::size_t place : {0U, 4U, 8U, 12U, 20U, 24U, 28U, 32U, 40U}) {
         for (const std::uint32_t garbage : {0U, 1U, 2U, 3U, 7U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
             Fields fields = nothing;
             EXPECT_EQ(Read(0x3304, 4, &fields[0]), okay);

@@ -14,7 +14,7 @@ TEST(Offset_Area_Requests, Malicious_Blocks_Are_Refused_And_Change_Nothing) {
     // A good write stands before the fault: it must not be carried out.
     const auto good = [] { return Block().Words({2, 0x4000, 4}).Data(4); };
     const struct {
-        const char* fault;
+        const char* fault = nullptr;
         Block block;
     } cases[] = {
         {"no record at all", Block()},

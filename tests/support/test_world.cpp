@@ -23,7 +23,7 @@ template <class Value>
 Value Next_Of(std::deque<Value>& script, Value otherwise) {
     if (script.empty())
         return otherwise;
-    const Value next = script.front();
+    Value next = script.front();
     script.pop_front();
     return next;
 }
@@ -94,7 +94,7 @@ std::vector<std::string> Test_World::Take_Errors() {
 
 std::filesystem::path Test_World::Write(const std::filesystem::path& relative,
                                         std::string_view content) {
-    const auto file = directory / relative;
+    auto file = directory / relative;
     std::filesystem::create_directories(file.parent_path());
     Write_File(file, content);
     return file;
