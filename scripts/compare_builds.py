@@ -72,7 +72,7 @@ def fly(build, world, settings):
         left = {"fly": f"status {flown.returncode}\n" + flown.stdout, "log report": f"status {reported.returncode}"}
         for file in sorted(path for part in ("logs", "reports", "messagelogs") for path in (home / part).rglob("*") if path.is_file()):
             left[str(file.relative_to(home))] = file.read_text(encoding="latin-1")
-        for page in sorted(home.glob("*.htm*")):
+        for page in home.glob("report.html"):
             left[page.name] = page.read_text(encoding="latin-1")
         return {masked(name, home): masked(text, home) for name, text in left.items()}
 
