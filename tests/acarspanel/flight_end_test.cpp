@@ -122,8 +122,9 @@ TEST_F(Flight_End, Reset_asks_from_OUT_on_and_goes_on_with_a_flight_that_is_not_
         EXPECT_TRUE(Is_Stored());
         EXPECT_FALSE(Is_Kept());
         bool stopped_before_the_store = false;
-        Events().Reset.Connect([&] { stopped_before_the_store = Is_Stored(); });
+        Connection look = Events().Reset.Connect([&] { stopped_before_the_store = Is_Stored(); });
         Click(Panel().hypReset, {Answer::yes});
+        look.Disconnect();
         EXPECT_TRUE(stopped_before_the_store);
         EXPECT_THAT(Read(kept), HasSubstr("|KAAA|Alpha Field|1405Z|1410Z|"));
         EXPECT_THAT(Take_Boxes().back(), HasSubstr(kept.string()));
