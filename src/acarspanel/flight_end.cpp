@@ -96,6 +96,9 @@ void ucACARS::Take_Logged_Row(const std::string& row, bool at_gate) {
         Keep_Old_Values();
         return;
     }
+    // Without a flight, what was logged is no beginning of the next one.
+    if (m_stage.Now() == Stage::none)
+        return;
     m_store.facts.row_in_log = row;
     if (m_store.Has_Flight_To_Keep())
         m_store.Persist();
@@ -120,7 +123,7 @@ void ucACARS::ACARS_RESET() {
         if (m_stage.Now() == Stage::at_gate)
             End_Tracking();
         clsACARS* engine = m_steps.Engine();
-        m_stage.Enter(Stage::none);
+        Forget_Flight();
         if (engine != nullptr) {
             // A flight that was stored and never taken up was not connected either.
             if (!engine->Flight_Date().empty())
@@ -130,15 +133,20 @@ void ucACARS::ACARS_RESET() {
         }
         Show_Paused(false);
         Show_Active();
-        Drop_Flight();
+        Clear_Flight();
     });
     m_keeper.Tell_Where(kept);
 }
 
-/// Takes a flight that is over off the panel and out of the store.
-void ucACARS::Drop_Flight() {
+/// No flight is under way, and what was known of one goes.
+void ucACARS::Forget_Flight() {
+    m_stage.Enter(Stage::none);
     m_store.facts = {};
     network_plan.Set_Applied(false);
+}
+
+/// Takes a flight that was forgotten off the panel and out of the store.
+void ucACARS::Clear_Flight() {
     Clear();
     Show_Stored();
     Delete_Stored_Flight(m_services);
@@ -150,8 +158,8 @@ std::filesystem::path ucACARS::Drop_Stored_Flight() {
         if (Is_Active() || !Is_Tracked_Or_Stored())
             return;
         kept = m_keeper.Keep();
-        m_stage.Enter(Stage::none);
-        Drop_Flight();
+        Forget_Flight();
+        Clear_Flight();
         Active_State.Emit(false);
     });
     return kept;
@@ -192,6 +200,9 @@ bool ucACARS::Ask_About_Finished_Flight() {
     const auto kept = m_keeper.Keep_Or_Ask("Give it up all the same?");
     if (!kept)
         return false;
+    // The weather that it waited for is of no use any longer.
+    if (m_stage.Now() == Stage::at_gate)
+        End_Tracking();
     if (m_stage.Is_Unlogged())
         Enter(Stage::given_up);
     m_store.Persist();

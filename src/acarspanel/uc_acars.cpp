@@ -40,9 +40,7 @@ void ucACARS::UCI() {
         Stop_Timers();
         Drop_Requests();
         Show_Paused(false);
-        m_stage.Enter(Stage::none);
-        m_store.facts = {};
-        network_plan.Set_Applied(false);
+        Forget_Flight();
         m_position_minutes = 0;
         m_pages.Load();
         Clear();

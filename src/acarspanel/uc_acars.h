@@ -154,7 +154,8 @@ class ucACARS : public ACARS_Form {
     bool Is_Kept_Beyond_The_End();
     [[nodiscard]] bool Would_Lose_Flight();
     [[nodiscard]] bool Logs_By_Itself() const;
-    void Drop_Flight();
+    void Forget_Flight();
+    void Clear_Flight();
     // What the panel shows.
     void Enter(Stage stage);
     void Show_Active();

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <unordered_set>
 
 #include "common/boxes.h"
@@ -14,7 +15,9 @@
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
 #include "config/log_names.h"
+#include "flightlog/log_columns.h"
 #include "flightlog/log_keeping.h"
+#include "flightlog/log_line.h"
 #include "flightlog/log_reading.h"
 #include "flightlog/unsaved_rows.h"
 #include "logentry/cls_log_entry.h"
@@ -379,17 +382,21 @@ Unsaved_Edits ucFlightLog::Compare_With_File() const {
         // Without the file nothing stands in it: all of the table is kept.
     }
     const std::unordered_set<std::string> saved(in_file.begin(), in_file.end());
+    // No load takes a row without a date: it is missing from the table without a deletion.
+    const auto is_dated = [](std::string_view line) {
+        return !Field_Of(line, log_column::date).empty();
+    };
     Unsaved_Edits edits;
-    std::size_t rows = 0;
+    std::ptrdiff_t dated = 0;
     for (std::size_t row = 0; row < m_table.Row_Count(); ++row) {
         if (m_table.Is_Blank(row))
             continue;
-        ++rows;
         std::string line = m_table.Line(row);
+        dated += is_dated(line) ? 1 : 0;
         if (!saved.contains(line))
             edits.lines.push_back(std::move(line));
     }
-    edits.rows_deleted = rows < in_file.size();
+    edits.rows_deleted = dated < std::count_if(in_file.begin(), in_file.end(), is_dated);
     return edits;
 }
 

@@ -92,6 +92,28 @@ TEST_F(Panel_Network, The_gate_does_not_wait_for_the_weather_for_ever) {
     EXPECT_THAT(Take_Errors(), SizeIs(1)) << "the request was given up";
 }
 
+TEST_F(Panel_Network, Closing_while_the_gate_waits_for_the_weather_does_what_is_answered_once) {
+    Settings().Set_OPT_AutoLog(false);
+    Panel().txtFlightLevel.Enter("FL350");
+    Panel().txtWXOrigin.Enter("mine");
+    int closed = 0;
+    Panel().Closed.Connect([&] { ++closed; });
+    Fly();
+    While_Next_Request_Runs([&] {
+        desktop.answers = {Answer::none, Answer::no};
+        Panel().Close(ucACARS::Closing::by_pilot);
+        EXPECT_EQ(closed, 0);
+        Panel().Close(ucACARS::Closing::by_pilot);
+        EXPECT_EQ(closed, 1);
+    });
+    Pass(seconds(2));
+    EXPECT_THAT(Read("logs/My Flight Log.unsaved"), HasSubstr("|KAAA|"));
+    EXPECT_FALSE(std::filesystem::exists(directory / "logs/My Flight Log.unsaved2"));
+    EXPECT_THAT(Take_Boxes().back(), HasSubstr("The row of this flight is kept in "));
+    EXPECT_THAT(log, IsEmpty());
+    Take_Errors();
+}
+
 TEST_F(Panel_Network, An_answer_for_a_flight_that_is_over_changes_nothing) {
     Panel().hypOn.Click();
     While_Next_Request_Runs([&] {

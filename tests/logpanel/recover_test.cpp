@@ -155,6 +155,7 @@ TEST_F(Recover_Test, What_is_given_up_is_offered_and_a_deleted_row_is_in_the_log
              Case{{in_log, of_root}, false, true, 0, {edited}},
              Case{{Without_End(in_log) + "|past\r\n"}, true, false, 0, {edited}},
              Case{{in_log}, false, false, 1, {typed}},
+             Case{{in_log, undated}, false, false, 0, {edited}},
              Case{{}, false, false, 0, {typed}},
          }) {
         Write(log_file, Join(rows, ""));
@@ -181,7 +182,8 @@ TEST_F(Recover_Test, What_is_given_up_is_offered_and_a_deleted_row_is_in_the_log
         EXPECT_EQ(Offered(), offered);
         // The table is as the file again: a flight takes nothing along.
         Log_Flight("1/5/2008");
-        EXPECT_EQ(All_Rows(Read(log_file)).size(), rows.size() + 1);
+        const bool one_was_set_aside = rows.size() == 2 && rows[1] == undated;
+        EXPECT_EQ(All_Rows(Read(log_file)).size(), rows.size() + (one_was_set_aside ? 0 : 1));
         Take_Boxes();
         Take_Errors();
         std::filesystem::remove_all(directory / "logs");
