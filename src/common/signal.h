@@ -1,7 +1,7 @@
 #pragma once
-// Typed notices: a sender owns a `Signal`, a listener connects a
-// function to it, and keeps the connections in a `Connections` that ends before what the functions
-// use. The one mechanism for events in the whole program.
+// Typed notices: a sender owns a `Signal`, a listener connects a function to it, and keeps the
+// connections in a `Connections` that ends before what the functions use. The one mechanism for
+// events in the whole program.
 
 #include <functional>
 #include <initializer_list>
