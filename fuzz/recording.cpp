@@ -1,6 +1,6 @@
 // A recording of any bytes: read, or refused by its line; what was read can be replayed.
 
-#include "simhost/recording/recording.h"
+#include "simlink/recording.h"
 #include "fuzz_world.h"
 #include "simhost/recording/replay.h"
 #include "simlink/offset_area.h"

@@ -46,7 +46,7 @@ clsACARS::~clsACARS() {
 /// Does a step's work on the state. When it fails, or a read in it, the state is put back and
 /// nothing is held.
 bool clsACARS::Gather(std::string_view procedure, const std::function<void()>& work) {
-    const Flight_State before = m_context.state;
+    m_before = m_context.state;
     m_context.output = {};
     m_context.reader.Begin_Step();
     m_stepping = true;
@@ -60,7 +60,7 @@ bool clsACARS::Gather(std::string_view procedure, const std::function<void()>& w
     });
     const bool whole = done && !m_context.reader.Failed();
     if (!whole) {
-        m_context.state = before;
+        m_context.state = m_before;
         m_context.output = {};
     }
     return whole;
@@ -68,15 +68,18 @@ bool clsACARS::Gather(std::string_view procedure, const std::function<void()>& w
 
 /// Raises what a whole step holds. All that listeners store meanwhile is one transaction with the
 /// stored flight. A listener that fails does not keep the others from being told.
-void clsACARS::Raise_Held_Events(std::string_view procedure, bool end_of_step) {
+void clsACARS::Raise_Held_Events(std::string_view procedure, Engine_Step::Kind kind) {
     Services& services = m_context.services;
     const auto held = std::exchange(m_context.output.events, {});
     std::optional<Settings_Batch> batch;
     Guarded(services, procedure, Show::silent, [&] { batch.emplace(services.settings); });
+    Guarded(services, procedure, Show::silent, [&] {
+        Stepped.Emit({kind, m_before, m_context.state, m_context.reader.Reads(), !held.empty()});
+    });
     for (const auto& raise : held)
         Guarded(services, procedure, Show::silent, raise);
     Persist(m_context, Show::silent);
-    if (end_of_step) {
+    if (kind == Engine_Step::Kind::step) {
         Guarded(services, procedure, Show::silent,
                 [&] { m_context.events.FSTime.Emit(m_context.output.simulator_time); });
     }
@@ -127,7 +130,8 @@ bool clsACARS::Start(std::string& error_text, const Start_Request& request) {
         m_opened_link = m_opened_link || opened;
         if (request.initialise)
             error_text = modFSUIPC::IPC_ErrorText(ipc_result::okay);
-        Raise_Held_Events(start_procedure, false);
+        Raise_Held_Events(start_procedure, request.resume ? Engine_Step::Kind::taken_up
+                                                          : Engine_Step::Kind::started);
     } else {
         if (opened)
             m_context.link.IPC_Close();
@@ -165,7 +169,7 @@ void clsACARS::Refresh() {
     const auto failure = m_context.reader.Failed();
     const bool at_gate = m_context.output.at_gate;
     if (whole) {
-        Raise_Held_Events(refresh_procedure, true);
+        Raise_Held_Events(refresh_procedure, Engine_Step::Kind::step);
         Hand_To_Carriers();
     }
     Services& services = m_context.services;

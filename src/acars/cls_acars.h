@@ -28,6 +28,18 @@ class clsUTC;
 class clsVASettings;
 class modFSUIPC;
 
+/// A whole sampling step, or a start that went through, as who records the flight sees it.
+struct Engine_Step {
+    enum class Kind { started, taken_up, step };
+    Kind kind = Kind::step;
+    const Flight_State& before;
+    const Flight_State& now;
+    /// In their order.
+    const std::vector<Recorded_Change>& reads;
+    /// The step raises events besides that of its end.
+    bool has_events = false;
+};
+
 class clsACARS {
   public:
     /// What the engine works with, all of it longer lived than the engine.
@@ -45,6 +57,8 @@ class clsACARS {
     clsACARS& operator=(const clsACARS&) = delete;
 
     ACARS_Events events;
+    /// Raised for a whole step, before its events and within their transaction.
+    Signal<const Engine_Step&> Stepped;
 
     struct Start_Request {
         /// False: the link is opened and nothing else.
@@ -85,6 +99,10 @@ class clsACARS {
     /// False when what the step before stored, listeners' writes included, was lost with its
     /// transaction.
     [[nodiscard]] bool Was_Stored() const { return m_stored; }
+    /// Why an event was recorded when it was; empty before.
+    [[nodiscard]] const Block_Evidence& Evidence(Block_Event event) const {
+        return m_context.state.evidence.at(static_cast<std::size_t>(event));
+    }
     [[nodiscard]] const std::string& TIME_OUT() const {
         return m_context.state.At(Block_Event::out).time_utc;
     }
@@ -138,7 +156,7 @@ class clsACARS {
 
   private:
     bool Gather(std::string_view procedure, const std::function<void()>& work);
-    void Raise_Held_Events(std::string_view procedure, bool end_of_step);
+    void Raise_Held_Events(std::string_view procedure, Engine_Step::Kind kind);
     void Finish_Step();
     void Raise_Failure(const Sim_Reader::Failure& failure);
     void Run_When_Free(std::function<void()> command);
@@ -149,6 +167,8 @@ class clsACARS {
     void Queue_Message(const std::string& text);
 
     Engine_Context m_context;
+    /// The state before the step that runs.
+    Flight_State m_before;
     std::string m_form_icao_depart;
     std::string m_form_icao_arrive;
     bool m_stepping = false;

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "acars/acars_events.h"
+#include "acars/evidence.h"
 #include "common/great_circle.h"
 
 namespace norvane {
@@ -112,6 +113,11 @@ struct Flight_State {
     // The flight.
     Flight_Phase phase = Flight_Phase::before_out;
     std::array<Block_Figures, block_event_count> block;
+    /// By block event; empty while it was not recorded.
+    std::array<Block_Evidence, block_event_count> evidence;
+    /// Sampling steps since tracking began or was taken up again.
+    std::int32_t steps = 0;
+    Decisive_Values decisive;
     std::string block_time;  // decimal hours
     std::string block_time_hhmm;
     std::string flight_time;

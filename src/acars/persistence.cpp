@@ -24,7 +24,8 @@ constexpr std::string_view last_latitude_key = "LastLatitude";
 constexpr std::string_view last_longitude_key = "LastLongitude";
 
 /// A field of the state, whatever it holds.
-using Field = std::variant<std::string*, std::int32_t*, double*, bool*, Message_Counts*>;
+using Field =
+    std::variant<std::string*, std::int32_t*, double*, bool*, Message_Counts*, Block_Evidence*>;
 
 struct Stored_Field {
     std::string_view key;
@@ -34,6 +35,11 @@ struct Stored_Field {
 template <Block_Event event, std::string Block_Figures::*member>
 Field Figure(Flight_State& state) {
     return &(state.At(event).*member);
+}
+
+template <Block_Event event>
+Field Evidence(Flight_State& state) {
+    return &state.evidence.at(static_cast<std::size_t>(event));
 }
 
 template <Block_Event event>
@@ -103,6 +109,10 @@ constexpr auto tracking_fields = std::to_array<Stored_Field>({
     {"StepsOffGround",
      [](Flight_State& state) -> Field { return &state.touchdown.steps_off_ground; }},
     {"MessageCounts", [](Flight_State& state) -> Field { return &state.counts; }},
+    {"EvidenceOUT", Evidence<Block_Event::out>},
+    {"EvidenceOFF", Evidence<Block_Event::off>},
+    {"EvidenceON", Evidence<Block_Event::on>},
+    {"EvidenceIN", Evidence<Block_Event::in>},
 });
 
 std::string Text_Of(const std::string* value) {
@@ -121,6 +131,10 @@ std::string Text_Of(const bool* value) {
 /// The count over all types, then that of each.
 std::string Text_Of(const Message_Counts* value) {
     return fmt::format("{} {}", value->messages, fmt::join(value->blocks, " "));
+}
+
+std::string Text_Of(const Block_Evidence* value) {
+    return Evidence_Text(*value);
 }
 
 /// Each takes a stored text; false when it is nothing of the kind.
@@ -154,6 +168,11 @@ bool Take(Message_Counts* value, const std::string& text) {
     if (taken)
         *value = counts;
     return taken;
+}
+
+bool Take(Block_Evidence* value, const std::string& text) {
+    *value = Parse_Evidence(text).value_or(Block_Evidence());
+    return text.empty() || value->rule != Block_Rule::none;
 }
 
 void Write_Field(Engine_Context& engine, const Stored_Field& field) {

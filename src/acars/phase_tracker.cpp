@@ -1,7 +1,9 @@
 #include "acars/phase_tracker.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 #include "acars/captures.h"
@@ -32,6 +34,18 @@ constexpr std::int32_t level_below_fpm = 31;
 constexpr std::int32_t leaving_from_fpm = 200;
 constexpr std::int32_t leaving_from_ft = 200;
 
+/// Reads what decides, and notes it as evidence.
+std::int32_t Read_Noted(Engine_Context& engine, Variable variable,
+                        std::optional<std::int32_t>& note, int number = 1) {
+    const std::int32_t value = engine.reader.Read_Whole(variable, number);
+    note = value;
+    return value;
+}
+
+std::int32_t Read_Altitude(Engine_Context& engine) {
+    return Read_Noted(engine, Variable::altitude_ft, engine.state.decisive.altitude_ft);
+}
+
 /// Read at the beginning of every step.
 struct Ground_Contact {
     bool brake_set = false;
@@ -47,7 +61,8 @@ bool Is_Trackable(Sim_Reader& reader) {
 bool Engines_Off(Engine_Context& engine) {
     const int count = std::min(engine.state.engine_count, most_engines);
     for (int number = 1; number <= count; ++number) {
-        if (engine.reader.Read_Whole(Variable::engine_combustion, number) != 0)
+        auto& note = engine.state.decisive.engine_runs.at(static_cast<std::size_t>(number - 1));
+        if (Read_Noted(engine, Variable::engine_combustion, note, number) != 0)
             return false;
     }
     return true;
@@ -57,8 +72,7 @@ bool Has_Taken_Off(Engine_Context& engine) {
     const std::int32_t least_ft = engine.settings.ACARS_TakeOff_Alt();
     if (least_ft == 0 || engine.state.began_airborne)
         return true;
-    const std::int32_t altitude_ft = engine.reader.Read_Whole(Variable::altitude_ft);
-    return altitude_ft > engine.state.start_altitude_ft + least_ft;
+    return Read_Altitude(engine) > engine.state.start_altitude_ft + least_ft;
 }
 
 bool Has_Ended(Engine_Context& engine, bool brake_set) {
@@ -79,7 +93,7 @@ bool Flies_On(Engine_Context& engine) {
     const Touchdown& touchdown = engine.state.touchdown;
     return touchdown.steps_off_ground >= steps_to_fly_on &&
            Counted_Landing{engine.settings.ACARS_TouchAndGo()} != Counted_Landing::first &&
-           engine.reader.Read_Whole(Variable::altitude_ft) > touchdown.altitude_ft + fly_on_ft;
+           Read_Altitude(engine) > touchdown.altitude_ft + fly_on_ft;
 }
 
 Flight_Phase Next_Phase(Engine_Context& engine, const Ground_Contact& contact) {
@@ -182,6 +196,7 @@ void Act_In_Flight(Engine_Context& engine, const Ground_Contact& contact) {
 void Fly_On(Engine_Context& engine) {
     Flight_State& state = engine.state;
     state.At(Block_Event::on) = {};
+    state.evidence.at(static_cast<std::size_t>(Block_Event::on)) = {};
     state.arrival = {};
     state.taxi.in_armed = false;
     state.taxi.fastest_in_kt = 0;
@@ -199,6 +214,43 @@ bool Is_Where_It_Landed(Engine_Context& engine) {
     if (state.awaits_place && !std::exchange(state.elsewhere_told, true))
         engine.output.Post(engine.events.Elsewhere, Format_Whole(away_nm));
     return !state.awaits_place;
+}
+
+Block_Rule Rule_Of_End(const Engine_Context& engine) {
+    const bool is_helicopter = engine.state.engine_type == engine_kind::helicopter;
+    switch (End_Of_Flight{engine.settings.ACARS_EOF()}) {
+        case End_Of_Flight::engine_shutdown:
+            return Block_Rule::engines_stopped;
+        case End_Of_Flight::both:
+            return is_helicopter ? Block_Rule::engines_stopped : Block_Rule::brake_and_engines;
+        default:
+            return is_helicopter ? Block_Rule::helicopter : Block_Rule::brake_set;
+    }
+}
+
+/// Why the phase is another one than in the step before.
+void Keep_Evidence(Engine_Context& engine, const Decisive_Values& last) {
+    Flight_State& state = engine.state;
+    const auto phase = static_cast<std::size_t>(state.phase);
+    constexpr std::array rules{Block_Rule::brake_released, Block_Rule::off_ground,
+                               Block_Rule::on_ground};
+    Block_Evidence& evidence = state.evidence.at(phase - 1);
+    evidence = {phase <= rules.size() ? rules.at(phase - 1) : Rule_Of_End(engine),
+                state.steps,
+                Named_Values(last, state.decisive),
+                {{"ACARS_UseTime", {}, Format_Whole(engine.settings.ACARS_UseTime())}}};
+    const auto matters = [&](const char* name, std::int32_t value) {
+        evidence.settings.push_back({name, {}, Format_Whole(value)});
+    };
+    if (state.phase == Flight_Phase::off || state.phase == Flight_Phase::on)
+        evidence.values.push_back(
+            {"altitude ft at the start", {}, Format_Whole(state.start_altitude_ft)});
+    if (state.phase == Flight_Phase::off)
+        matters("ACARS_TakeOff_Alt", engine.settings.ACARS_TakeOff_Alt());
+    if (state.phase == Flight_Phase::on)
+        matters("ACARS_TouchAndGo", engine.settings.ACARS_TouchAndGo());
+    if (state.phase == Flight_Phase::in)
+        matters("ACARS_EOF", engine.settings.ACARS_EOF());
 }
 
 void Act(Engine_Context& engine, const Ground_Contact& contact) {
@@ -230,12 +282,15 @@ void Act(Engine_Context& engine, const Ground_Contact& contact) {
 }  // namespace
 
 void Advance_Flight(Engine_Context& engine) {
+    Flight_State& state = engine.state;
+    ++state.steps;
+    const Decisive_Values last = std::exchange(state.decisive, {});
     Ground_Contact contact;
-    contact.brake_set = engine.reader.Read_Whole(Variable::parking_brake) > 0;
-    contact.on_ground = engine.reader.Read_Whole(Variable::on_ground) != 0;
+    contact.brake_set =
+        Read_Noted(engine, Variable::parking_brake, state.decisive.parking_brake) > 0;
+    contact.on_ground = Read_Noted(engine, Variable::on_ground, state.decisive.on_ground) != 0;
     if (!Is_Trackable(engine.reader) || !Is_Where_It_Landed(engine))
         return;
-    Flight_State& state = engine.state;
     state.touchdown.steps_off_ground =
         contact.on_ground ? 0 : std::min(state.touchdown.steps_off_ground + 1, steps_to_fly_on);
     const Flight_Phase before = std::exchange(state.phase, Next_Phase(engine, contact));
@@ -244,6 +299,8 @@ void Advance_Flight(Engine_Context& engine) {
         return;
     if (before == Flight_Phase::on && state.phase == Flight_Phase::off)
         Fly_On(engine);
+    else if (before != state.phase)
+        Keep_Evidence(engine, last);
     Act(engine, contact);
 }
 

@@ -19,6 +19,8 @@ constexpr double turn_32 = 360.0 / 4294967296;       // a turn in 32 bits
 constexpr double turn_64 = turn_32 / 4294967296;
 /// A pole stands at 10001750 metres × 2^32.
 constexpr double latitude_scale = 90 / (10001750.0 * 4294967296);
+/// Metres × 2^32 to feet.
+constexpr double exact_altitude_scale = feet_per_metre / 4294967296;
 constexpr double millibars_16 = 0.029529 / 16;  // millibars × 16 to inches of mercury
 constexpr std::uint32_t engine_block = 0x98;
 constexpr std::uint32_t propeller_block = 0x100;
@@ -128,6 +130,24 @@ constexpr auto rows = std::to_array<Variable_Row>({
      "client library version (written)"},
     {Variable::zero_fuel_weight_lbs, 0x3BFC, 4, 0, Raw::signed_int, 1.0 / 256, Rounding::whole,
      "lb", "zero fuel weight"},
+    {Variable::altitude_fraction_ft, 0x0570, 4, 0, Raw::unsigned_int, exact_altitude_scale,
+     Rounding::none, "ft", "what the altitude has beyond whole metres"},
+    {Variable::pitch_deg, 0x0578, 4, 0, Raw::signed_int, -turn_32, Rounding::none, "deg",
+     "pitch, nose up positive"},
+    {Variable::bank_deg, 0x057C, 4, 0, Raw::signed_int, -turn_32, Rounding::none, "deg",
+     "bank, right wing down positive"},
+    {Variable::g_load, 0x11BA, 2, 0, Raw::signed_int, 1.0 / 625, Rounding::none, "g",
+     "acceleration along the aircraft's vertical axis, 1 at rest"},
+    {Variable::flaps_percent, 0x0BDC, 4, 0, Raw::signed_int, 100.0 / 16383, Rounding::none, "%",
+     "position of the flap lever, 0 when up"},
+    {Variable::gear_percent, 0x0BE8, 4, 0, Raw::signed_int, 100.0 / 16383, Rounding::none, "%",
+     "position of the gear lever, 100 when down"},
+    {Variable::paused, 0x0264, 2, 0, Raw::unsigned_int, 1, Rounding::none, "flag",
+     "0 unless the simulator is paused"},
+    {Variable::replaying, 0x0628, 4, 0, Raw::unsigned_int, 1, Rounding::none, "flag",
+     "0 unless the simulator plays a replay"},
+    {Variable::simulation_rate, 0x0C1A, 2, 0, Raw::unsigned_int, 1.0 / 256, Rounding::none, "times",
+     "speed of the simulator's time, 1 as a rule; 0 where none is told"},
     {Variable::atc_flight_number, 0x3130, 12, 0, Raw::text, 1, Rounding::none, "",
      "ATC flight number"},
     {Variable::atc_identifier, 0x313C, 12, 0, Raw::text, 1, Rounding::none, "",
@@ -255,6 +275,20 @@ std::uint32_t Offset_Of(Variable variable, int engine) {
 double Decode(Variable variable, std::span<const std::byte> bytes) {
     const Variable_Row& row = Checked_Row(variable, bytes.size());
     return Rounded(row.rounding, Raw_Number(row, bytes) * row.scale);
+}
+
+double Decode_Exact_Altitude(std::span<const std::byte> bytes) {
+    std::int64_t raw = 0;
+    std::memcpy(&raw, bytes.first(exact_altitude_size).data(), sizeof raw);
+    return static_cast<double>(raw) * exact_altitude_scale;
+}
+
+void Encode_Exact_Altitude(double altitude_ft, std::span<std::byte> bytes) {
+    constexpr double highest_ft = 1e9;  // far within 8 bytes
+    const double limited =
+        std::isnan(altitude_ft) ? 0 : std::clamp(altitude_ft, -highest_ft, highest_ft);
+    const auto raw = static_cast<std::int64_t>(limited / exact_altitude_scale);
+    std::memcpy(bytes.first(exact_altitude_size).data(), &raw, sizeof raw);
 }
 
 std::string Decode_Text(std::span<const std::byte> bytes) {

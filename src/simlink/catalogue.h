@@ -70,6 +70,15 @@ enum class Variable {
     simulator_version,
     library_version,
     zero_fuel_weight_lbs,
+    altitude_fraction_ft,
+    pitch_deg,
+    bank_deg,
+    g_load,
+    flaps_percent,
+    gear_percent,
+    paused,
+    replaying,
+    simulation_rate,
     atc_flight_number,
     atc_identifier,
     atc_airline,
@@ -119,6 +128,11 @@ struct Variable_Row {
 /// The value of `bytes` (as many as the row's size) of a numeric variable, in the row's unit. A
 /// floating-point field that holds no finite number counts as 0.
 [[nodiscard]] double Decode(Variable variable, std::span<const std::byte> bytes);
+/// Feet above mean sea level, unrounded, from the 8 bytes at `altitude_fraction_ft`, behind which
+/// `altitude_ft` stands.
+inline constexpr std::size_t exact_altitude_size = 8;
+[[nodiscard]] double Decode_Exact_Altitude(std::span<const std::byte> bytes);
+void Encode_Exact_Altitude(double altitude_ft, std::span<std::byte> bytes);
 /// The bytes of a text variable up to the first NUL.
 [[nodiscard]] std::string Decode_Text(std::span<const std::byte> bytes);
 /// The raw value nearest to `value`, not rounded to the row's unit first: what the simulator would

@@ -172,6 +172,14 @@ std::byte* modFSUIPC::Queue(const Request& request, int& result) {
 }
 
 bool modFSUIPC::IPC_Process(int& result) {
+    return Process(send_tries, result);
+}
+
+bool modFSUIPC::IPC_Process_Once(int& result) {
+    return Process(1, result);
+}
+
+bool modFSUIPC::Process(int tries, int& result) {
     if (!m_open) {
         result = ipc_result::not_open;
         return false;
@@ -182,15 +190,15 @@ bool modFSUIPC::IPC_Process(int& result) {
     }
     Store_U32(m_block, m_next, record_identifier::end);
     const auto block = std::span(m_block).first(m_next + end_record_size);
-    if (Send(block, result) && !Fill_Destinations(block))
+    if (Send(block, tries, result) && !Fill_Destinations(block))
         result = ipc_result::bad_data;
     Clear_Queue();
     return result == ipc_result::okay;
 }
 
-bool modFSUIPC::Send(std::span<std::byte> block, int& result) {
+bool modFSUIPC::Send(std::span<std::byte> block, int tries, int& result) {
     Delivery delivery = m_transport.Deliver(block, send_time_out);
-    for (int tried = 1; delivery.outcome != Delivery_Outcome::answered && tried < send_tries &&
+    for (int tried = 1; delivery.outcome != Delivery_Outcome::answered && tried < tries &&
                         !m_transport.Is_Given_Up();
          ++tried) {
         m_clock.Sleep(pause_between_tries);

@@ -62,6 +62,8 @@ class modFSUIPC {
     /// fills the destinations. An answer that was refused, or whose records are not those that were
     /// sent, gives `ipc_result::bad_data` and fills none. What was queued is gone either way.
     bool IPC_Process(int& result);
+    /// As `IPC_Process` with a single try: for what a flight does not depend on.
+    bool IPC_Process_Once(int& result);
     void IPC_Close();
     [[nodiscard]] bool Is_Open() const { return m_open; }
 
@@ -89,7 +91,8 @@ class modFSUIPC {
     std::byte* Queue(const Request& request, int& result);
     bool Read_Versions(int& result);
     bool Accept_Versions(int requested_version, bool fallback, int& result);
-    bool Send(std::span<std::byte> block, int& result);
+    bool Process(int tries, int& result);
+    bool Send(std::span<std::byte> block, int tries, int& result);
     /// False, with nothing filled, when the answer's records are not those that were sent.
     [[nodiscard]] bool Fill_Destinations(std::span<const std::byte> block) const;
     void Clear_Queue();

@@ -13,6 +13,11 @@ namespace norvane {
 
 Sim_Reader::Sim_Reader(modFSUIPC& link) : m_link(link) {}
 
+void Sim_Reader::Begin_Step() {
+    m_failure.reset();
+    m_reads.clear();
+}
+
 double Sim_Reader::Read(Variable variable, int engine) {
     std::array<std::byte, 8> bytes{};
     const std::uint32_t size = Row_Of(variable).size;
@@ -69,7 +74,11 @@ bool Sim_Reader::Exchange(std::uint32_t offset, std::uint32_t size, void* destin
     int result = 0;
     if (!m_link.IPC_Read(offset, size, destination, result))
         return Fail(false, result);
-    return m_link.IPC_Process(result) || Fail(true, result);
+    if (!m_link.IPC_Process(result))
+        return Fail(true, result);
+    const auto* bytes = static_cast<const std::byte*>(destination);
+    m_reads.push_back({offset, {bytes, bytes + size}});
+    return true;
 }
 
 bool Sim_Reader::Fail(bool exchange, int result) {

@@ -6,8 +6,10 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "simlink/catalogue.h"
+#include "simlink/recording.h"
 
 namespace norvane {
 
@@ -25,8 +27,10 @@ class Sim_Reader {
 
     explicit Sim_Reader(modFSUIPC& link);
 
-    /// Forgets the last step's failure.
-    void Begin_Step() { m_failure.reset(); }
+    /// Forgets the last step's failure, and what it read.
+    void Begin_Step();
+    /// What the step has read so far, in its order.
+    [[nodiscard]] const std::vector<Recorded_Change>& Reads() const { return m_reads; }
     /// The step's first failure; empty while all of its reads succeeded.
     [[nodiscard]] const std::optional<Failure>& Failed() const { return m_failure; }
 
@@ -48,6 +52,7 @@ class Sim_Reader {
 
     modFSUIPC& m_link;
     std::optional<Failure> m_failure;
+    std::vector<Recorded_Change> m_reads;
 };
 
 }  // namespace norvane

@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "common/code_page.h"
+#include "common/gzip_reader.h"
 #include "common/number.h"
 #include "common/run_error.h"
 #include "common/text.h"
-#include "worldtools/gzip_reader.h"
 #include "worldtools/world_builder.h"
 
 namespace norvane {

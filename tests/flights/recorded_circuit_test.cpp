@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "flights/flight_world.h"
-#include "simhost/recording/recording.h"
 #include "simhost/recording/replay.h"
+#include "simlink/recording.h"
 
 namespace norvane::test {
 namespace {

@@ -9,9 +9,9 @@
 
 #include "common/line_reader.h"
 #include "common/text.h"
-#include "simhost/recording/recording.h"
 #include "simhost/recording/replay.h"
 #include "simlink/link_peers.h"
+#include "simlink/recording.h"
 #include "support/child_process.h"
 #include "support/test_world.h"
 
@@ -113,7 +113,7 @@ TEST_F(Norvane_Sim, A_Recording_Is_Whole_Whether_It_Or_The_Simulator_Is_Stopped)
         const auto moments = Read_Recording(file);
         // 58 variables but for 3 that are only written, 3 more for each engine's 6, 22 of the
         // tanks.
-        EXPECT_EQ(moments.front().changes.size(), 58U - 3 + 3 * 6 + 22);
+        EXPECT_EQ(moments.front().changes.size(), 67U - 3 + 3 * 6 + 22);
         EXPECT_TRUE(moments.back().changes.empty());
         EXPECT_GE(moments.back().seconds, 0.1);
         Offset_Area played;

@@ -6,10 +6,10 @@
 #include <gmock/gmock.h>
 #include <zlib.h>
 
+#include "common/gzip_reader.h"
 #include "common/line_reader.h"
 #include "common/run_error.h"
 #include "support/test_world.h"
-#include "worldtools/gzip_reader.h"
 
 namespace norvane::test {
 namespace {

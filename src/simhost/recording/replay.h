@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "simhost/recording/recording.h"
+#include "simlink/recording.h"
 #include "simhost/world_source.h"
 
 namespace norvane {

@@ -1,4 +1,4 @@
-#include "simhost/recording/recording.h"
+#include "simlink/recording.h"
 
 #include <fmt/format.h>
 
@@ -10,7 +10,7 @@
 
 #include "common/code_page.h"
 #include "common/file_writer.h"
-#include "common/line_reader.h"
+#include "common/gzip_reader.h"
 #include "common/number.h"
 #include "common/run_error.h"
 #include "common/text.h"
@@ -47,17 +47,22 @@ int Hex_Number(std::string_view digits) {
 /// One file being read, for its messages.
 class Recording_Reader {
   public:
-    explicit Recording_Reader(const std::filesystem::path& file)
-        : m_file(file), m_content(Read_File(file)), m_lines(m_content) {}
+    explicit Recording_Reader(const std::filesystem::path& file) : m_file(file), m_lines(file) {}
 
     std::vector<Recorded_Moment> Read() {
         if (!m_lines.Next() || m_lines.Line() != first_line)
             Refuse("the first line is not \"" + std::string(first_line) + "\"");
         std::vector<Recorded_Moment> moments;
+        std::vector<std::string> remarks;
         while (m_lines.Next()) {
-            if (m_lines.Line().empty() || m_lines.Line().front() == '#')
+            if (m_lines.Line().empty())
                 continue;
+            if (m_lines.Line().front() == '#') {
+                remarks.push_back(Remark(m_lines.Line()));
+                continue;
+            }
             moments.push_back(Moment());
+            moments.back().remarks = std::exchange(remarks, {});
             if (moments.size() > 1 && moments.back().seconds < moments[moments.size() - 2].seconds)
                 Refuse("the moment is earlier than the one before");
         }
@@ -71,6 +76,11 @@ class Recording_Reader {
         throw Run_Error(error_number::device_io_error,
                         fmt::format("{}, line {}: {}", From_Path(m_file),
                                     std::max<std::size_t>(m_lines.Line_Number(), 1), fault));
+    }
+
+    static std::string Remark(std::string_view line) {
+        line.remove_prefix(line.starts_with("# ") ? 2 : 1);
+        return std::string(line);
     }
 
     Recorded_Moment Moment() const {
@@ -112,8 +122,7 @@ class Recording_Reader {
     }
 
     const std::filesystem::path& m_file;
-    std::string m_content;
-    Line_Reader m_lines;
+    Gzip_Reader m_lines;
 };
 
 }  // namespace
@@ -122,18 +131,32 @@ std::vector<Recorded_Moment> Read_Recording(const std::filesystem::path& file) {
     return Recording_Reader(file).Read();
 }
 
+std::string Recording_Head() {
+    return std::string(first_line);
+}
+
+std::string Recording_Lines(const Recorded_Moment& moment) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string lines;
+    for (const std::string& remark : moment.remarks)
+        lines += "# " + remark + "\n";
+    lines += Format_Fixed(moment.seconds, 3);
+    for (const Recorded_Change& change : moment.changes) {
+        lines += fmt::format(" {:04X}:", change.offset);
+        for (const std::byte value : change.bytes) {
+            lines += digits[std::to_integer<std::size_t>(value >> 4)];
+            lines += digits[std::to_integer<std::size_t>(value & std::byte{15})];
+        }
+    }
+    return lines + "\n";
+}
+
 Recording_Writer::Recording_Writer(std::filesystem::path file) : m_file(std::move(file)) {
-    Write_File(m_file, std::string(first_line) + "\n");
+    Write_File(m_file, Recording_Head() + "\n");
 }
 
 void Recording_Writer::Add(const Recorded_Moment& moment) {
-    std::string line = Format_Fixed(moment.seconds, 3);
-    for (const Recorded_Change& change : moment.changes) {
-        line += fmt::format(" {:04X}:", change.offset);
-        for (const std::byte value : change.bytes)
-            line += fmt::format("{:02x}", static_cast<unsigned>(value));
-    }
-    Append_To_File(m_file, line + "\n");
+    Append_To_File(m_file, Recording_Lines(moment));
 }
 
 }  // namespace norvane

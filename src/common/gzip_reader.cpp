@@ -1,4 +1,4 @@
-#include "worldtools/gzip_reader.h"
+#include "common/gzip_reader.h"
 
 #include <fmt/format.h>
 #include <zlib.h>
