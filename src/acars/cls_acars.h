@@ -99,6 +99,8 @@ class clsACARS {
     /// False when what the step before stored, listeners' writes included, was lost with its
     /// transaction.
     [[nodiscard]] bool Was_Stored() const { return m_stored; }
+    /// The flight as it stands between steps, and within the signals of one.
+    [[nodiscard]] const Flight_State& State() const { return m_context.state; }
     /// Why an event was recorded when it was; empty before.
     [[nodiscard]] const Block_Evidence& Evidence(Block_Event event) const {
         return m_context.state.evidence.at(static_cast<std::size_t>(event));

@@ -160,6 +160,41 @@ void Append_To_File(const std::filesystem::path& file, std::string_view content)
     Write_Opened(file, content, O_APPEND);
 }
 
+Growing_File::Growing_File(const std::filesystem::path& file)
+    : m_file(file),
+      m_descriptor(::open(file.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, 0666)) {
+    if (m_descriptor < 0)
+        throw File_Error(errno, From_Path(file));
+    try {
+        Cut_Torn_Line();
+    } catch (...) {
+        ::close(m_descriptor);
+        throw;
+    }
+}
+
+Growing_File::~Growing_File() {
+    ::close(m_descriptor);
+}
+
+void Growing_File::Cut_Torn_Line() {
+    off_t end = ::lseek(m_descriptor, 0, SEEK_END);
+    char last = '\n';
+    while (end > 0 && ::pread(m_descriptor, &last, 1, end - 1) == 1 && last != '\n')
+        --end;
+    if (end < 0 || ::ftruncate(m_descriptor, end) != 0)
+        throw File_Error(errno, From_Path(m_file));
+}
+
+void Growing_File::Add(std::string_view bytes) {
+    Write_All(m_descriptor, bytes, m_file);
+}
+
+void Growing_File::Sync() {
+    if (::fdatasync(m_descriptor) != 0)
+        throw File_Error(errno, From_Path(m_file));
+}
+
 void Copy_File(const std::filesystem::path& from, const std::filesystem::path& to) {
     std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing);
 }

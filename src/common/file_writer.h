@@ -32,6 +32,27 @@ class Atomic_File {
     int m_descriptor = -1;
 };
 
+/// A file that grows as things happen: what was added is the system's at once, and the disk's after
+/// `Sync`.
+class Growing_File {
+  public:
+    /// Creates the file, or goes on behind its end; a last line that has no end is cut off first.
+    explicit Growing_File(const std::filesystem::path& file);
+    ~Growing_File();
+    Growing_File(const Growing_File&) = delete;
+    Growing_File& operator=(const Growing_File&) = delete;
+
+    void Add(std::string_view bytes);
+    void Sync();
+    [[nodiscard]] const std::filesystem::path& Name() const { return m_file; }
+
+  private:
+    void Cut_Torn_Line();
+
+    std::filesystem::path m_file;
+    int m_descriptor = -1;
+};
+
 /// Removes temporary files that an Atomic_File left in `directory` when its program was killed more
 /// than a day ago. For who holds the lock; a directory or file that cannot be read or removed is
 /// passed over, and so is a name that a pilot might have given (".notes.txt.backup").

@@ -18,6 +18,10 @@ std::chrono::microseconds Timer_Queue::Scaled(std::chrono::milliseconds span) co
     return std::chrono::duration_cast<std::chrono::microseconds>(scaled);
 }
 
+double Timer_Queue::Seconds_Since(std::chrono::microseconds moment) const {
+    return std::chrono::duration<double>(Now() - moment).count() * m_speed;
+}
+
 bool Timer_Queue::Run_Due() {
     const auto now = Now();
     bool any = false;

@@ -34,6 +34,9 @@ class Timer_Queue {
     /// A span of the timers' time as a span of the clock's.
     [[nodiscard]] std::chrono::microseconds Scaled(std::chrono::milliseconds span) const;
     [[nodiscard]] std::chrono::microseconds Now() const;
+    /// Seconds of the timers' time since a moment of the clock.
+    [[nodiscard]] double Seconds_Since(std::chrono::microseconds moment) const;
+    [[nodiscard]] double Speed() const { return m_speed; }
     /// True while a tick runs: what happens then was not asked for by the pilot.
     [[nodiscard]] bool Is_Ticking() const { return m_ticks_running > 0; }
     /// `Next_Due` may have become earlier; a sleeper looks again.

@@ -44,6 +44,7 @@ struct App_Setting_Values {
     std::int32_t ACARS_TakeOff_Alt = 0;
     std::int32_t ACARS_RecordArrival = 0;
     std::int32_t ACARS_TouchAndGo = 0;
+    std::int32_t OPT_Recordings = 200;
     /// Empty: the link's own.
     std::string Simulator_Address;
     std::string WX_URL;
@@ -121,6 +122,9 @@ class clsAppSettings {
     void Set_ACARS_RecordArrival(std::int32_t value) { m_values.ACARS_RecordArrival = value; }
     /// Touching down and going on: 0 one flight that ends with its last landing, 1 the first
     /// landing counts.
+    /// Of how many flights the recordings are kept, the latest; 0: nothing is recorded, -1: of all.
+    [[nodiscard]] std::int32_t OPT_Recordings() const { return m_values.OPT_Recordings; }
+    void Set_OPT_Recordings(std::int32_t value) { m_values.OPT_Recordings = value; }
     [[nodiscard]] std::int32_t ACARS_TouchAndGo() const { return m_values.ACARS_TouchAndGo; }
     void Set_ACARS_TouchAndGo(std::int32_t value) { m_values.ACARS_TouchAndGo = value; }
     /// Where the simulator is looked for unless the command line or the environment says so, as

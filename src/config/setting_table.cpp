@@ -55,6 +55,8 @@ constexpr auto table = std::to_array<Setting_Row>({
      Flag{&Values::OPT_AutoLog, &Settings::Set_OPT_AutoLog}},
     {"OPT_ACARS_To_FS", options, "Options", "ACARS to FS",
      Flag{&Values::OPT_ACARS_To_FS, &Settings::Set_OPT_ACARS_To_FS}},
+    {"OPT_Recordings", options, "Options", "Recordings",
+     Number{&Values::OPT_Recordings, &Settings::Set_OPT_Recordings, 200, {-1, 100'000}}},
     {"OPT_PIREP", options, "PIREP", "PIREP",
      Flag{&Values::OPT_PIREP, &Settings::Set_OPT_PIREP}},
     {"OPT_PIREP_SEND", options, "PIREP", "PIREP Send",
