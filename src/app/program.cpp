@@ -5,6 +5,7 @@
 #include "common/boxes.h"
 #include "common/code_page.h"
 #include "common/log_error.h"
+#include "flightlog/log_columns.h"
 
 namespace norvane {
 
@@ -31,6 +32,8 @@ Program::Program(const Services& outside, Transport& transport, const Http_Optio
       response(services),
       http_limits(Limits(http)),
       panel({services, settings, airline, log_entry, response, http_limits}),
+      recorder({services, link, settings, airline, engine}),
+      archive(services),
       messages({services, settings, airline, http_limits}),
       settings_panel(services, settings, airline),
       pirep_editor({services, settings, airline, response, http_limits}),
@@ -45,6 +48,8 @@ Program::Program(const Services& outside, Transport& transport, const Http_Optio
     panel.Set_ACARS(engine);
     messages.Set_ACARS(engine);
     Connect();
+    Connect_Recorder();
+    archive.Take_Leftovers(panel.Is_Resumable());
 }
 
 Http_Options Program::Limits(const Http_Options& http) const {
@@ -65,6 +70,23 @@ void Program::Connect() {
     panel.Close_Called_Off.Connect([this] { m_close_called = false; });
     panel.Closing_Now.Connect([this] { Closing.Emit(); });
     panel.Closed.Connect([this] { End_The_Rest(); });
+}
+
+/// What is recorded of a flight follows the flight: to its end, and into the log.
+void Program::Connect_Recorder() {
+    panel.Active_State.Connect([this](bool active) {
+        if (!active)
+            archive.Take_Soon(recorder.End(panel.Is_At_Gate() ? "gate" : "given up"));
+    });
+    engine.Stepped.Connect([this](const Engine_Step& step) {
+        if (step.kind == Engine_Step::Kind::started)
+            archive.Forget_Last();
+    });
+    log_entry.NewLogEntrySaveOK.Connect([this] {
+        // A flight that was only typed has no recording.
+        if (panel.Is_Active() || panel.Is_Logged())
+            archive.Note_Logged(settings.FlightLog(), Log_Line(log_entry), recorder.Is_Recording());
+    });
 }
 
 void Program::Close(ucACARS::Closing how) {
@@ -88,6 +110,9 @@ void Program::End_The_Rest() {
     m_closing = true;
     end([this] { link.IPC_Close(); });
     end([this] { flight_log.End(); });
+    // Asked to end by a signal, the next start does it.
+    if (!m_signalled)
+        end([this] { archive.Finish(); });
     end([this] { Keep_PIREP_Edits(); });
     Closed.Emit();
 }

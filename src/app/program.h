@@ -9,6 +9,8 @@
 #include "acars/cls_utc.h"
 #include "acarspanel/uc_acars.h"
 #include "app/frm_about.h"
+#include "blackbox/flight_archive.h"
+#include "blackbox/flight_recorder.h"
 #include "common/services.h"
 #include "common/signal.h"
 #include "config/cls_app_settings.h"
@@ -64,6 +66,8 @@ class Program {
     frmResponse response;
     Http_Options http_limits;
     ucACARS panel;
+    Flight_Recorder recorder;
+    Flight_Archive archive;
     ucMSG messages;
     ucSettings settings_panel;
     frmPIREP pirep_editor;
@@ -75,6 +79,7 @@ class Program {
     /// Until the program closes; every request together with the others.
     [[nodiscard]] Http_Options Limits(const Http_Options& http) const;
     void Connect();
+    void Connect_Recorder();
     void End_The_Rest();
     void Keep_PIREP_Edits();
 

@@ -101,7 +101,7 @@ void Flight_Recorder::Begin() {
 void Flight_Recorder::Go_On() {
     Settings_Store& store = m_parts.services.settings;
     const std::string name = store.Get(stored_recording::section, stored_recording::name);
-    const auto file = Directory() / From_Utf8(name);
+    const auto file = Directory() / To_Path(name);
     if (name.empty() || !std::filesystem::exists(file)) {
         Begin();
         m_remarks.emplace_back("incomplete: the recording of the flight's beginning is missing");

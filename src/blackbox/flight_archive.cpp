@@ -1,0 +1,171 @@
+#include "blackbox/flight_archive.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "blackbox/derive.h"
+#include "blackbox/recording_head.h"
+#include "common/code_page.h"
+#include "common/file_writer.h"
+#include "common/gzip_writer.h"
+#include "common/log_error.h"
+#include "common/number.h"
+
+namespace norvane {
+
+namespace {
+
+/// The row of a flight is logged and its PIREP made before anything is packed.
+constexpr std::chrono::milliseconds pause_before_packing(200);
+constexpr std::string_view plain_ending = ".rec";
+constexpr std::string_view packed_ending = ".rec.gz";
+constexpr std::string_view damaged_ending = ".damaged";
+
+/// As part of a file's name, whatever a pilot calls a flight.
+std::string For_File_Name(std::string_view text) {
+    constexpr std::size_t longest = 12;
+    std::string name;
+    for (const char c : text.substr(0, longest)) {
+        const bool fits =
+            (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+        if (fits)
+            name += c;
+    }
+    return name;
+}
+
+/// "2026-11-23_1405Z_KJFK-KBOS_214"; what is not known is left out.
+std::string Flight_Name(const Flight_Summary& flight, std::string_view otherwise) {
+    const auto began = Parse_Clock(flight.began_utc + " " + flight.began_utc);
+    if (!began)
+        return std::string(otherwise);
+    std::string name =
+        fmt::format("{}_{}Z", Format_Iso_Date(began->utc.date), Format_Hhmm(began->utc.time));
+    const std::string origin = For_File_Name(flight.origin);
+    const std::string destination = For_File_Name(flight.destination);
+    if (!origin.empty() || !destination.empty())
+        name += fmt::format("_{}-{}", origin, destination);
+    const std::string number = For_File_Name(flight.flight_number);
+    return number.empty() ? name : name + "_" + number;
+}
+
+}  // namespace
+
+Flight_Archive::Flight_Archive(Services& services)
+    : m_services(services), m_timer(services.desktop.Timers(), pause_before_packing) {
+    m_timer.tick.Connect([this] { Finish(); });
+}
+
+void Flight_Archive::Take_Soon(const std::filesystem::path& recording) {
+    if (recording.empty())
+        return;
+    m_waiting.push_back(recording);
+    m_timer.Set_Enabled(true);
+}
+
+void Flight_Archive::Finish() {
+    m_timer.Set_Enabled(false);
+    for (const auto& recording : std::exchange(m_waiting, {}))
+        Take(recording);
+}
+
+std::filesystem::path Flight_Archive::Packed_File() const {
+    return Flights_Directory(m_services) / (m_last->id + std::string(packed_ending));
+}
+
+void Flight_Archive::Take(const std::filesystem::path& recording) {
+    Guarded(m_services, "Flight_Archive.Take()", Show::silent, [&] {
+        // What a kill tore is cut off.
+        { const Growing_File whole(recording); }
+        const std::string stem = From_Path(recording.stem());
+        Flight_Summary flight;
+        try {
+            flight = Derive_Flight(stem, Read_Recording(recording));
+        } catch (...) {
+            // Looked at once, not at every start.
+            std::filesystem::rename(recording, recording.string() + std::string(damaged_ending));
+            throw;
+        }
+        if (flight.events.empty()) {
+            // The brake was never released: nothing was flown.
+            std::filesystem::remove(recording);
+            return;
+        }
+        const auto packed =
+            Free_Name(recording.parent_path(), Flight_Name(flight, stem), packed_ending);
+        Pack_File(recording, packed);
+        std::filesystem::remove(recording);
+        const std::string name = From_Path(packed.filename());
+        flight.id = name.substr(0, name.size() - packed_ending.size());
+        m_last = std::move(flight);
+        // A flight that is not in the log yet finds its recording again.
+        const auto& [section, key] = std::pair(stored_recording::section, stored_recording::name);
+        if (m_services.settings.Find(section, key) == From_Path(recording.filename()))
+            m_services.settings.Set(section, key, name);
+        Taken.Emit(*m_last);
+        Add_Row();
+    });
+}
+
+void Flight_Archive::Forget_Last() {
+    Finish();
+    m_last.reset();
+    m_line.clear();
+}
+
+void Flight_Archive::Note_Logged(std::string_view log_name, std::string_view line,
+                                 bool still_recorded) {
+    m_log_name = log_name;
+    m_line = line;
+    if (!still_recorded && m_waiting.empty() && m_last)
+        Guarded(m_services, "Flight_Archive.Note_Logged()", Show::silent, [&] { Add_Row(); });
+}
+
+void Flight_Archive::Add_Row() {
+    if (m_line.empty())
+        return;
+    m_last->log_name = std::exchange(m_log_name, {});
+    m_last->logged_row = std::exchange(m_line, {});
+    Add_To_Packed_File(Packed_File(),
+                       fmt::format("# logged: {}\t{}\n{}\n", m_last->log_name, m_last->logged_row,
+                                   Format_Fixed(m_last->length_seconds, 3)));
+    Taken.Emit(*m_last);
+}
+
+void Flight_Archive::Take_Leftovers(bool flight_goes_on) {
+    const auto directory = Flights_Directory(m_services);
+    std::error_code failure;
+    std::vector<std::filesystem::path> left;
+    for (const auto& entry : std::filesystem::directory_iterator(directory, failure)) {
+        if (entry.path().extension() == plain_ending)
+            left.push_back(entry.path());
+    }
+    const std::string stored =
+        m_services.settings.Get(stored_recording::section, stored_recording::name);
+    std::ranges::sort(left);
+    for (const auto& recording : left) {
+        if (flight_goes_on && From_Path(recording.filename()) == stored)
+            continue;
+        Take(recording);
+    }
+    m_last.reset();
+    if (!flight_goes_on)
+        Take_Up_Stored(m_services.settings.Get(stored_recording::section, stored_recording::name));
+}
+
+/// A finished flight waits for the log: the recording that belongs to it.
+void Flight_Archive::Take_Up_Stored(const std::string& stored_name) {
+    if (!stored_name.ends_with(packed_ending))
+        return;
+    Guarded(m_services, "Flight_Archive.Take_Leftovers()", Show::silent, [&] {
+        const auto file = Flights_Directory(m_services) / To_Path(stored_name);
+        if (std::filesystem::exists(file)) {
+            m_last = Derive_Flight(stored_name.substr(0, stored_name.size() - packed_ending.size()),
+                                   Read_Recording(file));
+        }
+    });
+}
+
+}  // namespace norvane

@@ -1,0 +1,57 @@
+#pragma once
+// What becomes of a recording when its flight has ended: it is packed as `flights/ID.rec.gz`, named
+// after the flight, and gets the row by which the log has the flight. Recordings that an earlier
+// run left are packed at the next start. Nothing of it touches the flight: what fails is in the
+// error log, and the plain recording stays. Owned by the program.
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "blackbox/flight_summary.h"
+#include "common/services.h"
+#include "common/signal.h"
+#include "common/timer_queue.h"
+
+namespace norvane {
+
+class Flight_Archive {
+  public:
+    explicit Flight_Archive(Services& services);
+    Flight_Archive(const Flight_Archive&) = delete;
+    Flight_Archive& operator=(const Flight_Archive&) = delete;
+
+    /// Packs a finished recording when the flight's row and PIREP are made; nothing for an empty
+    /// name.
+    void Take_Soon(const std::filesystem::path& recording);
+    /// Packs at once what `Take_Soon` still waits with.
+    void Finish();
+    /// Packs what an earlier run left, but for the recording of a flight that goes on.
+    void Take_Leftovers(bool flight_goes_on);
+    /// The log has the flight that was recorded last, or is `still_recorded`, as this line of it.
+    void Note_Logged(std::string_view log_name, std::string_view line, bool still_recorded);
+    /// Another flight begins: what the log gets from now on is not the last one's.
+    void Forget_Last();
+
+    /// A flight came into the archive, or its row into its recording.
+    Signal<const Flight_Summary&> Taken;
+
+  private:
+    void Take(const std::filesystem::path& recording);
+    void Add_Row();
+    void Take_Up_Stored(const std::string& stored_name);
+    [[nodiscard]] std::filesystem::path Packed_File() const;
+
+    Services& m_services;
+    std::vector<std::filesystem::path> m_waiting;
+    /// The flight that was packed last, while the log may still get it.
+    std::optional<Flight_Summary> m_last;
+    /// What the log has of the flight whose recording waits.
+    std::string m_log_name;
+    std::string m_line;
+    Timer m_timer;
+};
+
+}  // namespace norvane
