@@ -32,7 +32,7 @@ TEST_F(Panel_Commands, On_follows_the_simulator_every_half_second_until_paused) 
 }
 
 TEST_F(Panel_Commands, A_simulator_that_does_not_answer_is_told_and_leaves_the_panel_idle) {
-    program->transport.on_open = [] { return Transport_Opening{2, false}; };
+    transport.on_open = [] { return Transport_Opening{2, false}; };
     Panel().hypOn.Click();
     EXPECT_FALSE(Panel().Is_Active());
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ucACARS.ACARS_ON()\r\nError Number: 440\r\n"
@@ -40,7 +40,7 @@ TEST_F(Panel_Commands, A_simulator_that_does_not_answer_is_told_and_leaves_the_p
                                                      "FSUIPC.")));
     EXPECT_THAT(Take_Boxes(), ElementsAre(AllOf(HasSubstr("Unable to connect to FSUIPC."),
                                                 HasSubstr("127.0.0.1:8338"))));
-    program->transport.on_open = nullptr;
+    transport.on_open = nullptr;
     Panel().hypOn.Click();
     EXPECT_TRUE(Panel().Is_Active());
 }

@@ -32,16 +32,16 @@ TEST_F(Panel_Custom_Fields, Definitions_decide_which_input_is_shown_and_read) {
     fields[2].txt.Enter(" 12 ");
     Panel().vaFields[0].txt.Set_Text("disabled");
     Log();
-    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(0), "");
-    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(1), "Ferry");
-    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(2), "12");
-    EXPECT_EQ(program->entry.VA_FIELDS(0), "");
+    EXPECT_EQ(program->log_entry.OPTIONAL_FIELDS(0), "");
+    EXPECT_EQ(program->log_entry.OPTIONAL_FIELDS(1), "Ferry");
+    EXPECT_EQ(program->log_entry.OPTIONAL_FIELDS(2), "12");
+    EXPECT_EQ(program->log_entry.VA_FIELDS(0), "");
     // Broken, the definitions count as far as they go.
     Write("bin/optfields.cfg", "Gate^\r\nbroken\r\nLost^\r\n");
     Begin();
     EXPECT_TRUE(Panel().optFields[0].lblCaption.Visible());
     EXPECT_FALSE(Panel().optFields[1].lblCaption.Visible());
-    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ucACARS.Load_Optional_Fields()")));
+    EXPECT_THAT(Take_Errors(), testing::Contains(HasSubstr("ucACARS.Load_Optional_Fields()")));
 }
 
 TEST_F(Panel_Custom_Fields, Another_airline_brings_its_own_fields_or_none) {

@@ -58,9 +58,9 @@ TEST_F(Panel_Storage, Custom_fields_and_rules_come_back_and_go_into_the_log) {
         Log();
         EXPECT_EQ(Logged(Log_Field::IFR_VFR), rules);
     }
-    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(0), "B7");
-    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(1), "FERRY");
-    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(2), "");
+    EXPECT_EQ(program->log_entry.OPTIONAL_FIELDS(0), "B7");
+    EXPECT_EQ(program->log_entry.OPTIONAL_FIELDS(1), "FERRY");
+    EXPECT_EQ(program->log_entry.OPTIONAL_FIELDS(2), "");
 }
 
 TEST_F(Panel_Storage, Closing_stores_a_flight_in_the_air_alone) {
