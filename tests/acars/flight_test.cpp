@@ -67,17 +67,12 @@ TEST_F(Flight, Reports_Every_Figure_In_Order) {
 }
 
 TEST_F(Flight, Carries_The_Chosen_Units) {
-    settings.Set_ACARS_Time(time_kind::local);
     settings.Set_ACARS_Fuel(unit::kilograms);
     settings.Set_ACARS_Weight(unit::kilograms);
     Fly_To(moment::in + 1);
-    EXPECT_EQ(Once("WeightZFW"), "45359 1");
-    EXPECT_EQ(Once("FlightOUT"), "0705 0");
-    EXPECT_EQ(engine->TIME_OUT() + " " + engine->LOCAL_TIME_OUT(), "1205 0705");
+    EXPECT_EQ(Once("WeightZFW") + ", " + Once("WeightIN"), "45359 1, 49584 1");
     EXPECT_EQ(Once("FuelOUT"), "9185 1");
     EXPECT_EQ(Once("FuelUsedBlock"), "4960 1");  // of the pounds burnt, not of two roundings
-    EXPECT_EQ(Once("WeightIN"), "49584 1");
-    EXPECT_EQ(*(raised.end() - 2), "FSTime 0852");
 
     // In gallons no pounds are computed; a position report is in pounds whatever the unit.
     settings.Set_ACARS_Fuel(unit::gallons);
@@ -85,8 +80,7 @@ TEST_F(Flight, Carries_The_Chosen_Units) {
     Fly_To(moment::level);
     engine->Report_Position();
     Fly(moment::level, moment::in + 1);
-    EXPECT_EQ(Once("FuelOUT"), "3000 2");
-    EXPECT_EQ(Once("FuelUsedFlight"), "1500 2");
+    EXPECT_EQ(Once("FuelOUT") + ", " + Once("FuelUsedFlight"), "3000 2, 1500 2");
     EXPECT_EQ(store.Get("ACARS", "55") + store.Get("ACARS", "63"), "2900");
     EXPECT_TRUE(Contains(Messages(Message_Type::position).at(0), "/FUEL 19575\r\n"));
 }

@@ -148,7 +148,7 @@ TEST_F(Interrupted_Flight,
             moment.reach(flight);
             ASSERT_FALSE(HasFatalFailure());
             flight.clock.Sleep(std::chrono::hours(1));
-            flight.Lose_Link();
+            flight.linked = false;
             Program& program = flight.Start();
             EXPECT_EQ(program.panel.Is_At_Gate(), !moment.is_in_the_log);
             program.settings.Set_OPT_AutoLog(auto_log);

@@ -111,8 +111,10 @@ TEST_F(Log_In_Flight, A_signal_keeps_what_was_not_saved_without_asking) {
 }
 
 TEST_F(Log_In_Flight, Aircraft_titles_come_from_the_simulator_without_touching_the_flights_link) {
-    // The start found no list and made it.
+    // A start that finds no list makes it.
     const auto list = flight.directory / "bin" / "ac.cfg";
+    std::filesystem::remove(list);
+    flight.Start();
     EXPECT_THAT(log.Aircraft_Types(), testing::Contains("Norvane Twin Jet 150"));
     EXPECT_FALSE(program.link.Is_Open());
 
@@ -126,7 +128,7 @@ TEST_F(Log_In_Flight, Aircraft_titles_come_from_the_simulator_without_touching_t
     EXPECT_GT(flight.exchanges, exchanges);
 
     program.Close(ucACARS::Closing::by_signal);
-    flight.Lose_Link();
+    flight.linked = false;
     EXPECT_NE(log.Load_FS_AC(), "");
     EXPECT_THAT(Read_Lines(list), SizeIs(1));
 }

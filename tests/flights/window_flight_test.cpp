@@ -74,27 +74,6 @@ TEST(Window_Closed_Twice, Ends_once_and_after_the_answer) {
     }
 }
 
-TEST_F(Window_Flight, Left_unanswered_the_question_calls_the_closing_off_and_nothing_has_ended) {
-    ASSERT_TRUE(flight.Fly_To_Gate());
-    // A flight that waits to be logged keeps the settings that its figures were taken with.
-    EXPECT_FALSE(program.settings_panel.cboFuel.Enabled());
-    flight.desktop.answers = {Answer::none};
-    window->mnuFileExit.Choose();
-    EXPECT_EQ(closed, 0);
-    EXPECT_TRUE(program.link.Is_Open());
-    EXPECT_TRUE(window->ZTimer.Enabled());
-    // "On" asks the same, and flies on; a flight under way closes and is stored.
-    flight.desktop.answers = {Answer::yes};
-    program.panel.hypOn.Click();
-    EXPECT_TRUE(program.panel.Is_Active());
-    EXPECT_EQ(flight.Rows().size(), 1U);
-    program.Closing.Connect(
-        [this] { EXPECT_FALSE(program.http_limits.given_up()) << "asked for the first time"; });
-    window->Form_Unload(ucACARS::Closing::by_signal);
-    EXPECT_EQ(closed, 1);
-    EXPECT_FALSE(program.link.Is_Open());
-}
-
 TEST_F(Window_Flight, Closed_in_a_step_in_the_air_it_ends_after_the_step_and_the_flight_goes_on) {
     Flight_World unbroken;
     unbroken.Start();
