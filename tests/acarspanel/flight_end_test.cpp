@@ -1,6 +1,7 @@
 // What becomes of a flight that is not in the log when it is to leave the panel.
 
 #include <functional>
+#include <stdexcept>
 
 #include "acarspanel/panel_world.h"
 
@@ -19,6 +20,7 @@ class Flight_End : public Panel_World {
         store.full = false;
         store.Delete_Section(flight_section);
         std::filesystem::remove(kept);
+        std::filesystem::remove(directory / "logs" / "My Flight Log.txt");
         log.clear();
         closed = 0;
         Start();
@@ -187,36 +189,60 @@ TEST_F(Flight_End, A_signal_leaves_a_row_that_fits_nowhere_else_in_the_error_log
     EXPECT_THAT(Take_Errors(), testing::Contains(HasSubstr("|KAAA|Alpha Field|1405Z|1410Z|")));
 }
 
-TEST_F(Flight_End, A_start_offers_the_flight_whose_row_the_log_did_not_take) {
-    Settings().Set_OPT_AutoLog(true);
-    Break_Log();
-    Fly();
-    EXPECT_THAT(Take_Boxes(),
-                testing::Contains(HasSubstr("NOT saved due to the application error")));
-    Take_Errors();
-    Break_Log(false);
-    linked = false;
-    for (const bool gate_was_stored : {true, false}) {
-        // The store may have been full at the gate: then the noted row alone tells of it.
-        if (!gate_was_stored)
+TEST_F(Flight_End, A_program_killed_at_the_gate_has_the_flight_logged_once_at_its_next_start) {
+    enum Kill_Point {
+        unlogged_yet,
+        waiting_for_weather,
+        log_broken,
+        store_full_too,
+        behind_its_row
+    };
+    for (int i = 0; i < 10; ++i) {
+        const auto moment = static_cast<Kill_Point>(i / 2);
+        const bool logs_itself = i % 2 == 1;
+        SCOPED_TRACE(i);
+        Begin_Anew();
+        Panel().txtFlightLevel.Enter("FL350");
+        Land();
+        if (moment == waiting_for_weather)
+            Settings().Set_WX_URL("NOAA");
+        Park();
+        EXPECT_EQ(Panel().Is_At_Gate(), moment != waiting_for_weather);
+        const bool had_failed = moment == log_broken || moment == store_full_too;
+        Break_Log(had_failed);
+        if (moment == behind_its_row)
+            program->log_entry.NewLogEntrySave.Connect([] { throw std::runtime_error("killed"); });
+        if (had_failed || moment == behind_its_row)
+            Panel().hypLog.Click();
+        Break_Log(false);
+        // Then the noted row alone tells of the gate.
+        if (moment == store_full_too)
             Store(Log_Field::TIME_IN, "");
+        Take_Boxes();
+        linked = false;
         Begin();
-        EXPECT_THAT(Panel().lblStored.Text(), HasSubstr("KAAA to KBBB, OFF 1410Z, IN 1450Z"));
-        for (const Answer answer : {Answer::none, Answer::no}) {
+        EXPECT_EQ(Panel().Is_At_Gate(), moment != behind_its_row);
+        Settings().Set_OPT_AutoLog(logs_itself);
+        const bool asks = !logs_itself && moment != behind_its_row;
+        for (const Answer answer : {Answer::none, Answer::no, Answer::yes}) {
+            EXPECT_EQ(Is_Stored(), asks || (answer == Answer::none && moment != behind_its_row));
             desktop.answers = {answer};
             Panel().Settle_Stored_Flight();
-            EXPECT_THAT(
-                Take_Boxes(),
-                ElementsAre("A finished flight could not be saved to the flight log: KAAA to "
-                            "KBBB, OFF 1410Z, IN 1450Z.\r\n\r\nWould you like to log it now?"));
-            EXPECT_TRUE(Is_Stored());
+            const std::string question = had_failed ? "A finished flight could not be saved to the "
+                                                      "flight log: KAAA to KBBB, OFF 1410Z, IN"
+                                                    : "A finished flight has not been logged: KAAA";
+            const auto boxes = Take_Boxes();
+            ASSERT_EQ(boxes.size(), asks ? 1U : 0U);
+            EXPECT_TRUE(!asks || boxes[0].starts_with(question));
         }
+        const std::string rows = Read("logs/My Flight Log.txt");
+        EXPECT_THAT(rows, HasSubstr("|1405Z|1410Z|"));
+        EXPECT_EQ(rows.find("\r\n"), rows.size() - 2) << "one row";
+        EXPECT_FALSE(Is_Stored());
+        EXPECT_EQ(Panel().lblStored.Text(), "");
+        linked = true;
+        Take_Errors();
     }
-    desktop.answers = {Answer::yes};
-    Panel().Settle_Stored_Flight();
-    EXPECT_EQ(log.at(0), log.at(1));
-    EXPECT_FALSE(Is_Stored());
-    EXPECT_EQ(Panel().lblStored.Text(), "");
 }
 
 TEST_F(Flight_End, A_typed_flight_that_is_logged_without_tracking_is_no_beginning_of_the_next) {
