@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "common/text.h"
 #include "engine_world.h"
 
 namespace norvane::test {
@@ -100,6 +101,8 @@ TEST_F(Touch_And_Go, The_Last_Landing_Counts_And_A_Bounce_Does_Not) {
                     .ends_with(last == 0 ? "/POS 42.36000 -71.01000" : "/POS 43.50000 -71.00000"));
             EXPECT_EQ(Count("FlightOFF") + Count("FlightAtGate"), 2U);
             EXPECT_EQ(Count("TouchAndGo"), landings - 1);
+            EXPECT_TRUE(Contains(Messages(Message_Type::times).back(),
+                                 fmt::format("Msg No: M{:02}A", 8 + landings)));
         }
     }
 }
