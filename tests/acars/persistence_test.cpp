@@ -98,7 +98,7 @@ TEST_F(Persistence, A_Flight_That_Had_Landed_Ends_Near_Where_It_Did) {
             engine->Refresh();
         }
         EXPECT_EQ(Count("FlightIN") + Count("TouchAndGo"), 0U);
-        EXPECT_EQ(Once("Elsewhere"), "162");
+        EXPECT_EQ(Once("Elsewhere") + " " + Once("MaxTaxiOrigin"), "162 17");
         EXPECT_EQ(Stored(45), "3");
         area.Set(on_ground, 1);
         Fly(moment::in, moment::in + 1);  // 0.3 nm from the runway
