@@ -82,6 +82,7 @@ TEST_F(Flight_End,
         EXPECT_EQ(Is_Kept(), one.kept);
         EXPECT_EQ(Is_Stored(), !one.command_done);
         EXPECT_EQ(Panel().lblStored.Text().empty(), one.command_done);
+        EXPECT_EQ(Panel().lblStored.Visible(), !one.command_done);
         EXPECT_EQ(Panel().Is_Tracked_Or_Stored(), !one.command_done || Panel().Is_Active());
         EXPECT_EQ(closed > 0 || Panel().Is_Active() || Panel().lblTimeOff.Text().empty(),
                   one.command_done);
