@@ -2,13 +2,9 @@
 // reader needs is printed.
 
 #include "cli/cli_world.h"
-#include "common/file_writer.h"
-#include "common/line_reader.h"
 
 namespace norvane::test {
 namespace {
-
-namespace fs = std::filesystem;
 
 class Cli_Logs : public Cli_World {
   protected:
@@ -31,10 +27,8 @@ class Cli_Logs : public Cli_World {
 TEST_F(Cli_Logs, Keep_several_logs) {
     EXPECT_EQ(Status("log new Zoë"), 0);
     EXPECT_EQ(Status("log new a/b"), 1);
-    EXPECT_EQ(Status("log new 日本"), 1) << "it could not be told from another";
     EXPECT_EQ(Type("log list").output, "* My Flight Log\n  Zoë\n");
     EXPECT_EQ(Run({"--yes", "log", "remove", active}).status, 1) << "it is the active one";
-    EXPECT_EQ(Status("--yes log remove None"), 1);
     EXPECT_EQ(Status("log use None"), 1);
     EXPECT_EQ(Status("log use Zoë"), 0);
     EXPECT_EQ(Type("log list").output, "  My Flight Log\n* Zoë\n");
@@ -65,12 +59,10 @@ TEST_F(Cli_Logs, Copy_and_delete_the_row_that_was_meant) {
 TEST_F(Cli_Logs, Import_a_plan) {
     const auto plan = NORVANE_SOURCE_DIR "/tests/data/plans/lfpg-eidw.pln";
     Write_File(directory / "cut.pln", "<DepartureName>Left</DepartureName>\n<DepartureID>KJ");
-    for (const auto* broken : {"none.pln", "cut.pln", "home/ErrorLog.Log"})
-        EXPECT_EQ(Run({"log", "import-plan", "1", (directory / broken).string()}).status, 1);
+    EXPECT_EQ(Run({"log", "import-plan", "1", directory / "cut.pln"}).status, 1);
     EXPECT_EQ(Read_File(log), content);
     EXPECT_EQ(Run({"log", "import-plan", "2", plan}).status, 0);
     EXPECT_EQ(Rows().at(1).at(3) + Rows().at(1).at(23), "KJFK35000");
-    EXPECT_EQ(Rows().at(0).at(23), "") << "another row";
     EXPECT_EQ(Run({"--yes", "log", "import-plan", "2", plan}).status, 0);
     EXPECT_EQ(Rows().at(1).at(3), "LFPG");
 }
@@ -112,7 +104,6 @@ TEST_F(Cli_Logs, Report_and_convert) {
     for (const auto* shown : {"Kennedy", "Logan", "1.5"})
         EXPECT_THAT(some, HasSubstr(shown));
     EXPECT_THAT(some, testing::Not(HasSubstr("KJFK")));
-    EXPECT_THAT(Type("log report --fields Date,Wings").errors, HasSubstr("Wings"));
     EXPECT_THAT(page("log acars-report 2"), HasSubstr("KJFK"));
     EXPECT_THAT(page("log statistics"), HasSubstr("3.5"));
     EXPECT_THAT(page("hours --report"), HasSubstr("C172"));
@@ -122,7 +113,6 @@ TEST_F(Cli_Logs, Report_and_convert) {
     const fs::path data = NORVANE_SOURCE_DIR "/tests/data/conversion";
     const auto converted = home / "convertedlogs" / "Old.txt";
     EXPECT_EQ(Run({"convert", data / "simulator.log", "Old"}).output, converted.string() + "\n");
-    EXPECT_EQ(Run({"convert", directory / "none.log", "Old"}).status, 1);
     EXPECT_EQ(Read_File(converted), Read_File(data / "converted.txt"));
 }
 
