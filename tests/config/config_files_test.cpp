@@ -48,7 +48,6 @@ TEST_F(Config_Files, A_Profile_Keeps_To_The_Sizes_Of_Its_Buffers) {
     EXPECT_EQ(Profile_Of("[A]\nk=" + std::string(300, 'x')).Value("A", "k"), std::string(254, 'x'));
     EXPECT_EQ(Profile_Of("[A]\n k=1 \n\n// text\nj = 2\r\n[B]\nx=1").Section("a"),
               "k=1\0// text\0j = 2\0"s);
-    EXPECT_EQ(Profile_Of("[A]\n[B]\nk=1").Section("A"), "\0"s);
     EXPECT_EQ(Profile(directory / "missing").Section("A"), "\0"s);
     std::string lines = "[A]\n";
     for (int i = 0; i < 8000; ++i)
@@ -94,7 +93,6 @@ TEST_F(Config_Files, Logs_Are_The_Text_Files_Of_Their_Directory) {
     EXPECT_THAT(List_Logs(services), ElementsAre("Cafe", "Z\xFCrich", "a", "b", "d.old"));
     EXPECT_EQ(Log_Path(services, "a"), directory / "logs" / "a.TXT");
     EXPECT_EQ(Log_Path(services, "new"), directory / "logs" / "new.txt");
-    EXPECT_EQ(Log_Path(services, "Z\xFCrich"), directory / "logs" / "Z\xC3\xBCrich.txt");
     EXPECT_EQ(Log_Path(services, "Cafe"), directory / "logs" / "Cafe\xCC\x81.txt");
 }
 
