@@ -55,12 +55,10 @@ TEST_F(Conversion_Test, The_dialog_converts_what_was_chosen_and_named) {
     const std::string converted = "FS Flight Log converted\nThe converted flights are in\n";
     form.shown.Connect([&] {
         form.txtName.Enter("a:b");
-        EXPECT_FALSE(convert.Enabled()) << "no file yet";
         form.FlightLog_Select();
         EXPECT_FALSE(convert.Enabled()) << "given up";
         desktop.chosen_files = {source};
         form.hypACARS[0].Click();
-        EXPECT_EQ(desktop.file_choices.back().filter, "Log Files (*.log)|*.log");
         EXPECT_TRUE(form.lblSelectedLog.Text().ends_with("/../d/sim.log"));
         EXPECT_EQ(told({}), "The name of a flight log mus\n");
         form.txtName.Enter("Old");
@@ -79,7 +77,6 @@ TEST_F(Conversion_Test, The_dialog_converts_what_was_chosen_and_named) {
     });
     form.Show_Form();
     EXPECT_TRUE(Contains(Join(Take_Errors(), ""), "frmConvertLog.FlightLog_Convert()"));
-    EXPECT_FALSE(desktop.busy);
 }
 
 }  // namespace

@@ -16,6 +16,8 @@
 
 namespace norvane::test {
 
+using Texts = std::vector<std::string>;
+
 /// A line of a log: the fields given, the others up to the 53rd empty, CR LF.
 inline std::string Full_Line(std::string_view fields) {
     std::string line(fields);
@@ -60,8 +62,8 @@ class Log_World : public Test_World {
     }
     void Unblock_Saves() const { std::filesystem::remove_all(directory / "templog.txt"); }
     /// The texts of the boxes so far.
-    std::vector<std::string> Take_Boxes() {
-        std::vector<std::string> texts;
+    Texts Take_Boxes() {
+        Texts texts;
         for (const auto& box : desktop.boxes)
             texts.push_back(box.text);
         desktop.boxes.clear();
@@ -71,7 +73,7 @@ class Log_World : public Test_World {
     std::string Errors() { return Join(Take_Errors(), ""); }
     /// The names of the files in "logs".
     [[nodiscard]] std::string Logs() const {
-        std::vector<std::string> names;
+        Texts names;
         for (const auto& item : std::filesystem::directory_iterator(directory / "logs"))
             names.push_back(item.path().filename());
         std::sort(names.begin(), names.end());
@@ -82,6 +84,7 @@ class Log_World : public Test_World {
     }
 
     const std::string log_file = "logs/My Flight Log.txt";
+    const std::string unsaved = "logs/My Flight Log.unsaved";
     std::optional<clsAppSettings> settings;
     std::optional<clsVASettings> va_settings;
     std::optional<clsLogEntry> entry;

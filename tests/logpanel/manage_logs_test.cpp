@@ -12,7 +12,7 @@ namespace {
 
 using test::Full_Line;
 using Command = frmFlightLog::Command;
-using Texts = std::vector<std::string>;
+using test::Texts;
 
 class Manage_Logs_Test : public test::Log_World {
   protected:
@@ -49,14 +49,12 @@ TEST_F(Manage_Logs_Test, A_new_log_never_takes_the_place_of_another) {
     EXPECT_EQ(Open_And_Click("Props", Command::add), Texts{"Flight Log: Props added"});
     EXPECT_EQ(Read("logs/Props.txt"), "\r\n");
     EXPECT_EQ(form->cboLogs.Entries(), (Texts{"Jets", "My Flight Log", "Props"}));
-    for (const auto* name : {"Jets", ""})
-        EXPECT_EQ(Open_And_Click(name, Command::add, false), Texts{});
+    EXPECT_EQ(Open_And_Click("Jets", Command::add, false), Texts{});
     // On some systems this is the same file.
     EXPECT_EQ(Open_And_Click("JETS", Command::add),
               Texts{"There is a flight log named \"Jets\" already."});
     EXPECT_EQ(Open_And_Click("../Outside", Command::add).size(), 1U);
     EXPECT_EQ(Logs(), "Jets.txt My Flight Log.bak My Flight Log.txt Props.txt");
-    EXPECT_EQ(Read("logs/Jets.txt"), jets);
 }
 
 TEST_F(Manage_Logs_Test, A_log_is_deleted_when_the_pilot_is_sure_but_never_the_active_one) {
@@ -74,10 +72,6 @@ TEST_F(Manage_Logs_Test, A_log_is_deleted_when_the_pilot_is_sure_but_never_the_a
         EXPECT_FALSE(form->FlightLog_Delete()) << name;
         EXPECT_EQ(Take_Boxes().size(), 1U) << name;
     }
-    form->cboLogs.Enter("../Outside");
-    EXPECT_FALSE(form->FlightLog_Active());
-    EXPECT_EQ(settings->FlightLog(), "My Flight Log");
-    Take_Boxes();
     desktop.answers = {Answer::yes};
     EXPECT_EQ(Open_And_Click("Jets", Command::remove),
               (Texts{question, "Flight Log: Jets deleted"}));
@@ -107,13 +101,11 @@ TEST_F(Manage_Logs_Test, Another_log_is_shown_and_unsaved_edits_are_kept) {
     log->Commit_Edit(0, 2, "77");
     EXPECT_EQ(Open_And_Click("Jets", Command::activate),
               Texts{"Jets is now the active Flight Log"});
-    EXPECT_EQ(form->lblActiveLog.Text(), "Jets");
     EXPECT_EQ(clsAppSettings(services).FlightLog(), "Jets") << "at the next start too";
     EXPECT_EQ(log->tdbLogCaption.Text(), "Total Block Time: 7.5            Total Flight Time: 0.0");
-    const std::string kept_file = "logs/My Flight Log.unsaved";
-    EXPECT_EQ(Read(kept_file), Full_Line("1/1/2008|B738|77"));
-    EXPECT_TRUE(Contains(log->lblStatus.Text(), kept_file));
-    EXPECT_TRUE(Contains(Errors(), kept_file));
+    EXPECT_EQ(Read(unsaved), Full_Line("1/1/2008|B738|77"));
+    EXPECT_TRUE(Contains(log->lblStatus.Text(), unsaved));
+    EXPECT_TRUE(Contains(Errors(), unsaved));
     Log_Flight("5/6/2008");
     EXPECT_EQ(Read("logs/Jets.txt"), jets + Full_Line("5/6/2008|||||0900"));
     EXPECT_EQ(Read(log_file), flight);

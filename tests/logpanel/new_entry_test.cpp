@@ -8,12 +8,12 @@ namespace norvane {
 namespace {
 
 using test::Full_Line;
+using test::Texts;
 
 class New_Entry_Test : public test::Log_World {
   protected:
     const std::string a = Full_Line("1/1/2008|a");
     const std::string flight = Full_Line("1/2/2008|||||0900");
-    const std::string unsaved = "logs/My Flight Log.unsaved";
 };
 
 TEST_F(New_Entry_Test, Every_column_takes_its_own_field_of_the_entry) {
@@ -35,27 +35,8 @@ TEST_F(New_Entry_Test, Every_column_takes_its_own_field_of_the_entry) {
               "WX_DESTINATION|IFR_VFR|opt0|opt1|opt2|opt3|opt4|va/0|va/1|va/2|va/3|va/4|va/5|"
               "va/6|va/7|va/8|va/9\r\n");
     EXPECT_EQ(answers, "ok ");
-    EXPECT_EQ(desktop.boxes.at(0).title, "Norvane Save Flight Log");
-    EXPECT_EQ(Take_Boxes(), std::vector<std::string>{"Flight Log Saved"});
-    EXPECT_FALSE(log->Changed());
-    EXPECT_FALSE(desktop.busy);
-}
-
-TEST_F(New_Entry_Test, The_row_stands_behind_the_last_dated_one_until_the_next_load_sorts_it_in) {
-    Write(log_file, "3/1/2008|x||||||||||||2.5\r\n");
-    Start();
-    log->Add_Row();
-    log->Commit_Edit(log->Add_Row(), 19, "typed");
-    entry->Set(Log_Field::BLOCK_TIME, "1.5");
-    Log_Flight("2/1/2008");
-    EXPECT_EQ(Read(log_file),
-              Full_Line("3/1/2008|x||||||||||||2.5") + Full_Line("2/1/2008|||||0900||||||||1.5"));
-    EXPECT_EQ(log->tdbLogCaption.Text(), "Total Block Time: 4.0            Total Flight Time: 0.0");
-    // What was typed into a row without a date is kept.
-    EXPECT_EQ(Read("logs/My Flight Log.skipped"), Full_Line(std::string(19, '|') + "typed"));
-    EXPECT_TRUE(Contains(Errors(), "rows without a date at the end are kept in"));
-    log->Grid_Load();
-    EXPECT_EQ(log->Table().Get(0, 0), "2/1/2008");
+    EXPECT_EQ(Take_Boxes(), Texts{"Flight Log Saved"});
+    EXPECT_FALSE(log->Changed() || desktop.busy);
 }
 
 TEST_F(New_Entry_Test, A_flight_that_was_logged_before_its_end_keeps_its_row) {
@@ -99,7 +80,6 @@ TEST_F(New_Entry_Test, A_failed_save_is_answered_and_a_second_try_makes_no_secon
     EXPECT_TRUE(log->Changed());
     EXPECT_EQ(Read(log_file), a);
     EXPECT_TRUE(Contains(log->tdbLogCaption.Text(), "Block Time: 1.5"));
-    EXPECT_TRUE(Contains(Errors(), "templog.txt"));
     // Another flight does not take the row of the one that failed.
     entry->Set(Log_Field::BLOCK_TIME, "");
     Log_Flight("1/2/2008", "1400");
@@ -135,8 +115,6 @@ TEST_F(New_Entry_Test, A_flight_that_fails_while_a_box_of_a_save_is_open_stays_u
     EXPECT_TRUE(Close());
     EXPECT_EQ(Read(unsaved), flight);
     Take_Errors();
-    entry->New_Log_Entry_Save();
-    EXPECT_EQ(answers, "fail ") << "a closed panel takes no more flights";
 }
 
 TEST_F(New_Entry_Test, A_log_that_cannot_be_read_is_not_written_over) {

@@ -11,7 +11,7 @@ namespace norvane {
 namespace {
 
 using test::Full_Line;
-using Texts = std::vector<std::string>;
+using test::Texts;
 
 std::string Counted(int added, int replaced, int there) {
     return fmt::format(
@@ -54,7 +54,6 @@ class Recover_Test : public test::Log_World {
     const std::string timeless = Full_Line("1/3/2008|B744||KJFK|||||KBOS");
     const std::string of_root = Full_Line("1/4/2008|C172");
     const std::string undated = Full_Line("|||EDDF");
-    const std::string kept_file = "logs/My Flight Log.unsaved";
     const std::string replaced_file = "logs/My Flight Log.skipped";
     std::optional<frmRecover> form;
 };
@@ -64,7 +63,7 @@ TEST_F(Recover_Test, Chosen_rows_go_into_the_log_and_leave_their_files) {
     const std::string with_more = Without_End(of_jets) + "|past\r\n";
     Write(log_file, in_log);
     Write("logs/Jets.txt", of_jets);
-    Write(kept_file, in_log + edited + "|||EDDF\r\n||\r\n" + of_jets + with_more);
+    Write(unsaved, in_log + edited + "|||EDDF\r\n||\r\n" + of_jets + with_more);
     Write("logs/Gone.unsaved2", timeless + edited);
     Write("My Flight Log.unsaved", of_root);
     Write("logs/My Flight Log.unsavedness", Full_Line("1/9/2008|no such file"));
@@ -78,7 +77,7 @@ TEST_F(Recover_Test, Chosen_rows_go_into_the_log_and_leave_their_files) {
     EXPECT_EQ(Read(log_file), edited + timeless + undated);
     EXPECT_EQ(Read(replaced_file), in_log);
     EXPECT_FALSE(Exists("logs/Gone.unsaved2"));
-    EXPECT_EQ(Read(kept_file), in_log + with_more);
+    EXPECT_EQ(Read(unsaved), in_log + with_more);
     EXPECT_EQ(Read("My Flight Log.unsaved"), of_root) << "it was not chosen";
     EXPECT_EQ(Take_Boxes(),
               (Texts{"Flight Log Saved", Counted(2, 1, 0) + "  What was replaced is kept in " +
@@ -107,11 +106,11 @@ TEST_F(Recover_Test, A_row_that_the_log_has_is_not_added_again) {
 
 TEST_F(Recover_Test, A_failed_save_loses_nothing_and_a_kill_behind_a_save_doubles_nothing) {
     Write(log_file, in_log);
-    Write(kept_file, timeless);
+    Write(unsaved, timeless);
     Start();
     Block_Saves();
     Recover({0});
-    EXPECT_EQ(Read(log_file) + Read(kept_file), in_log + timeless);
+    EXPECT_EQ(Read(log_file) + Read(unsaved), in_log + timeless);
     EXPECT_TRUE(log->Changed());
     Unblock_Saves();
     Take_Errors();
@@ -121,22 +120,6 @@ TEST_F(Recover_Test, A_failed_save_loses_nothing_and_a_kill_behind_a_save_double
     Take_Boxes();
     Recover({});
     EXPECT_TRUE(Contains(Take_Boxes().at(0), "There are no unsaved flights"));
-}
-
-TEST_F(Recover_Test, A_log_that_cannot_be_read_takes_no_row) {
-    std::filesystem::create_directories(directory / log_file / "in the way");
-    Write(kept_file, timeless);
-    Start();
-    Take_Errors();
-    Take_Boxes();
-    Recover({0});
-    EXPECT_TRUE(Contains(Take_Boxes().back(), "The rows stay in their files"));
-    EXPECT_TRUE(Contains(Errors(), "is not loaded"));
-    EXPECT_EQ(log->Table().Row_Count(), 0U);
-    EXPECT_EQ(Read(kept_file), timeless);
-    std::filesystem::remove_all(directory / log_file);
-    Recover({0});
-    EXPECT_EQ(Read(log_file), timeless) << "what kept it from being read is over";
 }
 
 TEST_F(Recover_Test, What_is_given_up_is_offered_and_a_deleted_row_is_in_the_log_again) {
@@ -178,7 +161,7 @@ TEST_F(Recover_Test, What_is_given_up_is_offered_and_a_deleted_row_is_in_the_log
         EXPECT_EQ(told == "Flight Log Changes Undone", is_undo);
         EXPECT_EQ(told.starts_with("The changes were not saved"), !is_undo && !offered.empty());
         EXPECT_EQ(told.ends_with(undeleted), !is_undo && is_deleting) << told;
-        EXPECT_TRUE(Contains(log->lblStatus.Text(), offered.empty() ? undeleted : kept_file));
+        EXPECT_TRUE(Contains(log->lblStatus.Text(), offered.empty() ? undeleted : unsaved));
         EXPECT_EQ(Offered(), offered);
         // The table is as the file again: a flight takes nothing along.
         Log_Flight("1/5/2008");
