@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <regex>
 #include <set>
 #include <tuple>
 
@@ -10,6 +11,7 @@
 #include "common/line_reader.h"
 #include "common/run_error.h"
 #include "common/text.h"
+#include "config/field_definitions.h"
 #include "logentry/cls_log_entry.h"
 #include "net/net_world.h"
 
@@ -168,6 +170,38 @@ TEST_F(Pirep_Sending, What_Cannot_Be_Read_Is_Told_With_Its_File) {
     Tell_PIREP_Failure(desktop, *failure);
     EXPECT_THAT(desktop.boxes.back().text, HasSubstr("could not be read, and was not sent"));
     EXPECT_EQ(server.Request(), "");
+}
+
+/// The sample airline that airlines copy, and the page that tells them which value is which.
+TEST_F(Log_Entry_Test, The_sample_airline_names_each_value_of_a_PIREP_as_its_page_does) {
+    const auto docs = std::filesystem::path(NORVANE_SOURCE_DIR) / "docs";
+    std::filesystem::copy(docs / "VA_SAMPLE", directory / "VA_SAMPLE");
+    clsVASettings airline{services};
+    airline.Get_VA_Settings("SAMPLE");
+    EXPECT_TRUE(airline.URL_Encode());
+    EXPECT_FALSE(airline.Script_PIREP().empty() || airline.Script_ACARS().empty());
+
+    // "4 FLIGHT_DATE date" for "| 4 | `FLIGHT_DATE` | ... | `date` | ... |".
+    const std::regex row_pattern(R"(\| *(\d+) *\| *`(\w+)` *\|.*\| *`(\w+)` *\|[^|]*\|)");
+    std::vector<std::string> described;
+    std::smatch match;
+    for (const std::string& line : Read_Lines(docs / "airlines.md")) {
+        if (std::regex_match(line, match, row_pattern))
+            described.push_back(match[1].str() + " " + match[2].str() + " " + match[3].str());
+    }
+    ASSERT_EQ(described.size(), 41U);
+    for (const Log_Field_Row& row : All_Log_Fields()) {
+        if (row.pirep_place == 0)
+            continue;
+        EXPECT_EQ(std::to_string(row.pirep_place) + " " + std::string(row.name) + " " +
+                      airline.PIREP_Fields(row.pirep_place - 1),
+                  described.at(static_cast<std::size_t>(row.pirep_place - 1)));
+    }
+    EXPECT_EQ(airline.PIREP_Field_Names(41) + airline.PIREP_Fields(41), "Gategate");
+    const auto shown =
+        Read_Field_Definitions(directory / "VA_SAMPLE" / "vafields.cfg", airline_field_count);
+    EXPECT_EQ(shown.failure, "");
+    EXPECT_EQ(shown.fields.size(), 4U);
 }
 
 }  // namespace

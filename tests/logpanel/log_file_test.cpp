@@ -1,21 +1,15 @@
 // The file of a log: what is read from any bytes, what is written, what is kept beside it.
 
-#include <gtest/gtest.h>
 #include <sys/resource.h>
-
 #include <csignal>
 
 #include "common/log_error.h"
 #include "flightlog/log_file.h"
 #include "flightlog/log_keeping.h"
-#include "flightlog/log_reading.h"
 #include "logpanel/log_world.h"
 
-namespace norvane {
+namespace norvane::test {
 namespace {
-
-namespace fs = std::filesystem;
-using test::Full_Line;
 
 /// No file may grow past a size while this lives: the disk is full there.
 class Full_Disk {
@@ -38,7 +32,7 @@ class Full_Disk {
     rlimit m_before{};
 };
 
-class Log_File_Test : public test::Log_World {
+class Log_File_Test : public Log_World {
   protected:
     /// As the panel does: what went wrong is told once everything is taken over.
     bool Load() {
@@ -223,4 +217,4 @@ TEST_F(Log_File_Test, Looking_at_a_log_sorts_and_numbers_its_rows_and_touches_no
 }
 
 }  // namespace
-}  // namespace norvane
+}  // namespace norvane::test

@@ -1,22 +1,16 @@
 // The reports of the log, two of them byte for byte, and what happens around them: questions, edits
 // in progress, files that cannot be written, totals of cells that hold more than a number.
 
-#include <gtest/gtest.h>
-
 #include <regex>
 
-#include "common/line_reader.h"
 #include "flightlog/log_reports.h"
 #include "logpanel/log_world.h"
 #include "logpanel/uc_stats.h"
 
-namespace norvane {
+namespace norvane::test {
 namespace {
 
-using test::Full_Line;
-using test::Texts;
-
-class Reports_Test : public test::Log_World {
+class Reports_Test : public Log_World {
   protected:
     /// The report that was written and opened.
     std::string Report() {
@@ -25,7 +19,7 @@ class Reports_Test : public test::Log_World {
         return Read("report.html");
     }
     static std::string Kept(const std::string& name) {
-        return Read_File(test::Data_File("reports/" + name));
+        return Read_File(Data_File("reports/" + name));
     }
     /// What the report's table shows: rows in brackets, a bar behind each cell.
     std::string Shown() {
@@ -117,7 +111,7 @@ TEST_F(Reports_Test, A_report_that_fails_is_told_and_not_opened) {
     EXPECT_EQ(Take_Boxes(), Texts{"There are no log entries to include in the report"});
     log->Add_Row();
     log->Set_Current_Row(0);
-    std::filesystem::create_symlink("/dev/full", directory / "report.html");
+    fs::create_symlink("/dev/full", directory / "report.html");
     ucStats stats(services, *settings);
     log->Create_Statistics_Report();
     log->Create_ACARS_Report();
@@ -143,15 +137,15 @@ TEST_F(Reports_Test, Hours_are_summed_by_type_to_the_letter) {
               "[AIRCRAFT TYPE||TOTAL TIME|||][||||||][ ||0.0||||][B737||1,001.5||||]"
               "[C172||0.0||||][b737||2.0||||][||||||][Total Flight Time: ||1,003.5||||][||||||]");
 
-    std::filesystem::remove(directory / log_file);
+    fs::remove(directory / log_file);
     stats.Display_Flight_Stats();
     EXPECT_EQ(Take_Boxes(), Texts{"No Flight Time Recorded"});
     // A log that cannot be read may well have flights.
-    std::filesystem::create_directory(directory / log_file);
+    fs::create_directory(directory / log_file);
     stats.Display_Flight_Stats();
     EXPECT_EQ(Take_Errors().size(), 1U);
     EXPECT_EQ(stats.tdbTimeCaption.Text(), "Total Flight Time: ");
 }
 
 }  // namespace
-}  // namespace norvane
+}  // namespace norvane::test
