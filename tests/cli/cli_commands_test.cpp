@@ -228,10 +228,7 @@ class Cli_World_Commands : public Cli_World {
 
 TEST_F(Cli_World_Commands, Keep_the_pilots_locations) {
     EXPECT_EQ(Status("world add NV01"), 3);
-    for (const std::string place :
-         {"--lat 1 --lon 1", "--elevation 3", "--lat nan --lon 1 --elevation 3",
-          "--lat 90.1 --lon 1 --elevation 3"})
-        EXPECT_EQ(Status("world add NV01 " + place), 2) << place;
+    EXPECT_EQ(Status("world add NV01 --lat 90.1 --lon 1 --elevation 3"), 2);
     EXPECT_FALSE(fs::exists(user_file));
     const std::string at = " --lat -33.97 --lon 18.6 --elevation 150";
     EXPECT_EQ(Status("world add A/B" + at), 1);

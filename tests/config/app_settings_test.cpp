@@ -177,10 +177,6 @@ TEST_F(App_Settings, A_Bad_Value_Costs_Itself_Alone_And_The_Next_Save_Keeps_A_Co
     EXPECT_EQ(watched.Get("SKY", "Field1"), "SKY7");
     settings.Save_Settings();
     EXPECT_EQ(watched.operations, "back up begin commit begin commit ");
-    // As a load that lost the airline once left it.
-    watched.Set("Virtual Airline", "Current", "");
-    Add_Airline("");
-    EXPECT_EQ(clsAppSettings(watched_services).Virtual_Airline(), "DEFAULT");
 }
 
 TEST_F(App_Settings, Events_Come_Once_What_Changed_Is_Stored) {

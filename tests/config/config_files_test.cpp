@@ -63,18 +63,6 @@ TEST_F(Config_Files, A_Profile_Keeps_To_The_Sizes_Of_Its_Buffers) {
     EXPECT_EQ(section.back(), '\0');
 }
 
-TEST_F(Config_Files, Field_Definitions_Are_Read_Up_To_A_Fault) {
-    const auto file = Write("vafields.cfg", "Gate^\n\nType^A||B^field\r\n ^x\nbad\nLast^\n");
-    const auto all = Read_Field_Definitions(file, 10);
-    ASSERT_EQ(all.fields.size(), 3U);
-    EXPECT_EQ(all.fields[0].caption, "Gate");
-    EXPECT_TRUE(all.fields[0].entries.empty());
-    EXPECT_THAT(all.fields[1].entries, ElementsAre("A", "", "B"));
-    EXPECT_THAT(all.failure, HasSubstr("vafields.cfg, line 5"));
-    EXPECT_EQ(Read_Field_Definitions(file, 3).failure, "");
-    EXPECT_THROW(static_cast<void>(Read_Field_Definitions(directory / "none", 5)), Run_Error);
-}
-
 TEST_F(Config_Files, Log_Names_Are_Refused_With_The_Fault) {
     const std::vector<std::pair<std::string, std::string>> refused{
         {"", "empty"},          {"  ", "empty"},          {" a", "blank"},

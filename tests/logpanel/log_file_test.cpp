@@ -11,26 +11,17 @@
 namespace norvane::test {
 namespace {
 
-/// No file may grow past a size while this lives: the disk is full there.
-class Full_Disk {
-  public:
-    explicit Full_Disk(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        rlimit now = m_before;
-        now.rlim_cur = bytes;
-        ::setrlimit(RLIMIT_FSIZE, &now);
-    }
-    ~Full_Disk() {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    Full_Disk(const Full_Disk&) = delete;
-    Full_Disk& operator=(const Full_Disk&) = delete;
-
-  private:
-    sighandler_t m_handler;
-    rlimit m_before{};
-};
+/// No file may grow past a size while `action` runs: the disk is full there.
+void On_Full_Disk(rlim_t bytes, const std::function<void()>& action) {
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit now{bytes, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &now);
+    action();
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+}
 
 class Log_File_Test : public Log_World {
   protected:
@@ -172,14 +163,16 @@ TEST_F(Log_File_Test, A_full_disk_leaves_the_old_log_and_nothing_half_written) {
     fs::create_symlink("/dev/full", draft);
     for (const auto& [number, told, room] :
          {std::tuple{61, "make room", RLIM_INFINITY}, {57, "\"Details\"", before.size()}}) {
-        try {
-            const Full_Disk full(room);
-            file.Save_XArray(table);
-            ADD_FAILURE() << told;
-        } catch (const Run_Error& error) {
-            EXPECT_EQ(error.Number(), number);
-            EXPECT_TRUE(Contains(error.For_Pilot(), told)) << error.For_Pilot();
-        }
+        Run_Error failure(0, "");
+        On_Full_Disk(room, [&] {
+            try {
+                file.Save_XArray(table);
+            } catch (const Run_Error& error) {
+                failure = error;
+            }
+        });
+        EXPECT_EQ(failure.Number(), number);
+        EXPECT_TRUE(Contains(failure.For_Pilot(), told)) << failure.For_Pilot();
         EXPECT_EQ(Read("logs/A.txt"), before);
         EXPECT_EQ(Logs(), "A.bak A.txt");
         fs::remove(draft);
@@ -187,10 +180,8 @@ TEST_F(Log_File_Test, A_full_disk_leaves_the_old_log_and_nothing_half_written) {
     // With room again, the same table is saved.
     EXPECT_EQ(file.Save_XArray(table), "");
     const std::string saved = Read("logs/A.txt");
-    {
-        const Full_Disk full(saved.size() + 100);
-        EXPECT_THROW(Append_To_Log(path, std::string(5000, 'c')), Run_Error);
-    }
+    On_Full_Disk(saved.size() + 100,
+                 [&] { EXPECT_THROW(Append_To_Log(path, std::string(5000, 'c')), Run_Error); });
     EXPECT_EQ(Read("logs/A.txt"), saved) << "not half a line";
 }
 
