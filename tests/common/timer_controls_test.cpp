@@ -143,11 +143,7 @@ TEST(System_Clock, Describes_zones_with_and_without_daylight_time) {
     const struct {
         const char* name;
         int standard_bias, daylight_bias, daylight_month, standard_month, standard_hour;
-    } zones[] = {
-        {"UTC0", 0, 0, 0, 0, 0},
-        {"EST5EDT,M3.2.0,M11.1.0", 300, -60, 3, 11, 2},
-        {"NZST-12NZDT,M9.5.0,M4.1.0/3", -720, -60, 9, 4, 3},
-    };
+    } zones[] = {{"UTC0", 0, 0, 0, 0, 0}, {"NZST-12NZDT,M9.5.0,M4.1.0/3", -720, -60, 9, 4, 3}};
     for (const auto& c : zones) {
         const auto has_zone = [&] {
             ::setenv("TZ", c.name, 1);

@@ -222,7 +222,6 @@ TEST_F(VA_Settings, An_Airline_Leaves_Nothing_To_The_Next) {
     EXPECT_TRUE(settings.URL_Encode());
     EXPECT_EQ(settings.PIREP_Fields_Ubound(), 1);
     EXPECT_EQ(Field(1), "=");
-    EXPECT_THROW(static_cast<void>(settings.PIREP_Fields(2)), Run_Error);
     EXPECT_THROW(static_cast<void>(settings.PIREP_Field_Names(-1)), Run_Error);
     Load("default");
     EXPECT_EQ(settings.Directory() + Server(), "VA_default||");
