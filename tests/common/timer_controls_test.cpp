@@ -148,7 +148,6 @@ TEST(System_Clock, Describes_zones_with_and_without_daylight_time) {
         const auto has_zone = [&] {
             ::setenv("TZ", c.name, 1);
             System_Clock system_clock;
-            // UTC is the same in every zone.
             const auto utc = Seconds_Of(*system_clock.Utc_Now()) - std::time(nullptr);
             const Time_Zone zone = system_clock.Zone();
             return std::abs(utc) <= 1 && zone.standard_bias == c.standard_bias &&

@@ -225,7 +225,6 @@ TEST_F(App_Settings, Texts_Are_Assigned_Within_The_Range_Of_Each_Setting) {
     const std::map<std::string, std::vector<std::string>> refused{
         {"ACARS_Fuel", {"3", "-1", "kg", "", "1.5", "99999999999"}},
         {"ACARS_EOF", {"3"}},
-        {"ACARS_UseTime", {"2"}},
         {"ACARS_TakeOff_Alt", {"12", "105"}},
         {"Color_Link_Bar", {"16777216", "-1"}},
         {"OPT_PIREP", {"maybe", ""}},
@@ -244,6 +243,9 @@ TEST_F(App_Settings, Texts_Are_Assigned_Within_The_Range_Of_Each_Setting) {
         for (const std::string& text : texts)
             EXPECT_THROW(Set_Setting_Text(settings, name, text), Run_Error) << name << text;
     }
+    for (const auto* list_of_two : {"ACARS_Date", "ACARS_Time", "ACARS_UseTime", "ACARS_Weight",
+                                    "ACARS_RecordArrival", "ACARS_TouchAndGo", "VATSIM_FP"})
+        EXPECT_THROW(Set_Setting_Text(settings, list_of_two, "2"), Run_Error) << list_of_two;
     EXPECT_EQ(Values(settings), before);
     EXPECT_THROW(static_cast<void>(Get_Setting_Text(settings, "Nothing")), Run_Error);
     EXPECT_FALSE(Take_Errors().empty()) << "each listing of the airlines tells of VA_Grid";

@@ -131,6 +131,8 @@ TEST_F(Sqlite, Who_Looks_Sees_What_Is_Committed_And_Leaves_No_Trace) {
     const auto copy = directory / "config/settings.sqlite.bak";
     EXPECT_EQ(seen(file), "");
     EXPECT_FALSE(fs::exists(file.parent_path()));
+    Write("config/settings.sqlite", "");
+    EXPECT_EQ(seen(file), "");
     {
         Sqlite_Store writer(file);
         EXPECT_EQ(writer.Trouble(), "");

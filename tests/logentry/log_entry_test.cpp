@@ -154,8 +154,6 @@ TEST_F(Pirep_Sending, The_Date_Takes_The_Form_That_Servers_Read) {
         EXPECT_EQ(Form(), "a=P1&b=N%E4me&c=&date=" + posted + "&e=B738&");
     }
     EXPECT_EQ(Read("sr"), "lost\r\n");
-    EXPECT_TRUE(Send("1|2|3"));
-    EXPECT_EQ(Form(), "a=1&b=2&c=3&");
 }
 
 TEST_F(Pirep_Sending, What_Cannot_Be_Read_Is_Told_With_Its_File) {
@@ -178,7 +176,6 @@ TEST_F(Log_Entry_Test, The_sample_airline_names_each_value_of_a_PIREP_as_its_pag
     std::filesystem::copy(docs / "VA_SAMPLE", directory / "VA_SAMPLE");
     clsVASettings airline{services};
     airline.Get_VA_Settings("SAMPLE");
-    EXPECT_TRUE(airline.URL_Encode());
     EXPECT_FALSE(airline.Script_PIREP().empty() || airline.Script_ACARS().empty());
 
     // "4 FLIGHT_DATE date" for "| 4 | `FLIGHT_DATE` | ... | `date` | ... |".

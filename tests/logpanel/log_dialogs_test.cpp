@@ -135,6 +135,7 @@ TEST_F(Conversion_Test, Takes_the_flights_and_leaves_the_rest) {
 
 TEST_F(Conversion_Test, The_dialog_converts_what_was_chosen_and_named) {
     const auto source = Write("a/b/c/d/sim.log", original);
+    fs::remove(directory / "logs");
     frmConvertLog form(services);
     std::string boxes;
     desktop.on_box = [&](const Message_Box& box) { boxes += box.text.substr(0, 28) + "\n"; };

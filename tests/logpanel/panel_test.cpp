@@ -262,6 +262,10 @@ TEST_F(Pop_Up_Test, Nothing_is_copied_where_no_other_log_can_be) {
         EXPECT_FALSE(log->Copy_To_Log(name)) << name;
         EXPECT_EQ(Take_Boxes().size(), 1U) << name;
     }
+    // The same file is active under another name: the table's next save would drop the line.
+    settings->Set_FlightLog("MY FLIGHT LOG");
+    EXPECT_FALSE(log->Copy_To_Log("My Flight Log"));
+    settings->Set_FlightLog("My Flight Log");
     // Chosen nothing: the form is closed as soon as it is open.
     log->mnuPopCopy.Choose();
     EXPECT_EQ(Logs(), "My Flight Log.bak My Flight Log.txt Other.txt");
