@@ -42,7 +42,7 @@ function(norvane_add_tests folder)
   target_link_libraries(${target} PRIVATE norvane_test_support GTest::gmock_main ${NORVANE_TEST_LIBRARIES_${folder}})
 
   set(uses norvane_${folder})
-  if(NOT TARGET norvane_${folder} OR folder MATCHES "^(app|cli|ui)$")
+  if(NOT TARGET norvane_${folder} OR folder MATCHES "^(acarspanel|app|cli|ui)$")
     set(uses norvane_cli ${NORVANE_CORE} norvane_simhost)
   endif()
   if(folder STREQUAL "ui")

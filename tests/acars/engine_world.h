@@ -3,7 +3,7 @@
 // airline, and a record of every event as a line of text. A jet stands at KJFK, ready to fly to
 // KBOS.
 
-#include <functional>
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,12 +19,10 @@
 
 namespace norvane::test {
 
-/// Appends a line for every event: its name and its arguments, separated by blanks.
-void Record_Events(ACARS_Events& events, std::vector<std::string>& lines);
-
-/// A moment of a flight: what has changed in the simulator since the one before.
+/// A moment of a flight: UTC, fuel in gallons and N1, brake, ground, altitude, vertical speed,
+/// ground speed, airspeed, and the place with its elevation.
 struct Moment {
-    std::vector<std::function<void(Offset_Area&)>> changes;
+    std::array<double, 12> values;
     void operator()(Offset_Area& area) const;
 };
 /// KJFK to KBOS: 0 parked, 1 brake released, 4 airborne, 6 level, 11 touchdown, 15 brake set.
@@ -75,6 +73,12 @@ class Engine_World : public Test_World {
     /// The texts of the messages of a type, in order.
     [[nodiscard]] std::vector<std::string> Messages(Message_Type type) const {
         return All("ACARSMessage " + std::to_string(static_cast<int>(type)));
+    }
+
+    /// What stands in front of a message's body.
+    static std::string Head(const std::string& time, const std::string& label_line) {
+        return "[2026-03-14 " + time + "Z]\r\nACARS Mode: C Aircraft Reg: N738NV [B738 ]\r\n" +
+               "Msg Label: " + label_line + "\r\nFlight ID: NV101\r\nMessage:\r\n";
     }
 
     Offset_Area area;

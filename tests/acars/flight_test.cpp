@@ -10,12 +10,6 @@ namespace {
 
 class Flight : public Engine_World {};
 
-/// What stands in front of every message's body.
-std::string Head(const std::string& time, const std::string& label, const std::string& numbers) {
-    return "[2026-03-14 " + time + "Z]\r\nACARS Mode: C Aircraft Reg: N738NV [B738 ]\r\n" +
-           "Msg Label: " + label + " " + numbers + "\r\nFlight ID: NV101\r\nMessage:\r\n";
-}
-
 TEST_F(Flight, Reports_Every_Figure_In_Order) {
     ASSERT_TRUE(Start());
     EXPECT_EQ(error_text, modFSUIPC::IPC_ErrorText(ipc_result::okay));
@@ -27,14 +21,14 @@ TEST_F(Flight, Reports_Every_Figure_In_Order) {
     EXPECT_EQ(Take_Raised(),
               "FlightOUT 1205 1\nFuelOUT 20250 0\nWeightOUT 120250 0\n"
               "ACARSMessage 0 " +
-                  Head("12:05", "QA", "Block ID: 01 Msg No: M01A") +
+                  Head("12:05", "QA Block ID: 01 Msg No: M01A") +
                   "OUT 1205Z /ZFW 100000 /FUEL 20250 /TAW 120250 /POS 40.63975 -73.77893\n");
     Fly(moment::off, moment::level);
     EXPECT_EQ(Take_Raised(),
               "FlightOFF 1217 1\nFuelOFF 19575 0\nWeightOFF 119575 0\nIASTakeOff 151\n"
               "NSettings E1N1 95 /E1N2 97 /E2N1 95 /E2N2 97\nMaxTaxiOrigin 17\n"
               "ACARSMessage 1 " +
-                  Head("12:17", "QB", "Block ID: 01 Msg No: M02A") +
+                  Head("12:17", "QB Block ID: 01 Msg No: M02A") +
                   "OFF 1217Z /FUEL 19575 /TOW 119575\r\n"
                   "/E1N1 95 /E1N2 97 /E2N1 95 /E2N2 97 /POS 40.63975 -73.77893\n");
     Fly(moment::level, moment::on);
@@ -43,17 +37,16 @@ TEST_F(Flight, Reports_Every_Figure_In_Order) {
     for (const std::string change :
          {"FL350 LEVEL", "CHG FL350 CLMB", "FL370 LEVEL", "CHG FL370 DESC"}) {
         ++number;
-        levels +=
-            "ACARSMessage 7 " +
-            Head("12:17", "AR", fmt::format("Block ID: 0{} Msg No: M0{}A", number, number + 2)) +
-            "ALT " + change + "\r\n /POS 41.50000 -72.50000\n";
+        levels += "ACARSMessage 7 " +
+                  Head("12:17", fmt::format("AR Block ID: 0{} Msg No: M0{}A", number, number + 2)) +
+                  "ALT " + change + "\r\n /POS 41.50000 -72.50000\n";
     }
     EXPECT_EQ(Take_Raised(), levels);
     Fly(moment::on, moment::in);
     EXPECT_EQ(Take_Raised(),
               "FlightON 1340 1\nFuelON 9450 0\nWeightON 109450 0\nVS -1,210\n"
               "IASLanding 139\nACARSMessage 2 " +
-                  Head("13:40", "QC", "Block ID: 01 Msg No: M07A") +
+                  Head("13:40", "QC Block ID: 01 Msg No: M07A") +
                   "ON 1340Z /FUEL 9450 /LDW 109450 /POS 42.36000 -71.01000\n");
     Fly(moment::in, moment::in + 1);
     EXPECT_EQ(Take_Raised(),
@@ -61,9 +54,9 @@ TEST_F(Flight, Reports_Every_Figure_In_Order) {
               "FlightTimeHHMM 1:23\nFuelIN 9315 0\nICAOArr KBOS Boston Logan\n"
               "FuelUsedBlock 10935 0\nFuelUsedFlight 10125 0\nDistance 162\nWeightIN 109315 0\n"
               "MaxTaxiDestination 21\nFlightLevel FL370\nACARSMessage 3 " +
-                  Head("13:52", "QD", "Block ID: 01 Msg No: M08A") +
+                  Head("13:52", "QD Block ID: 01 Msg No: M08A") +
                   "IN 1352Z /FUEL 9315 /RAW 109315 /POS 42.36435 -71.00518\nACARSMessage 4 " +
-                  Head("13:52", "QM", "Block ID: 01 Msg No: M09A") +
+                  Head("13:52", "QM Block ID: 01 Msg No: M09A") +
                   "BLOCK TIME 1.8 [1:47] /FUEL 10935\r\nFLIGHT TIME 1.4 [ 1:23] /FUEL 10125\n"
                   "FlightAtGate\n");
     EXPECT_EQ(engine->Arrival_Name(), "Boston Logan");
@@ -74,17 +67,12 @@ TEST_F(Flight, Reports_Every_Figure_In_Order) {
 }
 
 TEST_F(Flight, Carries_The_Chosen_Units) {
-    settings.Set_ACARS_Time(time_kind::local);
     settings.Set_ACARS_Fuel(unit::kilograms);
     settings.Set_ACARS_Weight(unit::kilograms);
     Fly_To(moment::in + 1);
-    EXPECT_EQ(Once("WeightZFW"), "45359 1");
-    EXPECT_EQ(Once("FlightOUT"), "0705 0");
-    EXPECT_EQ(engine->TIME_OUT() + " " + engine->LOCAL_TIME_OUT(), "1205 0705");
+    EXPECT_EQ(Once("WeightZFW") + ", " + Once("WeightIN"), "45359 1, 49584 1");
     EXPECT_EQ(Once("FuelOUT"), "9185 1");
     EXPECT_EQ(Once("FuelUsedBlock"), "4960 1");  // of the pounds burnt, not of two roundings
-    EXPECT_EQ(Once("WeightIN"), "49584 1");
-    EXPECT_EQ(*(raised.end() - 2), "FSTime 0852");
 
     // In gallons no pounds are computed; a position report is in pounds whatever the unit.
     settings.Set_ACARS_Fuel(unit::gallons);
@@ -92,8 +80,7 @@ TEST_F(Flight, Carries_The_Chosen_Units) {
     Fly_To(moment::level);
     engine->Report_Position();
     Fly(moment::level, moment::in + 1);
-    EXPECT_EQ(Once("FuelOUT"), "3000 2");
-    EXPECT_EQ(Once("FuelUsedFlight"), "1500 2");
+    EXPECT_EQ(Once("FuelOUT") + ", " + Once("FuelUsedFlight"), "3000 2, 1500 2");
     EXPECT_EQ(store.Get("ACARS", "55") + store.Get("ACARS", "63"), "2900");
     EXPECT_TRUE(Contains(Messages(Message_Type::position).at(0), "/FUEL 19575\r\n"));
 }

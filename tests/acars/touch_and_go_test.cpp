@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "common/text.h"
 #include "engine_world.h"
 
 namespace norvane::test {
@@ -58,8 +59,9 @@ class Touch_And_Go : public Engine_World {
     /// What the row takes from a landing, as it was raised last.
     std::string Landing() const {
         std::string values;
-        for (const std::string name : {"FlightON", "VS", "IASLanding", "ICAOArr", "FuelON",
-                                       "FlightTimeHHMM", "MaxTaxiDestination"})
+        for (const std::string name :
+             {"FlightON", "VS", "IASLanding", "ICAOArr", "FuelON", "FlightTimeHHMM",
+              "MaxTaxiDestination", "MaxTaxiOrigin", "FlightLevel"})
             values += All(name).back() + ", ";
         return values;
     }
@@ -84,10 +86,10 @@ TEST_F(Touch_And_Go, The_Last_Landing_Counts_And_A_Bounce_Does_Not) {
                                    {first_landing_counts, "hhhhhhhhhg", 1, 0}}) {
         settings.Set_ACARS_TouchAndGo(setting);
         const std::string landing =
-            last == 0 ? "1340 1, -1,210, 139, KBOS Boston, 9450 0, 1:23, 21, "
-                      : fmt::format("{} 1, -{}, {}, KMID Middle, {} 0, 1:{}, 21, ", 1340 + last,
-                                    299 + last, 100 + last, std::lround((1400 - last * 10) * 6.75),
-                                    23 + last);
+            last == 0 ? "1340 1, -1,210, 139, KBOS Boston, 9450 0, 1:23, 21, 17, FL370, "
+                      : fmt::format("{} 1, -{}, {}, KMID Middle, {} 0, 1:{}, 21, 17, FL370, ",
+                                    1340 + last, 299 + last, 100 + last,
+                                    std::lround((1400 - last * 10) * 6.75), 23 + last);
         for (int killed = -1; killed < static_cast<int>(steps.size()); ++killed) {
             SCOPED_TRACE(fmt::format("{} killed behind {}", steps, killed));
             Fly_Through(steps, killed);
@@ -99,6 +101,8 @@ TEST_F(Touch_And_Go, The_Last_Landing_Counts_And_A_Bounce_Does_Not) {
                     .ends_with(last == 0 ? "/POS 42.36000 -71.01000" : "/POS 43.50000 -71.00000"));
             EXPECT_EQ(Count("FlightOFF") + Count("FlightAtGate"), 2U);
             EXPECT_EQ(Count("TouchAndGo"), landings - 1);
+            EXPECT_TRUE(Contains(Messages(Message_Type::times).back(),
+                                 fmt::format("Msg No: M{:02}A", 8 + landings)));
         }
     }
 }

@@ -32,7 +32,7 @@ TEST_F(Panel_Commands, On_follows_the_simulator_every_half_second_until_paused) 
 }
 
 TEST_F(Panel_Commands, A_simulator_that_does_not_answer_is_told_and_leaves_the_panel_idle) {
-    program->transport.on_open = [] { return Transport_Opening{2, false}; };
+    transport.on_open = [] { return Transport_Opening{2, false}; };
     Panel().hypOn.Click();
     EXPECT_FALSE(Panel().Is_Active());
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ucACARS.ACARS_ON()\r\nError Number: 440\r\n"
@@ -40,7 +40,7 @@ TEST_F(Panel_Commands, A_simulator_that_does_not_answer_is_told_and_leaves_the_p
                                                      "FSUIPC.")));
     EXPECT_THAT(Take_Boxes(), ElementsAre(AllOf(HasSubstr("Unable to connect to FSUIPC."),
                                                 HasSubstr("127.0.0.1:8338"))));
-    program->transport.on_open = nullptr;
+    transport.on_open = nullptr;
     Panel().hypOn.Click();
     EXPECT_TRUE(Panel().Is_Active());
 }
@@ -157,27 +157,26 @@ TEST_F(Panel_Commands, Positions_are_reported_every_fifteen_minutes_in_the_air_a
     Events().ACARSMessage.Connect([&](Message_Type type, const std::string&) {
         reports += type == Message_Type::position ? 1 : 0;
     });
-    const auto reports_after = [&](int span_min) {
+    const auto expect_after = [&](int span_min, int expected) {
         Pass(minutes(span_min));
-        return reports;
+        EXPECT_EQ(reports, expected);
+        EXPECT_EQ(Panel().Context_Menu_Opens(), Panel().tmrPos.Enabled());
     };
     Panel().hypOn.Click();
     Roll();
-    EXPECT_EQ(reports_after(20), 0);
-    EXPECT_FALSE(Panel().Context_Menu_Opens());
+    expect_after(20, 0);
     Lift_Off();
-    EXPECT_TRUE(Panel().Context_Menu_Opens());
-    EXPECT_EQ(reports_after(10), 0);
+    expect_after(10, 0);
     Panel().hypPause.Click();
-    EXPECT_FALSE(Panel().Context_Menu_Opens());
-    EXPECT_EQ(reports_after(30), 0);
+    expect_after(30, 0);
+    // The pause keeps the minutes that were counted.
     Panel().hypPause.Click();
-    EXPECT_EQ(reports_after(4), 0) << "the pause keeps the minutes that were counted";
-    EXPECT_EQ(reports_after(2), 1);
-    EXPECT_EQ(reports_after(13), 1);
-    EXPECT_EQ(reports_after(3), 2);
+    expect_after(4, 0);
+    expect_after(2, 1);
+    expect_after(13, 1);
+    expect_after(3, 2);
     Panel().mnuPosition.Choose();
-    EXPECT_EQ(reports_after(1), 3);
+    expect_after(1, 3);
     Touch_Down();
     EXPECT_FALSE(Panel().tmrPos.Enabled());
 }

@@ -32,16 +32,16 @@ TEST_F(Panel_Custom_Fields, Definitions_decide_which_input_is_shown_and_read) {
     fields[2].txt.Enter(" 12 ");
     Panel().vaFields[0].txt.Set_Text("disabled");
     Log();
-    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(0), "");
-    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(1), "Ferry");
-    EXPECT_EQ(program->entry.OPTIONAL_FIELDS(2), "12");
-    EXPECT_EQ(program->entry.VA_FIELDS(0), "");
+    EXPECT_EQ(program->log_entry.OPTIONAL_FIELDS(0), "");
+    EXPECT_EQ(program->log_entry.OPTIONAL_FIELDS(1), "Ferry");
+    EXPECT_EQ(program->log_entry.OPTIONAL_FIELDS(2), "12");
+    EXPECT_EQ(program->log_entry.VA_FIELDS(0), "");
     // Broken, the definitions count as far as they go.
     Write("bin/optfields.cfg", "Gate^\r\nbroken\r\nLost^\r\n");
     Begin();
     EXPECT_TRUE(Panel().optFields[0].lblCaption.Visible());
     EXPECT_FALSE(Panel().optFields[1].lblCaption.Visible());
-    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("ucACARS.Load_Optional_Fields()")));
+    EXPECT_THAT(Take_Errors(), testing::Contains(HasSubstr("ucACARS.Load_Optional_Fields()")));
 }
 
 TEST_F(Panel_Custom_Fields, Another_airline_brings_its_own_fields_or_none) {
@@ -109,7 +109,7 @@ class Panel_Report : public Panel_World {
     }
 };
 
-TEST_F(Panel_Report, A_flown_flight_with_own_fields) {
+TEST_F(Panel_Report, A_flown_flight_fills_every_field_of_its_row_and_of_the_page) {
     Write("bin/optfields.cfg", "Gate^\r\nType^Charter|Ferry\r\n");
     std::string fields;
     for (int i = 0; i < 10; ++i)
@@ -126,6 +126,18 @@ TEST_F(Panel_Report, A_flown_flight_with_own_fields) {
         Panel().vaFields[i].txt.Enter("n" + std::to_string(i));
     Fly();
     Expect_Report("panel.html");
+    Log();
+    EXPECT_EQ(
+        log.back(),
+        "3/14/2026|Test Jet|N123|KAAA|Alpha Field|1405Z|1410Z|6699 lbs|KBBB|Bravo Field|1440Z|"
+        "1450Z|4020 lbs|0.8|0:45|2679 lbs|0.5|0:30|1340 lbs|two lines & <more>|77|12|400|5000|"
+        "KAAA DCT KBBB|60 nm|90000 lbs|100000 lbs|99000 lbs|98000 lbs|97000 lbs|"
+        "E1N1 91 /E1N2 0 /E2N1 92 /E2N2 0|140 kts|-300 ft/min|120 kts|"
+        "KAAA 141400Z 00000KT 0SM SKC 0/0 A0000|KBBB 141450Z 00000KT 0SM SKC 0/0 A0000|VFR|12|"
+        "Ferry||||n0|n1|n2|n3|n4|n5|n6|n7|n8|n9");
+    EXPECT_EQ(Texts(Panel().lblFuelOff, Panel().lblFuelOn, Panel().lblMaxTaxiOrigin,
+                    Panel().lblMaxTaxiDestination, Panel().lblATCFlight),
+              "6029 lbs|4689 lbs|16 kts|10 kts|Test Air - 77");
 }
 
 TEST_F(Panel_Report, An_untouched_panel_shows_no_placeholder_and_a_failure_opens_nothing) {

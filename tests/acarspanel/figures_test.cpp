@@ -8,28 +8,6 @@ class Panel_Figures : public Panel_World {
     Panel_Figures() { Begin(); }
 };
 
-TEST_F(Panel_Figures, A_flown_flight_fills_every_field_of_its_row) {
-    Panel().txtComments.Enter("two\nlines");
-    Panel().txtFlightPlan.Enter("KAAA|KBBB");
-    Panel().txtPax.Enter("12");
-    Panel().txtCargo.Enter("400");
-    Panel().chkIFR.Click();
-    Fly();
-    Log();
-    EXPECT_EQ(
-        log.back(),
-        "3/14/2026|Test Jet|N123|KAAA|Alpha Field|1405Z|1410Z|6699 lbs|KBBB|Bravo Field|1440Z|"
-        "1450Z|4020 lbs|0.8|0:45|2679 lbs|0.5|0:30|1340 lbs|two lines|77|12|400|5000|"
-        "KAAA/KBBB|60 nm|90000 lbs|100000 lbs|99000 lbs|98000 lbs|97000 lbs|"
-        "E1N1 91 /E1N2 0 /E2N1 92 /E2N2 0|140 kts|-300 ft/min|120 kts|"
-        "KAAA 141400Z 00000KT 0SM SKC 0/0 A0000|KBBB 141450Z 00000KT 0SM SKC 0/0 A0000|IFR" +
-            std::string(15, '|'));
-    EXPECT_EQ(Logged(Log_Field::FUEL_OFF) + ", " + Logged(Log_Field::FUEL_ON),
-              "6029 lbs, 4689 lbs");
-    EXPECT_EQ(Texts(Panel().lblMaxTaxiOrigin, Panel().lblMaxTaxiDestination, Panel().lblATCFlight),
-              "16 kts|10 kts|Test Air - 77");
-}
-
 TEST_F(Panel_Figures, A_figure_in_another_unit_than_that_of_the_settings_changes_nothing) {
     Settings().Set_ACARS_Fuel(unit::gallons);
     for (const int code : {0, 1, 2, 3}) {

@@ -1,6 +1,7 @@
 // What becomes of a flight that is not in the log when it is to leave the panel.
 
 #include <functional>
+#include <stdexcept>
 
 #include "acarspanel/panel_world.h"
 
@@ -19,6 +20,7 @@ class Flight_End : public Panel_World {
         store.full = false;
         store.Delete_Section(flight_section);
         std::filesystem::remove(kept);
+        std::filesystem::remove(directory / "logs" / "My Flight Log.txt");
         log.clear();
         closed = 0;
         Start();
@@ -27,9 +29,9 @@ class Flight_End : public Panel_World {
     }
     void Start() {
         Begin();
-        Panel().Closed.Connect([this] { ++closed; });
+        program->Closed.Connect([this] { ++closed; });
     }
-    void Close() { Panel().Close(ucACARS::Closing::by_pilot); }
+    void Close() { program->Close(ucACARS::Closing::by_pilot); }
     bool Is_Kept() const { return std::filesystem::exists(kept); }
 
     std::filesystem::path kept;
@@ -49,7 +51,7 @@ TEST_F(Flight_End,
     const auto close = [this] { Close(); };
     const auto on = [this] { Panel().hypOn.Click(); };
     const auto reset = [this] { Panel().hypReset.Click(); };
-    const auto signal = [this] { Panel().Close(ucACARS::Closing::by_signal); };
+    const auto signal = [this] { program->Close(ucACARS::Closing::by_signal); };
     const auto drop = [this] {
         Start();
         EXPECT_EQ(Panel().Drop_Stored_Flight(), kept);
@@ -80,6 +82,7 @@ TEST_F(Flight_End,
         EXPECT_EQ(Is_Kept(), one.kept);
         EXPECT_EQ(Is_Stored(), !one.command_done);
         EXPECT_EQ(Panel().lblStored.Text().empty(), one.command_done);
+        EXPECT_EQ(Panel().lblStored.Visible(), !one.command_done);
         EXPECT_EQ(Panel().Is_Tracked_Or_Stored(), !one.command_done || Panel().Is_Active());
         EXPECT_EQ(closed > 0 || Panel().Is_Active() || Panel().lblTimeOff.Text().empty(),
                   one.command_done);
@@ -96,8 +99,9 @@ TEST_F(Flight_End,
                                           HasSubstr("|1440Z|1450Z|")));
         }
         Take_Errors();
-        // Not answered, it is asked again.
+        // Not answered, it is asked again, and nothing has ended.
         if (!one.command_done) {
+            EXPECT_TRUE(program->link.Is_Open());
             desktop.answers = {Answer::yes};
             one.command();
             EXPECT_EQ(log.size() + (Is_Kept() ? 1U : 0U), 1U);
@@ -147,24 +151,7 @@ TEST_F(Flight_End, Reset_asks_from_OUT_on_and_goes_on_with_a_flight_that_is_not_
     Take_Errors();
 }
 
-TEST_F(Flight_End, A_signal_behind_a_question_ends_the_panel_whatever_is_answered) {
-    for (const Answer answer : {Answer::yes, Answer::no}) {
-        Begin_Anew();
-        Fly();
-        desktop.on_box = [&](const Message_Box&) { Panel().Close(ucACARS::Closing::by_signal); };
-        Click(Panel().hypOn, {answer});
-        desktop.on_box = nullptr;
-        EXPECT_EQ(closed, 1);
-        EXPECT_TRUE(Is_Kept());
-        EXPECT_THAT(log, IsEmpty());
-        EXPECT_FALSE(Panel().Is_Active());
-        EXPECT_EQ(Panel().lblTimeOff.Text(), "1410Z");
-        Take_Errors();
-    }
-}
-
 TEST_F(Flight_End, A_row_that_can_be_kept_nowhere_calls_off_what_would_lose_it) {
-    const auto whole = services.program_directory;
     for (const bool in_the_air : {false, true}) {
         SCOPED_TRACE(in_the_air);
         Begin_Anew();
@@ -174,7 +161,7 @@ TEST_F(Flight_End, A_row_that_can_be_kept_nowhere_calls_off_what_would_lose_it) 
             Fly();
         // A store that is full, and no directory that takes the row.
         store.full = true;
-        services.program_directory = directory / "gone";
+        program->services.program_directory = directory / "gone";
         Click(Panel().hypReset, {Answer::yes, Answer::none});
         EXPECT_EQ(Panel().lblTimeOff.Text(), "1410Z");
         desktop.answers = {in_the_air ? Answer::none : Answer::no, Answer::none};
@@ -186,7 +173,7 @@ TEST_F(Flight_End, A_row_that_can_be_kept_nowhere_calls_off_what_would_lose_it) 
         Step();
         // Room again: what memory held is stored, and nothing is asked twice.
         store.full = false;
-        services.program_directory = whole;
+        program->services.program_directory = directory;
         Pass(seconds(6));
         EXPECT_EQ(Stored(Log_Field::TIME_OFF), "1410Z");
         EXPECT_EQ(Stored(Log_Field::TIME_IN), in_the_air ? "" : "1450Z");
@@ -197,54 +184,76 @@ TEST_F(Flight_End, A_row_that_can_be_kept_nowhere_calls_off_what_would_lose_it) 
 TEST_F(Flight_End, A_signal_leaves_a_row_that_fits_nowhere_else_in_the_error_log) {
     Take_Off();
     store.full = true;
-    services.program_directory = directory / "gone";
+    program->services.program_directory = directory / "gone";
     Panel().Close(ucACARS::Closing::by_signal);
     EXPECT_EQ(closed, 1);
-    EXPECT_THAT(Take_Errors().back(), HasSubstr("|KAAA|Alpha Field|1405Z|1410Z|"));
+    EXPECT_THAT(Take_Errors(), testing::Contains(HasSubstr("|KAAA|Alpha Field|1405Z|1410Z|")));
 }
 
-TEST_F(Flight_End, A_start_offers_the_flight_whose_row_the_log_did_not_take) {
-    Settings().Set_OPT_AutoLog(true);
-    log_saves = false;
-    Fly();
-    EXPECT_EQ(desktop.boxes.at(0).icon, Icon::exclamation);
-    EXPECT_THAT(Take_Boxes(), ElementsAre(HasSubstr("was NOT saved due to the application error")));
-    EXPECT_TRUE(Is_Stored());
-    Panel().txtComments.Enter("typed at the gate");
-    desktop.answers = {Answer::yes};
-    Close();
-    EXPECT_EQ(closed, 1) << "the next start has it";
-    const std::string row = log.back();
-    // Of the day before: another flight.
-    Write("logs/My Flight Log.txt", "3/13/2026" + row.substr(row.find('|')) + "\r\n");
-    for (const bool gate_was_stored : {true, false}) {
-        SCOPED_TRACE(gate_was_stored);
-        // The store may have been full at the gate: then the noted row alone tells of it.
-        if (!gate_was_stored)
+TEST_F(Flight_End, A_program_killed_at_the_gate_has_the_flight_logged_once_at_its_next_start) {
+    enum Kill_Point {
+        unlogged_yet,
+        waiting_for_weather,
+        log_broken,
+        store_full_too,
+        behind_its_row
+    };
+    for (int i = 0; i < 10; ++i) {
+        const auto moment = static_cast<Kill_Point>(i / 2);
+        const bool logs_itself = i % 2 == 1;
+        SCOPED_TRACE(i);
+        Begin_Anew();
+        Panel().txtFlightLevel.Enter("FL350");
+        Land();
+        if (moment == waiting_for_weather)
+            Settings().Set_WX_URL("NOAA");
+        Park();
+        EXPECT_EQ(Panel().Is_At_Gate(), moment != waiting_for_weather);
+        const bool had_failed = moment == log_broken || moment == store_full_too;
+        Break_Log(had_failed);
+        if (moment == behind_its_row)
+            program->log_entry.NewLogEntrySave.Connect([] { throw std::runtime_error("killed"); });
+        if (had_failed || moment == behind_its_row)
+            Panel().hypLog.Click();
+        Break_Log(false);
+        // Then the noted row alone tells of the gate.
+        if (moment == store_full_too)
             Store(Log_Field::TIME_IN, "");
+        Take_Boxes();
         linked = false;
-        for (const Answer answer : {Answer::none, Answer::no}) {
-            Begin();
-            EXPECT_TRUE(Panel().Is_At_Gate());
-            EXPECT_THAT(Panel().lblStored.Text(), HasSubstr("KAAA to KBBB, OFF 1410Z, IN 1450Z"));
-            Take_Boxes();
+        Begin();
+        EXPECT_EQ(Panel().Is_At_Gate(), moment != behind_its_row);
+        Settings().Set_OPT_AutoLog(logs_itself);
+        const bool asks = !logs_itself && moment != behind_its_row;
+        for (const Answer answer : {Answer::none, Answer::no, Answer::yes}) {
+            EXPECT_EQ(Is_Stored(), asks || (answer == Answer::none && moment != behind_its_row));
             desktop.answers = {answer};
             Panel().Settle_Stored_Flight();
-            EXPECT_THAT(
-                Take_Boxes(),
-                ElementsAre("A finished flight could not be saved to the flight log: KAAA to "
-                            "KBBB, OFF 1410Z, IN 1450Z.\r\n\r\nWould you like to log it "
-                            "now?"));
-            EXPECT_TRUE(Is_Stored());
+            const std::string question = had_failed ? "A finished flight could not be saved to the "
+                                                      "flight log: KAAA to KBBB, OFF 1410Z, IN"
+                                                    : "A finished flight has not been logged: KAAA";
+            const auto boxes = Take_Boxes();
+            ASSERT_EQ(boxes.size(), asks ? 1U : 0U);
+            EXPECT_TRUE(!asks || boxes[0].starts_with(question));
         }
+        const std::string rows = Read("logs/My Flight Log.txt");
+        EXPECT_THAT(rows, HasSubstr("|1405Z|1410Z|"));
+        EXPECT_EQ(rows.find("\r\n"), rows.size() - 2) << "one row";
+        EXPECT_FALSE(Is_Stored());
+        EXPECT_EQ(Panel().lblStored.Text(), "");
+        linked = true;
+        Take_Errors();
     }
-    log.clear();
-    log_saves = true;
-    desktop.answers = {Answer::yes};
-    Panel().Settle_Stored_Flight();
-    EXPECT_THAT(log, ElementsAre(row));
-    EXPECT_FALSE(Is_Stored());
-    EXPECT_EQ(Panel().lblStored.Text(), "");
+}
+
+TEST_F(Flight_End, A_typed_flight_that_is_logged_without_tracking_is_no_beginning_of_the_next) {
+    Panel().txtDate.Enter("3/13/2026");
+    Log();
+    Fly();
+    EXPECT_FALSE(Panel().Is_Logged());
+    Panel().hypLog.Click();
+    EXPECT_THAT(Read("logs/My Flight Log.txt"),
+                AllOf(testing::StartsWith("3/13/2026|||"), HasSubstr("\r\n3/13/2026|Test Jet|")));
 }
 
 }  // namespace

@@ -143,20 +143,6 @@ TEST_F(Panel_Network, An_answer_for_a_flight_that_is_over_changes_nothing) {
     EXPECT_EQ(Panel().txtWXDestination.Text(), "") << "the log has none either";
 }
 
-TEST_F(Panel_Network, What_the_pilot_typed_is_neither_asked_for_nor_replaced) {
-    Panel().txtWXOrigin.Enter("mine");
-    Panel().hypOn.Click();
-    Pass(seconds(2));
-    EXPECT_THAT(Take_Asked(), IsEmpty());
-    Settings().Set_ACARS_RecordArrival(1);
-    Roll();
-    Lift_Off();
-    Touch_Down();
-    While_Next_Request_Runs([&] { Panel().txtWXDestination.Enter("typed"); });
-    Pass(seconds(2));
-    EXPECT_EQ(Texts(Panel().txtWXOrigin, Panel().txtWXDestination), "mine|typed");
-}
-
 TEST_F(Panel_Network, A_plan_fills_the_panel_and_has_the_arrivals_weather_fetched_at_landing) {
     ucACARS& panel = Panel();
     EXPECT_FALSE(panel.hypFP.Enabled());

@@ -1,26 +1,14 @@
 #pragma once
-// A program around the panel, as it stands between a start and an end, and a simulator beside it
-// that outlives the program. Killing a program takes its objects away; the settings store stays.
+// The whole program around the panel, and a small jet that flies from KAAA to KBBB beside it.
 
 #include <gmock/gmock.h>
 
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "acars/cls_acars.h"
-#include "acars/cls_utc.h"
-#include "acarspanel/uc_acars.h"
-#include "config/cls_app_settings.h"
-#include "config/cls_va_settings.h"
 #include "flightlog/log_columns.h"
-#include "logentry/cls_log_entry.h"
-#include "logentry/frm_response.h"
-#include "simlink/in_process_transport.h"
-#include "simlink/mod_fsuipc.h"
-#include "simlink/offset_area.h"
-#include "support/test_world.h"
+#include "support/test_flight.h"
 
 namespace norvane::test {
 
@@ -32,37 +20,13 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// One run of the program.
-struct Program {
-    Program(Services& services, Offset_Area& area, const Http_Options& http)
-        : settings(services),
-          airline(services),
-          entry(services),
-          utc(services.clock),
-          transport(area),
-          link(transport, services.clock),
-          engine({services, link, settings, airline, utc}),
-          response(services),
-          panel({services, settings, airline, entry, response, http}) {}
-
-    clsAppSettings settings;
-    clsVASettings airline;
-    clsLogEntry entry;
-    clsUTC utc;
-    In_Process_Transport transport;
-    modFSUIPC link;
-    clsACARS engine;
-    frmResponse response;
-    ucACARS panel;
-};
-
 /// What controls show, in the way of a row of the log: "KAAA|Alpha Field".
 template <class... Shown>
 std::string Texts(const Shown&... controls) {
     return Join({controls.Text()...}, "|");
 }
 
-class Panel_World : public Test_World {
+class Panel_World : public Test_Flight {
   protected:
     Panel_World() {
         Write("bin/fs9.wld",
@@ -84,22 +48,19 @@ class Panel_World : public Test_World {
     }
 
     /// Starts the program, in place of one that runs, with the airline of that name.
-    void Begin(const std::string& airline = "DEFAULT") {
-        Kill();
-        program = std::make_unique<Program>(services, area, http);
-        program->airline.Get_VA_Settings(airline);
-        program->transport.on_deliver = [this](std::span<std::byte>) -> std::optional<Delivery> {
-            return linked ? std::nullopt : std::optional(Delivery{Delivery_Outcome::failed, 0});
-        };
-        program->entry.NewLogEntrySave.Connect([this] {
-            log.push_back(Log_Line(program->entry));
-            program->entry.New_Log_Entry_Save_Result(log_saves);
-        });
-        Panel().UCI();
-        Panel().Set_ACARS(program->engine);
+    void Begin(const std::string& airline = "") {
+        store.Set("Virtual Airline", "Current", airline);
+        Start();
+        program->log_entry.NewLogEntrySave.Connect(
+            [this] { log.push_back(Log_Line(program->log_entry)); });
     }
-    /// Takes the program away without closing it.
-    void Kill() { program.reset(); }
+    /// The flight log cannot be written any more, or again.
+    void Break_Log(bool broken = true) {
+        const auto draft = directory / "templog.txt";
+        std::filesystem::remove_all(draft);
+        if (broken)
+            std::filesystem::create_directories(draft / "in the way");
+    }
     /// An airline with a server whose form takes `fields` values of its own.
     void Write_Airline(const std::string& name, const std::string& fields) {
         std::string form;
@@ -114,7 +75,9 @@ class Panel_World : public Test_World {
     [[nodiscard]] ACARS_Events& Events() { return program->engine.events; }
     [[nodiscard]] clsAppSettings& Settings() { return program->settings; }
     /// A field of the flight that was handed to the log last.
-    [[nodiscard]] const std::string& Logged(Log_Field field) { return program->entry.Get(field); }
+    [[nodiscard]] const std::string& Logged(Log_Field field) {
+        return program->log_entry.Get(field);
+    }
     [[nodiscard]] bool Is_Stored() { return store.Find(flight_section, "1").has_value(); }
     /// A stored field of the flight in progress.
     [[nodiscard]] std::string Stored(Log_Field field) {
@@ -126,8 +89,10 @@ class Panel_World : public Test_World {
     /// Texts of the boxes shown since the last call.
     std::vector<std::string> Take_Boxes() {
         std::vector<std::string> texts;
-        for (const Message_Box& box : std::exchange(desktop.boxes, {}))
-            texts.push_back(box.text);
+        for (const Message_Box& box : std::exchange(desktop.boxes, {})) {
+            if (box.text != "Flight Log Saved")
+                texts.push_back(box.text);
+        }
         return texts;
     }
 
@@ -216,16 +181,8 @@ class Panel_World : public Test_World {
         Park();
     }
 
-    Offset_Area area;
-    /// How the panel's requests go out.
-    Http_Options http;
-    /// The simulator answers.
-    bool linked = true;
-    /// What the flight log answers.
-    bool log_saves = true;
     /// Log lines of the flights handed to the log.
     std::vector<std::string> log;
-    std::unique_ptr<Program> program;
 };
 
 }  // namespace norvane::test

@@ -1,32 +1,23 @@
 // The main window without a flight: its place, its menus, its status bar.
 
-#include <gmock/gmock.h>
-
 #include <algorithm>
 #include <optional>
 
 #include "app/frm_main.h"
-#include "simlink/in_process_transport.h"
-#include "simlink/offset_area.h"
-#include "support/test_world.h"
+#include "support/test_flight.h"
 
 namespace norvane::test {
 namespace {
 
-class Main_Window : public Test_World {
+class Main_Window : public Test_Flight {
   protected:
     Main_Window() { Open(); }
 
     void Open() {
         window.reset();
-        program.reset();
-        program.emplace(services, transport);
-        window.emplace(*program);
+        window.emplace(Start());
         Take_Errors();
     }
-    Offset_Area area;
-    In_Process_Transport transport{area};
-    std::optional<Program> program;
     std::optional<frmMain> window;
 };
 
@@ -106,9 +97,7 @@ TEST_F(Main_Window, Opens_what_its_commands_name) {
     EXPECT_TRUE(program->airport_lookup.Is_Open());
     EXPECT_FALSE(window->Key(Window_Key::other));
     // Without a simulator they say so.
-    transport.on_deliver = [](std::span<std::byte>) {
-        return std::optional(Delivery{Delivery_Outcome::failed, 0});
-    };
+    linked = false;
     const auto told = [&] {
         EXPECT_EQ(desktop.boxes.back().icon, Icon::exclamation);
         return desktop.boxes.back().text;

@@ -7,7 +7,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-class Timers : public test::Test_World {};
+using Timers = test::Test_World;
 
 TEST_F(Timers, A_tick_that_waits_lets_others_run_but_never_itself) {
     Timer slow(desktop.Timers(), milliseconds(100));
@@ -68,7 +68,6 @@ TEST_F(Timers, Tick_at_their_interval_until_they_are_disabled_or_nobody_waits) {
     EXPECT_EQ(ticks, 0);
     timer.Set_Enabled(true);
     EXPECT_FALSE(desktop.Wait_Until([&] { return ticks == 5; }, milliseconds(2499)));
-    EXPECT_EQ(clock.Monotonic(), milliseconds(7499));
     EXPECT_TRUE(desktop.Wait_Until([&] { return ticks == 5; }, milliseconds(2499)));
     EXPECT_EQ(clock.Monotonic(), milliseconds(7500));
     timer.Set_Enabled(false);
@@ -95,17 +94,48 @@ TEST(Controls, The_pilots_hand_reaches_enabled_controls_only) {
     EXPECT_EQ(clicks, 1);
 }
 
-TEST(Controls, A_list_selects_by_text_without_regard_to_case_or_nothing) {
-    Combo_Box box;
-    box.Set_Entries({"Charter", "Ferry"});
-    box.Select_Text("FERRY");
-    EXPECT_EQ(box.Text(), "Ferry");
-    box.Select_Text("Cargo");
-    EXPECT_EQ(box.Selected(), -1);
-    EXPECT_EQ(box.Text(), "");
-    box.Select(1);
-    box.Set_Entries({"Other"});
-    EXPECT_EQ(box.Selected(), -1);
+TEST(Signal, Listeners_come_and_go_while_it_calls_them) {
+    Signal<const std::string&> heard;
+    std::string calls;
+    Connection second;
+    heard.Connect([&](const std::string& text) {
+        calls += "1" + text;
+        second.Disconnect();
+        heard.Connect([&](const std::string&) { calls += "new"; });
+    });
+    second = heard.Connect([&](const std::string&) { calls += "2"; });
+    heard.Connect([&](const std::string&) { calls += "3"; });
+    EXPECT_TRUE(second.Connected());
+    heard.Emit("a");
+    EXPECT_EQ(calls, "1a3");
+    EXPECT_FALSE(second.Connected());
+    heard.Emit("b");
+    EXPECT_EQ(calls, "1a31b3new");
+}
+
+TEST(Signal, Outlives_neither_its_listeners_connections_nor_a_listener_that_deletes_it) {
+    std::string calls;
+    auto heard = std::make_unique<Signal<int&>>();
+    Connection left;
+    {
+        Connections of_a_panel;
+        of_a_panel.Keep(
+            {heard->Connect([&](int& count) { calls += "panel" + std::to_string(count++); }),
+             heard->Connect([&](int& count) { calls += "again" + std::to_string(count++); })});
+        int count = 7;
+        heard->Emit(count);
+        EXPECT_EQ(count, 9);
+    }
+    heard->Connect([&](int&) {
+        heard.reset();
+        calls += "gone";
+    });
+    left = heard->Connect([&](int&) { calls += "never"; });
+    int count = 0;
+    heard->Emit(count);
+    EXPECT_EQ(calls, "panel7again8gone");
+    EXPECT_FALSE(left.Connected());
+    left.Disconnect();
 }
 
 /// Each in a process of its own, so that its time zone is nobody else's.
@@ -113,16 +143,11 @@ TEST(System_Clock, Describes_zones_with_and_without_daylight_time) {
     const struct {
         const char* name;
         int standard_bias, daylight_bias, daylight_month, standard_month, standard_hour;
-    } zones[] = {
-        {"UTC0", 0, 0, 0, 0, 0},
-        {"EST5EDT,M3.2.0,M11.1.0", 300, -60, 3, 11, 2},
-        {"NZST-12NZDT,M9.5.0,M4.1.0/3", -720, -60, 9, 4, 3},
-    };
+    } zones[] = {{"UTC0", 0, 0, 0, 0, 0}, {"NZST-12NZDT,M9.5.0,M4.1.0/3", -720, -60, 9, 4, 3}};
     for (const auto& c : zones) {
         const auto has_zone = [&] {
             ::setenv("TZ", c.name, 1);
             System_Clock system_clock;
-            // UTC is the same in every zone.
             const auto utc = Seconds_Of(*system_clock.Utc_Now()) - std::time(nullptr);
             const Time_Zone zone = system_clock.Zone();
             return std::abs(utc) <= 1 && zone.standard_bias == c.standard_bias &&

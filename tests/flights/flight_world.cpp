@@ -35,38 +35,39 @@ Flight_World::Flight_World(World_Source& world, double step_s) : m_world(world),
     }
     // The flight's date must not depend on the day the test runs.
     store.Set("Options", "Report Date", "0");
-    m_transport.on_deliver = [this](std::span<std::byte> block) { return Exchange(block); };
+    transport.on_deliver = [this](std::span<std::byte> block) { return Exchange(block); };
 }
 
 std::optional<Delivery> Flight_World::Exchange(std::span<std::byte> block) {
     if (m_moment_s != m_applied_s)
-        m_world.Apply(m_moment_s, m_area);
+        m_world.Apply(m_moment_s, area);
     m_applied_s = m_moment_s;
+    if (!linked)
+        return Delivery{Delivery_Outcome::failed, 0};
     return trouble ? trouble(exchanges++, block) : (++exchanges, std::nullopt);
 }
 
 Program& Flight_World::Start() {
-    m_program.reset();
-    m_program.emplace(services, m_transport);
-    m_program->engine.events.FSTime.Connect([this](const std::string&) {
+    Test_Flight::Start();
+    program->engine.events.FSTime.Connect([this](const std::string&) {
         m_moment_s += m_step_s;
         if (on_step)
             on_step();
     });
-    m_program->engine.events.ACARSMessage.Connect(
+    program->engine.events.ACARSMessage.Connect(
         [this](Message_Type, const std::string& text) { messages.push_back(text); });
-    return *m_program;
+    return *program;
 }
 
 void Flight_World::Take_Off() {
-    m_program->panel.hypOn.Click();
-    EXPECT_TRUE(desktop.Wait_Until([this] { return !m_program->engine.TIME_OFF().empty(); },
+    program->panel.hypOn.Click();
+    EXPECT_TRUE(desktop.Wait_Until([this] { return !program->engine.TIME_OFF().empty(); },
                                    std::chrono::hours(1)));
 }
 
 bool Flight_World::Fly_To_Gate() {
     const auto end = desktop.Now() + std::chrono::hours(3);
-    ucACARS& panel = m_program->panel;
+    ucACARS& panel = program->panel;
     while (!panel.Is_At_Gate() && desktop.Now() < end) {
         if (panel.Is_Paused())
             panel.hypPause.Click();
@@ -88,7 +89,7 @@ Row Flight_World::Fly() {
 
 std::vector<Row> Flight_World::Rows() const {
     std::vector<Row> rows;
-    for (const auto& line : Read_Lines(m_program->settings.FlightLog_Path())) {
+    for (const auto& line : Read_Lines(program->settings.FlightLog_Path())) {
         if (!line.empty())
             rows.push_back(Split(line, '|'));
     }

@@ -3,19 +3,14 @@
 // looks like to the code, in milliseconds. The link can be troubled at any exchange, the program
 // killed and started again at any moment.
 
-#include <gmock/gmock.h>
-
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "app/program.h"
 #include "simhost/world_source.h"
-#include "simlink/in_process_transport.h"
-#include "simlink/offset_area.h"
-#include "support/test_world.h"
+#include "support/test_flight.h"
 
 namespace norvane::test {
 
@@ -26,36 +21,32 @@ using Row = std::vector<std::string>;
 /// A short hop of a jet, from KJFK to KLGA.
 [[nodiscard]] World_Source& Short_Hop();
 
-class Flight_World : public Test_World {
+class Flight_World : public Test_Flight {
   public:
     /// The short hop, five seconds from one sampling step to the next, with fields of the pilot's.
     Flight_World();
     /// `step_s`: world seconds from one sampling step to the next.
     Flight_World(World_Source& world, double step_s);
 
-    /// Starts the program, anew when one runs (which is killed: nothing of it is closed).
+    /// Starts the program, anew when one runs.
     Program& Start();
-    void Kill() { m_program.reset(); }
-    [[nodiscard]] Program& Running() { return *m_program; }
+    [[nodiscard]] Program& Running() { return *program; }
 
     /// "On", then flies until the take-off.
     void Take_Off();
     /// "On", then resumes whenever the flight is paused. True when the gate was reached in time.
     bool Fly_To_Gate();
     /// Logs as the pilot does.
-    void Log() { m_program->panel.hypLog.Click(); }
+    void Log() { program->panel.hypLog.Click(); }
     /// The one row of the log after flying to the gate; empty when anything else came out.
     Row Fly();
     /// Fields of the active log's rows.
     [[nodiscard]] std::vector<Row> Rows() const;
 
-    void Lose_Link() {
-        trouble = [](std::size_t, std::span<std::byte>) {
-            return std::optional(Delivery{Delivery_Outcome::failed, 0});
-        };
-    }
     /// The error log's entries so far.
     std::vector<std::string> Take_Reports() { return Take_Errors(); }
+    using Test_Flight::Kill;
+    using Test_Flight::linked;
     using Test_World::clock;
     using Test_World::desktop;
     using Test_World::directory;
@@ -76,13 +67,10 @@ class Flight_World : public Test_World {
 
     World_Source& m_world;
     double m_step_s;
-    Offset_Area m_area;
-    In_Process_Transport m_transport{m_area};
     /// It moves at the end of each of the program's steps, so that what comes out does not depend
     /// on how long some trouble lasted.
     double m_moment_s = 0;
     double m_applied_s = -1;
-    std::optional<Program> m_program;
 };
 
 }  // namespace norvane::test

@@ -1,8 +1,6 @@
 // A flight whose link fails, or whose program is killed, must end as the same row as an unbroken
 // one.
 
-#include <stdexcept>
-
 #include "flights/flight_world.h"
 
 namespace norvane::test {
@@ -16,7 +14,6 @@ class Interrupted_Flight : public testing::Test {
         Flight_World flight;
         Begin(flight);
         unbroken = flight.Fly();
-        messages = flight.messages;
         exchanges = flight.exchanges;
         EXPECT_EQ(unbroken.size(), 53U);
         EXPECT_GT(exchanges, 500U);
@@ -34,7 +31,6 @@ class Interrupted_Flight : public testing::Test {
     }
 
     Row unbroken;
-    std::vector<std::string> messages;
     std::size_t exchanges = 0;
 };
 
@@ -92,75 +88,6 @@ TEST_F(Interrupted_Flight,
         ASSERT_TRUE(flight.Take_Reports().empty());
     }
     EXPECT_GT(kills, 30U);
-}
-
-/// Everything after the gate's step is between the program and its files: whatever it is doing when
-/// it is killed, the flight ends in the log once, as it was, without the simulator and without a
-/// message.
-TEST_F(Interrupted_Flight,
-       Comes_out_the_same_when_the_program_is_killed_at_any_moment_at_the_gate) {
-    struct Moment {
-        std::string_view name;
-        std::function<void(Flight_World&)> reach;
-        bool is_in_the_log = false;
-    };
-    const std::vector<Moment> moments = {
-        {"with auto-log off", [](Flight_World& flight) { ASSERT_TRUE(flight.Fly_To_Gate()); }},
-        {"while it waits for the weather",
-         [&](Flight_World& flight) {
-             Program& program = flight.Running();
-             program.panel.txtFlightLevel.Enter(unbroken[flight_level_column]);
-             program.engine.events.FlightIN.Connect([&](const std::string&, int) {
-                 program.settings.Set_WX_URL("NOAA");
-                 program.panel.weather.tmrWX[1].Set_Enabled(true);
-             });
-             program.panel.hypOn.Click();
-             flight.desktop.Wait_Until([&] { return !program.engine.TIME_IN().empty(); },
-                                       std::chrono::hours(3));
-             ASSERT_FALSE(program.panel.Is_At_Gate());
-         }},
-        {"when the log could not be written",
-         [&](Flight_World& flight) {
-             const auto draft = flight.directory / "templog.txt";
-             std::filesystem::create_directories(draft / "in the way");
-             ASSERT_TRUE(flight.Fly_To_Gate());
-             flight.Log();
-             ASSERT_FALSE(flight.Running().panel.Is_Logged());
-             std::filesystem::remove_all(draft);
-             flight.Take_Reports();
-         }},
-        {"behind its row",
-         [](Flight_World& flight) {
-             ASSERT_TRUE(flight.Fly_To_Gate());
-             // Heard after the log, which has the row by then.
-             flight.Running().log_entry.NewLogEntrySave.Connect(
-                 [] { throw std::runtime_error("killed"); });
-             flight.Log();
-             ASSERT_EQ(flight.Take_Reports().size(), 1U);
-         },
-         true},
-    };
-    for (const Moment& moment : moments) {
-        for (const bool auto_log : {false, true}) {
-            SCOPED_TRACE(std::string(moment.name) + (auto_log ? ", logged by itself" : ""));
-            Flight_World flight;
-            Begin(flight);
-            moment.reach(flight);
-            ASSERT_FALSE(HasFatalFailure());
-            flight.clock.Sleep(std::chrono::hours(1));
-            flight.Lose_Link();
-            Program& program = flight.Start();
-            EXPECT_EQ(program.panel.Is_At_Gate(), !moment.is_in_the_log);
-            program.settings.Set_OPT_AutoLog(auto_log);
-            flight.desktop.answers = {Answer::yes};
-            program.panel.Settle_Stored_Flight();
-            EXPECT_EQ(flight.desktop.answers.empty(), !auto_log && !moment.is_in_the_log);
-            EXPECT_EQ(flight.Rows(), (std::vector<Row>{unbroken}));
-            EXPECT_EQ(flight.messages, messages);
-            EXPECT_FALSE(flight.Start().panel.Is_Tracked_Or_Stored());
-            EXPECT_TRUE(flight.Take_Reports().empty());
-        }
-    }
 }
 
 }  // namespace

@@ -100,19 +100,11 @@ TEST_F(Log_In_Flight, The_log_has_taken_a_flight_before_its_box_opens) {
     EXPECT_TRUE(std::filesystem::exists(pirep)) << "its name is that of the moment it was noted";
 }
 
-TEST_F(Log_In_Flight, A_signal_keeps_what_was_not_saved_without_asking) {
-    ASSERT_TRUE(Type(log.Add_Row(), log_column::date, "1/2/2008"));
-    flight.desktop.boxes.clear();
-    program.Close(ucACARS::Closing::by_signal);
-    EXPECT_THAT(flight.desktop.boxes, testing::IsEmpty());
-    EXPECT_THAT(Read_Lines(flight.directory / "logs" / "My Flight Log.unsaved"),
-                testing::ElementsAre(testing::StartsWith("1/2/2008|")));
-    EXPECT_THAT(flight.Take_Reports(), SizeIs(1)) << "the error log says where it is";
-}
-
 TEST_F(Log_In_Flight, Aircraft_titles_come_from_the_simulator_without_touching_the_flights_link) {
-    // The start found no list and made it.
+    // A start that finds no list makes it.
     const auto list = flight.directory / "bin" / "ac.cfg";
+    std::filesystem::remove(list);
+    flight.Start();
     EXPECT_THAT(log.Aircraft_Types(), testing::Contains("Norvane Twin Jet 150"));
     EXPECT_FALSE(program.link.Is_Open());
 
@@ -126,7 +118,7 @@ TEST_F(Log_In_Flight, Aircraft_titles_come_from_the_simulator_without_touching_t
     EXPECT_GT(flight.exchanges, exchanges);
 
     program.Close(ucACARS::Closing::by_signal);
-    flight.Lose_Link();
+    flight.linked = false;
     EXPECT_NE(log.Load_FS_AC(), "");
     EXPECT_THAT(Read_Lines(list), SizeIs(1));
 }

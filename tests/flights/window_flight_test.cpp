@@ -23,25 +23,12 @@ TEST_F(Window_Flight, The_status_bar_follows_the_flight) {
     const Label& simulator = window->Status(Status_Panel::simulator);
     std::vector<std::string> acars;
     window->barStatus[1].changed.Connect([&] { acars.push_back(status.Text()); });
-    std::size_t steps = 0;
-    flight.on_step = [&] {
-        ++steps;
-        // The window hears of the step's time after this.
-        if (steps == 20) {
-            EXPECT_THAT(simulator.Text(), testing::MatchesRegex("FS: [0-9][0-9][0-9][0-9]Z"));
-            program.settings.Set_ACARS_Time(0);
-        }
-        if (steps == 22) {
-            EXPECT_THAT(simulator.Text(), testing::MatchesRegex("FS: [0-9][0-9]:[0-9][0-9]"));
-        }
-    };
     // The link refuses once, which pauses the flight.
     flight.trouble = [&](std::size_t number, std::span<std::byte>) {
         return number == 300 ? std::optional(Delivery{Delivery_Outcome::answered, 0})
                              : std::nullopt;
     };
     ASSERT_TRUE(flight.Fly_To_Gate());
-    EXPECT_GT(steps, 22U);
     EXPECT_THAT(acars,
                 testing::ElementsAre("ACARS: ON", "ACARS: PAUSED", "ACARS: ON", "ACARS: OFF"));
     EXPECT_EQ(simulator.Text(), "FS:");
@@ -72,27 +59,6 @@ TEST(Window_Closed_Twice, Ends_once_and_after_the_answer) {
         EXPECT_EQ(program.panel.Kept_In().empty(), answer == Answer::yes);
         flight.Take_Reports();
     }
-}
-
-TEST_F(Window_Flight, Left_unanswered_the_question_calls_the_closing_off_and_nothing_has_ended) {
-    ASSERT_TRUE(flight.Fly_To_Gate());
-    // A flight that waits to be logged keeps the settings that its figures were taken with.
-    EXPECT_FALSE(program.settings_panel.cboFuel.Enabled());
-    flight.desktop.answers = {Answer::none};
-    window->mnuFileExit.Choose();
-    EXPECT_EQ(closed, 0);
-    EXPECT_TRUE(program.link.Is_Open());
-    EXPECT_TRUE(window->ZTimer.Enabled());
-    // "On" asks the same, and flies on; a flight under way closes and is stored.
-    flight.desktop.answers = {Answer::yes};
-    program.panel.hypOn.Click();
-    EXPECT_TRUE(program.panel.Is_Active());
-    EXPECT_EQ(flight.Rows().size(), 1U);
-    program.Closing.Connect(
-        [this] { EXPECT_FALSE(program.http_limits.given_up()) << "asked for the first time"; });
-    window->Form_Unload(ucACARS::Closing::by_signal);
-    EXPECT_EQ(closed, 1);
-    EXPECT_FALSE(program.link.Is_Open());
 }
 
 TEST_F(Window_Flight, Closed_in_a_step_in_the_air_it_ends_after_the_step_and_the_flight_goes_on) {

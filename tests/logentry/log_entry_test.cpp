@@ -1,7 +1,9 @@
-// The record of one flight: what its fields make of a text, the PIREP line, the stored flight.
+// The record of one flight: what its fields make of a text, the PIREP line, the stored flight, and
+// the way from its PIREP text file to the airline's script.
 
 #include <gmock/gmock.h>
 
+#include <regex>
 #include <set>
 #include <tuple>
 
@@ -9,8 +11,9 @@
 #include "common/line_reader.h"
 #include "common/run_error.h"
 #include "common/text.h"
+#include "config/field_definitions.h"
 #include "logentry/cls_log_entry.h"
-#include "support/test_world.h"
+#include "net/net_world.h"
 
 namespace norvane {
 namespace {
@@ -52,27 +55,19 @@ TEST_F(Log_Entry_Test, Each_field_cleans_a_text_by_its_own_rule) {
     entry.Set_OPTIONAL_FIELDS(5, " [x] ");
     entry.Set_VA_FIELDS(10, " y ");
     EXPECT_EQ(entry.OPTIONAL_FIELDS(5) + entry.VA_FIELDS(10), " [x]  y ");
-    EXPECT_THROW(static_cast<void>(entry.OPTIONAL_FIELDS(6)), Run_Error);
-    EXPECT_THROW(static_cast<void>(entry.VA_FIELDS(11)), Run_Error);
     EXPECT_THROW(entry.Set_OPTIONAL_FIELDS(6, "z"), Run_Error);
     EXPECT_THROW(entry.Set_VA_FIELDS(11, "z"), Run_Error);
 }
 
 TEST_F(Log_Entry_Test, PIREP_line_holds_52_values_that_cannot_shift_one_another) {
-    EXPECT_EQ(entry.PIREP_Line(), std::string(51, '|'));
     Fill(entry);
-    auto values = Split(entry.PIREP_Line(), '|');
-    ASSERT_EQ(values.size(), 52U);
-    for (const auto& row : All_Log_Fields())
-        EXPECT_EQ(std::count(values.begin(), values.end(), row.name), row.pirep_place > 0 ? 1 : 0);
-    EXPECT_EQ(values[3] + values[40] + values[41] + values[51], "FLIGHT_DATEIFR_VFRva0va10");
-
     entry.Set(Log_Field::PILOT_NAME, "A|B");
     entry.Set(Log_Field::AIRPORT_ORIGIN, "x\r\ny\nz");
     entry.Set_VA_FIELDS(0, "gate|9\r");
-    values = Split(entry.PIREP_Line(), '|');
+    const auto values = Split(entry.PIREP_Line(), '|');
     ASSERT_EQ(values.size(), 52U);
     EXPECT_EQ(values[1] + values[7] + values[41], "A/Bx y zgate/9 ");
+    EXPECT_EQ(values[3] + values[40] + values[51], "FLIGHT_DATEIFR_VFRva10");
 }
 
 TEST_F(Log_Entry_Test, Report_creates_its_directory_and_replaces_an_older_one) {
@@ -87,10 +82,6 @@ TEST_F(Log_Entry_Test, Report_creates_its_directory_and_replaces_an_older_one) {
     // One that is made up later replaces none.
     EXPECT_TRUE(entry.Make_Up_PIREP(From_Path(file), "other"));
     EXPECT_EQ(Read_File(file).size(), 57U);
-    std::filesystem::remove(file);
-    EXPECT_TRUE(entry.Make_Up_PIREP(From_Path(file), "other"));
-    EXPECT_EQ(Read_File(file), "other\r\n");
-
     entry.Set(Log_Field::PIREP_FILE_NAME, From_Path(directory / "missing" / "x.txt"));
     EXPECT_FALSE(entry.Export_ACARS_Report());
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsLogEntry.Export_ACARS_Report()")));
@@ -104,7 +95,6 @@ TEST_F(Log_Entry_Test, Report_creates_its_directory_and_replaces_an_older_one) {
 TEST_F(Log_Entry_Test, The_stored_flight_returns_in_a_new_entry_with_its_exact_keys) {
     Fill(entry);
     EXPECT_TRUE(entry.Persist());
-    EXPECT_EQ(store.Depth(), 0);
     // A few keys by hand: the numbering is a contract with flights stored by older versions.
     for (const std::string& pair :
          Split("1=FLIGHT_DATE|5=TIME_OUT|21=VERTICAL_SPEED|38=IFR_VFR|39=AIRPORT_ORIGIN|"
@@ -117,7 +107,6 @@ TEST_F(Log_Entry_Test, The_stored_flight_returns_in_a_new_entry_with_its_exact_k
         EXPECT_EQ(restored.Get(row.id), row.store_key != 0 ? row.name : "") << row.name;
         EXPECT_TRUE(row.store_key == 0 || keys.insert(row.store_key).second) << row.name;
     }
-    EXPECT_EQ(restored.OPTIONAL_FIELDS(5) + restored.VA_FIELDS(10), "opt5va10");
     // Texts are taken as they are, and only with a date.
     store.Set(flight_section, "3", "[N1]");
     entry.Restore();
@@ -132,17 +121,84 @@ TEST_F(Log_Entry_Test, The_stored_flight_returns_in_a_new_entry_with_its_exact_k
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsLogEntry.Persist()")));
 }
 
-TEST_F(Log_Entry_Test, The_answer_to_a_save_reaches_the_right_listener) {
-    std::string heard;
-    entry.NewLogEntrySave.Connect([&] {
-        heard += "save ";
-        entry.New_Log_Entry_Save_Result(false);
-        entry.New_Log_Entry_Save_Result(true);
-    });
-    entry.NewLogEntrySaveOK.Connect([&] { heard += "ok "; });
-    entry.NewLogEntrySaveFail.Connect([&] { heard += "fail "; });
-    entry.New_Log_Entry_Save();
-    EXPECT_EQ(heard, "save fail ok ");
+class Pirep_Sending : public test::Net_World {
+  protected:
+    Pirep_Sending() {
+        Write("VA_X/server.cfg", server.Host() + "\r\n/in\r\n");
+        Write("VA_X/pirep.cfg", "1^a\r\n2^b\r\n3^c\r\n4^date\r\n5^e\r\n");
+        airline.Get_VA_Settings("X");
+        Take_Errors();  // a form this short is reported
+        entry.Set(Log_Field::PIREP_FILE_NAME, From_Path(directory / "reports/one.txt"));
+    }
+    bool Send(const std::string& file) {
+        Write("reports/one.txt", file);
+        return !entry.Send_PIREP(settings, airline, options);
+    }
+    [[nodiscard]] std::string Form() const {
+        return server.Request().substr(server.Request().find("\r\n\r\n") + 4);
+    }
+
+    test::Raw_Server server{[](int socket) {
+        test::Send(socket, "HTTP/1.1 500 Sorry\r\nContent-Length: 4\r\n\r\nlost");
+    }};
+    clsLogEntry entry{services};
+};
+
+TEST_F(Pirep_Sending, The_Date_Takes_The_Form_That_Servers_Read) {
+    for (const auto& [date, posted] : std::vector<std::pair<std::string, std::string>>{
+             {"2008-04-23", "2008%2D04%2D23+00%3A00%3A00"},
+             {"4/23/2008 15:09:07", "2008%2D04%2D23+15%3A09%3A07"},
+             {"yesterday", "yesterday"},
+             {"", ""}}) {
+        EXPECT_TRUE(Send("P1|N\xE4me||" + date + "|B738|more\r\nsecond|line\r\n"));
+        EXPECT_EQ(Form(), "a=P1&b=N%E4me&c=&date=" + posted + "&e=B738&");
+    }
+    EXPECT_EQ(Read("sr"), "lost\r\n");
+}
+
+TEST_F(Pirep_Sending, What_Cannot_Be_Read_Is_Told_With_Its_File) {
+    for (const char* content : {"no values\r\na|b\r\n", ""}) {
+        EXPECT_FALSE(Send(content));
+        EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("one.txt holds no values")));
+    }
+    std::filesystem::remove(directory / "reports/one.txt");
+    const auto failure = entry.Send_PIREP(settings, airline, options);
+    ASSERT_TRUE(failure);
+    EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsLogEntry.Send_PIREP()")));
+    Tell_PIREP_Failure(desktop, *failure);
+    EXPECT_THAT(desktop.boxes.back().text, HasSubstr("could not be read, and was not sent"));
+    EXPECT_EQ(server.Request(), "");
+}
+
+/// The sample airline that airlines copy, and the page that tells them which value is which.
+TEST_F(Log_Entry_Test, The_sample_airline_names_each_value_of_a_PIREP_as_its_page_does) {
+    const auto docs = std::filesystem::path(NORVANE_SOURCE_DIR) / "docs";
+    std::filesystem::copy(docs / "VA_SAMPLE", directory / "VA_SAMPLE");
+    clsVASettings airline{services};
+    airline.Get_VA_Settings("SAMPLE");
+    EXPECT_FALSE(airline.Script_PIREP().empty() || airline.Script_ACARS().empty());
+
+    // "4 FLIGHT_DATE date" for "| 4 | `FLIGHT_DATE` | ... | `date` | ... |".
+    const std::regex row_pattern(R"(\| *(\d+) *\| *`(\w+)` *\|.*\| *`(\w+)` *\|[^|]*\|)");
+    std::vector<std::string> described;
+    std::smatch match;
+    for (const std::string& line : Read_Lines(docs / "airlines.md")) {
+        if (std::regex_match(line, match, row_pattern))
+            described.push_back(match[1].str() + " " + match[2].str() + " " + match[3].str());
+    }
+    ASSERT_EQ(described.size(), 41U);
+    for (const Log_Field_Row& row : All_Log_Fields()) {
+        if (row.pirep_place == 0)
+            continue;
+        EXPECT_EQ(std::to_string(row.pirep_place) + " " + std::string(row.name) + " " +
+                      airline.PIREP_Fields(row.pirep_place - 1),
+                  described.at(static_cast<std::size_t>(row.pirep_place - 1)));
+    }
+    EXPECT_EQ(airline.PIREP_Field_Names(41) + airline.PIREP_Fields(41), "Gategate");
+    const auto shown =
+        Read_Field_Definitions(directory / "VA_SAMPLE" / "vafields.cfg", airline_field_count);
+    EXPECT_EQ(shown.failure, "");
+    EXPECT_EQ(shown.fields.size(), 4U);
 }
 
 }  // namespace

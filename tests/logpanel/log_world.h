@@ -7,14 +7,20 @@
 #include <string>
 #include <string_view>
 
+#include "common/line_reader.h"
+#include "common/run_error.h"
 #include "common/text.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
+#include "flightlog/log_reading.h"
 #include "logentry/cls_log_entry.h"
 #include "logpanel/uc_flight_log.h"
 #include "support/test_world.h"
 
 namespace norvane::test {
+
+namespace fs = std::filesystem;
+using Texts = std::vector<std::string>;
 
 /// A line of a log: the fields given, the others up to the 53rd empty, CR LF.
 inline std::string Full_Line(std::string_view fields) {
@@ -25,7 +31,7 @@ inline std::string Full_Line(std::string_view fields) {
 
 class Log_World : public Test_World {
   protected:
-    Log_World() { std::filesystem::create_directories(directory / "logs"); }
+    Log_World() { fs::create_directories(directory / "logs"); }
     /// Starts the panel on what the directory holds.
     void Start() {
         settings.emplace(services);
@@ -55,13 +61,13 @@ class Log_World : public Test_World {
     }
     /// A directory in the place of the draft makes every save fail.
     void Block_Saves() const {
-        std::filesystem::remove(directory / "templog.txt");
-        std::filesystem::create_directories(directory / "templog.txt" / "x");
+        fs::remove(directory / "templog.txt");
+        fs::create_directories(directory / "templog.txt" / "x");
     }
-    void Unblock_Saves() const { std::filesystem::remove_all(directory / "templog.txt"); }
+    void Unblock_Saves() const { fs::remove_all(directory / "templog.txt"); }
     /// The texts of the boxes so far.
-    std::vector<std::string> Take_Boxes() {
-        std::vector<std::string> texts;
+    Texts Take_Boxes() {
+        Texts texts;
         for (const auto& box : desktop.boxes)
             texts.push_back(box.text);
         desktop.boxes.clear();
@@ -71,17 +77,18 @@ class Log_World : public Test_World {
     std::string Errors() { return Join(Take_Errors(), ""); }
     /// The names of the files in "logs".
     [[nodiscard]] std::string Logs() const {
-        std::vector<std::string> names;
-        for (const auto& item : std::filesystem::directory_iterator(directory / "logs"))
+        Texts names;
+        for (const auto& item : fs::directory_iterator(directory / "logs"))
             names.push_back(item.path().filename());
         std::sort(names.begin(), names.end());
         return Join(names, " ");
     }
     [[nodiscard]] bool Exists(const std::string& relative) const {
-        return std::filesystem::exists(directory / relative);
+        return fs::exists(directory / relative);
     }
 
     const std::string log_file = "logs/My Flight Log.txt";
+    const std::string unsaved = "logs/My Flight Log.unsaved";
     std::optional<clsAppSettings> settings;
     std::optional<clsVASettings> va_settings;
     std::optional<clsLogEntry> entry;
