@@ -8,8 +8,8 @@
 
 #include "common/line_reader.h"
 #include "flights/flight_world.h"
-#include "simhost/recording/recording.h"
 #include "simhost/recording/replay.h"
+#include "simlink/recording.h"
 
 namespace norvane::test {
 namespace {
