@@ -24,30 +24,27 @@ class Acars_View_Test : public Program_World {
 };
 
 TEST_F(Acars_View_Test, Tab_reaches_every_input_of_a_page_in_reading_order) {
-    const auto expect = [](Names names, const Names& links) {
-        for (const auto* link : {"On", "Log Flight", "Reset", "ACARS Report"})
-            names.emplace_back(link);
-        names.insert(names.end(), links.begin(), links.end());
-        EXPECT_EQ(Tab_Round(), names);
-    };
+    const std::string links = ", On, Log Flight, Reset, ACARS Report";
     Panel().Focus_Moved.Emit(Panel().txtDate);
-    expect({"Date", "Aircraft Type", "Aircraft ID", "Origin", "Destination"}, {"==>"});
+    EXPECT_EQ(Tab_Round(),
+              "Date, Aircraft Type, Aircraft ID, Origin, Destination" + links + ", ==>");
     Panel().hypFP.Set_Enabled(true);
     Panel().hypNext.Click();
-    expect({"Flight Number", "Pax", "Cargo", "Flight Level", "IFR", "VFR", "WX - Origin",
-            "WX - Destination", "Flight Plan:", "Flight Plan", "Comments"},
-           {"<==", "==>"});
+    EXPECT_EQ(Tab_Round(),
+              "Flight Number, Pax, Cargo, Flight Level, IFR, VFR, WX - Origin, WX - Destination, "
+              "Flight Plan:, Flight Plan, Comments" +
+                  links + ", <==, ==>");
     Panel().hypNext.Click();
-    expect({"Gate", "Type"}, {"<==", "==>"});
+    EXPECT_EQ(Tab_Round(), "Gate, Type" + links + ", <==, ==>");
     Panel().hypNext.Click();
-    expect({"1", "2", "3", "4", "5", "6"}, {"<=="});
+    EXPECT_EQ(Tab_Round(), "1, 2, 3, 4, 5, 6" + links + ", <==");
     // Another airline's fields take the place of these.
     Write_Airline("NEXT", "Stand^X|Y\r\nCaptain^\r\n");
     program->airline.Get_VA_Settings("NEXT");
     Panel().Focus_Moved.Emit(Panel().vaFields[0].cbo);
     Press(Qt::Key_Down);
     EXPECT_EQ(Panel().vaFields[0].cbo.Text(), "X");
-    expect({"Stand", "Captain"}, {"<=="});
+    EXPECT_EQ(Tab_Round(), "Stand, Captain" + links + ", <==");
 }
 
 TEST_F(Acars_View_Test, What_is_typed_into_a_box_reaches_the_model_of_its_caption) {

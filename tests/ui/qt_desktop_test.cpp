@@ -3,11 +3,9 @@
 #include <QMessageBox>
 #include <QTimer>
 #include <QWindow>
-#include <memory>
 
 #include "ui/controls/bind.h"
 #include "ui/controls/link_button.h"
-#include "ui/dialogs/message_boxes.h"
 #include "ui/ui_world.h"
 #include "ui/window/guarded_application.h"
 
@@ -108,21 +106,6 @@ TEST_F(Qt_Desktop_Test, A_note_that_comes_behind_a_dialog_can_be_read_and_closed
     });
     EXPECT_FALSE(desktop.Run_Dialog(dialog));
     desktop.End_Dialogs();
-}
-
-TEST_F(Qt_Desktop_Test, What_a_technician_wants_to_know_opens_and_shuts_under_one_name) {
-    const std::unique_ptr<QMessageBox> box(Make_Message_Box(
-        {"The disk is full.", "Norvane Error", Icon::exclamation, Buttons::ok, "<b>61</b>"},
-        nullptr));
-    auto& details = test::Find_If<QAbstractButton>(*box, [&](const QAbstractButton& button) {
-        return box->buttonRole(const_cast<QAbstractButton*>(&button)) == QMessageBox::ActionRole;
-    });
-    for (int press = 0; press < 3; ++press) {
-        EXPECT_EQ(details.text(), "&Details");
-        details.click();
-        test::Settle();
-    }
-    EXPECT_EQ(box->detailedText(), "<b>61</b>");
 }
 
 TEST_F(Qt_Desktop_Test, The_busy_cursor_lasts_until_the_outermost_procedure_ends_or_one_fails) {
