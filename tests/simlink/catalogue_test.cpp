@@ -128,31 +128,5 @@ TEST(Catalogue, Engines_Stand_Where_The_Simulator_Puts_Them) {
     EXPECT_THROW((void)Offset_Of(engine_combustion, 5), Run_Error);
 }
 
-TEST(Catalogue, No_Two_Fields_Share_A_Byte) {
-    std::set<std::uint32_t> taken;
-    const auto take = [&](std::uint32_t offset, std::uint32_t size) {
-        for (std::uint32_t i = 0; i < size; ++i)
-            EXPECT_TRUE(taken.insert(offset + i).second) << std::hex << offset + i;
-    };
-    for (const Variable_Row& row : All_Variables()) {
-        if (row.raw != Raw::text) {
-            EXPECT_EQ(row.offset % std::bit_ceil(row.size), 0U) << row.meaning << " is not aligned";
-        }
-        for (int engine = 1; engine <= (row.stride == 0 ? 1 : most_engines); ++engine)
-            take(Offset_Of(row.id, engine), row.size);
-    }
-    for (const Tank_Row& tank : All_Tanks()) {
-        take(tank.level_offset, 4);
-        take(tank.capacity_offset, 4);
-    }
-}
-
-TEST(Catalogue, Only_A_Numeric_Fields_Own_Bytes_Are_A_Number) {
-    std::vector<std::byte> bytes(12);
-    EXPECT_THROW((void)Decode(atc_identifier, bytes), Run_Error);
-    EXPECT_THROW((void)Decode(altitude_ft, std::span(bytes).first(3)), Run_Error);
-    EXPECT_THROW(Encode(altitude_ft, 1, bytes), Run_Error);
-}
-
 }  // namespace
 }  // namespace norvane

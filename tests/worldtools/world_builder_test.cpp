@@ -9,7 +9,6 @@
 #include "common/line_reader.h"
 #include "common/run_error.h"
 #include "support/test_world.h"
-#include "worldtools/gzip_reader.h"
 
 namespace norvane::test {
 namespace {
@@ -132,12 +131,6 @@ TEST_F(World_Building, Replaces_the_old_file_only_by_a_good_one) {
     Build(new_format);
     EXPECT_EQ(Read("bin/fs9.wld.bak"), "1|1|1|OLDE|Old\r\n") << "kept, the second time too";
     EXPECT_EQ(std::distance(fs::directory_iterator(directory / "bin"), {}), 2);
-}
-
-TEST_F(World_Building, Refuses_a_file_that_unpacks_without_end) {
-    Gzip_Reader lines(Write("source", Packed(std::string(5'000'000, '\n'))), 1'000'000);
-    EXPECT_THROW(while (lines.Next()){}, Run_Error);
-    EXPECT_LE(lines.Line_Number(), 1'000'000U);
 }
 
 }  // namespace
