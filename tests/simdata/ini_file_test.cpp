@@ -122,7 +122,8 @@ TEST_F(Ini_File, Payloads_Of_Every_Kind_Of_Station) {
     EXPECT_EQ(Payload(stations, "C172"), "/320");
     Point_At("[General]\nATC_Model=C172 // a\n[PISTON_ENGINE]\nmax_rated_rpm = 2700 //rpm\n");
     ini.Get_Configuration_Info();
-    EXPECT_EQ(ini.ATC_Model() + ini.Max_RPM() + ini.PAX(), "C1722700") << "without a payload";
+    EXPECT_EQ(ini.ATC_Model() + ini.Max_RPM() + ini.PAX() + ini.Baggage_Cargo(), "C1722700")
+        << "without a payload";
 }
 
 }  // namespace

@@ -200,24 +200,5 @@ TEST(Flight_World, Tanks_Are_Used_In_Reverse_Order_Of_Filling) {
     EXPECT_LT(Gallons(area, left_main), 1280);
 }
 
-TEST(Flight_World, Bounces_For_As_Long_As_Asked) {
-    Scenario_Data scenario = Scenario("piston-circuit");
-    scenario.bounce_s = 2;
-    Flight_World world(scenario, aircraft_files);
-    double airborne_s = 0;
-    double highest_ft = 0;
-    bool landed = false;
-    for (double seconds = 400; seconds < world.Length(); seconds += flight_step_s) {
-        const Flown_State state = world.Model().At(seconds);
-        landed = landed || state.on_ground;
-        if (landed && !state.on_ground) {
-            airborne_s += flight_step_s;
-            highest_ft = std::max(highest_ft, state.altitude_ft - scenario.arrival.elevation_ft);
-        }
-    }
-    EXPECT_NEAR(airborne_s, 2, 2 * flight_step_s);
-    EXPECT_NEAR(highest_ft, scenario.aircraft.gear_height_ft + 6, 4);
-}
-
 }  // namespace
 }  // namespace norvane::test

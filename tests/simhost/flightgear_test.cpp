@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <fstream>
 #include <map>
+#include <regex>
 #include <tuple>
 
 #include "common/line_reader.h"
@@ -182,6 +183,23 @@ TEST(Flightgear_Tables, Take_A_Pilots_Lines_And_Name_What_Is_Wrong_With_Them) {
                     testing::ThrowsMessage<Run_Error>(HasSubstr("flightgear.cfg, line 2: ")))
             << fault;
     }
+}
+
+TEST(Flightgear_Tables, Have_The_Ranges_That_Their_File_Tells_Pilots) {
+    const std::regex told(R"((\w+) =[^#]*# (-?\d+ to -?\d+) .*)");
+    std::size_t count = 0;
+    for (const std::string& line : Split(Read_File(aircraft_files / "flightgear.cfg"), '\n')) {
+        std::smatch parts;
+        const bool has_range = std::regex_match(line, parts, told);
+        for (int i = 0; has_range && i <= static_cast<int>(Figure::call_sign); ++i) {
+            const Figure_Row& row = Row_Of(static_cast<Figure>(i));
+            if (parts[1].str() != row.name)
+                continue;
+            EXPECT_EQ(fmt::format("{:.0f} to {:.0f}", row.low, row.high), parts[2].str()) << line;
+            ++count;
+        }
+    }
+    EXPECT_GT(count, 30U);
 }
 
 /// A property server on loopback.

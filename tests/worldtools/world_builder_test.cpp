@@ -39,6 +39,7 @@ constexpr std::string_view new_format =
     "1 20 0 0 A|B Bad\r\n"
     "102 H1 -12.5 130.25 90 20 20 1 0 0 0 0\r\n"
     "what is this\r\n"
+    "# a remark\r\n"
     "99\r\n";
 
 class World_Building : public Test_World {
