@@ -2,6 +2,7 @@
 
 #include "net/http_client.h"
 
+#include <atomic>
 #include <cstdlib>
 
 #include "common/run_error.h"
@@ -124,6 +125,11 @@ TEST_F(Http, Certificates_Are_Verified_And_Never_Left_For_Plain_Text) {
         out.set_redirect("http://" + plain.Host() + "/secret");
     });
     plain->Post("/in", [&](const auto&, auto& out) { out.set_redirect(host + "/in", 308); });
+    std::atomic<int> rounds_asked = 0;
+    plain->Get("/round", [&](const auto&, auto& out) {
+        ++rounds_asked;
+        out.set_redirect("/round");
+    });
     plain.Start();
     safe.Start();
     EXPECT_EQ(Result(host, "/in", post), "InternetConnect") << "unknown issuer";
@@ -132,6 +138,8 @@ TEST_F(Http, Certificates_Are_Verified_And_Never_Left_For_Plain_Text) {
     EXPECT_EQ(Result(plain.Host(), "/in", post), "answered: a=1&");
     EXPECT_EQ(Result("https://" + safe.Host(), "/in", post), "InternetConnect") << "wrong name";
     EXPECT_EQ(Result(host, "/back"), "HttpSendRequest");
+    EXPECT_EQ(Result(plain.Host(), "/round"), "HttpSendRequest");
+    EXPECT_EQ(rounds_asked, 6) << "five redirects";
 }
 
 TEST_F(Http, What_Came_After_The_Status_Line_Is_The_Answer_Unless_It_Broke_Off) {

@@ -199,6 +199,17 @@ TEST_F(Socket_Client, Connects_Anew_To_A_Peer_That_Was_Gone_And_To_Another_Addre
     EXPECT_EQ(Deliver(answer, patience), Outcome::answered);
 }
 
+TEST_F(Socket_Client, After_Half_A_Frame_The_Next_One_Begins_A_New_Connection) {
+    Link_Socket next;
+    block = Read_Block(0, 32492);
+    for (int i = 0; i < 200 && !next.Is_Open(); ++i) {
+        EXPECT_EQ(Deliver({}, 1ms), Outcome::silent);
+        next = Accept_From(listener);
+    }
+    ASSERT_TRUE(next.Is_Open()) << "the peer that reads nothing has room for ever";
+    EXPECT_EQ(Received_Frame(next, 2).records, block);
+}
+
 TEST(Link_Server_Clients, Who_Breaks_The_Framing_Is_Dropped_Alone) {
     Offset_Area area;
     Link_Server server(Any_Port(), area);

@@ -8,7 +8,6 @@
 #include <QScrollBar>
 
 #include "app/frm_about.h"
-#include "logpanel/frm_log.h"
 #include "ui/controls/bind.h"
 #include "ui/controls/link_button.h"
 #include "ui/dialogs/about_dialogs.h"
@@ -270,21 +269,6 @@ TEST_F(Dialog_Views, Fields_are_chosen_with_the_keyboard_and_taken_by_OK_alone) 
     EXPECT_FALSE(chooser.Get_Selections(fields));
     EXPECT_EQ(opened, 3);
     EXPECT_FALSE(chooser.Is_Open());
-}
-
-TEST_F(Dialog_Views, The_end_of_the_program_closes_a_form_and_lets_none_open) {
-    Write("logs/Charter.txt", "");
-    frmLog logs;
-    Draw(logs, qt_desktop, owner);
-    When_Open([&logs](QDialog& dialog) {
-        Type("ch", dialog.findChild<QComboBox*>());
-        logs.hypOK.Click();
-    });
-    EXPECT_EQ(logs.Select_FlightLog(services, "My Flight Log"), "Charter");
-    When_Open([this](QDialog& /*dialog*/) { qt_desktop.End_Dialogs(); });
-    EXPECT_EQ(logs.Select_FlightLog(services, "My Flight Log"), std::nullopt);
-    EXPECT_EQ(logs.Select_FlightLog(services, "My Flight Log"), std::nullopt);
-    EXPECT_EQ(opened, 2);
 }
 
 class Response_View_Test : public Test_World {

@@ -68,6 +68,9 @@ TEST_F(Main_Window_Test, The_mouse_and_the_keyboard_turn_the_panels) {
     EXPECT_EQ(QWidget::mouseGrabber(), &Bar());
     Mouse(QEvent::MouseButtonRelease, messages);
     EXPECT_EQ(Shown(), "messages");
+    program->messages.Log_Appended.Emit("OUT 1405");
+    auto& view = Find_If<Message_View>(*window, [](const Message_View&) { return true; });
+    EXPECT_EQ(view.findChild<QPlainTextEdit*>()->toPlainText(), "OUT 1405");
     // Off the items, where the bar lets go of the mouse and a click means nothing.
     const QPoint below(messages.x(), Bar().height() - 2);
     Mouse(QEvent::MouseMove, below);
