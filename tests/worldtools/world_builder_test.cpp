@@ -112,6 +112,8 @@ TEST_F(World_Building, Takes_airports_of_a_table_by_the_names_of_its_columns) {
               "46.500000|20.100000|-12|LHKS|K\xE9t Sor\r\n"
               "47.464700|8.549200|1416|LSZH|Z\xFCrich, \"Kloten\"\r\n");
     EXPECT_EQ(Skips_Of(Build(source)), "3@9 1@8 0@0 1@7 1@6 1@5 0@0 0@0 ");
+    EXPECT_EQ(Built("ident,name,latitude_deg,longitude_deg,elevation_ft\nIDNT,Field,1,2,5\n"),
+              "1.000000|2.000000|5|IDNT|Field\r\n");
 }
 
 TEST_F(World_Building, Replaces_the_old_file_only_by_a_good_one) {
@@ -121,7 +123,7 @@ TEST_F(World_Building, Replaces_the_old_file_only_by_a_good_one) {
     damaged[packed.size() - 6] = static_cast<char>(damaged[packed.size() - 6] ^ 0x55);
     for (const std::string& bad :
          {packed.substr(0, packed.size() / 2), packed.substr(0, 12), damaged, std::string(),
-          std::string("neither\nnor\n"), std::string("I\n1000 Version\n99\n"),
+          "neither" + std::string(new_format), std::string("I\n1000 Version\n99\n"),
           "I\n1000 Version\n1 5 0 0 " + std::string(2'000'000, 'x')})
         EXPECT_THROW(Build(bad), Run_Error) << bad.substr(0, 20);
     EXPECT_THROW(Build_World(directory / "none", directory / "bin/fs9.wld", Heliports::take),
