@@ -20,20 +20,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Calls of the system that the transport makes, each of which can be made to fail. The program's
-/// imports of these functions lead here first.
-struct System_Trouble {
-    bool no_message = false, no_atom = false, no_mapping = false, no_view = false;
-};
-System_Trouble trouble;
-
-/// The function itself, past the import that leads here.
-template <class Function>
-Function* Real(const char* library, const char* name) {
-    return reinterpret_cast<Function*>(
-        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleA(library), name)));
-}
-
 int faults = 0;
 
 void Expect(bool holds, const std::string& what) {
@@ -50,10 +36,10 @@ void Expect_Result(int result, int expected, const std::string& what) {
 }
 
 /// The name that a link of this process gives its block and atom.
-std::array<char, 40> Block_Name() {
+std::string Block_Name() {
     std::array<char, 40> name{};
     (void)std::snprintf(name.data(), name.size(), "FSASMLIB:IPC:%lX:1", ::GetCurrentProcessId());
-    return name;
+    return name.data();
 }
 
 class Sleeping_Clock : public Clock {
@@ -176,37 +162,12 @@ void Open_All() {
     Expect_Result(link.Open(), 2, "no simulator");
 }
 
-/// What fails is undone: the opening after it finds everything free.
-void Fail_At_Each_Step() {
-    const Simulator simulator;
-    const auto steps =
-        std::to_array<std::pair<bool System_Trouble::*, int>>({{&System_Trouble::no_message, 3},
-                                                               {&System_Trouble::no_atom, 4},
-                                                               {&System_Trouble::no_mapping, 5},
-                                                               {&System_Trouble::no_view, 6}});
-    Link link;
-    for (const auto& [step, expected] : steps) {
-        trouble.*step = true;
-        Expect_Result(link.Open(), expected, "a step that fails");
-        trouble = {};
-        Expect(::GlobalFindAtomA(Block_Name().data()) == 0, "no atom is left behind");
-        Expect_Result(link.Open(), 0, "the opening after result " + std::to_string(expected));
-        link.fsuipc.IPC_Close();
-    }
-    Link other;
-    Expect_Result(other.Open(), 0, "one link");
-    Expect_Result(link.Open(), 5, "a second link of the process, whose block has the same name");
-    std::array<std::byte, 4> version{};
-    Expect_Result(other.Read(0x3308, version), 0, "the first link after that");
-}
-
 void Exchange() {
     const Simulator simulator;
     Link link;
     std::array<std::byte, 40> bytes{};
     Expect_Result(link.Open(), 0, "opening");
-    Expect(simulator.Next_Line() == std::string("block ") + Block_Name().data(),
-           "the block's name is the protocol's");
+    Expect(simulator.Next_Line() == "block " + Block_Name(), "the block's name is the protocol's");
 
     int result = -1;
     link.fsuipc.IPC_WriteString(0x3380, 20, "Hello from the link", result);
@@ -218,6 +179,13 @@ void Exchange() {
     std::vector<std::byte> large(32492);
     Expect_Result(link.Read(0, large), 0, "the largest read");
     Expect(large[0x3308] == std::byte{7}, "the largest read brings its bytes");
+
+    Link second;
+    Expect_Result(second.Open(), 5, "a second link of the process, whose block has the same name");
+    Expect_Result(link.Read(0x3380, bytes), 0, "the first link after that");
+    link.fsuipc.IPC_Close();
+    Expect(::GlobalFindAtomA(Block_Name().c_str()) == 0, "no atom is left behind");
+    Expect_Result(second.Open(), 0, "the opening after what was in its way has gone");
 }
 
 void Lose_The_Simulator() {
@@ -236,34 +204,9 @@ void Lose_The_Simulator() {
 }  // namespace
 }  // namespace norvane::test
 
-// The linker takes these before the import library's.
-extern "C" {
-using norvane::test::Real;
-using norvane::test::trouble;
-decltype(&::RegisterWindowMessageA) __imp_RegisterWindowMessageA = [](auto... arguments) {
-    static auto* const real =
-        Real<decltype(::RegisterWindowMessageA)>("user32", "RegisterWindowMessageA");
-    return trouble.no_message ? UINT{0} : real(arguments...);
-};
-decltype(&::GlobalAddAtomA) __imp_GlobalAddAtomA = [](auto... arguments) {
-    static auto* const real = Real<decltype(::GlobalAddAtomA)>("kernel32", "GlobalAddAtomA");
-    return trouble.no_atom ? ATOM{0} : real(arguments...);
-};
-decltype(&::CreateFileMappingA) __imp_CreateFileMappingA = [](auto... arguments) {
-    static auto* const real =
-        Real<decltype(::CreateFileMappingA)>("kernel32", "CreateFileMappingA");
-    return trouble.no_mapping ? HANDLE{nullptr} : real(arguments...);
-};
-decltype(&::MapViewOfFile) __imp_MapViewOfFile = [](auto... arguments) {
-    static auto* const real = Real<decltype(::MapViewOfFile)>("kernel32", "MapViewOfFile");
-    return trouble.no_view ? LPVOID{nullptr} : real(arguments...);
-};
-}
-
 int main() {
     using namespace norvane::test;
     Open_All();
-    Fail_At_Each_Step();
     Exchange();
     Lose_The_Simulator();
     std::printf("%s\n", faults == 0 ? "test-transport: passed" : "test-transport: FAILED");

@@ -38,7 +38,6 @@ class Flight_Plans : public test::Test_World {
 
     const std::filesystem::path plans{std::filesystem::path(NORVANE_SOURCE_DIR) /
                                       "tests/data/plans"};
-    const std::string empty = "//////";
 };
 
 std::string Utf16(const std::string& ascii, bool big) {
@@ -139,34 +138,14 @@ TEST_F(Flight_Plans, Every_Encoding_Becomes_The_Code_Page) {
         EXPECT_EQ(Read_Text(content), read);
 }
 
-TEST_F(Flight_Plans, Cut_In_Half_Keep_What_Came_Before) {
-    const std::string xml = Read_File(plans / "lfpg-eidw.pln");
-    EXPECT_EQ(Read_Text(xml.substr(0, xml.find("port &apos;"))), "IFR/35000/LFPG//EIDW//");
-    for (const auto* torn : {"MID\">", "15</ATCAirway>"}) {
-        EXPECT_TRUE(Read_Text(xml.substr(0, xml.find(torn))).ends_with("&amp; Bay/")) << torn;
-    }
-    const auto errors = Take_Errors();
-    EXPECT_THAT(errors, ElementsAre(AllOf(HasSubstr("clswIniFile.Get_XML_Flight_Plan()"),
-                                          HasSubstr("<DepartureName>"), HasSubstr("line 11 of "),
-                                          HasSubstr("x.pln")),
-                                    HasSubstr("<ATCWaypoint id"), HasSubstr("<ATCAirway>")));
-}
-
-TEST_F(Flight_Plans, Missing_Or_Broken_Files_Give_Nothing) {
-    EXPECT_EQ(Read(directory / "missing.pln"), empty);
+TEST_F(Flight_Plans, Missing_Or_Broken_Files_Give_Nothing_And_Long_Ones_Take_No_Time) {
+    EXPECT_EQ(Read(directory / "missing.pln"), "//////");
     EXPECT_THAT(error_log.entries, IsEmpty());
-    EXPECT_EQ(Read(directory), empty);
+    EXPECT_EQ(Read(directory), "//////");
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("clsIniFile.Get_Flight_Plan()")));
-    constexpr std::size_t mega = 1U << 20U;
-    for (const auto& content :
-         {""s, "\0"s, "\xFF\xFE"s, "\xFF\xFE<"s, std::string(10 * mega, 'x'),
-          std::string(mega, '<'), std::string(mega, '>'), std::string(mega, '\0'),
-          "[FLIGHTPLAN]\n" + std::string(mega, '=')}) {
-        EXPECT_EQ(Read_Text(content), empty) << content.substr(0, 20);
-    }
     // So many waypoints that looking each one up from the start would take minutes.
     std::string crowded;
-    for (int i = 0; crowded.size() < mega; ++i)
+    for (int i = 0; crowded.size() < 1'000'000; ++i)
         crowded += "WAYPOINT." + std::to_string(i) + "=A,,,,,\n";
     EXPECT_TRUE(Read_Waypoints(crowded).starts_with("VFR/5500/A//A//A.A.A."));
 }

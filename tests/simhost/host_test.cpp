@@ -9,7 +9,6 @@ namespace norvane {
 namespace {
 
 using namespace std::chrono_literals;
-using namespace std::string_literals;
 using namespace test;
 
 /// A world whose altitude in whole metres tells its moment.
@@ -27,7 +26,6 @@ class Hosts : public testing::Test {
   protected:
     void Start(const Host_Options& options) {
         host = std::make_unique<Host>(world, options, clock);
-        host->text_shown.Connect([this](const std::string& text) { texts.push_back(text); });
         Connect();
     }
     void Connect() {
@@ -47,17 +45,11 @@ class Hosts : public testing::Test {
         return Load_U32(Exchange(Read_Block(offset, 4)), read_header_size);
     }
     std::uint32_t Moment() { return Read(0x0574); }
-    void Show(std::uint32_t offset, const std::string& text) {
-        const auto size = static_cast<std::uint32_t>(text.size());
-        Exchange(Block().Words({2, offset, size}).Text(text).Words({0}).bytes);
-    }
-
     Socket_Directory directory;
     Virtual_Clock clock;
     Rising_World world;
     std::unique_ptr<Host> host;
     Link_Socket client;
-    std::vector<std::string> texts;
 };
 
 TEST_F(Hosts, The_World_Runs_By_The_Clock_And_Its_Speed) {
@@ -94,14 +86,6 @@ TEST_F(Hosts, In_Step_Mode_Only_Sampling_Steps_Move_The_World) {
     EXPECT_EQ(Moment(), 36U);
     Read(brake);
     EXPECT_EQ(Moment(), 38U);
-}
-
-TEST_F(Hosts, Shown_Texts_Are_Told_Line_By_Line) {
-    Start({directory.Address(), 1, 0, {}});
-    for (const auto& text : {"ACARS/ OUT 1405Z\0rest"s, "two\r\nlines"s, "\0"s, " "s})
-        Show(0x3380, text);
-    Show(0x3C00, "no text");
-    EXPECT_EQ(texts, (std::vector<std::string>{"ACARS/ OUT 1405Z", "two  lines"}));
 }
 
 }  // namespace

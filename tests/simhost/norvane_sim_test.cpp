@@ -1,8 +1,5 @@
 // The program norvane-sim as its users start it.
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <csignal>
 #include <thread>
@@ -78,20 +75,6 @@ TEST_F(Norvane_Sim, A_Killed_Ones_Address_Is_Taken_Over_And_A_Live_Ones_Is_Not) 
         EXPECT_EQ(sim.Output(), "listening on " + address + "\nD\xC3\xA9\n");
         EXPECT_FALSE(std::filesystem::exists(directory.Address().socket_file));
     }
-}
-
-/// A simulator that says nothing and a file that is not delivered.
-TEST_F(Norvane_Sim, A_Signal_Ends_It_Whatever_It_Waits_For) {
-    const Link_Socket silent = Listen_At(directory.Address());
-    const std::string pipe = directory.path / "pipe.rec";
-    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-    Sim_Process recorder({"record", "--from", address, "a.rec"});
-    EXPECT_TRUE(Wait_For(silent, POLLIN, {std::chrono::steady_clock::now() + 60s}));
-    EXPECT_EQ(recorder.End(SIGTERM), 0) << recorder.Errors();
-    Sim_Process player({"replay", pipe});
-    const int undelivered = ::open(pipe.c_str(), O_WRONLY | O_CLOEXEC);
-    EXPECT_EQ(player.End(SIGTERM), 0);
-    ::close(undelivered);
 }
 
 TEST_F(Norvane_Sim, A_Recording_Is_Whole_Whether_It_Or_The_Simulator_Is_Stopped) {

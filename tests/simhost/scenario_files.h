@@ -1,11 +1,14 @@
 #pragma once
-// The scenarios that tests fly, and a tank as clients read it.
+// The scenarios that tests fly, a tank as clients read it, and figures that somebody has looked at.
 
 #include <filesystem>
 #include <string>
 
+#include "common/file_writer.h"
+#include "common/line_reader.h"
 #include "simlink/offset_area.h"
 #include "simlink/request_block.h"
+#include "support/test_world.h"
 
 namespace norvane::test {
 
@@ -31,6 +34,17 @@ inline double All_Gallons(const Offset_Area& area) {
     for (std::size_t tank = 0; tank < tank_count; ++tank)
         gallons += Gallons(area, tank);
     return gallons;
+}
+
+/// Who means the stand-in to tell other figures looks at the difference and takes over the new
+/// file.
+inline void Expect_As_Looked_At(const std::string& name, const std::string& told) {
+    if (told == Read_File(Data_File(name)))
+        return;
+    const auto file =
+        std::filesystem::path(testing::TempDir()) / std::filesystem::path(name).filename();
+    Write_File(file, told);
+    FAIL() << "compare tests/data/" << name << " with " << file;
 }
 
 }  // namespace norvane::test

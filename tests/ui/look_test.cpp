@@ -1,10 +1,9 @@
-// Texts on the pilot's own colours, and texts from outside.
+// Texts on the pilot's own colours.
 
 #include "ui/window/look.h"
 
 #include <gtest/gtest.h>
 
-#include "ui/controls/elided_label.h"
 #include "ui/controls/link_button.h"
 #include "ui/window/qt_text.h"
 
@@ -45,16 +44,6 @@ TEST(Look, Texts_are_read_on_every_colour_that_the_pilot_chooses) {
             EXPECT_GE(best, enabled ? least_contrast : 2.0) << chosen << ' ' << enabled;
         }
     }
-}
-
-TEST(Look, A_tool_tip_shows_every_sign_of_a_text) {
-    Elided_Label label(Qt::ElideRight, nullptr);
-    label.setText("<b>Bold</b> <img src=x> and a long text behind it");
-    label.resize(30, 20);
-    label.grab();
-    EXPECT_FALSE(label.toolTip().contains("<b>"));
-    EXPECT_TRUE(label.toolTip().contains("&lt;b&gt;Bold"));
-    EXPECT_EQ(Tip_Of("Fuel & oil < 5"), "Fuel & oil < 5");
 }
 
 }  // namespace

@@ -68,6 +68,9 @@ TEST_F(Main_Window_Test, The_mouse_and_the_keyboard_turn_the_panels) {
     EXPECT_EQ(QWidget::mouseGrabber(), &Bar());
     Mouse(QEvent::MouseButtonRelease, messages);
     EXPECT_EQ(Shown(), "messages");
+    program->messages.Log_Appended.Emit("OUT 1405");
+    auto& view = Find_If<Message_View>(*window, [](const Message_View&) { return true; });
+    EXPECT_EQ(view.findChild<QPlainTextEdit*>()->toPlainText(), "OUT 1405");
     // Off the items, where the bar lets go of the mouse and a click means nothing.
     const QPoint below(messages.x(), Bar().height() - 2);
     Mouse(QEvent::MouseMove, below);
@@ -134,14 +137,19 @@ TEST_F(Main_Window_Test, It_stands_on_a_screen_and_is_closed_by_the_program_only
     Open();
     EXPECT_TRUE(window->isMaximized());
     window->showNormal();
-    window->move(30, 45);
+    const auto stand_still = [this] { qt_desktop.Wait_Until([] { return false; }, 300ms); };
+    stand_still();
+    window->move(-30, 45);
     window->resize(760, 520);
-    Settle();
+    stand_still();
+    EXPECT_LT(window->x(), 0) << "brought back to a screen that the pilot had left";
     int heard = 0;
     form->Closed.Connect([this, &heard] {
         ++heard;
-        for (const auto& [measure, pixels] :
-             {std::pair{"MainLeft", 30}, {"MainTop", 45}, {"MainWidth", 760}, {"MainHeight", 520}})
+        for (const auto& [measure, pixels] : {std::pair{"MainLeft", window->x()},
+                                              {"MainTop", window->y()},
+                                              {"MainWidth", 760},
+                                              {"MainHeight", 520}})
             EXPECT_EQ(store.Get("AppPos", measure),
                       std::to_string(Pixels_To_Twips(*window, pixels)));
         EXPECT_EQ(store.Get("AppPos", "MainState"), "");

@@ -6,6 +6,7 @@
 #include <QStackedWidget>
 #include <QTimer>
 
+#include "common/text.h"
 #include "ui/window/guarded_application.h"
 
 namespace norvane::test {
@@ -66,14 +67,14 @@ std::string Name(const QWidget& widget) {
     return (name.isEmpty() && button != nullptr ? button->text() : name).toStdString();
 }
 
-Names Tab_Round() {
-    Names names;
+std::string Tab_Round() {
+    std::vector<std::string> names;
     const QWidget* first = QApplication::focusWidget();
     do {
         names.push_back(Name(*QApplication::focusWidget()));
         Press(Qt::Key_Tab);
     } while (QApplication::focusWidget() != first && names.size() < 50);
-    return names;
+    return Join(names, ", ");
 }
 
 void Tab_To(const std::string& name) {

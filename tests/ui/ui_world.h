@@ -22,8 +22,6 @@
 
 namespace norvane::test {
 
-using Names = std::vector<std::string>;
-
 /// A key goes down and up again at `widget`, or where the keyboard is; what follows has happened.
 void Press(int key, const QString& text = {}, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
            QWidget* widget = nullptr);
@@ -35,8 +33,8 @@ void Type(const QString& letters, QWidget* widget = nullptr);
 void Settle();
 /// What a widget tells the blind that it is.
 [[nodiscard]] std::string Name(const QWidget& widget);
-/// What the Tab key passes from the focus until it is there again.
-[[nodiscard]] Names Tab_Round();
+/// What the Tab key passes from the focus until it is there again: "Date, Aircraft Type, ...".
+[[nodiscard]] std::string Tab_Round();
 void Tab_To(const std::string& name);
 /// Opens a window of its own, as wide and high as the program leaves it to a panel.
 void Open_View(QWidget& view);

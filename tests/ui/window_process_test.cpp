@@ -74,14 +74,6 @@ TEST_F(Window_Process, A_Second_One_Ends_Silently_And_A_Killed_One_Leaves_No_Loc
     Start_And_End();
 }
 
-TEST_F(Window_Process, A_Demonstration_Ends_In_The_Log) {
-    Child_Process window(Command({"--demo", "--time-scale", "400"}));
-    EXPECT_TRUE(Comes([&] { return Is_Logged(); })) << window.Errors();
-    window.Send(SIGTERM);
-    EXPECT_EQ(window.Wait(), 0) << window.Errors();
-    EXPECT_FALSE(Is_Stored() || Exists("ErrorLog.Log"));
-}
-
 TEST_F(Window_Process, A_Flight_In_The_Air_Outlives_Kills_And_Windows_That_Do_Not_Resume_It) {
     Child_Process killed(Command({"--demo", "--time-scale", "100"}));
     ASSERT_TRUE(Comes([&] { return Is_Stored(); }));

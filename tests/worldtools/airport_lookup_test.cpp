@@ -37,7 +37,12 @@ TEST_F(Airport_Lookup, Finds_codes_before_names_whatever_the_case_and_the_accent
     form.Show_Form();
     EXPECT_EQ(form.lblCount.Text(), "4 airports");
     EXPECT_TRUE(form.lvwAirports.Rows().empty());
+    form.txtSearch.Enter("lon");
+    form.Show_Form();
+    EXPECT_EQ(form.txtSearch.Text(), "lon") << "an open one is only brought to the front";
     EXPECT_THAT(Found("o "), ElementsAre()) << "nearly every airport has one";
+    EXPECT_THAT(Found("xb"), ElementsAre());
+    EXPECT_THAT(Found("on"), ElementsAre("ZZZZ", "LONX", "LON"));
     EXPECT_THAT(Found(" lon"), ElementsAre("LON", "LONX", "ZZZZ"));
     EXPECT_EQ(form.lblCount.Text(), "3 airports");
     EXPECT_THAT(form.lvwAirports.Rows()[1],

@@ -140,6 +140,7 @@ TEST_F(FS_World, Adds_nothing_that_was_not_read_and_no_code_that_is_none) {
 TEST_F(FS_World, Does_not_save_over_a_file_that_it_could_not_read) {
     fs::create_directories(directory / "bin/fs9UD.wld");
     Save_New("NV01");
+    EXPECT_FALSE(form.hypWorld[frmFSWorld::add].Enabled());
     EXPECT_THAT(Take_Errors(), ElementsAre(HasSubstr("frmFSWorld.Load_Grid()")));
     EXPECT_TRUE(fs::is_directory(directory / "bin/fs9UD.wld"));
     fs::remove(directory / "bin/fs9UD.wld");
