@@ -21,7 +21,6 @@ struct Sample {
     double seconds = 0, exact_ft = 0;
     Offset_Area area;
     [[nodiscard]] double operator[](Variable variable) const { return area.Get(variable); }
-    [[nodiscard]] bool Stands() const { return area.Get(on_ground) != 0; }
     [[nodiscard]] Position Place() const {
         return {area.Get(latitude_deg), area.Get(longitude_deg)};
     }
@@ -40,14 +39,14 @@ class Eventful_Flight {
             Decode_Exact_Altitude(sample.area.Bytes(Offset_Of(altitude_fraction_ft), 8));
         return sample;
     }
-    /// The first samples of each stay on the ground (or in the air), the first one excepted.
+    /// The first samples of each stay on the ground (or in the air), the first one excepted. The
+    /// simulator's time is to go with the flight's.
     std::vector<Sample> Changes_To(bool ground) {
         std::vector<Sample> changes;
         bool before = true;
-        for (int i = 0; i * sample_s < world.Length(); ++i) {
+        for (int i = 0; i * sample_s < world.Model().Length_S(); ++i) {
             const double seconds = i * sample_s;
-            world.Apply(seconds, m_area);
-            const bool now = m_area.Get(on_ground) != 0;
+            const bool now = world.Model().At(seconds).on_ground;
             if (now != before && now == ground)
                 changes.push_back(At(seconds));
             before = now;
@@ -68,9 +67,6 @@ class Eventful_Flight {
     std::filesystem::path file;
     Scenario_Data scenario;
     Flight_World world;
-
-  private:
-    Offset_Area m_area;
 };
 
 TEST(Eventful_Flights, Meet_The_Ground_At_The_Rate_That_Was_Asked_For) {
