@@ -274,7 +274,8 @@ std::uint32_t Offset_Of(Variable variable, int engine) {
 
 double Decode(Variable variable, std::span<const std::byte> bytes) {
     const Variable_Row& row = Checked_Row(variable, bytes.size());
-    return Rounded(row.rounding, Raw_Number(row, bytes) * row.scale);
+    // Adding nothing takes the sign off a zero with a negative scale.
+    return Rounded(row.rounding, Raw_Number(row, bytes) * row.scale) + 0.0;
 }
 
 double Decode_Exact_Altitude(std::span<const std::byte> bytes) {

@@ -73,6 +73,10 @@ TEST_F(Scenario_File, Faults_Are_Named_With_Their_Place) {
          "cruise.steps[0].altitude_ft: must be higher than before"},
         {R"({"cruise": {"climb_level_offs": [{"altitude_ft": 9000, "for_nm": 3}]}})",
          "cruise.climb_level_offs: 9000 ft do not lie between"},
+        {R"({"arrival": {"circuits": [{"after": "landing"}]}})", "arrival.circuits[0].after: "},
+        {R"({"arrival": {"circuits": [{"after": "go-around"}]}})", "[0].from_ft: is missing"},
+        {R"({"rates": [{"from_s": 9, "until_s": 20, "rate": 2}, {"from_s": 19}]})",
+         "rates[1].from_s: 19 lies outside 20 to"},
         {R"({"aircraft": "zeppelin"})", "zeppelin"},
         {R"({"aircraft": "../secrets"})", "aircraft: the name of a folder is expected"},
     });
@@ -82,6 +86,9 @@ TEST_F(Scenario_File, Flights_That_Cannot_Be_Flown_Are_Refused) {
     Expect_Refusals({
         {R"({"fuel_lbs": 60})", "the fuel is used up after"},
         {R"({"departure": {"runway": {"length_m": 900}}})", "too short for the take-off"},
+        {R"({"pauses": [{"at_s": 7200, "for_s": 60}]})", "it has ended before second 7200"},
+        {R"({"teleports": [{"at_nm": 3.5, "by_nm": 5}]})", "lead out of the cruise"},
+        {R"({"teleports": [{"at_nm": 300, "by_nm": 5}]})", "300 nm, where it is to be"},
         {R"({"cruise": {"altitude_ft": 39000}})", "the descent has to begin before 39000 ft"},
         {R"({"arrival": {"exit_m": 1300, "taxi": [{"at": [40.779832, -73.87741]}]}})",
          "the runway's exit comes"},

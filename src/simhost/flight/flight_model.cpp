@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "simhost/flight/flight_attitude.h"
 #include "simhost/flight/flight_pilot.h"
 
 namespace norvane {
 
 namespace {
+
+/// Farther than any aircraft flies in a step.
+constexpr double teleport_m = 400;
 
 double Between(double a, double b, double share) {
     return a + (b - a) * share;
@@ -24,7 +28,9 @@ double Share_Of_Route(const Flight_Route& route, const Flight_Table& table,
 }
 
 Flight_Model::Flight_Model(const Scenario_Data& scenario)
-    : m_route(Route_Of(scenario)), m_table(Fly_Scenario(scenario, m_route)) {}
+    : m_route(Route_Of(scenario)), m_table(Fly_Scenario(scenario, m_route)) {
+    Add_Attitude(scenario, m_route, m_table);
+}
 
 double Flight_Model::Length_S() const {
     return static_cast<double>(m_table.states.size() - 1) * flight_step_s;
@@ -39,12 +45,17 @@ Flown_State Flight_Model::At(double seconds) const {
     const Flown_State& b = m_table.states[index + 1];
     const double share = step - std::floor(step);
     Flown_State now = a;
-    // The pushback's end and the route's start are the same place, but other distances.
-    if (a.pushed == b.pushed)
+    // The pushback's end and the route's start are the same place, but other distances; a teleport
+    // has no between either.
+    if (a.pushed == b.pushed && std::abs(b.path_m - a.path_m) < teleport_m)
         now.path_m = Between(a.path_m, b.path_m, share);
     // An aircraft is at the ground's height or climbs from it; the switch itself has no between.
-    if (a.on_ground == b.on_ground)
+    if (a.on_ground == b.on_ground) {
         now.vertical_fpm = Between(a.vertical_fpm, b.vertical_fpm, share);
+        now.load_g = Between(a.load_g, b.load_g, share);
+    }
+    now.pitch_deg = Between(a.pitch_deg, b.pitch_deg, share);
+    now.bank_deg = Between(a.bank_deg, b.bank_deg, share);
     now.altitude_ft = Between(a.altitude_ft, b.altitude_ft, share);
     now.indicated_kt = Between(a.indicated_kt, b.indicated_kt, share);
     now.true_kt = Between(a.true_kt, b.true_kt, share);

@@ -24,6 +24,11 @@ struct Flown_State {
     double power = 0;        // 0 idle to 1
     double flow_pph = 0;     // of each engine that runs
     double fuel_lbs = 0;
+    double pitch_deg = 0;  // nose up positive
+    double bank_deg = 0;   // right wing down positive
+    double load_g = 1;
+    double flaps_percent = 0;  // where the levers stand
+    double gear_percent = 100;
     bool pushed = false;
     bool on_ground = true;
     bool parking_brake = true;

@@ -18,6 +18,7 @@ constexpr double spool_s = 2.5;  // time constant of a change of power
 /// Above this height an aircraft points into the wind fully, on the ground not at all.
 constexpr double crab_ft = 200;
 constexpr double slowest_crab_kt = 60;
+constexpr double wheels_deg_per_s = 8;  // in which they turn an aircraft into its way
 constexpr double radians = std::numbers::pi / 180;
 
 double Metres_A_Step(double knots) {
@@ -57,6 +58,7 @@ Flight_Table Flight_Pilot::Fly() {
         Leave_Stand();
         Take_Off();
         Fly_Route();
+        Fly_Circuits();
         Land();
         Taxi_To_Stand();
     }
@@ -93,6 +95,11 @@ void Flight_Pilot::Ground_Step(double ground_kt) {
     m_now.path_m += Metres_A_Step(ground_kt);
     m_now.ground_kt = ground_kt;
     m_now.heading_deg = Course();
+    if (m_crab_deg != 0) {
+        const double most = wheels_deg_per_s * flight_step_s;
+        m_crab_deg -= std::clamp(m_crab_deg, -most, most);
+        m_now.heading_deg = std::fmod(m_now.heading_deg + m_crab_deg + 360, 360.0);
+    }
     // A wind from behind shows no airspeed.
     const double moved = m_now.pushed ? -ground_kt : ground_kt;
     m_now.true_kt = std::max(0.0, moved + Headwind_Kt(Wind_Now(), m_now.heading_deg));
@@ -114,7 +121,9 @@ void Flight_Pilot::Air_Step(double indicated_kt, double vertical_fpm) {
     m_now.ground_kt = std::max(0.0, ahead - Headwind_Kt(wind, course));
     m_now.path_m += Metres_A_Step(m_now.ground_kt);
     const double crab = std::asin(std::clamp(aside / std::max(1.0, m_now.true_kt), -1.0, 1.0));
-    const double share = std::clamp(Height_Ft() / crab_ft, 0.0, 1.0);
+    const double kept = m_stage == Stage::descent ? m_scenario.crab_kept : 0;
+    const double share = kept + (1 - kept) * std::clamp(Height_Ft() / crab_ft, 0.0, 1.0);
+    m_crab_deg = crab / radians * kept;
     m_now.heading_deg = std::fmod(Course() + crab / radians * share + 360, 360.0);
     Use_Engines(acceleration);
     Save_State();
@@ -166,6 +175,7 @@ void Flight_Pilot::Save_State() {
         Give_Up(fmt::format("the fuel is used up after {:.0f} s", seconds));
     if (seconds > longest_flight_s)
         Give_Up(fmt::format("it takes longer than {:.0f} hours", longest_flight_s / 3600));
+    Set_Levers();
     m_table.states.push_back(m_now);
 }
 

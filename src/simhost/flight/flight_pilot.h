@@ -35,6 +35,7 @@ class Flight_Pilot {
     /// In the air without flying speed: moves by the ground speed.
     void Hover_Step(double ground_kt, double vertical_fpm);
     void Use_Engines(double acceleration_kt_per_s);
+    void Set_Levers();
     void Save_State();
     [[nodiscard]] Wind Wind_Now() const;
     [[nodiscard]] double Course() const;
@@ -51,14 +52,24 @@ class Flight_Pilot {
 
     // An aeroplane's start and landing (flight_pilot_runway.cpp).
     void Take_Off();
+    void Run_To_Lift_Off(double runway_end_m);
     void Land();
+    void Touch_Down();
+    void Touch_And_Go();
+    void Flare();
+    /// Shapes the last seconds of a descent so that the next moment is that of the touchdown, after
+    /// a while at exactly this rate.
+    void Meet_Ground(double ground_ft, double rate_fpm);
     void Bounce();
     /// Gives up when the aircraft is too fast for the first turn off the runway.
     void Check_Exit() const;
 
     // In the air (flight_pilot_air.cpp).
     void Fly_Route();
+    void Fly_Circuits();
     [[nodiscard]] Descent_Plan Plan_Descent() const;
+    void Cruise_And_Descend();
+    void Teleport_If_Due();
     void Climb_To(double altitude_ft);
     void Hold_Level(double until_flown_nm);
     void Descend();
@@ -66,6 +77,7 @@ class Flight_Pilot {
     [[nodiscard]] double Target_Kt() const;
     [[nodiscard]] double Approach_Kt() const;
     [[nodiscard]] double To_Go_Nm() const;
+    [[nodiscard]] bool Breaks_Off() const;
     [[nodiscard]] double Flown_Nm() const;
     [[nodiscard]] double Height_Ft() const;
 
@@ -87,6 +99,9 @@ class Flight_Pilot {
     double m_level_ft = 0;  // where the last climb ended
     Stage m_stage = Stage::ground;
     int m_engines_running = 0;
+    std::size_t m_approach = 0;   // of the route's
+    std::size_t m_teleports = 0;  // that are over
+    double m_crab_deg = 0;        // that the wheels have not taken out yet
     Flown_State m_now;
     Flight_Table m_table;
 };

@@ -38,7 +38,12 @@ double Towards(double from, double to, double most) {
 }  // namespace
 
 double Flight_Pilot::To_Go_Nm() const {
-    return (m_route.touchdown_m - m_now.path_m) / metres_per_nm;
+    return (m_route.glides_m[m_approach] - m_now.path_m) / metres_per_nm;
+}
+
+bool Flight_Pilot::Breaks_Off() const {
+    const auto& circuits = m_scenario.arrival.circuits;
+    return m_approach < circuits.size() && !circuits[m_approach].touches;
 }
 
 double Flight_Pilot::Flown_Nm() const {
@@ -46,7 +51,8 @@ double Flight_Pilot::Flown_Nm() const {
 }
 
 double Flight_Pilot::Height_Ft() const {
-    const bool near_end = m_stage == Stage::descent || m_now.path_m > m_route.touchdown_m;
+    const bool near_end =
+        m_stage == Stage::descent || m_approach > 0 || m_now.path_m > m_route.touchdown_m;
     return m_now.altitude_ft - (near_end ? m_arrival_ft : m_departure_ft);
 }
 
@@ -99,6 +105,29 @@ void Flight_Pilot::Fly_Route() {
         Hold_Level(step.at_nm);
         Climb_To(step.altitude_ft);
     }
+    Cruise_And_Descend();
+    if (m_teleports < m_scenario.teleports.size())
+        Give_Up(fmt::format("{:g} nm, where it is to be teleported, are not flown in cruise",
+                            m_scenario.teleports[m_teleports].at_nm));
+}
+
+void Flight_Pilot::Fly_Circuits() {
+    for (const Circuit& circuit : m_scenario.arrival.circuits) {
+        if (circuit.touches)
+            Touch_And_Go();
+        ++m_approach;
+        m_stage = Stage::take_off;
+        Descent_Plan plan = Plan_Descent();
+        plan.from_ft = m_scenario.aircraft.gear_height_ft + circuit.altitude_ft;
+        plan.level_offs.clear();
+        m_profile = Descent_Profile(plan);
+        Climb_To(plan.from_ft);
+        m_stage = Stage::cruise;
+        Cruise_And_Descend();
+    }
+}
+
+void Flight_Pilot::Cruise_And_Descend() {
     const double settled_nm = settle_s * m_now.ground_kt / 3600;
     if (To_Go_Nm() - settled_nm < m_profile.Top_Nm())
         Give_Up(fmt::format("{:.0f} ft are reached {:.1f} nm too late to descend from there",
@@ -136,6 +165,8 @@ void Flight_Pilot::Climb_To(double altitude_ft) {
         rate = std::min(
             {rate, std::sqrt(2 * change * std::max(0.0, left)) * 60, left * 60 / capture_s});
         Fly_Step(Towards(m_now.vertical_fpm, rate, m_performance.fpm_per_s * flight_step_s));
+        if (Height_Ft() <= 0)
+            Give_Up("the go-around comes too late to stay off the ground");
         if (To_Go_Nm() < m_profile.Top_Nm())
             Give_Up(
                 fmt::format("the descent has to begin before {:.0f} ft are reached", altitude_ft));
@@ -144,13 +175,29 @@ void Flight_Pilot::Climb_To(double altitude_ft) {
 }
 
 void Flight_Pilot::Hold_Level(double until_flown_nm) {
-    while (Flown_Nm() < until_flown_nm)
+    while (Flown_Nm() < until_flown_nm) {
+        Teleport_If_Due();
         Fly_Step((m_level_ft - m_now.altitude_ft) * 60 / capture_s);
+    }
+}
+
+void Flight_Pilot::Teleport_If_Due() {
+    const auto& teleports = m_scenario.teleports;
+    if (m_stage != Stage::cruise || m_teleports == teleports.size() ||
+        Flown_Nm() < teleports[m_teleports].at_nm)
+        return;
+    const Teleport& teleport = teleports[m_teleports++];
+    m_now.path_m += teleport.by_nm * metres_per_nm;
+    if (Flown_Nm() < 0 || To_Go_Nm() < m_profile.Top_Nm())
+        Give_Up(fmt::format("{:g} nm from {:g} nm on lead out of the cruise", teleport.by_nm,
+                            teleport.at_nm));
 }
 
 void Flight_Pilot::Descend() {
     m_stage = Stage::descent;
-    const double end_ft = m_helicopter ? 0 : m_performance.flare_ft;
+    double end_ft = m_helicopter ? 0 : m_performance.flare_ft;
+    if (Breaks_Off())
+        end_ft = m_scenario.arrival.circuits[m_approach].from_ft;
     while (Height_Ft() > end_ft) {
         if (m_helicopter && Pad_Reached())
             return;

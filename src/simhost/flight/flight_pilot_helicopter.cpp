@@ -55,17 +55,15 @@ bool Flight_Pilot::Pad_Reached() const {
 void Flight_Pilot::Set_Down() {
     for (double s = 0; s < hover_s; s += flight_step_s)
         Hover_Step(0, (m_arrival_ft + hover_height_ft - m_now.altitude_ft) * 60 / settle_s);
+    const double slow = std::min(m_scenario.touchdown_fpm, sink_fpm);
     while (Height_Ft() > 0) {
         const double share = std::min(1.0, Height_Ft() / gentle_below_ft);
-        const double slow = std::min(m_scenario.touchdown_fpm, sink_fpm);
         const double rate = -(slow + (sink_fpm - slow) * share);
         const double most = m_performance.fpm_per_s * flight_step_s;
         Hover_Step(0, m_now.vertical_fpm + std::clamp(rate - m_now.vertical_fpm, -most, most));
     }
-    m_stage = Stage::ground;
-    m_now.on_ground = true;
-    m_now.altitude_ft = m_arrival_ft;
-    m_now.vertical_fpm = 0;
+    Meet_Ground(m_arrival_ft, slow);
+    Touch_Down();
 }
 
 }  // namespace norvane

@@ -22,8 +22,12 @@ Position On_Runway(const Runway_Data& runway, double from_threshold_m) {
 struct Marks {
     std::vector<std::pair<std::size_t, double>> stops;  // point, seconds
     std::size_t line_up = 0;
-    std::size_t touchdown = 0;
+    std::vector<std::size_t> glides;
 };
+
+double Aim_M(const Runway_Data& runway) {
+    return std::min(aim_m, runway.length_m * most_of_runway_to_aim);
+}
 
 void Add_Departure(const Scenario_Data& scenario, std::vector<Path_Point>& points, Marks& marks) {
     const Airport_Data& airport = scenario.departure;
@@ -48,11 +52,21 @@ void Add_Arrival(const Scenario_Data& scenario, std::vector<Path_Point>& points,
     const Airport_Data& airport = scenario.arrival;
     const Performance_Data& performance = scenario.aircraft.performance;
     const double tight = performance.taxi_turn_radius_m;
-    const double aim = std::min(aim_m, airport.runway->length_m * most_of_runway_to_aim);
-    points.push_back({On_Runway(*airport.runway, aim - airport.final_nm * metres_per_nm),
-                      performance.turn_radius_m});
-    marks.touchdown = points.size();
-    points.push_back({On_Runway(*airport.runway, aim), 0});
+    const double wide = performance.turn_radius_m;
+    const double aim = Aim_M(*airport.runway);
+    const auto approach = [&] {
+        points.push_back(
+            {On_Runway(*airport.runway, aim - airport.final_nm * metres_per_nm), wide});
+        marks.glides.push_back(points.size());
+        points.push_back({On_Runway(*airport.runway, aim), 0});
+    };
+    for (const Circuit& circuit : airport.circuits) {
+        approach();
+        points.push_back({On_Runway(*airport.runway, airport.runway->length_m + wide), wide});
+        for (const Position& position : circuit.route)
+            points.push_back({position, wide});
+    }
+    approach();
     points.push_back({On_Runway(*airport.runway, airport.exit_m), tight});
     for (const Taxi_Point& point : airport.taxi) {
         if (point.hold_s > 0)
@@ -85,14 +99,18 @@ Flight_Route Route_Of(const Scenario_Data& scenario) {
     for (const Position& position : scenario.route)
         points.push_back({position, scenario.aircraft.performance.turn_radius_m});
     if (helicopter) {
-        marks.touchdown = points.size();
+        marks.glides.push_back(points.size());
         points.push_back({scenario.arrival.stand, 0});
     } else {
         Add_Arrival(scenario, points, marks);
     }
-    Flight_Route route{Pushback_Of(scenario), Flight_Path(points, "route"), 0, 0, {}, {}};
+    Flight_Route route{Pushback_Of(scenario), Flight_Path(points, "route"), 0, 0, {}, 0, {}, {}};
     route.line_up_m = route.path.Distance_Of_Point(marks.line_up);
-    route.touchdown_m = route.path.Distance_Of_Point(marks.touchdown);
+    for (const std::size_t glide : marks.glides)
+        route.glides_m.push_back(route.path.Distance_Of_Point(glide));
+    route.touchdown_m = route.glides_m.front();
+    if (const auto& runway = scenario.arrival.runway)
+        route.runway_left_m = runway->length_m - Aim_M(*runway);
     for (const auto& [point, seconds] : marks.stops) {
         const double at_m = route.path.Distance_Of_Point(point);
         (point < marks.line_up ? route.stops_out : route.stops_in).push_back({at_m, seconds});

@@ -19,9 +19,11 @@ struct Flight_Route {
     std::optional<Flight_Path> pushback;
     Flight_Path path;
     double line_up_m = 0;
-    double touchdown_m = 0;       // where the glide path meets the runway
-    std::vector<Stop> stops_out;  // taxiing, before the line-up
-    std::vector<Stop> stops_in;   // taxiing, after the runway
+    double touchdown_m = 0;        // where the first glide path meets the arrival's runway
+    std::vector<double> glides_m;  // where each approach's does
+    double runway_left_m = 0;      // of the arrival's, from there on
+    std::vector<Stop> stops_out;   // taxiing, before the line-up
+    std::vector<Stop> stops_in;    // taxiing, after the runway
 };
 
 /// Raises an error that names the line with a fault.

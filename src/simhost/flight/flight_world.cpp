@@ -10,6 +10,14 @@
 
 namespace norvane {
 
+namespace {
+
+/// The place on the aircraft whose altitude is told lies half a metre above that which is flown:
+/// who reads whole metres only reads those nearest to the flight.
+constexpr double reference_point_ft = feet_per_metre / 2;
+
+}  // namespace
+
 struct Flight_World::Moment {
     double seconds = 0;
     Flown_State state;
@@ -19,14 +27,17 @@ struct Flight_World::Moment {
 Flight_World::Flight_World(Scenario_Data scenario, const std::filesystem::path& simulator_directory)
     : m_scenario(std::move(scenario)),
       m_model(m_scenario),
+      m_clock(m_scenario, m_model.Length_S()),
       m_simulator_directory(Simulator_Directory_Text(simulator_directory)),
       m_aircraft_path(Aircraft_Path_Text(m_scenario.aircraft.folder)) {}
 
 void Flight_World::Apply(double seconds, Offset_Area& area) {
-    const double held = std::clamp(seconds, 0.0, Length());
-    Moment now{.seconds = held, .state = m_model.At(held)};
+    const Flight_Clock::Moment time = m_clock.At(std::clamp(seconds, 0.0, Length()));
+    Moment now{.seconds = time.flight_s, .state = m_model.At(time.flight_s)};
     now.share_of_route = m_model.Share_Of_Route(now.state);
     Apply_Constants(area);
+    area.Set(Variable::paused, time.paused ? 1 : 0);
+    area.Set(Variable::simulation_rate, time.rate);
     Apply_Clock(now, area);
     Apply_Motion(now, area);
     Apply_Engines(now, area);
@@ -47,6 +58,7 @@ void Flight_World::Apply_Constants(Offset_Area& area) const {
     area.Set(Variable::fuel_weight_lb_per_gal, aircraft.fuel_lb_per_gal);
     area.Set(Variable::zero_fuel_weight_lbs, m_scenario.zero_fuel_weight_lbs);
     area.Set(Variable::slew_mode, 0);
+    area.Set(Variable::replaying, 0);
     area.Set(Variable::display_mode, 0);
     area.Set(Variable::surface_wind_third, 0);
 }
@@ -69,7 +81,7 @@ void Flight_World::Apply_Motion(const Moment& now, Offset_Area& area) const {
     const Position position = m_model.Position_Of(state);
     area.Set(Variable::latitude_deg, position.latitude);
     area.Set(Variable::longitude_deg, position.longitude);
-    area.Set(Variable::altitude_ft, state.altitude_ft);
+    Set_Exact_Altitude(state.altitude_ft + reference_point_ft, area);
     area.Set(Variable::ground_elevation_ft, Ground_Ft(m_scenario, now.share_of_route));
     area.Set(Variable::vertical_speed_fpm, state.vertical_fpm);
     area.Set(Variable::indicated_airspeed_kt, state.indicated_kt);
@@ -77,6 +89,11 @@ void Flight_World::Apply_Motion(const Moment& now, Offset_Area& area) const {
     area.Set(Variable::ground_speed_kt, state.ground_kt);
     area.Set(Variable::true_heading_deg, std::fmod(state.heading_deg + 360, 360.0));
     area.Set(Variable::on_ground, state.on_ground ? 1 : 0);
+    area.Set(Variable::pitch_deg, state.pitch_deg);
+    area.Set(Variable::bank_deg, state.bank_deg);
+    area.Set(Variable::g_load, state.load_g);
+    area.Set(Variable::flaps_percent, state.flaps_percent);
+    area.Set(Variable::gear_percent, state.gear_percent);
     Set_Parking_Brake(state.parking_brake, area);
 }
 

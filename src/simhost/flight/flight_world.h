@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "simhost/flight/flight_clock.h"
 #include "simhost/flight/flight_model.h"
 #include "simhost/world_source.h"
 
@@ -19,7 +20,7 @@ class Flight_World : public World_Source {
     Flight_World(Scenario_Data scenario, const std::filesystem::path& simulator_directory);
 
     void Apply(double seconds, Offset_Area& area) override;
-    [[nodiscard]] double Length() const override { return m_model.Length_S(); }
+    [[nodiscard]] double Length() const override { return m_clock.Length_S(); }
 
     [[nodiscard]] const Flight_Model& Model() const { return m_model; }
     [[nodiscard]] const Scenario_Data& Scenario() const { return m_scenario; }
@@ -37,6 +38,7 @@ class Flight_World : public World_Source {
 
     Scenario_Data m_scenario;
     Flight_Model m_model;
+    Flight_Clock m_clock;
     std::string m_simulator_directory;
     std::string m_aircraft_path;
 };

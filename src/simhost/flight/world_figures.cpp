@@ -31,6 +31,11 @@ void Set_Parking_Brake(bool set, Offset_Area& area) {
     area.Set(Variable::parking_brake, set ? brake_set : 0);
 }
 
+void Set_Exact_Altitude(double altitude_ft, Offset_Area& area) {
+    const std::uint32_t offset = Offset_Of(Variable::altitude_fraction_ft);
+    Encode_Exact_Altitude(altitude_ft, area.Bytes(offset, exact_altitude_size));
+}
+
 double Total_Temperature_C(double outside_c, double true_kt, const Air& air) {
     const double mach = true_kt / air.sound_kt;
     return (outside_c + kelvin) * (1 + 0.2 * mach * mach) - kelvin;

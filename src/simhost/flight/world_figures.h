@@ -13,6 +13,8 @@ namespace norvane {
 
 void Set_Clock(const Date_Time& utc, const Time_Of_Day& local, Offset_Area& area);
 void Set_Parking_Brake(bool set, Offset_Area& area);
+/// Whole metres and what is beyond them.
+void Set_Exact_Altitude(double altitude_ft, Offset_Area& area);
 
 /// What a thermometer in the airstream shows, degrees C; `outside_c` is the temperature of the
 /// still air.

@@ -87,6 +87,7 @@ bool Flightgear_Service::Serve(std::chrono::milliseconds at_most, int stop) {
 void Flightgear_Service::Take_Sample(std::vector<std::string> answers) {
     const auto now = std::chrono::steady_clock::now();
     const Sample_Use use = m_world.Take(std::move(answers));
+    m_simulator.Sample_Every(m_world.Is_Hurried() ? m_options.pace.hurried : m_options.pace.sample);
     if (use == Sample_Use::taken) {
         m_last_taken = now;
         if (!m_host)
@@ -119,6 +120,7 @@ void Flightgear_Service::Begin_Serving() {
 
 void Flightgear_Service::Take_Loss(const std::string& reason) {
     m_host.reset();
+    m_world.Ask_All();
     m_last_taken = {};
     Tell(fmt::format("waiting for FlightGear at {}: {}", m_simulator.Address().Text(), reason));
 }

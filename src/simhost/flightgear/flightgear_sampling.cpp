@@ -81,6 +81,27 @@ Flightgear_Sampling::Place Flightgear_Sampling::Place_Of(const Figure_Source& so
     return {index, source.factor};
 }
 
+std::vector<std::size_t> Flightgear_Sampling::Answered(std::span<const Figure> figures) const {
+    std::vector<std::size_t> answered;
+    for (const Figure figure : figures) {
+        for (const std::vector<Place>& places : m_places.at(static_cast<std::size_t>(figure))) {
+            for (const Place& place : places) {
+                if (place.path && !m_answers.at(*place.path).empty())
+                    answered.push_back(*place.path);
+            }
+        }
+    }
+    std::sort(answered.begin(), answered.end());
+    answered.erase(std::unique(answered.begin(), answered.end()), answered.end());
+    return answered;
+}
+
+void Flightgear_Sampling::Take_At(std::span<const std::size_t> places,
+                                  std::vector<std::string> answers) {
+    for (std::size_t i = 0; i < places.size(); ++i)
+        m_answers.at(places[i]) = std::move(answers.at(i));
+}
+
 std::optional<double> Flightgear_Sampling::Find(Figure figure, int n) const {
     const Figure_Row& row = Row_Of(figure);
     const auto& places = m_places.at(static_cast<std::size_t>(figure));

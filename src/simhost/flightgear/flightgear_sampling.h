@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,10 @@ class Flightgear_Sampling {
     [[nodiscard]] const std::vector<std::string>& Paths() const { return m_paths; }
     /// The answers to `Paths`, as many and in their order.
     void Take(std::vector<std::string> answers) { m_answers = std::move(answers); }
+    /// Which of `Paths` tell of these figures and were answered last time.
+    [[nodiscard]] std::vector<std::size_t> Answered(std::span<const Figure> figures) const;
+    /// Answers to those of `Paths` at these places; the others' stay.
+    void Take_At(std::span<const std::size_t> places, std::vector<std::string> answers);
 
     /// The figure by the first of its sources that tells a number within the figure's limits; `n`
     /// counts from 0.

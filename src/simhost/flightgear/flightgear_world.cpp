@@ -31,6 +31,7 @@ constexpr double usual_visibility_m = 16000;
 constexpr double metres_per_statute_mile = 1609.344;
 constexpr double heaviest_precipitation = 5;
 constexpr double highest_air_ft = 65000;
+constexpr double percent = 100;
 constexpr int rain_type = 1;
 constexpr int snow_type = 2;
 
@@ -44,7 +45,10 @@ struct Plain_Figure {
 constexpr auto plain_figures = std::to_array<Plain_Figure>({
     {Figure::latitude_deg, Variable::latitude_deg, 0},
     {Figure::longitude_deg, Variable::longitude_deg, 0},
-    {Figure::altitude_ft, Variable::altitude_ft, 0},
+    {Figure::pitch_deg, Variable::pitch_deg, 0},
+    {Figure::bank_deg, Variable::bank_deg, 0},
+    {Figure::load_g, Variable::g_load, 0},
+    {Figure::simulation_rate, Variable::simulation_rate, 0},
     {Figure::ground_elevation_ft, Variable::ground_elevation_ft, 0},
     {Figure::ground_speed_kt, Variable::ground_speed_kt, 0},
     {Figure::indicated_airspeed_kt, Variable::indicated_airspeed_kt, 0},
@@ -54,6 +58,31 @@ constexpr auto plain_figures = std::to_array<Plain_Figure>({
     {Figure::dew_point_c, Variable::dew_point_c, 0},
     {Figure::sea_level_pressure_inhg, Variable::sea_level_pressure_inhg, usual_pressure_inhg},
 });
+
+/// What tells of a landing, and whether it is one.
+constexpr auto quick_figures = std::to_array<Figure>({
+    Figure::simulator_ready,
+    Figure::aircraft,
+    Figure::paused,
+    Figure::replay,
+    Figure::latitude_deg,
+    Figure::longitude_deg,
+    Figure::altitude_ft,
+    Figure::ground_elevation_ft,
+    Figure::ground_speed_kt,
+    Figure::indicated_airspeed_kt,
+    Figure::true_airspeed_kt,
+    Figure::vertical_speed_fpm,
+    Figure::true_heading_deg,
+    Figure::pitch_deg,
+    Figure::bank_deg,
+    Figure::load_g,
+    Figure::wheel_on_ground,
+    Figure::on_water,
+});
+constexpr int quick_samples = 24;  // from one for all figures to the next
+constexpr double hurried_below_ft = 100;
+constexpr double rolling_kt = 30;
 
 Date_Time Computer_Utc() {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
@@ -94,7 +123,10 @@ Flightgear_World::Flightgear_World(Flightgear_Table table,
 }
 
 Sample_Use Flightgear_World::Take(std::vector<std::string> answers) {
-    m_sampling.Take(std::move(answers));
+    if (m_quick_places.empty())
+        m_sampling.Take(std::move(answers));
+    else
+        m_sampling.Take_At(m_quick_places, std::move(answers));
     if (!m_sampling.Is(Figure::simulator_ready, true))
         return Sample_Use::not_ready;
     const std::string aircraft = m_sampling.Text(Figure::aircraft);
@@ -102,6 +134,7 @@ Sample_Use Flightgear_World::Take(std::vector<std::string> answers) {
         m_aircraft = aircraft;
         m_has_stood_on_wheels = false;
         m_sampling = Flightgear_Sampling(m_table, aircraft);
+        Ask_All();
         return Sample_Use::another_aircraft;
     }
     for (const Figure needed : {Figure::latitude_deg, Figure::longitude_deg, Figure::altitude_ft}) {
@@ -110,7 +143,32 @@ Sample_Use Flightgear_World::Take(std::vector<std::string> answers) {
     }
     m_taken = m_sampling;
     m_has_stood_on_wheels = m_has_stood_on_wheels || Stands_On_Wheels();
+    Choose_Next_Paths();
     return Sample_Use::taken;
+}
+
+void Flightgear_World::Choose_Next_Paths() {
+    m_hurried = Takes_Off_Or_Lands();
+    if (!m_hurried) {
+        Ask_All();
+    } else if (!m_quick_places.empty()) {
+        if (--m_quick_left == 0)
+            Ask_All();
+    } else {
+        m_quick_left = quick_samples;
+        m_quick_places = m_sampling.Answered(quick_figures);
+        m_quick_paths.clear();
+        for (const std::size_t place : m_quick_places)
+            m_quick_paths.push_back(m_sampling.Paths().at(place));
+    }
+}
+
+bool Flightgear_World::Takes_Off_Or_Lands() const {
+    const double above_ft =
+        m_taken.Get(Figure::altitude_ft) - m_taken.Get(Figure::ground_elevation_ft);
+    if (above_ft > hurried_below_ft || m_taken.Is(Figure::paused) || m_taken.Is(Figure::replay))
+        return false;
+    return !Is_On_Ground() || m_taken.Get(Figure::ground_speed_kt) > rolling_kt;
 }
 
 void Flightgear_World::Apply(double, Offset_Area& area) {
@@ -132,6 +190,8 @@ void Flightgear_World::Apply_Simulator(Offset_Area& area) const {
     // Neither a paused aircraft nor a replayed one is flown: clients take no note of a slewed one.
     const bool held = m_taken.Is(Figure::paused) || m_taken.Is(Figure::replay);
     area.Set(Variable::slew_mode, held ? 1 : 0);
+    area.Set(Variable::paused, m_taken.Is(Figure::paused) ? 1 : 0);
+    area.Set(Variable::replaying, m_taken.Is(Figure::replay) ? 1 : 0);
 }
 
 void Flightgear_World::Apply_Clock(Offset_Area& area) const {
@@ -180,6 +240,9 @@ double Flightgear_World::True_Airspeed_Kt() const {
 void Flightgear_World::Apply_Motion(Offset_Area& area) const {
     for (const Plain_Figure& plain : plain_figures)
         area.Set(plain.variable, m_taken.Get(plain.figure, plain.otherwise));
+    Set_Exact_Altitude(m_taken.Get(Figure::altitude_ft), area);
+    area.Set(Variable::flaps_percent, m_taken.Get(Figure::flaps) * percent);
+    area.Set(Variable::gear_percent, m_taken.Get(Figure::gear) * percent);
     area.Set(Variable::true_airspeed_kt, True_Airspeed_Kt());
     area.Set(Variable::true_heading_deg, Direction(m_taken.Get(Figure::true_heading_deg)));
     area.Set(Variable::on_ground, Is_On_Ground() ? 1 : 0);

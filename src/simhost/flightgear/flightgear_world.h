@@ -6,7 +6,11 @@
 // gliders tell nothing of wheels, or "no" for those that they lack: an aircraft that has not stood
 // on a wheel yet is on the ground, too, while it is below 20 ft above ground or water and slower
 // than 40 kt. One that has is not: a helicopter hovers there.
+//
+// Below 100 ft above the ground, in the air or rolling fast, it asks for what tells of a landing
+// only, and for all the rest in every 25th sample.
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -33,7 +37,13 @@ class Flightgear_World : public World_Source {
                      std::uint16_t simulator_version);
 
     /// What to ask.
-    [[nodiscard]] const std::vector<std::string>& Paths() const { return m_sampling.Paths(); }
+    [[nodiscard]] const std::vector<std::string>& Paths() const {
+        return m_quick_places.empty() ? m_sampling.Paths() : m_quick_paths;
+    }
+    /// Everything is to be asked next: what answers may be another simulator than before.
+    void Ask_All() { m_quick_places.clear(); }
+    /// The aircraft takes off or lands: every moment counts.
+    [[nodiscard]] bool Is_Hurried() const { return m_hurried; }
     /// The answers to `Paths`. Only a sample that is taken changes what the world tells.
     Sample_Use Take(std::vector<std::string> answers);
     /// The aircraft's title; empty when nothing tells it.
@@ -51,6 +61,8 @@ class Flightgear_World : public World_Source {
     [[nodiscard]] double Apply_Fuel(Offset_Area& area) const;
     void Apply_Air(Offset_Area& area) const;
     void Apply_Clouds(Offset_Area& area) const;
+    void Choose_Next_Paths();
+    [[nodiscard]] bool Takes_Off_Or_Lands() const;
     [[nodiscard]] bool Stands_On_Wheels() const;
     [[nodiscard]] bool Is_On_Ground() const;
     [[nodiscard]] double True_Airspeed_Kt() const;
@@ -64,6 +76,11 @@ class Flightgear_World : public World_Source {
     std::string m_aircraft;
     Flightgear_Sampling m_sampling;
     Flightgear_Sampling m_taken;
+    bool m_hurried = false;
+    /// What is asked next, as places in the sampling's list; empty: everything.
+    std::vector<std::size_t> m_quick_places;
+    std::vector<std::string> m_quick_paths;
+    int m_quick_left = 0;
     /// This aircraft has told of a wheel on the ground.
     bool m_has_stood_on_wheels = false;
 };

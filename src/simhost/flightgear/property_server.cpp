@@ -105,18 +105,26 @@ void Property_Server::Begin() {
     system_sockets::Send_At_Once(m_socket.Descriptor());
     // Answers without prompt and decoration.
     m_outgoing = "data\r\n";
+    m_next = std::chrono::steady_clock::now();
     Ask();
+}
+
+void Property_Server::Sample_Every(std::chrono::milliseconds pace) {
+    m_pace.sample = pace;
+    if (m_socket.Is_Open() && !m_connecting && m_due == 0)
+        m_next = m_sampled_at + pace;
 }
 
 void Property_Server::Ask() {
     const auto now = std::chrono::steady_clock::now();
+    // A step that comes a little late makes the samples after it no later.
+    m_sampled_at = now - m_next < m_pace.sample ? m_next : now;
     const std::vector<std::string>& wanted = paths();
     for (const std::string& path : wanted)
         m_outgoing += fmt::format("get {}\r\n", path);
     m_due = wanted.size();
     m_answers.clear();
     m_next = now + m_pace.answer;
-    m_sampled_at = now;
     Send();
 }
 

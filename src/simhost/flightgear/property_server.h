@@ -26,6 +26,8 @@ struct Property_Pace {
     std::chrono::milliseconds connect{1000};
     /// Before the next try to connect.
     std::chrono::milliseconds retry{1000};
+    /// From one sample to the next while the aircraft takes off or lands.
+    std::chrono::milliseconds hurried{20};
 };
 
 class Property_Server {
@@ -38,6 +40,9 @@ class Property_Server {
     void Step();
     /// Sets a property; without a connection nothing happens. Control characters become blanks.
     void Set(std::string_view path, std::string_view value);
+
+    /// From the last sample on, the next one comes after so long.
+    void Sample_Every(std::chrono::milliseconds pace);
 
     /// What is to be polled for (an entry without descriptor: nothing), and how long at most until
     /// the next step.

@@ -87,6 +87,24 @@ Runway_Data Read_Runway(Json_Reader reader) {
     return runway;
 }
 
+std::vector<Circuit> Read_Circuits(Json_Reader& reader, double elevation_ft) {
+    std::vector<Circuit> circuits;
+    for (Json_Reader& item : reader.List("circuits")) {
+        Circuit circuit;
+        const std::string after = item.Text("after", 20);
+        circuit.touches = after == "touch-and-go";
+        if (!circuit.touches && after != "go-around")
+            item.Fault("after", "\"touch-and-go\" or \"go-around\" is expected");
+        if (!circuit.touches)
+            circuit.from_ft = item.Number("from_ft", {100, 2000});
+        circuit.altitude_ft = item.Number("altitude_ft", {elevation_ft + 300, 20000});
+        circuit.route = Read_Positions(item, "route");
+        item.Finish();
+        circuits.push_back(std::move(circuit));
+    }
+    return circuits;
+}
+
 enum class Flight_End { departure, arrival };
 
 Airport_Data Read_Airport(Json_Reader reader, Flight_End end, bool helicopter) {
@@ -104,6 +122,7 @@ Airport_Data Read_Airport(Json_Reader reader, Flight_End end, bool helicopter) {
             airport.pushback = Read_Positions(reader, "pushback");
         } else {
             airport.final_nm = reader.Number("final_nm", {0.3, 40});
+            airport.circuits = Read_Circuits(reader, airport.elevation_ft);
             airport.exit_m = reader.Number("exit_m", {200, airport.runway->length_m});
         }
     }
@@ -176,6 +195,29 @@ void Read_Loading(Json_Reader& reader, Scenario_Data& scenario) {
         reader.Fault("fuel_lbs", fmt::format("makes the aircraft heavier than {:g} lb", largest));
 }
 
+void Read_Teleports(Json_Reader& reader, Scenario_Data& scenario) {
+    for (Json_Reader& item : reader.List("teleports")) {
+        scenario.teleports.push_back(
+            {item.Number("at_nm", {0, 10000}), item.Number("by_nm", {-1000, 1000})});
+        item.Finish();
+    }
+}
+
+void Read_Simulator_Time(Json_Reader& reader, Scenario_Data& scenario) {
+    constexpr Range longest{0, 8 * 3600};
+    for (Json_Reader& item : reader.List("pauses")) {
+        scenario.pauses.push_back({item.Number("at_s", longest), item.Number("for_s", {1, 3600})});
+        item.Finish();
+    }
+    double before = 0;
+    for (Json_Reader& item : reader.List("rates")) {
+        const double from = item.Number("from_s", {before, longest.most});
+        before = item.Number("until_s", {from, longest.most});
+        scenario.rated_parts.push_back({from, before, item.Number("rate", {0.25, 16})});
+        item.Finish();
+    }
+}
+
 void Read_Flight(Json_Reader& reader, Scenario_Data& scenario) {
     const bool helicopter = scenario.aircraft.engine.kind == engine_kind::helicopter;
     scenario.tail = reader.Text("tail", 12);
@@ -186,8 +228,11 @@ void Read_Flight(Json_Reader& reader, Scenario_Data& scenario) {
     scenario.parked_s = reader.Number("parked_s", {1, 3600}, 30);
     scenario.line_up_s = reader.Number("line_up_s", seconds_range, 15);
     scenario.engine_off_after_s = reader.Number("engine_off_after_s", seconds_range, 10);
-    scenario.touchdown_fpm = reader.Number("touchdown_fpm", {40, 900}, 200);
+    scenario.touchdown_fpm = reader.Number("touchdown_fpm", {40, 1200}, 200);
     scenario.bounce_s = reader.Number("bounce_s", {0.25, 3}, 0);
+    scenario.crab_kept = reader.Number("crab_kept", {0, 1}, 0);
+    Read_Teleports(reader, scenario);
+    Read_Simulator_Time(reader, scenario);
     scenario.departure =
         Read_Airport(reader.Object("departure"), Flight_End::departure, helicopter);
     scenario.arrival = Read_Airport(reader.Object("arrival"), Flight_End::arrival, helicopter);

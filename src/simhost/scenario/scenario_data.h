@@ -114,6 +114,14 @@ struct Taxi_Point {
     double hold_s = 0;
 };
 
+/// An approach that does not end the flight, and the way to the next one.
+struct Circuit {
+    bool touches = false;  // touch-and-go; otherwise the approach is broken off
+    double from_ft = 0;    // height above the runway at which it is broken off
+    double altitude_ft = 0;
+    std::vector<Position> route;  // between the runway and the next final
+};
+
 /// One end of the flight. A helicopter has its pad for a stand, and neither taxiways nor runway.
 struct Airport_Data {
     std::string icao;
@@ -126,12 +134,32 @@ struct Airport_Data {
     std::optional<Runway_Data> runway;
     double exit_m = 0;    // from the threshold to where the runway is left
     double final_nm = 0;  // straight in before the touchdown
+    std::vector<Circuit> circuits;
     Weather_Data weather;
 };
 
 struct Step_Climb {
     double at_nm = 0;  // flown since take-off
     double altitude_ft = 0;
+};
+
+/// The aircraft is taken somewhere else on its route while it cruises.
+struct Teleport {
+    double at_nm = 0;  // flown since take-off
+    double by_nm = 0;  // ahead; negative back
+};
+
+/// The simulator's time stands still.
+struct Pause {
+    double at_s = 0;  // of the flight
+    double for_s = 0;
+};
+
+/// The simulator's time goes faster or slower.
+struct Rated_Part {
+    double from_s = 0;  // of the flight
+    double until_s = 0;
+    double rate = 1;
 };
 
 struct Scenario_Data {
@@ -153,7 +181,11 @@ struct Scenario_Data {
     double aloft_ft = 0;
     Wind aloft;
     double touchdown_fpm = 200;
-    double bounce_s = 0;  // 0 for none
+    double bounce_s = 0;   // 0 for none
+    double crab_kept = 0;  // share of the crab angle that is left at the touchdown
+    std::vector<Teleport> teleports;
+    std::vector<Pause> pauses;
+    std::vector<Rated_Part> rated_parts;
     double engine_off_after_s = 10;
     Aircraft_Data aircraft;
 };
