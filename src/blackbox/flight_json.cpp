@@ -95,7 +95,8 @@ std::string Compared_Text(const Json& value) {
 
 std::map<std::string, std::string> Compared_Texts(const Flight_Summary& flight) {
     std::map<std::string, std::string> texts;
-    for (const auto& [path, value] : Whole_Json(flight).flatten().items())
+    const Json flat = Whole_Json(flight).flatten();
+    for (const auto& [path, value] : flat.items())
         texts[path.substr(1)] = Compared_Text(value);
     return texts;
 }
