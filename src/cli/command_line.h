@@ -10,6 +10,7 @@
 
 #include "app/session.h"
 #include "cli/console_desktop.h"
+#include "cli/flight_commands.h"
 #include "worldtools/world_locations.h"
 
 namespace norvane {
@@ -37,10 +38,16 @@ struct Words {
     /// The world files of FS2000 and FS2002.
     bool older_world = false;
     bool heliports = false;
+    /// Which recorded flights are listed.
+    Flight_Choice days;
+    std::string format;
+    bool json = false;
 };
 
 /// The commands about flight logs: "log", "hours" and "convert".
 void Add_Log_Commands(CLI::App& app, Words& words, Work& work);
+/// "flight".
+void Add_Flight_Commands(CLI::App& app, Words& words, Work& work);
 /// "world" and "airport". `session` names the simulator when the command runs.
 void Add_World_Commands(CLI::App& app, const Session_Options& session, Words& words, Work& work);
 

@@ -150,6 +150,7 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
     Add_Fly(app, session, fly, work);
     Add_Log_Commands(app, words, work);
+    Add_Flight_Commands(app, words, work);
     Add_Settings(app, words, work);
     Add_Airline(app, words, work);
     Add_Plan(app, words, work);

@@ -9,9 +9,7 @@
 #include <vector>
 
 #include "common/services.h"
-
-struct sqlite3;
-struct sqlite3_stmt;
+#include "config/sqlite_database.h"
 
 namespace norvane {
 
@@ -45,30 +43,15 @@ class Sqlite_Store : public Settings_Store {
     void Back_Up() override;
 
   private:
-    struct Close_Connection {
-        void operator()(sqlite3* connection) const;
-    };
-    struct Finalize_Statement {
-        void operator()(sqlite3_stmt* statement) const;
-    };
-    using Connection = std::unique_ptr<sqlite3, Close_Connection>;
-    using Statement = std::unique_ptr<sqlite3_stmt, Finalize_Statement>;
-    class Execution;
-
     void Open();
     void Close();
-    void Keep_Broken_File(const std::string& fault);
-    /// The connection to a database file; raises when it cannot be opened.
-    [[nodiscard]] static Connection Connect(const std::filesystem::path& file, int flags);
-    void Execute(const char* sql);
-    [[nodiscard]] Statement Prepare(const char* sql);
 
     std::filesystem::path m_file;
     std::string m_trouble;
-    Connection m_connection;
-    Statement m_find;
-    Statement m_set;
-    Statement m_delete_section;
+    std::unique_ptr<Sqlite_Database> m_database;
+    Sqlite_Statement m_find;
+    Sqlite_Statement m_set;
+    Sqlite_Statement m_delete_section;
     int m_depth = 0;
 };
 
