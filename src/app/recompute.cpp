@@ -41,6 +41,15 @@ std::optional<std::uint32_t> Parse_Hex(std::string_view digits) {
     return failure == std::errc() && stop == end ? std::optional(value) : std::nullopt;
 }
 
+/// What the simulator's clock shows, where nothing tells of the computer's.
+Date_Time Simulator_Time(const Offset_Area& area) {
+    const auto whole = [&](Variable variable) { return static_cast<int>(area.Get(variable)); };
+    const Date new_year{std::max(whole(Variable::year), 1), 1, 1};
+    return {
+        Date_Of_Day_Number(Day_Number(new_year) + std::max(whole(Variable::day_of_year), 1) - 1),
+        {whole(Variable::utc_hour), whole(Variable::utc_minute), 0}};
+}
+
 /// A second read of a variable within a step, which found another value.
 std::optional<Recorded_Change> Read_Again(const std::string& remark) {
     constexpr std::string_view key = "again ";
@@ -240,6 +249,8 @@ void Recomputation::Fly_Moment(const Recorded_Moment& moment, bool is_undone) {
 /// A recording of a simulator alone: tracking begins with it, and steps come as they do.
 void Recomputation::Fly_Without_Remarks() {
     Apply(m_moments.front());
+    const Date_Time began = Simulator_Time(m_area);
+    m_clock.Set(began, began);
     Begin_Run();
     Switch_On();
     std::size_t next = 1;
@@ -281,23 +292,27 @@ Recomputed Recomputation::Fly(const std::map<Log_Field, std::string>& typed) {
     return {m_row, m_errors.Entries()};
 }
 
+/// The panel's field that a column of the log shows; null for what does not come out of a flight.
+const Panel_Field* Panel_Field_Of(const Log_Column& column) {
+    const auto fields = Panel_Fields();
+    const auto found = std::ranges::find_if(fields, [&](const Panel_Field& field) {
+        return column.source == Column_Source::field && field.field == column.field;
+    });
+    return found == fields.end() ? nullptr : &*found;
+}
+
 }  // namespace
 
 std::vector<Row_Difference> Differences(const std::string& logged_row,
                                         const std::string& computed_row) {
     const auto logged = Split(logged_row, '|');
     const auto computed = Split(computed_row, '|');
+    const auto columns = All_Log_Columns();
     std::vector<Row_Difference> differences;
-    for (const Panel_Field& field : Panel_Fields()) {
-        if (!field.field)
-            continue;
-        const std::size_t column = Column_Of(*field.field);
-        if (column < logged.size() && column < computed.size() &&
-            logged[column] != computed[column])
-            differences.push_back({column, std::string(All_Log_Columns()[column].caption),
-                                   logged[column], computed[column]});
+    for (std::size_t i = 0; i < columns.size() && i < logged.size() && i < computed.size(); ++i) {
+        if (logged[i] != computed[i] && Panel_Field_Of(columns[i]) != nullptr)
+            differences.push_back({i, std::string(columns[i].caption), logged[i], computed[i]});
     }
-    std::ranges::sort(differences, {}, &Row_Difference::column);
     return differences;
 }
 
@@ -311,12 +326,9 @@ Recomputed Recompute(const Services& outside, const std::vector<Recorded_Moment>
     std::map<Log_Field, std::string> typed;
     ACARS_Form form;
     for (const Row_Difference& difference : Differences(logged_row, as_then.row)) {
-        for (const Panel_Field& field : Panel_Fields()) {
-            const bool is_box = field.field && field.Find_Box(form) != nullptr &&
-                                Column_Of(*field.field) == difference.column;
-            if (is_box && !difference.logged.empty())
-                typed[*field.field] = difference.logged;
-        }
+        const Panel_Field& field = *Panel_Field_Of(All_Log_Columns()[difference.column]);
+        if (field.Find_Box(form) != nullptr && !difference.logged.empty())
+            typed[*field.field] = difference.logged;
     }
     return Recomputation(outside, moments, changes).Fly(typed);
 }
