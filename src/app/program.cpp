@@ -33,7 +33,7 @@ Program::Program(const Services& outside, Transport& transport, const Http_Optio
       http_limits(Limits(http)),
       panel({services, settings, airline, log_entry, response, http_limits}),
       recorder({services, link, settings, airline, engine}),
-      archive(services),
+      archive(services, settings),
       messages({services, settings, airline, http_limits}),
       settings_panel(services, settings, airline),
       pirep_editor({services, settings, airline, response, http_limits}),

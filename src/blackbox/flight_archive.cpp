@@ -6,12 +6,16 @@
 #include <utility>
 
 #include "blackbox/derive.h"
+#include "blackbox/flight_store.h"
 #include "blackbox/recording_head.h"
+#include "blackbox/recordings.h"
 #include "common/code_page.h"
 #include "common/file_writer.h"
 #include "common/gzip_writer.h"
 #include "common/log_error.h"
 #include "common/number.h"
+#include "common/run_error.h"
+#include "config/cls_app_settings.h"
 
 namespace norvane {
 
@@ -53,8 +57,8 @@ std::string Flight_Name(const Flight_Summary& flight, std::string_view otherwise
 
 }  // namespace
 
-Flight_Archive::Flight_Archive(Services& services)
-    : m_services(services), m_timer(services.desktop.Timers(), pause_before_packing) {
+Flight_Archive::Flight_Archive(Services& services, const clsAppSettings& settings)
+    : m_services(services), m_settings(settings), m_timer(services.desktop.Timers(), pause_before_packing) {
     m_timer.tick.Connect([this] { Finish(); });
 }
 
@@ -95,7 +99,7 @@ void Flight_Archive::Take(const std::filesystem::path& recording) {
         }
         const auto packed =
             Free_Name(recording.parent_path(), Flight_Name(flight, stem), packed_ending);
-        Pack_File(recording, packed);
+        Pack_Recording(recording, packed);
         std::filesystem::remove(recording);
         const std::string name = From_Path(packed.filename());
         flight.id = name.substr(0, name.size() - packed_ending.size());
@@ -104,7 +108,7 @@ void Flight_Archive::Take(const std::filesystem::path& recording) {
         const auto& [section, key] = std::pair(stored_recording::section, stored_recording::name);
         if (m_services.settings.Find(section, key) == From_Path(recording.filename()))
             m_services.settings.Set(section, key, name);
-        Taken.Emit(*m_last);
+        Store();
         Add_Row();
     });
 }
@@ -131,7 +135,16 @@ void Flight_Archive::Add_Row() {
     Add_To_Packed_File(Packed_File(),
                        fmt::format("# logged: {}\t{}\n{}\n", m_last->log_name, m_last->logged_row,
                                    Format_Fixed(m_last->length_seconds, 3)));
-    Taken.Emit(*m_last);
+    Store();
+}
+
+void Flight_Archive::Store() {
+    const auto directory = Flights_Directory(m_services);
+    Flight_Store store(directory, Store_Use::write);
+    store.Put(*m_last);
+    Prune(directory, m_settings.OPT_Recordings());
+    if (!store.Trouble().empty())
+        throw Run_Error(error_number::device_io_error, store.Trouble());
 }
 
 void Flight_Archive::Take_Leftovers(bool flight_goes_on) {

@@ -12,14 +12,15 @@
 
 #include "blackbox/flight_summary.h"
 #include "common/services.h"
-#include "common/signal.h"
 #include "common/timer_queue.h"
 
 namespace norvane {
 
+class clsAppSettings;
+
 class Flight_Archive {
   public:
-    explicit Flight_Archive(Services& services);
+    Flight_Archive(Services& services, const clsAppSettings& settings);
     Flight_Archive(const Flight_Archive&) = delete;
     Flight_Archive& operator=(const Flight_Archive&) = delete;
 
@@ -35,16 +36,15 @@ class Flight_Archive {
     /// Another flight begins: what the log gets from now on is not the last one's.
     void Forget_Last();
 
-    /// A flight came into the archive, or its row into its recording.
-    Signal<const Flight_Summary&> Taken;
-
   private:
     void Take(const std::filesystem::path& recording);
     void Add_Row();
+    void Store();
     void Take_Up_Stored(const std::string& stored_name);
     [[nodiscard]] std::filesystem::path Packed_File() const;
 
     Services& m_services;
+    const clsAppSettings& m_settings;
     std::vector<std::filesystem::path> m_waiting;
     /// The flight that was packed last, while the log may still get it.
     std::optional<Flight_Summary> m_last;

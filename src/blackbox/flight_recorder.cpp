@@ -10,6 +10,7 @@
 
 #include "acars/cls_acars.h"
 #include "blackbox/recording_head.h"
+#include "blackbox/recordings.h"
 #include "common/code_page.h"
 #include "common/log_error.h"
 #include "common/number.h"

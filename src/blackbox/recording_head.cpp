@@ -130,10 +130,6 @@ double Seconds_Since_Beginning(const std::vector<Recorded_Moment>& moments,
     return utc ? static_cast<double>(Seconds_Of(now.utc) - Seconds_Of(*utc)) : -1;
 }
 
-std::filesystem::path Flights_Directory(const Services& services) {
-    return services.program_directory / "flights";
-}
-
 std::string Recording_Stamp(const Date_Time& utc) {
     return fmt::format("{}_{:02}{:02}{:02}Z", Format_Iso_Date(utc.date), utc.time.hour,
                        utc.time.minute, utc.time.second);

@@ -48,8 +48,6 @@ inline constexpr std::string_view name = "Recording";
 inline constexpr std::string_view seconds = "RecordedSeconds";
 }  // namespace stored_recording
 
-/// The directory of the recordings, below the program directory.
-[[nodiscard]] std::filesystem::path Flights_Directory(const Services& services);
 /// "2026-11-23_140512Z".
 [[nodiscard]] std::string Recording_Stamp(const Date_Time& utc);
 /// A name in the directory that nothing has yet: `stem` + `ending`, or with "-2" and so on.

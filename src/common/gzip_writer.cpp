@@ -39,10 +39,6 @@ std::string Packed(std::string_view text) {
 
 }  // namespace
 
-void Pack_File(const std::filesystem::path& from, const std::filesystem::path& to) {
-    Write_File_Atomically(to, Packed(Read_File(from)));
-}
-
 void Add_To_Packed_File(const std::filesystem::path& file, std::string_view text) {
     // A packed file may consist of several, one behind the other.
     Write_File_Atomically(file, Read_File(file) + Packed(text));
