@@ -58,7 +58,9 @@ std::string Flight_Name(const Flight_Summary& flight, std::string_view otherwise
 }  // namespace
 
 Flight_Archive::Flight_Archive(Services& services, const clsAppSettings& settings)
-    : m_services(services), m_settings(settings), m_timer(services.desktop.Timers(), pause_before_packing) {
+    : m_services(services),
+      m_settings(settings),
+      m_timer(services.desktop.Timers(), pause_before_packing) {
     m_timer.tick.Connect([this] { Finish(); });
 }
 

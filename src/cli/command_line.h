@@ -42,6 +42,8 @@ struct Words {
     Flight_Choice days;
     std::string format;
     bool json = false;
+    /// Settings to compute a flight with.
+    std::vector<std::string> changes;
 };
 
 /// The commands about flight logs: "log", "hours" and "convert".

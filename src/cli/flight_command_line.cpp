@@ -45,6 +45,15 @@ void Add_Lookers(CLI::App* flight, Words& words, Work& work) {
                     return Flight_Export(open, words.name, words.format, words.value);
                 }};
     });
+    auto* again = Add_Named(
+        flight, "recompute",
+        "Compute a flight again from its recording, and list what differs from its row", words);
+    again->add_option("--set", words.changes, "Another setting than then, as ACARS_EOF=1");
+    again->callback([&] {
+        work = {Access::look, [&](Console&, Session& open) {
+                    return Flight_Recompute(open, words.name, words.changes);
+                }};
+    });
     flight
         ->add_subcommand("verify",
                          "Derive every recording again, and list what differs from what is stored")

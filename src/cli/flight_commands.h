@@ -4,6 +4,7 @@
 // read is named on standard error and passed over.
 
 #include <string>
+#include <vector>
 
 #include "app/session.h"
 
@@ -26,6 +27,12 @@ int Flight_Landing(Session& session, const std::string& id);
 /// Prints nothing; an older file is written over.
 int Flight_Export(Session& session, const std::string& id, const std::string& format,
                   const std::string& file);
+
+/// Computes the flight again with the settings of then but for `changes` ("NAME=VALUE"), and prints
+/// "column: logged -> computed" for each difference to its row, or "no difference". Failed when the
+/// flight does not come to the gate.
+int Flight_Recompute(Session& session, const std::string& id,
+                     const std::vector<std::string>& changes);
 
 /// Prints the flight's ID. Needs a session for writing, as `Flight_Rebuild`.
 int Flight_Import(Session& session, const std::string& file);
