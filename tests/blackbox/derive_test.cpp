@@ -1,9 +1,11 @@
 #include "blackbox/derive.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
 #include <string>
@@ -41,32 +43,33 @@ void Lose(std::vector<Recorded_Moment>& moments, double from_s, double to_s) {
     std::erase_if(moments, [&](const auto& m) { return m.seconds > from_s && m.seconds < to_s; });
 }
 
+template <class Rows>
+std::vector<double> Times(const Rows& rows) {
+    std::vector<double> times;
+    for (const auto& row : rows)
+        times.push_back(row.seconds);
+    return times;
+}
+
 TEST(Derive_Circuit, Is_What_Was_Flown) {
     const Flight_Summary circuit = Derive_Flight(
         "phto", Read_Recording(std::string(NORVANE_SOURCE_DIR) + "/tests/data/phto-circuit.rec"));
-    std::vector<double> times;
-    for (const Recorded_Event& event : circuit.events)
-        times.push_back(event.seconds);
-    EXPECT_THAT(times, ElementsAre(14.931, 40.564, 402.98, 425.364));
+    EXPECT_THAT(Times(circuit.events), ElementsAre(14.931, 40.564, 402.98, 425.364));
     EXPECT_THAT(circuit.events.at(3).near,
                 ElementsAre("parking brake set", "on the ground", "engine 1 running",
                             "ground speed 0 kt", "altitude 36 ft", "fuel 10.1 gal"));
     ASSERT_EQ(circuit.landings.size(), 1U);
-    ASSERT_EQ(circuit.landings[0].touches.size(), 1U);  // the bounce is between two samples
+    // Its bounce lies between two samples.
+    ASSERT_EQ(circuit.landings[0].touches.size(), 1U);
     const Touch& touch = circuit.landings[0].touches[0];
     // The last three samples in the air tell -133, -118 and -95.
     EXPECT_NEAR(touch.rate_fpm.value_or(0), -86, 1);
-    EXPECT_EQ(touch.samples, 3);
-    EXPECT_NEAR(touch.sample_rate_hz, 2.15, 0.01);
-    EXPECT_FALSE(touch.peak_g);
     EXPECT_FALSE(touch.pitch_deg);
     EXPECT_NEAR(circuit.landings[0].roll_out_ft.value_or(0), 99, 2);
-    EXPECT_EQ(circuit.phases.size(), 5U);
     EXPECT_NEAR(circuit.phases.at(2).seconds, 362.416, 1e-6);
     EXPECT_NEAR(circuit.phases.at(2).fuel_gal, 0.543, 0.001);
     EXPECT_THAT(circuit.incidents, IsEmpty());
     EXPECT_NEAR(circuit.distance_flown_nm, 7.6, 0.05);
-    EXPECT_LT(circuit.great_circle_nm, 0.1);
     EXPECT_NEAR(circuit.highest_ft, 1020, 1);
     EXPECT_NEAR(circuit.top_of_climb_s.value_or(0), 118, 1);
     EXPECT_NEAR(circuit.top_of_descent_s.value_or(0), 256, 1);
@@ -74,13 +77,8 @@ TEST(Derive_Circuit, Is_What_Was_Flown) {
 
 TEST(Derive_Notes, Are_Taken_As_They_Stood_At_The_End) {
     auto moments = Two_Minutes();
-    moments[0].remarks = {"program: Norvane 0.1.0",
-                          "utc: 2026-11-23T14:05:12.345Z",
-                          "flight: 214",
-                          "setting: ACARS_EOF=0",
-                          "setting: Line=a=b",
-                          "unheard of: 1",
-                          "start"};
+    moments[0].remarks = {"program: Norvane 0.1.0", "flight: 214",   "setting: ACARS_EOF=0",
+                          "setting: Line=a=b",      "unheard of: 1", "start"};
     At(moments, 10).remarks = {"event OUT: brake-released|21|v|parking brake|1|0|s|A||1",
                                "airport OUT: KJFK"};
     At(moments, 20).remarks = {"event OFF: off-ground|41"};
@@ -94,21 +92,14 @@ TEST(Derive_Notes, Are_Taken_As_They_Stood_At_The_End) {
     moments.push_back({300, {}, {"logged: MYLOG\ta\tb", "ended: logged"}});
     const Flight_Summary flight = Derive_Flight("id", moments);
     EXPECT_EQ(flight.program_version, "0.1.0");
-    EXPECT_EQ(flight.began_utc, "2026-11-23T14:05:12.345Z");
     EXPECT_EQ(flight.flight_number + flight.origin + flight.destination, "214KJFK");
     EXPECT_THAT(flight.settings, ElementsAre(Pair("Line", "a=b"), Pair("ACARS_EOF", "1")));
     EXPECT_EQ(flight.log_name, "MYLOG");
     EXPECT_EQ(flight.logged_row, "a\tb");
-    std::vector<double> times;
-    for (const Recorded_Event& event : flight.events)
-        times.push_back(event.seconds);
-    EXPECT_THAT(times, ElementsAre(10, 20, 100));
+    EXPECT_THAT(Times(flight.events), ElementsAre(10, 20, 100));
     EXPECT_EQ(flight.events.at(0).evidence.step, 21);
     EXPECT_EQ(flight.events.at(0).evidence.values.at(0).name, "parking brake");
-    std::vector<double> phases;
-    for (const Phase_Sum& sum : flight.phases)
-        phases.push_back(sum.seconds);
-    EXPECT_THAT(phases, ElementsAre(10, 10, 70, 30));
+    EXPECT_THAT(Times(flight.phases), ElementsAre(10, 10, 70, 30));
     ASSERT_EQ(flight.incidents.size(), 1U);
     EXPECT_EQ(flight.incidents[0].kind, Incident_Kind::taken_up);
     EXPECT_EQ(flight.length_seconds, 120);
@@ -132,116 +123,55 @@ TEST(Derive_Segments, Begin_Where_The_Line_Breaks_And_Nowhere_Else) {
         }
     };
     const struct {
-        const char* name;
+        const char* what;
         std::function<void(Moments&)> change;
-        Incident_Kind kind;
-        double seconds;
-        double lasted;
-        double value;
-        std::vector<double> segments;
-        double flown_nm;
     } cases[] = {
-        {"three seconds without a sample",
-         [](Moments& m) { Lose(m, 50, 53); },
-         Incident_Kind::gap,
-         -1,
-         0,
-         0,
-         {0},
-         6.48},
-        {"a gap",
-         [](Moments& m) { Lose(m, 50, 60); },
-         Incident_Kind::gap,
-         50,
-         10,
-         0,
-         {0, 60},
-         6.48},
-        {"a pause told by both ends",
+        {"0; 6.48 nm", [](Moments& m) { Lose(m, 50, 53); }},
+        {"0 60; 6.48 nm; gap 50 for 10: 0.00", [](Moments& m) { Lose(m, 50, 60); }},
+        {"0 60; 6.48 nm; pause 50 for 10: 0.00",
          [](Moments& m) {
              At(m, 50).remarks = {"paused"};
              At(m, 60).remarks = {"resumed"};
              Lose(m, 50, 60);
-         },
-         Incident_Kind::pause,
-         50,
-         10,
-         0,
-         {0, 60},
-         6.48},
-        {"a pause told at its end",
+         }},
+        {"0 60; 6.48 nm; pause 50 for 10: 0.00",
          [](Moments& m) {
              At(m, 60).remarks = {"paused", "resumed"};
              Lose(m, 50, 60);
-         },
-         Incident_Kind::pause,
-         50,
-         10,
-         0,
-         {0, 60},
-         6.48},
-        {"a replay",
-         [&](Moments& m) { set(m, Variable::replaying, 1, 50, 60); },
-         Incident_Kind::replay,
-         50,
-         10,
-         0,
-         {0, 60},
-         5.91},
-        {"a short pause of the simulator, and the aircraft where it was",
-         [&](Moments& m) { set(m, Variable::paused, 1, 50, 50.5); },
-         Incident_Kind::pause,
-         50,
-         0.5,
-         0,
-         {0, 50.5},
-         6.48},
-        {"set 6 nm aside",
-         [&](Moments& m) { move(m, 0.1, 50); },
-         Incident_Kind::teleport,
-         50,
-         0,
-         6,
-         {0, 50},
-         6.45},
-        {"slewed 0.06 nm aside",
+         }},
+        {"0 60; 5.91 nm; replay 50 for 10: 0.00",
+         [&](Moments& m) { set(m, Variable::replaying, 1, 50, 60); }},
+        {"0 50.5; 6.48 nm; pause 50 for 0.5: 0.00",
+         [&](Moments& m) { set(m, Variable::paused, 1, 50, 50.5); }},
+        {"0 50; 6.45 nm; teleport 50 for 0: 6.00", [&](Moments& m) { move(m, 0.1, 50); }},
+        {"0 50.5; 6.43 nm; teleport 50.5 for 0: 0.08",
          [&](Moments& m) {
              move(m, 0.001, 50);
              set(m, Variable::slew_mode, 1, 50, 50.5);
-         },
-         Incident_Kind::teleport,
-         50.5,
-         0,
-         0.08,
-         {0, 50.5},
-         6.43},
-        {"as fast as flown at four times the rate",
-         [&](Moments& m) { set(m, Variable::simulation_rate, 4, 50, 120.5); },
-         Incident_Kind::rate_change,
-         50,
-         0,
-         4,
-         {0},
-         6.48},
+         }},
+        {"0; 63.17 nm; rate 50 for 0: 16.00",
+         [&](Moments& m) {
+             for (double s = 50; s <= 120; s += 0.5)
+                 At(m, s) = test::Made_Moment(s, Cruise(50 + 16 * (s - 50)));
+             set(m, Variable::simulation_rate, 16, 50, 120.5);
+         }},
     };
     for (const auto& c : cases) {
         auto moments = Two_Minutes();
         c.change(moments);
         const Flight_Summary flight = Derive_Flight("made", moments);
-        std::vector<double> segments;
+        std::string told;
         for (const Flight_Point& point : flight.track) {
             if (point.begins_segment)
-                segments.push_back(point.seconds);
+                told += fmt::format("{}{}", told.empty() ? "" : " ", point.seconds);
         }
-        EXPECT_EQ(segments, c.segments) << c.name;
-        EXPECT_NEAR(flight.distance_flown_nm, c.flown_nm, 0.015) << c.name;
-        ASSERT_EQ(flight.incidents.size(), c.seconds < 0 ? 0U : 1U) << c.name;
-        for (const Flight_Incident& incident : flight.incidents) {
-            EXPECT_EQ(incident.kind, c.kind) << c.name;
-            EXPECT_EQ(incident.seconds, c.seconds) << c.name;
-            EXPECT_EQ(incident.lasted_seconds, c.lasted) << c.name;
-            EXPECT_NEAR(incident.value, c.value, 0.02) << c.name;
-        }
+        told += fmt::format("; {:.2f} nm", flight.distance_flown_nm);
+        constexpr std::array kinds{"pause", "gap", "taken up", "rate", "teleport", "replay"};
+        for (const Flight_Incident& incident : flight.incidents)
+            told += fmt::format("; {} {} for {}: {:.2f}",
+                                kinds.at(static_cast<std::size_t>(incident.kind)), incident.seconds,
+                                incident.lasted_seconds, incident.value);
+        EXPECT_EQ(told, c.what);
     }
 }
 
@@ -275,24 +205,25 @@ std::pair<double, double> Track_Errors(const test::Made_World& world,
 }
 
 /// Turns and climbs, once in so many seconds.
-test::Made_World Turning(double turn_s) {
-    return [turn_s](double s) {
+test::Made_World Turning(double turn_s, double climb_s) {
+    return [=](double s) {
         Made_State state;
         state.position = {60 + 0.02 * std::sin(s / turn_s * 6.2832), 0.0005 * s};
-        state.altitude_ft = 5000 + 900 * std::sin(s / turn_s * 4);
+        state.altitude_ft = 5000 + 900 * std::sin(s / climb_s * 6.2832);
         return state;
     };
 }
 
 TEST(Derive_Track, Keeps_Its_Limits_In_Turns_And_Its_Length_In_All) {
-    const auto world = Turning(240);
-    const auto turns = Derive_Flight("made", Sample_World(world, {0, 3600, 2})).track;
-    EXPECT_LT(turns.size(), 1000U);
-    const auto [metres, feet] = Track_Errors(world, turns, 3600);
-    EXPECT_LT(metres, 50);
-    EXPECT_LT(feet, 50);
+    for (const auto& world : {Turning(240, 7200), Turning(7200, 240)}) {
+        const auto turns = Derive_Flight("made", Sample_World(world, {0, 3600, 2})).track;
+        EXPECT_LT(turns.size(), 1000U);
+        const auto [metres, feet] = Track_Errors(world, turns, 3600);
+        EXPECT_LT(metres, 50);
+        EXPECT_LT(feet, 50);
+    }
     // More turns than fit, in two segments.
-    auto moments = Sample_World(Turning(20), {0, 9000, 2});
+    auto moments = Sample_World(Turning(20, 30), {0, 9000, 2});
     Lose(moments, 4000, 5000);
     const auto many = Derive_Flight("made", moments).track;
     EXPECT_EQ(many.size(), 2000U);
