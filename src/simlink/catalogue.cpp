@@ -221,6 +221,15 @@ double Rounded(Rounding rounding, double value) {
     return value;
 }
 
+/// What `Rounded` converts besides rounding.
+double Converted(Rounding rounding, double value) {
+    if (rounding == Rounding::whole_metres)
+        return value * knots_per_metre_per_second;
+    if (rounding == Rounding::whole_feet)
+        return value / 100;
+    return value;
+}
+
 /// What `Rounded` converts besides rounding, undone.
 double Before_Rounding(Rounding rounding, double value) {
     if (rounding == Rounding::whole_metres)
@@ -275,6 +284,11 @@ std::uint32_t Offset_Of(Variable variable, int engine) {
 double Decode(Variable variable, std::span<const std::byte> bytes) {
     const Variable_Row& row = Checked_Row(variable, bytes.size());
     return Rounded(row.rounding, Raw_Number(row, bytes) * row.scale);
+}
+
+double Decode_Unrounded(Variable variable, std::span<const std::byte> bytes) {
+    const Variable_Row& row = Checked_Row(variable, bytes.size());
+    return Converted(row.rounding, Raw_Number(row, bytes) * row.scale);
 }
 
 double Decode_Exact_Altitude(std::span<const std::byte> bytes) {

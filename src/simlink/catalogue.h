@@ -128,6 +128,8 @@ struct Variable_Row {
 /// The value of `bytes` (as many as the row's size) of a numeric variable, in the row's unit. A
 /// floating-point field that holds no finite number counts as 0.
 [[nodiscard]] double Decode(Variable variable, std::span<const std::byte> bytes);
+/// As `Decode`, without the rounding: for what is computed from many samples.
+[[nodiscard]] double Decode_Unrounded(Variable variable, std::span<const std::byte> bytes);
 /// Feet above mean sea level, unrounded, from the 8 bytes at `altitude_fraction_ft`, behind which
 /// `altitude_ft` stands.
 inline constexpr std::size_t exact_altitude_size = 8;
