@@ -73,6 +73,8 @@ std::string Explained(const Flight_Summary& flight, const Recorded_Event& event)
     const Block_Evidence& evidence = event.evidence;
     if (evidence.rule == Block_Rule::none)
         text += ": taken from the recording; no engine told why.";
+    else if (evidence.step == 0)
+        text += fmt::format(", taken from the recording: {}.", Words_Of(evidence.rule));
     else
         text += fmt::format(", step {}: {}.", evidence.step, Words_Of(evidence.rule));
     return text + Sentence("", Values_Text(evidence.values)) +
@@ -117,7 +119,7 @@ std::string Recorded_Line(const Flight_Summary& flight) {
     std::string text = flight.began_utc;
     if (flight.length_seconds > 0)
         text += (text.empty() ? "" : ", ") + Duration_Text(flight.length_seconds);
-    return flight.program_version.empty() ? text : text + ", " + flight.program_version;
+    return flight.program_version.empty() ? text : text + ", Norvane " + flight.program_version;
 }
 
 std::string Moments_Text(const Flight_Summary& flight) {

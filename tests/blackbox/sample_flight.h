@@ -8,7 +8,7 @@ namespace norvane::test {
 inline Flight_Summary Sample_Flight(std::string id = "2026-11-23_1405Z_KJFK-KBOS_214") {
     Flight_Summary flight;
     flight.id = std::move(id);
-    flight.program_version = "Norvane 0.1.0";
+    flight.program_version = "0.1.0";
     flight.began_utc = "2026-11-23T14:05:12.345Z";
     flight.airline = "Zo\xEB & <Sons>";
     flight.flight_number = "214";
