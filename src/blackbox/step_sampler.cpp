@@ -42,6 +42,8 @@ constexpr auto noise = std::to_array<Noise>({
     {Variable::total_air_temperature_c, 4},
 });
 constexpr unsigned tank_noise = 8;
+/// A simulator that has refused the whole block so often in a row does not know it.
+constexpr int most_refusals = 3;
 
 constexpr auto fast_variables = std::to_array<Variable>({
     Variable::latitude_deg,
@@ -111,15 +113,19 @@ Step_Sampler::Step_Sampler() {
 
 void Step_Sampler::Begin_Anew() {
     m_image = {};
-    m_refused = false;
+    m_refusals = 0;
 }
 
 Recorded_Moment Step_Sampler::Sample_Step(modFSUIPC& link, const Engine_Step& step) {
     Recorded_Moment moment;
     int result = ipc_result::okay;
-    if (m_refused || !Read_Fields(link, m_fields, false, m_sample, result))
+    const bool is_asked = m_refusals < most_refusals;
+    if (!is_asked || !Read_Fields(link, m_fields, false, m_sample, result))
         m_sample.clear();
-    m_refused = m_refused || result == ipc_result::bad_data || result == ipc_result::block_full;
+    if (is_asked && result != ipc_result::bad_data)
+        m_refusals = 0;
+    else
+        ++m_refusals;
     // The position decides only where something happens: elsewhere it is read to be forgotten.
     const bool exact = step.has_events || step.kind != Engine_Step::Kind::step;
     std::map<std::uint32_t, Recorded_Change> first_reads;

@@ -40,8 +40,8 @@ class Step_Sampler {
     std::vector<Recorded_Field> m_fast_fields;
     std::vector<Recorded_Change> m_sample;
     Recorded_Image m_image;
-    /// The simulator refused the block: only what the engine reads is recorded.
-    bool m_refused = false;
+    /// Of the whole block, in a row; after some of them only what the engine reads is recorded.
+    int m_refusals = 0;
 };
 
 }  // namespace norvane

@@ -58,7 +58,7 @@ TEST_F(App_Settings, First_Start_Makes_The_Directories_And_Takes_The_Defaults) {
     const clsAppSettings settings(services);
     EXPECT_EQ(Read("logs/My Flight Log.txt"), "\r\n");
     EXPECT_EQ(Values(settings),
-              "My Flight Log|14671839|8404992|16777215|1|1|0|0|0|0|False|False|False|False|False|"
+              "My Flight Log|14671839|8404992|16777215|1|1|0|0|0|0|False|False|False|False|200|False|"
               "False|0|0|0||FS|0||DEFAULT|My Flight Log||||||False||||||" +
                   Log_File("My Flight Log") + "|False|");
 }
@@ -170,7 +170,7 @@ TEST_F(App_Settings, A_Bad_Value_Costs_Itself_Alone_And_The_Next_Save_Keeps_A_Co
                                   HasSubstr("Error Number: 13"), SizeIs(testing::Lt(1000U)))));
     EXPECT_THAT(desktop.boxes.at(0).text,
                 HasSubstr("ACARS_Fuel, Simulator_Address, Airline_IATAPrefix"));
-    EXPECT_THAT(Values(settings), HasSubstr("|1|1|0|0|1|0|False|False|True|False|True|False|"));
+    EXPECT_THAT(Values(settings), HasSubstr("|1|1|0|0|1|0|False|False|True|False|200|True|False|"));
     EXPECT_EQ(settings.Virtual_Airline() + settings.PilotID(), "SKYSKY7");
 
     EXPECT_TRUE(settings.Save_Settings());

@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "simlink/recording.h"
 #include "simhost/world_source.h"
+#include "simlink/recording.h"
 
 namespace norvane {
 
