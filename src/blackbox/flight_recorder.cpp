@@ -151,7 +151,7 @@ void Flight_Recorder::Write_Step(const Engine_Step& step) {
     }
     if (m_first)
         Add(*std::exchange(m_first, std::nullopt));
-    Add(std::move(moment));
+    Add(moment);
     Keep_Place(step.now);
     const auto now = m_parts.services.clock.Monotonic();
     if (matters || now - m_synced >= longest_unsynced) {

@@ -78,6 +78,7 @@ void Reject_Outliers(std::vector<Fit_Point>& points) {
     const double slope = Median(std::move(slopes));
     const auto rest = [&](const Fit_Point& point) { return point.value - slope * point.seconds; };
     std::vector<double> rests;
+    rests.reserve(points.size());
     for (const Fit_Point& point : points)
         rests.push_back(rest(point));
     const double middle = Median(rests);

@@ -35,6 +35,7 @@ std::vector<Recorded_Field> Recorded_Fields() {
         sizes[tank.capacity_offset] = 4;
     }
     std::vector<Recorded_Field> fields;
+    fields.reserve(sizes.size());
     for (const auto& [offset, size] : sizes)
         fields.push_back({offset, size});
     return fields;

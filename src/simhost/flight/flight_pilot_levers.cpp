@@ -40,13 +40,13 @@ void Flight_Pilot::Set_Levers() {
     else if (!m_now.pushed && m_now.ground_kt > 0)
         flaps = take_off_flaps_percent;
     m_now.flaps_percent = flaps;
-    if (!retracts || m_now.on_ground || (leaves && Height_Ft() < gear_up_ft))
+    const bool goes_up = leaves ? m_now.vertical_fpm > 0
+                                : To_Go_Nm() > approach[1].to_go_nm * gear_down_before_flaps;
+    const bool stays_down = !retracts || m_now.on_ground || (leaves && Height_Ft() < gear_up_ft);
+    if (stays_down || (!leaves && !goes_up))
         m_now.gear_percent = 100;
-    else if (leaves ? m_now.vertical_fpm > 0
-                    : To_Go_Nm() > approach[1].to_go_nm * gear_down_before_flaps)
+    else if (goes_up)
         m_now.gear_percent = 0;
-    else if (!leaves)
-        m_now.gear_percent = 100;
 }
 
 }  // namespace norvane
