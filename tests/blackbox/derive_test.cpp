@@ -110,7 +110,8 @@ TEST(Derive_Segments, Begin_Where_The_Line_Breaks_And_Nowhere_Else) {
     const auto set = [](Moments& moments, Variable variable, double value, double from_s,
                         double to_s) {
         for (double s = from_s; s <= std::min(to_s, 120.0); s += 0.5) {
-            auto& bytes = At(moments, s).changes.emplace_back(Offset_Of(variable)).bytes;
+            auto& bytes =
+                At(moments, s).changes.emplace_back(Recorded_Change{Offset_Of(variable), {}}).bytes;
             bytes.resize(Row_Of(variable).size);
             Encode(variable, s < to_s ? value : 0, bytes);
         }
