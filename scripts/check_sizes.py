@@ -13,7 +13,7 @@ FOLDERS = ("src/", "tests/", "scripts/", "bench/", "fuzz/", "cmake/")
 DATA = ("tests/data/", "fuzz/corpus/")
 PICTURES = (".svg", ".qrc")
 # On its way down to 0.36: tests are to be a quarter to a third of all the code. It never goes up.
-TESTS_ALLOWED = 0.42
+TESTS_ALLOWED = 0.36
 
 
 def lines_allowed(name):
