@@ -88,7 +88,9 @@ void Flight_Archive::Take(const std::filesystem::path& recording) {
         const std::string stem = From_Path(recording.stem());
         Flight_Summary flight;
         try {
-            flight = Derive_Flight(stem, Read_Recording(recording));
+            const auto moments = Read_Recording(recording);
+            m_end_seconds = moments.back().seconds;
+            flight = Derive_Flight(stem, moments);
         } catch (...) {
             // Looked at once, not at every start.
             std::filesystem::rename(recording, recording.string() + std::string(damaged_ending));
@@ -136,7 +138,7 @@ void Flight_Archive::Add_Row() {
     m_last->logged_row = std::exchange(m_line, {});
     Add_To_Packed_File(Packed_File(),
                        fmt::format("# logged: {}\t{}\n{}\n", m_last->log_name, m_last->logged_row,
-                                   Format_Fixed(m_last->length_seconds, 3)));
+                                   Format_Fixed(m_end_seconds, 3)));
     Store();
 }
 
@@ -177,8 +179,10 @@ void Flight_Archive::Take_Up_Stored(const std::string& stored_name) {
     Guarded(m_services, "Flight_Archive.Take_Leftovers()", Show::silent, [&] {
         const auto file = Flights_Directory(m_services) / To_Path(stored_name);
         if (std::filesystem::exists(file)) {
+            const auto moments = Read_Recording(file);
+            m_end_seconds = moments.back().seconds;
             m_last = Derive_Flight(stored_name.substr(0, stored_name.size() - packed_ending.size()),
-                                   Read_Recording(file));
+                                   moments);
         }
     });
 }

@@ -48,6 +48,8 @@ class Flight_Archive {
     std::vector<std::filesystem::path> m_waiting;
     /// The flight that was packed last, while the log may still get it.
     std::optional<Flight_Summary> m_last;
+    /// Of its recording's last moment.
+    double m_end_seconds = 0;
     /// What the log has of the flight whose recording waits.
     std::string m_log_name;
     std::string m_line;

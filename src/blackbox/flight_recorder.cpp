@@ -134,10 +134,12 @@ void Flight_Recorder::Forget_Contact() {
 void Flight_Recorder::Write_Step(const Engine_Step& step) {
     const bool is_start = step.kind != Engine_Step::Kind::step;
     Note_Clock(step.has_events);
-    if (step.kind == Engine_Step::Kind::step)
+    if (step.kind == Engine_Step::Kind::step) {
         Note_Events(step);
-    else if (step.kind == Engine_Step::Kind::started)
+    } else if (step.kind == Engine_Step::Kind::started) {
         m_remarks.emplace_back("start");
+        Note_Airports(step.now, step.before);
+    }
     if (m_first)
         m_sampler.Complete(*m_first, step);
     Recorded_Moment moment = m_sampler.Sample_Step(m_parts.link, step);

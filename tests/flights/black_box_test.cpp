@@ -58,6 +58,7 @@ TEST(Black_Box, Gives_the_logged_row_again_and_under_other_settings_another) {
         ASSERT_EQ(row.size(), 53U);
         End(flight);
         EXPECT_THAT(Recomputed(flight, row), IsEmpty());
+        EXPECT_THAT(Recording_Of(flight).string(), HasSubstr("_PHTO-PHTO"));
         EXPECT_TRUE(flight.Take_Reports().empty());
         if (*clock == '1')
             continue;
