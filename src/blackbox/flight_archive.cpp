@@ -134,11 +134,11 @@ void Flight_Archive::Note_Logged(std::string_view log_name, std::string_view lin
 void Flight_Archive::Add_Row() {
     if (m_line.empty())
         return;
-    m_last->log_name = std::exchange(m_log_name, {});
-    m_last->logged_row = std::exchange(m_line, {});
     Add_To_Packed_File(Packed_File(),
-                       fmt::format("# logged: {}\t{}\n{}\n", m_last->log_name, m_last->logged_row,
-                                   Format_Fixed(m_end_seconds, 3)));
+                       fmt::format("# logged: {}\t{}\n{}\n", std::exchange(m_log_name, {}),
+                                   std::exchange(m_line, {}), Format_Fixed(m_end_seconds, 3)));
+    // What is stored is what the recording says, its last lines included.
+    m_last = Derive_Flight(std::string(m_last->id), Read_Recording(Packed_File()));
     Store();
 }
 
