@@ -57,10 +57,11 @@ class App_Settings : public test::Test_World {
 TEST_F(App_Settings, First_Start_Makes_The_Directories_And_Takes_The_Defaults) {
     const clsAppSettings settings(services);
     EXPECT_EQ(Read("logs/My Flight Log.txt"), "\r\n");
-    EXPECT_EQ(Values(settings),
-              "My Flight Log|14671839|8404992|16777215|1|1|0|0|0|0|False|False|False|False|200|False|"
-              "False|0|0|0||FS|0||DEFAULT|My Flight Log||||||False||||||" +
-                  Log_File("My Flight Log") + "|False|");
+    EXPECT_EQ(
+        Values(settings),
+        "My Flight Log|14671839|8404992|16777215|1|1|0|0|0|0|False|False|False|False|200|False|"
+        "False|0|0|0||FS|0||DEFAULT|My Flight Log||||||False||||||" +
+            Log_File("My Flight Log") + "|False|");
 }
 
 TEST_F(App_Settings, Every_Setting_Is_Saved_In_One_Batch_And_Found_Again) {
