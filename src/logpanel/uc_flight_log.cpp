@@ -185,7 +185,6 @@ void ucFlightLog::FlightLog_Change() {
             failure = Caught_Error();
         }
         m_unsaved_edits = false;
-        m_row_edits.Clear();
         m_failed_flights.clear();
         // First the file: an emptied table must never be written over the log before.
         m_file.emplace(m_services, m_settings.FlightLog_Path());
@@ -435,7 +434,6 @@ std::string ucFlightLog::Keep_Unsaved_Edits() {
         notice.append(notice.empty() ? "" : "  ").append(undeleted);
     }
     m_unsaved_edits = false;
-    m_row_edits.Clear();
     m_failed_flights.clear();
     return notice;
 }

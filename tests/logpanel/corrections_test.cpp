@@ -38,10 +38,10 @@ class Panel_Corrections : public Log_World {
 TEST_F(Panel_Corrections, An_edit_is_kept_once_it_is_saved_and_not_when_it_is_given_up) {
     Type(0, comments, "given up");
     log->Grid_Undo();
+    EXPECT_TRUE(log->Grid_Save());
     Type(0, comments, "given up too");
     desktop.answers = {Answer::no};
-    EXPECT_TRUE(Close());
-    Start();
+    EXPECT_TRUE(log->Closing());
     Type(0, comments, "there");
     Type(0, comments, "first");
     Type(1, comments, "deleted");
