@@ -71,6 +71,27 @@ void Add_Row_Commands(CLI::App* log, Words& words, Work& work) {
     });
 }
 
+void Add_Corrections(CLI::App* log, Words& words, Work& work) {
+    auto* history =
+        log->add_subcommand("history", "List what was corrected in a flight, oldest first");
+    Add_Row(history, words);
+    history->add_option("--log", words.name, "The log; the active one unless given");
+    history->callback([&] {
+        work = {Access::look, [&](Console&, Session& open) {
+                    return Log_History(open, {words.row, {}}, words.name);
+                }};
+    });
+    auto* undo = log->add_subcommand(
+        "undo", "Take back the last correction of a flight of the active log (asks)");
+    Add_Row(undo, words);
+    Add_Date(undo, words);
+    undo->callback([&] {
+        work = {Access::write, [&](Console&, Session& open) {
+                    return Log_Undo(open, {words.row, words.date});
+                }};
+    });
+}
+
 /// Who only lists needs no lock, and works beside a flight.
 void Add_Recover(CLI::App* log, Words& words, Work& work) {
     auto* recover = log->add_subcommand(
@@ -118,6 +139,7 @@ void Add_Log_Commands(CLI::App& app, Words& words, Work& work) {
     Add_Named(log->add_subcommand("remove", "Delete a log (asks)"), words, work, Log_Remove);
     Add_Named(log->add_subcommand("use", "Make a log the active one"), words, work, Log_Use);
     Add_Row_Commands(log, words, work);
+    Add_Corrections(log, words, work);
     Add_Recover(log, words, work);
     Add_Reports(log, words, work);
     auto* hours = app.add_subcommand("hours", "Block time of the active log by aircraft type");

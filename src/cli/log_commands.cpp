@@ -18,6 +18,7 @@
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
 #include "config/log_names.h"
+#include "flightlog/corrections.h"
 #include "flightlog/log_reading.h"
 #include "flightlog/log_reports.h"
 #include "flightlog/mod_fs_log.h"
@@ -116,17 +117,22 @@ class Log_Management {
     frmFlightLog form;
 };
 
+/// The captions as the pilot reads them.
+Grid_Layout Layout_Of(Services& services, const clsAppSettings& settings) {
+    clsVASettings airline(services);
+    airline.Get_VA_Settings(settings.Virtual_Airline());
+    Grid_Layout layout(services);
+    layout.Load(false, airline.Directory());
+    return layout;
+}
+
 /// What a report of the active log is made of.
 struct Report_Source {
     explicit Report_Source(Session& session)
         : services(session.Outside()),
           settings(services),
           table(Read_Log(services, settings.FlightLog())),
-          layout(services) {
-        clsVASettings airline(services);
-        airline.Get_VA_Settings(settings.Virtual_Airline());
-        layout.Load(false, airline.Directory());
-    }
+          layout(Layout_Of(services, settings)) {}
     int Show(const std::filesystem::path& report) const {
         services.desktop.Open_File(report);
         return exit_status::done;
@@ -227,6 +233,47 @@ int Log_Import_Plan(Session& session, const Row_Choice& row, const std::string& 
     Open_Log log(session, row);
     log.panel.Read_Flight_Plan(file);
     return Status_Of(log.panel.Grid_Save());
+}
+
+int Log_History(Session& session, const Row_Choice& row, const std::string& name) {
+    Services& outside = session.Outside();
+    const clsAppSettings settings(outside);
+    const Log_Table table =
+        Read_Log(outside, name.empty() ? settings.FlightLog() : Log_Name_From_Utf8(name));
+    const std::size_t index = Checked_Row(table, row, outside.regional);
+    const Grid_Layout layout = Layout_Of(outside, settings);
+    Corrections corrections(outside);
+    for (const Correction& each : corrections.History(table.Line(index))) {
+        std::vector<std::string> texts{each.when, layout.Distinct_Caption(each.column), each.was,
+                                       each.is, each.why};
+        for (std::string& text : texts)
+            std::replace(text.begin(), text.end(), '\t', ' ');
+        Console_Desktop::Print(Join(texts, "\t"));
+    }
+    return exit_status::done;
+}
+
+int Log_Undo(Session& session, const Row_Choice& row) {
+    Open_Log log(session, row);
+    const auto correction = log.panel.Correction_To_Take_Back();
+    if (!correction) {
+        throw Run_Error(error_number::invalid_call,
+                        fmt::format("Row {} has no correction to take back", row.number));
+    }
+    const Answer answer = Ask(
+        log.services.desktop,
+        fmt::format("Are you sure you want to take back the correction of {}: {} from \"{}\" to "
+                    "\"{}\"?",
+                    log.Flight(),
+                    Layout_Of(log.services, log.settings).Distinct_Caption(correction->column),
+                    correction->is, correction->was));
+    if (answer != Answer::yes)
+        return exit_status::failed;
+    log.panel.Take_Back_Correction();
+    const bool saved = log.panel.Grid_Save();
+    if (!log.panel.lblStatus.Text().empty())
+        Console_Desktop::Say(log.panel.lblStatus.Text());
+    return Status_Of(saved);
 }
 
 int Log_Recover(Session& session, bool all, const std::vector<std::size_t>& rows) {

@@ -33,6 +33,12 @@ int Log_Delete(Session& session, const Row_Choice& row);
 /// Asks whether filled cells may be overwritten; the empty ones are filled in any case.
 int Log_Import_Plan(Session& session, const Row_Choice& row, const std::string& file);
 
+/// The corrections of a row of the log `name` (empty: of the active one), oldest first:
+/// "when<TAB>column<TAB>was<TAB>is<TAB>why".
+int Log_History(Session& session, const Row_Choice& row, const std::string& name);
+/// Takes the row's last correction back and saves the log. Asks first.
+int Log_Undo(Session& session, const Row_Choice& row);
+
 /// Lists what stands in ".unsaved" files and in no log, "number<TAB>file<TAB>row"; takes `all`, or
 /// the rows of these numbers, into the active log.
 int Log_Recover(Session& session, bool all, const std::vector<std::size_t>& rows);

@@ -164,21 +164,25 @@ void Demand_Writable(const fs::path& log) {
                     From_Path(log)));
 }
 
-void Append_To_Log(const fs::path& log, std::string_view line) {
-    Demand_Writable(log);
-    const std::uintmax_t size_before = fs::exists(log) ? fs::file_size(log) : 0;
+void Append_Lines(const fs::path& file, std::string_view lines, std::string_view line_end) {
+    const std::uintmax_t size_before = fs::exists(file) ? fs::file_size(file) : 0;
     std::string added;
-    if (size_before > 0 && !Ends_A_Line(Last_Byte(log)))
-        added += cr_lf;
-    added += line;
-    added += cr_lf;
+    if (size_before > 0 && !Ends_A_Line(Last_Byte(file)))
+        added += line_end;
+    added += lines;
+    added += line_end;
     try {
-        Append_To_File(log, added);
+        Append_To_File(file, added);
     } catch (...) {
         std::error_code ignored;
-        fs::resize_file(log, size_before, ignored);
+        fs::resize_file(file, size_before, ignored);
         throw;
     }
+}
+
+void Append_To_Log(const fs::path& log, std::string_view line) {
+    Demand_Writable(log);
+    Append_Lines(log, line, cr_lf);
 }
 
 }  // namespace norvane

@@ -35,9 +35,12 @@ std::filesystem::path Write_Unsaved(Services& services, const std::filesystem::p
 /// Raises 70 for a log that was made read-only: the pilot does not want it replaced.
 void Demand_Writable(const std::filesystem::path& log);
 
-/// Adds a line to the end of a log, creating it when missing; a missing final line end is supplied
-/// first. A log that takes only a part of the line is cut back to what it was. Raises when it
-/// fails.
+/// Adds lines to the end of a file, creating it when missing; a missing final line end is supplied
+/// first, and one behind the lines. A file that takes only a part of them is cut back to what it
+/// was. Raises when it fails.
+void Append_Lines(const std::filesystem::path& file, std::string_view lines,
+                  std::string_view line_end);
+/// The same for one line of a log that may be written.
 void Append_To_Log(const std::filesystem::path& log, std::string_view line);
 
 }  // namespace norvane

@@ -39,6 +39,7 @@ class Flight_Log_Form {
     Menu_Command mnuPopReport{"ACARS &Report"};
     Menu_Command mnuPopPlan{"&Import Flight Plan"};
     Menu_Command mnuPopCopy{"&Copy Flight to Log ..."};
+    Menu_Command mnuPopTakeBack{"&Take Back Last Correction"};
     Menu_Command mnuPopDelete{"&Delete Log Entry"};
     Menu_Command mnuPopExit{"E&xit"};
     frmReport field_chooser;

@@ -45,8 +45,11 @@ void ucFlightLog::NewACARS_Entry() {
             Keep_Flight_Of_Unloaded_Log(line);
             return;
         }
-        if (!Bring_Row_Up_To_Date(line))
-            m_table.Set_Line(Row_For_Flight(line), line);
+        if (!Bring_Row_Up_To_Date(line)) {
+            const std::size_t row = Row_For_Flight(line);
+            m_row_edits.Drop(m_table.Line(row));
+            m_table.Set_Line(row, line);
+        }
         m_changed = true;
         m_unsaved_edits = true;
         table_changed.Emit();
@@ -101,10 +104,12 @@ bool ucFlightLog::Bring_Row_Up_To_Date(const std::string& line) {
             last_row_that([&](const std::string& other) { return Same_Departure(other, logged); });
     if (!row)
         return false;
+    std::string before = m_table.Line(*row);
     for (std::size_t column = 0; column < log_column_count; ++column) {
         if (m_table.Get(*row, column) == Field_Of(logged, column))
             m_table.Set(*row, column, Field_Of(line, column));
     }
+    m_row_edits.Add_Progress(std::move(before), m_table.Line(*row));
     return true;
 }
 

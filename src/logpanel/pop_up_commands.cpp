@@ -44,6 +44,21 @@ bool Says_Nothing(const clsIniFile& plan) {
                        [&](const Plan_Value& each) { return (plan.*each.value)().empty(); });
 }
 
+/// Asks whether a flight plan may replace what the row's cells hold; nothing is asked, and nothing
+/// replaced, where they are empty.
+Answer May_Overwrite(Desktop& desktop, const Log_Table& table, std::size_t row) {
+    std::vector<std::string> filled;
+    for (const Plan_Value& each : plan_values) {
+        if (!table.Get(row, each.column).empty())
+            filled.emplace_back(each.label);
+    }
+    if (filled.empty())
+        return Answer::no;
+    const std::string question = "Norvane detected that the following fields have been entered; " +
+                                 Join(filled, ", ") + ".  Do you wish to overwrite these fields?";
+    return Ask(desktop, question);
+}
+
 }  // namespace
 
 void ucFlightLog::Connect_Pop_Up() {
@@ -53,10 +68,17 @@ void ucFlightLog::Connect_Pop_Up() {
             Read_Flight_Plan(file);
     });
     mnuPopCopy.chosen.Connect([this] { Copy_Flight(); });
-    mnuPopDelete.chosen.Connect([this] {
-        // A flight that was logged while the menu was open may have taken the row's place.
+    // A flight that was logged while the menu was open may have taken the row's place.
+    const auto is_row_of_menu = [this] {
         const auto row = Current_Row();
-        if (row && m_table.Line(*row) == m_pop_up_line)
+        return row && m_table.Line(*row) == m_pop_up_line;
+    };
+    mnuPopTakeBack.chosen.Connect([this, is_row_of_menu] {
+        if (is_row_of_menu())
+            Take_Back_Correction();
+    });
+    mnuPopDelete.chosen.Connect([this, is_row_of_menu] {
+        if (is_row_of_menu())
             Delete_LogEntry();
     });
 }
@@ -69,6 +91,7 @@ std::optional<std::size_t> ucFlightLog::Current_Row() const {
 
 bool ucFlightLog::Prepare_Pop_Up() {
     mnuPopCopy.Set_Enabled(Enable_Copy());
+    mnuPopTakeBack.Set_Enabled(Correction_To_Take_Back().has_value());
     const auto row = Current_Row();
     if (row)
         m_pop_up_line = m_table.Line(*row);
@@ -114,7 +137,7 @@ void ucFlightLog::Read_Flight_Plan(const std::filesystem::path& file) {
             return;
         }
         const std::string before = m_table.Line(*row);
-        const Answer overwrite = May_Overwrite(*row);
+        const Answer overwrite = May_Overwrite(m_services.desktop, m_table, *row);
         if (overwrite == Answer::none)
             return;
         // A flight that was logged while the question stood may have taken the row's place.
@@ -128,21 +151,6 @@ void ucFlightLog::Read_Flight_Plan(const std::filesystem::path& file) {
         }
         Write_Cell(*row, log_column::ifr_vfr, plan.Flight_Type());
     });
-}
-
-/// Asks whether a flight plan may replace what the row's cells hold; nothing is asked, and nothing
-/// replaced, where they are empty.
-Answer ucFlightLog::May_Overwrite(std::size_t row) {
-    std::vector<std::string> filled;
-    for (const Plan_Value& each : plan_values) {
-        if (!m_table.Get(row, each.column).empty())
-            filled.emplace_back(each.label);
-    }
-    if (filled.empty())
-        return Answer::no;
-    const std::string question = "Norvane detected that the following fields have been entered; " +
-                                 Join(filled, ", ") + ".  Do you wish to overwrite these fields?";
-    return Ask(m_services.desktop, question);
 }
 
 void ucFlightLog::Copy_Flight() {
@@ -191,12 +199,33 @@ bool ucFlightLog::Copy_Line(const std::string& flight, const std::string& name) 
     return copied;
 }
 
+std::string ucFlightLog::Cell_Remark(std::size_t row, std::size_t column) {
+    return m_row_edits.Remark(m_table.Line(row), column);
+}
+
+std::optional<Correction> ucFlightLog::Correction_To_Take_Back() {
+    const auto row = Current_Row();
+    return row ? m_row_edits.Last(m_table.Line(*row)) : std::nullopt;
+}
+
+void ucFlightLog::Take_Back_Correction() {
+    Guarded(m_services, "ucFlightLog.Take_Back_Correction()", Show::box, [&] {
+        commit_edit_wanted.Emit();
+        const auto correction = Correction_To_Take_Back();
+        if (!correction)
+            return;
+        Write_Cell(*Current_Row(), correction->column, correction->was, Corrections::taken_back);
+        Total_FlightTime();
+    });
+}
+
 void ucFlightLog::Delete_LogEntry() {
     Guarded(m_services, "ucFlightLog.Delete_LogEntry()", Show::box, [&] {
         const auto row = Current_Row();
         if (!row)
             return;
         drop_edit_wanted.Emit();
+        m_row_edits.Drop(m_table.Line(*row));
         m_table.Delete_Row(*row);
         m_changed = true;
         m_unsaved_edits = true;

@@ -42,7 +42,7 @@ struct Outcome {
     std::string gave_way;
 };
 
-void Take_Row(Log_Table& table, const std::string& line, Outcome& outcome) {
+void Take_Row(Log_Table& table, const std::string& line, Row_Edits& edits, Outcome& outcome) {
     auto row = Row_Of(table, line);
     if (!row) {
         row = table.Row_Count();
@@ -54,6 +54,7 @@ void Take_Row(Log_Table& table, const std::string& line, Outcome& outcome) {
     } else {
         ++outcome.replaced;
         outcome.gave_way.append(table.Line(*row)).append(cr_lf);
+        edits.Add(table.Line(*row), line);
     }
     table.Set_Line(*row, line);
 }
@@ -87,7 +88,7 @@ bool ucFlightLog::Recover_Rows(const std::vector<std::string>& lines) {
         }
         Outcome outcome;
         for (const std::string& line : lines)
-            Take_Row(m_table, line, outcome);
+            Take_Row(m_table, line, m_row_edits, outcome);
         // The log may have been edited since: what gives way is kept.
         if (!outcome.gave_way.empty())
             m_file->Set_Aside(outcome.gave_way);

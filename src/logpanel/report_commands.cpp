@@ -16,6 +16,28 @@
 
 namespace norvane {
 
+namespace {
+
+/// Writes a report and opens it: nothing is opened that is not whole.
+template <class Write>
+void Show_Report(Desktop& desktop, const Write& write) {
+    const std::filesystem::path report = [&] {
+        const Busy_Cursor busy(desktop);
+        return write();
+    }();
+    desktop.Open_File(report);
+}
+
+/// False, with a message, for a log without rows.
+bool Has_Entries(Desktop& desktop, const Log_Table& table) {
+    if (table.Row_Count() > 0)
+        return true;
+    Tell(desktop, "There are no log entries to include in the report");
+    return false;
+}
+
+}  // namespace
+
 void ucFlightLog::Connect_Reports() {
     hypACARS[page_setup].clicked.Connect([this] { Grid_Page_Setup(); });
     hypACARS[print_preview].clicked.Connect([this] { Grid_Print_Preview(); });
@@ -30,30 +52,22 @@ void ucFlightLog::Make_Report_Field_List() {
             [&] { lvwLog = All_Report_Fields(m_layout); });
 }
 
-/// Writes a report and opens it: nothing is opened that is not whole.
-template <class Write>
-void ucFlightLog::Show_Report(const Write& write) {
-    const std::filesystem::path report = [&] {
-        const Busy_Cursor busy(m_services.desktop);
-        return write();
-    }();
-    m_services.desktop.Open_File(report);
-}
-
 void ucFlightLog::Create_Report_File() {
     Guarded(m_services, "ucFlightLog.Create_Report_File()", Show::box, [&] {
         commit_edit_wanted.Emit();
-        if (!Has_Entries() || !field_chooser.Get_Selections(lvwLog))
+        if (!Has_Entries(m_services.desktop, m_table) || !field_chooser.Get_Selections(lvwLog))
             return;
-        Show_Report(
-            [&] { return Write_Logbook(m_services, m_table, lvwLog, tdbLogCaption.Text()); });
+        Show_Report(m_services.desktop, [&] {
+            return Write_Logbook(m_services, m_table, lvwLog, tdbLogCaption.Text());
+        });
     });
 }
 
 void ucFlightLog::Create_Statistics_Report() {
     Guarded(m_services, "ucFlightLog.Create_Statistics_Report()", Show::box, [&] {
         commit_edit_wanted.Emit();
-        Show_Report([&] { return Write_Statistics(m_services, m_settings, m_table); });
+        Show_Report(m_services.desktop,
+                    [&] { return Write_Statistics(m_services, m_settings, m_table); });
     });
 }
 
@@ -63,16 +77,9 @@ void ucFlightLog::Create_ACARS_Report() {
         const auto row = Current_Row();
         if (!row)
             return;
-        Show_Report([&] { return Write_ACARS_Report(m_services, m_table, *row, m_layout); });
+        Show_Report(m_services.desktop,
+                    [&] { return Write_ACARS_Report(m_services, m_table, *row, m_layout); });
     });
-}
-
-/// False, with a message, for a log without rows.
-bool ucFlightLog::Has_Entries() {
-    if (m_table.Row_Count() > 0)
-        return true;
-    Tell(m_services.desktop, "There are no log entries to include in the report");
-    return false;
 }
 
 void ucFlightLog::Fields_To_Print(bool visible) {
@@ -127,7 +134,7 @@ void ucFlightLog::Print_Grid(Signal<const Print_Job&>& wanted) {
     } const shown_again{*this};
     m_printing = true;
     commit_edit_wanted.Emit();
-    if (!Has_Entries() || !field_chooser.Get_Selections(lvwLog))
+    if (!Has_Entries(m_services.desktop, m_table) || !field_chooser.Get_Selections(lvwLog))
         return;
     Fields_To_Print(false);
     wanted.Emit(Print_Setup());

@@ -30,6 +30,60 @@ std::string Title(std::string_view what) {
     return std::string(product_name) + std::string(what);
 }
 
+void Tell_Of_Hidden_Logs(const Services& services, Label& status) {
+    std::vector<std::string> names;
+    for (const auto& file : Hidden_Logs(services))
+        names.push_back(From_Path(file.filename()));
+    if (!names.empty()) {
+        status.Set_Text(fmt::format(
+            "Not offered, because their names cannot be told apart here: {} in \"logs\".  Please "
+            "give these files names in the characters of Western Europe",
+            Join(names, ", ")));
+    }
+}
+
+/// They stand in the file, but no load takes them.
+void Tell_Of_Undated_Rows(const Log_Table& table, Label& status) {
+    std::vector<std::size_t> rows;
+    for (std::size_t row = 0; row < table.Row_Count(); ++row) {
+        if (table.Get(row, log_column::date).empty() && !table.Is_Blank(row))
+            rows.push_back(row + 1);
+    }
+    if (!rows.empty()) {
+        status.Set_Text(fmt::format(
+            "Without a date, and so not shown at the next start: row {}.  Please type the date in "
+            "and save again",
+            Line_Numbers(rows)));
+    }
+}
+
+/// What the table has and the file has not. A row that was deleted is no such row: the file has it.
+Unsaved_Edits Compare_With_File(const Log_Table& table, const std::filesystem::path& file) {
+    std::vector<std::string> in_file;
+    try {
+        in_file = All_Rows(Read_File(file));
+    } catch (const std::exception&) {
+        // Without the file nothing stands in it: all of the table is kept.
+    }
+    const std::unordered_set<std::string> saved(in_file.begin(), in_file.end());
+    // No load takes a row without a date: it is missing from the table without a deletion.
+    const auto is_dated = [](std::string_view line) {
+        return !Field_Of(line, log_column::date).empty();
+    };
+    Unsaved_Edits edits;
+    std::ptrdiff_t dated = 0;
+    for (std::size_t row = 0; row < table.Row_Count(); ++row) {
+        if (table.Is_Blank(row))
+            continue;
+        std::string line = table.Line(row);
+        dated += is_dated(line) ? 1 : 0;
+        if (!saved.contains(line))
+            edits.lines.push_back(std::move(line));
+    }
+    edits.rows_deleted = dated < std::count_if(in_file.begin(), in_file.end(), is_dated);
+    return edits;
+}
+
 }  // namespace
 
 ucFlightLog::ucFlightLog(Services& services, clsAppSettings& settings, clsVASettings& va_settings,
@@ -39,7 +93,8 @@ ucFlightLog::ucFlightLog(Services& services, clsAppSettings& settings, clsVASett
       m_va_settings(va_settings),
       m_log_entry(log_entry),
       m_layout(services),
-      m_file(std::in_place, services, settings.FlightLog_Path()) {
+      m_file(std::in_place, services, settings.FlightLog_Path()),
+      m_row_edits(services) {
     hypACARS[save].clicked.Connect([this] { Grid_Save(); });
     hypACARS[undo].clicked.Connect([this] { Grid_Undo(); });
     Connect_Reports();
@@ -58,20 +113,8 @@ void ucFlightLog::UCI() {
         Grid_Load();
         Load_Aircraft();
         Load_ICAO_List();
-        Tell_Of_Hidden_Logs();
+        Tell_Of_Hidden_Logs(m_services, lblStatus);
     });
-}
-
-void ucFlightLog::Tell_Of_Hidden_Logs() {
-    std::vector<std::string> names;
-    for (const auto& file : Hidden_Logs(m_services))
-        names.push_back(From_Path(file.filename()));
-    if (!names.empty()) {
-        lblStatus.Set_Text(fmt::format(
-            "Not offered, because their names cannot be told apart here: {} in \"logs\".  Please "
-            "give these files names in the characters of Western Europe",
-            Join(names, ", ")));
-    }
 }
 
 bool ucFlightLog::Closing() {
@@ -166,13 +209,9 @@ void ucFlightLog::Save_Grid_Settings() {
 
 void ucFlightLog::Load_Aircraft() {
     if (m_settings.ACARS_ATCModel())
-        Load_ATC_Models();
+        Load_List("ucFlightLog.Load_ATC_Models()", "bin\\atcmod.cfg");
     else
         Load_FS_AC_Titles();
-}
-
-void ucFlightLog::Load_ATC_Models() {
-    Load_List("ucFlightLog.Load_ATC_Models()", "bin\\atcmod.cfg");
 }
 
 void ucFlightLog::Load_FS_AC_Titles() {
@@ -211,8 +250,10 @@ void ucFlightLog::Load_ICAO_List() {
 void ucFlightLog::Grid_Load() {
     Guarded(m_services, "ucFlightLog.Grid_Load()", Show::box, [&] {
         const auto troubles = m_file->Load_XArray(m_table);
-        if (m_file->Loaded_To_Its_End())
+        if (m_file->Loaded_To_Its_End()) {
             m_unsaved_edits = false;
+            m_row_edits.Clear();
+        }
         table_changed.Emit();
         Total_FlightTime();
         // Only now: a flight may be logged while a box is open.
@@ -229,23 +270,19 @@ std::string ucFlightLog::Save_Table() {
     m_changed = false;
     m_unsaved_edits = false;
     lblStatus.Set_Text("");
-    Tell_Of_Undated_Rows();
+    Keep_Corrections();
+    Tell_Of_Undated_Rows(m_table, lblStatus);
     Total_FlightTime();
     return notice;
 }
 
-/// They stand in the file, but no load takes them.
-void ucFlightLog::Tell_Of_Undated_Rows() {
-    std::vector<std::size_t> rows;
-    for (std::size_t row = 0; row < m_table.Row_Count(); ++row) {
-        if (m_table.Get(row, log_column::date).empty() && !m_table.Is_Blank(row))
-            rows.push_back(row + 1);
-    }
-    if (!rows.empty()) {
-        lblStatus.Set_Text(fmt::format(
-            "Without a date, and so not shown at the next start: row {}.  Please type the date in "
-            "and save again",
-            Line_Numbers(rows)));
+/// The log is saved whatever becomes of them.
+void ucFlightLog::Keep_Corrections() {
+    if (!m_row_edits.Keep(From_Path(m_file->Path().stem()))) {
+        lblStatus.Set_Text(
+            fmt::format("The flight log is saved, but what was corrected in it could not be noted "
+                        "in {}.  The next \"Save\" tries again",
+                        From_Path(m_row_edits.File())));
     }
 }
 
@@ -363,48 +400,24 @@ void ucFlightLog::Pick_Airport(std::size_t row, std::size_t column, const Airpor
     });
 }
 
-void ucFlightLog::Write_Cell(std::size_t row, std::size_t column, std::string_view text) {
+void ucFlightLog::Write_Cell(std::size_t row, std::size_t column, std::string_view text,
+                             std::string_view why) {
     if (m_table.Get(row, column) == text)
         return;
+    std::string before = m_table.Line(row);
     m_table.Set(row, column, text);
+    m_row_edits.Add(std::move(before), m_table.Line(row), why);
     // Once more: a save may have come between the edit's begin and its end.
     m_changed = true;
     m_unsaved_edits = true;
     cell_changed.Emit(row, column);
 }
 
-/// What the table has and the file has not. A row that was deleted is no such row: the file has it.
-Unsaved_Edits ucFlightLog::Compare_With_File() const {
-    std::vector<std::string> in_file;
-    try {
-        in_file = All_Rows(Read_File(m_file->Path()));
-    } catch (const std::exception&) {
-        // Without the file nothing stands in it: all of the table is kept.
-    }
-    const std::unordered_set<std::string> saved(in_file.begin(), in_file.end());
-    // No load takes a row without a date: it is missing from the table without a deletion.
-    const auto is_dated = [](std::string_view line) {
-        return !Field_Of(line, log_column::date).empty();
-    };
-    Unsaved_Edits edits;
-    std::ptrdiff_t dated = 0;
-    for (std::size_t row = 0; row < m_table.Row_Count(); ++row) {
-        if (m_table.Is_Blank(row))
-            continue;
-        std::string line = m_table.Line(row);
-        dated += is_dated(line) ? 1 : 0;
-        if (!saved.contains(line))
-            edits.lines.push_back(std::move(line));
-    }
-    edits.rows_deleted = dated < std::count_if(in_file.begin(), in_file.end(), is_dated);
-    return edits;
-}
-
 /// What to tell the pilot of edits that are not saved; empty when there were none.
 std::string ucFlightLog::Keep_Unsaved_Edits() {
     if (!m_unsaved_edits)
         return {};
-    const Unsaved_Edits edits = Compare_With_File();
+    const Unsaved_Edits edits = Compare_With_File(m_table, m_file->Path());
     std::string notice;
     if (!edits.lines.empty()) {
         const auto file = Write_Unsaved(m_services, m_file->Path(), Join(edits.lines, cr_lf));

@@ -19,13 +19,13 @@
 #include "flightlog/log_table.h"
 #include "flightlog/pick_lists.h"
 #include "logpanel/flight_log_form.h"
+#include "logpanel/row_edits.h"
 
 namespace norvane {
 
 class clsAppSettings;
 class clsLogEntry;
 class clsVASettings;
-struct Unsaved_Edits;
 
 class ucFlightLog : public Flight_Log_Form {
   public:
@@ -98,6 +98,12 @@ class ucFlightLog : public Flight_Log_Form {
     /// into the cell, its name into the one to the right.
     void Pick_Airport(std::size_t row, std::size_t column, const Airport_Pick& airport);
 
+    /// What was corrected in a cell, for its tool tip; empty when nothing was.
+    [[nodiscard]] std::string Cell_Remark(std::size_t row, std::size_t column);
+    /// The correction of the current row that `Take_Back_Correction` takes back, by one more edit.
+    [[nodiscard]] std::optional<Correction> Correction_To_Take_Back();
+    void Take_Back_Correction();
+
     /// The row that the pop-up menu and the deleting key work on; none outside the table.
     void Set_Current_Row(std::optional<std::size_t> row) { m_current_row = row; }
     [[nodiscard]] std::optional<std::size_t> Current_Row() const;
@@ -139,24 +145,18 @@ class ucFlightLog : public Flight_Log_Form {
     void Connect_Reports();
     void Copy_Flight();
     bool Copy_Line(const std::string& flight, const std::string& name);
-    [[nodiscard]] Answer May_Overwrite(std::size_t row);
-    template <class Write>
-    void Show_Report(const Write& write);
-    [[nodiscard]] bool Has_Entries();
     void Fields_To_Print(bool visible);
     [[nodiscard]] Print_Job Print_Setup() const;
     void Print_Grid(Signal<const Print_Job&>& wanted);
-    void Load_ATC_Models();
     void Load_List(std::string_view procedure, std::string_view relative);
     void Load_ICAO_List();
     [[nodiscard]] bool Prompt_Save_Changes();
     void Give_Up_Changes();
     [[nodiscard]] std::string Save_Table();
     bool Save_And_Tell(const std::function<void()>& once_saved);
-    void Tell_Of_Undated_Rows();
-    void Tell_Of_Hidden_Logs();
-    void Write_Cell(std::size_t row, std::size_t column, std::string_view text);
-    [[nodiscard]] Unsaved_Edits Compare_With_File() const;
+    void Keep_Corrections();
+    void Write_Cell(std::size_t row, std::size_t column, std::string_view text,
+                    std::string_view why = {});
     std::string Keep_Unsaved_Edits();
     void Keep_Flight_Of_Unloaded_Log(const std::string& line);
     void Forget_Failed_Flight(const std::string& line);
@@ -185,6 +185,7 @@ class ucFlightLog : public Flight_Log_Form {
     bool m_changed = false;
     /// The table holds something that the file does not.
     bool m_unsaved_edits = false;
+    Row_Edits m_row_edits;
     /// The aircraft type before its edit.
     std::string m_type_before;
     /// Lines of the flights in the table whose save failed, so that trying again makes no second

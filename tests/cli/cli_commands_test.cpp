@@ -152,6 +152,29 @@ TEST_F(Cli_Logs, Import_a_plan) {
     EXPECT_EQ(Rows().at(1).at(3), "LFPG");
 }
 
+TEST_F(Cli_Logs, Tell_what_was_corrected_and_take_it_back) {
+    EXPECT_EQ(Type("log history 1").output, "");
+    EXPECT_THAT(Type("--yes log undo 2").errors, HasSubstr("Row 2 has no correction"));
+    const auto plan = NORVANE_SOURCE_DIR "/tests/data/plans/lfpg-eidw.pln";
+    EXPECT_EQ(Run({"--yes", "log", "import-plan", "2", plan}).status, 0);
+    const std::string corrected = Read_File(log);
+    const auto listed = Split(Type("log history 2").output, '\n');
+    ASSERT_GT(listed.size(), 3U);
+    EXPECT_THAT(listed[0], testing::EndsWith("\tOrigin\tKJFK\tLFPG\t"));
+    EXPECT_EQ(Status("log undo 2"), 1) << "the question is answered No";
+    EXPECT_EQ(Read_File(log), corrected);
+    // The last field is the one that is empty behind the last line's end.
+    for (std::size_t i = 1; i < listed.size(); ++i)
+        EXPECT_EQ(Status("--yes log undo 2 1/2/2008"), 0) << i;
+    EXPECT_EQ(Status("--yes log undo 2"), 1);
+    EXPECT_EQ(Rows().at(1).at(3) + Rows().at(1).at(23), "KJFK");
+    EXPECT_EQ(Status("log copy 2 Other"), 0);
+    const auto copied = Type("log history 1 --log Other");
+    EXPECT_EQ(copied.output, Type("log history 2").output);
+    EXPECT_THAT(copied.output, HasSubstr("\tOrigin\tLFPG\tKJFK\ttaken back\n"));
+    EXPECT_EQ(Status("log history 2 --log Other"), 1);
+}
+
 TEST_F(Cli_Logs, Recover_what_was_kept_beside_a_log) {
     const auto kept = home / "logs" / "Other.unsaved";
     const std::string bars(50, '|');

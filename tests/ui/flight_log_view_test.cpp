@@ -60,6 +60,16 @@ TEST_F(Flight_Log_View_Test, What_is_typed_reaches_the_table_once_checked) {
     EXPECT_FALSE(Is_Editing());
 }
 
+TEST_F(Flight_Log_View_Test, A_corrected_cell_tells_what_it_was_and_another_nothing) {
+    Enter(0, 19, "smooth <b>");
+    EXPECT_TRUE(Log().Grid_Save());
+    const auto tip = [&](int column) {
+        return Grid().model()->index(0, column).data(Qt::ToolTipRole).toString();
+    };
+    EXPECT_TRUE(tip(19).contains("smooth &lt;b&gt; since ")) << tip(19).toStdString();
+    EXPECT_EQ(tip(13), "");
+}
+
 TEST_F(Flight_Log_View_Test, The_panel_takes_or_drops_what_stands_in_an_open_editor) {
     Begin(0, 19, "smooth");
     Log().commit_edit_wanted.Emit();

@@ -94,8 +94,8 @@ void Log_Grid::Make_Headers() {
 }
 
 void Log_Grid::Make_Menu() {
-    const std::array commands = {&m_log.mnuPopReport, &m_log.mnuPopPlan, &m_log.mnuPopCopy,
-                                 &m_log.mnuPopDelete, &m_log.mnuPopExit};
+    const std::array commands = {&m_log.mnuPopReport,   &m_log.mnuPopPlan,   &m_log.mnuPopCopy,
+                                 &m_log.mnuPopTakeBack, &m_log.mnuPopDelete, &m_log.mnuPopExit};
     for (Menu_Command* command : commands) {
         if (command != commands.front())
             m_menu->addSeparator();

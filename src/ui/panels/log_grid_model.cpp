@@ -49,10 +49,15 @@ std::optional<std::size_t> Log_Grid_Model::Row_Of(const QModelIndex& index) cons
 }
 
 QVariant Log_Grid_Model::data(const QModelIndex& index, int role) const {
-    if (role != Qt::DisplayRole && role != Qt::EditRole)
-        return {};
     const auto row = Row_Of(index);
     if (!row)
+        return {};
+    if (role == Qt::ToolTipRole) {
+        const QString remark =
+            To_Q(m_log.Cell_Remark(*row, static_cast<std::size_t>(index.column())));
+        return remark.isEmpty() ? QVariant() : QVariant(Tip_Of(remark));
+    }
+    if (role != Qt::DisplayRole && role != Qt::EditRole)
         return {};
     return To_Q(m_log.Table().Get(*row, static_cast<std::size_t>(index.column())));
 }
