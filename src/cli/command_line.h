@@ -44,6 +44,8 @@ struct Words {
     bool json = false;
     /// Settings to compute a flight with.
     std::vector<std::string> changes;
+    /// What was computed goes into the row.
+    bool apply = false;
 };
 
 /// The commands about flight logs: "log", "hours" and "convert".

@@ -45,15 +45,12 @@ void Add_Lookers(CLI::App* flight, Words& words, Work& work) {
                     return Flight_Export(open, words.name, words.format, words.value);
                 }};
     });
-    auto* again = Add_Named(
-        flight, "recompute",
-        "Compute a flight again from its recording, and list what differs from its row", words);
-    again->add_option("--set", words.changes, "Another setting than then, as ACARS_EOF=1");
-    again->callback([&] {
-        work = {Access::look, [&](Console&, Session& open) {
-                    return Flight_Recompute(open, words.name, words.changes);
-                }};
-    });
+    Add_Named(flight, "row", "Find the row that a flight was logged as, in whatever log it stands",
+              words)
+        ->callback([&] {
+            work = {Access::look,
+                    [&](Console&, Session& open) { return Flight_Row_Of(open, words.name); }};
+        });
     flight
         ->add_subcommand("verify",
                          "Derive every recording again, and list what differs from what is stored")
@@ -62,11 +59,27 @@ void Add_Lookers(CLI::App* flight, Words& words, Work& work) {
         });
 }
 
+void Add_Recompute(CLI::App* flight, Words& words, Work& work) {
+    auto* again = Add_Named(
+        flight, "recompute",
+        "Compute a flight again from its recording, and list what differs from its row", words);
+    again->add_option("--set", words.changes, "Another setting than then, as ACARS_EOF=1");
+    again->add_flag("--apply", words.apply,
+                    "Put what differs into the row, which stands in the active log (asks)");
+    again->callback([&] {
+        work = {words.apply ? Access::write : Access::look, [&](Console&, Session& open) {
+                    return (words.apply ? Flight_Apply : Flight_Recompute)(open, words.name,
+                                                                           words.changes);
+                }};
+    });
+}
+
 }  // namespace
 
 void Add_Flight_Commands(CLI::App& app, Words& words, Work& work) {
     auto* flight = app.add_subcommand("flight", "The recorded flights")->require_subcommand(1);
     Add_Lookers(flight, words, work);
+    Add_Recompute(flight, words, work);
     auto* take = flight->add_subcommand("import", "Take a recording in as a flight");
     take->add_option("FILE.rec", words.name, "The recording; its name is the flight's ID")
         ->required()

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <optional>
 
-#include "app/recompute.h"
 #include "blackbox/derive.h"
 #include "blackbox/flight_export.h"
 #include "blackbox/flight_json.h"
@@ -15,6 +14,7 @@
 #include "blackbox/flight_time.h"
 #include "cli/console_desktop.h"
 #include "cli/exit_status.h"
+#include "cli/open_flights.h"
 #include "common/code_page.h"
 #include "common/file_writer.h"
 #include "common/text.h"
@@ -22,24 +22,6 @@
 namespace norvane {
 
 namespace {
-
-/// The flights of the session's program directory. `faults` counts what could not be read.
-class Open_Flights {
-  public:
-    Open_Flights(Session& session, Store_Use use)
-        : library(Flights_Directory(session.Outside()), use, Derive_Flight,
-                  [this](const std::string& fault) {
-                      ++faults;
-                      Console_Desktop::Say(fault);
-                  }) {}
-
-    int faults = 0;
-    Flight_Library library;
-};
-
-Flight_Summary Flight_Of(Session& session, const std::string& id) {
-    return Open_Flights(session, Store_Use::look).library.Find(From_Utf8(id));
-}
 
 std::optional<Date> Day_Of(const std::string& text, const Regional& regional) {
     if (text.empty())
@@ -110,41 +92,6 @@ int Flight_Export(Session& session, const std::string& id, const std::string& fo
     if (!wanted)
         throw Run_Error(error_number::invalid_call, "There is no format " + From_Utf8(format));
     Write_File_Atomically(file, Export_Flight(Flight_Of(session, id), *wanted));
-    return exit_status::done;
-}
-
-int Flight_Recompute(Session& session, const std::string& id,
-                     const std::vector<std::string>& changes) {
-    Setting_Changes set;
-    for (const std::string& change : changes) {
-        const std::string text = From_Utf8(change);
-        const auto equals = text.find('=');
-        if (equals == std::string::npos || equals == 0)
-            throw Run_Error(error_number::invalid_call, "\"" + text + "\" is no NAME=VALUE");
-        set.emplace_back(text.substr(0, equals), text.substr(equals + 1));
-    }
-    const Flight_Summary flight = Flight_Of(session, id);
-    const auto recordings = List_Recordings(Flights_Directory(session.Outside()));
-    const auto recording = std::ranges::find(recordings, flight.id, &Recording_File::id);
-    if (recording == recordings.end())
-        throw Run_Error(error_number::file_not_found,
-                        "The recording of \"" + flight.id + "\" is not kept any more");
-    const auto moments = Read_Recording(recording->file);
-    std::string row = flight.logged_row;
-    // One that was never logged is held against what was computed with the settings of then.
-    if (row.empty())
-        row = Recompute(session.Outside(), moments, {}, {}).row;
-    const Recomputed computed = Recompute(session.Outside(), moments, row, set);
-    if (computed.row.empty()) {
-        Console_Desktop::Say("With these settings the recorded flight does not come to the gate");
-        return exit_status::failed;
-    }
-    const auto differences = Differences(row, computed.row);
-    for (const Row_Difference& found : differences)
-        Console_Desktop::Print(found.caption + ": " + found.logged + " -> " + found.computed +
-                               "\n");
-    if (differences.empty())
-        Console_Desktop::Print("no difference\n");
     return exit_status::done;
 }
 

@@ -28,11 +28,18 @@ int Flight_Landing(Session& session, const std::string& id);
 int Flight_Export(Session& session, const std::string& id, const std::string& format,
                   const std::string& file);
 
+/// "log<TAB>number<TAB>row", the number as `log rows` counts; failed when no log has the flight's
+/// row.
+int Flight_Row_Of(Session& session, const std::string& id);
+
 /// Computes the flight again with the settings of then but for `changes` ("NAME=VALUE"), and prints
 /// "column: logged -> computed" for each difference to its row, or "no difference". Failed when the
 /// flight does not come to the gate.
 int Flight_Recompute(Session& session, const std::string& id,
                      const std::vector<std::string>& changes);
+/// The same, and puts the computed values into the row, which has to stand in the active log. Asks
+/// first. Needs a session for writing.
+int Flight_Apply(Session& session, const std::string& id, const std::vector<std::string>& changes);
 
 /// Prints the flight's ID. Needs a session for writing, as `Flight_Rebuild`.
 int Flight_Import(Session& session, const std::string& file);

@@ -81,6 +81,14 @@ void Add_Corrections(CLI::App* log, Words& words, Work& work) {
                     return Log_History(open, {words.row, {}}, words.name);
                 }};
     });
+    auto* flight = log->add_subcommand("flight", "Print the ID of a flight's recording");
+    Add_Row(flight, words);
+    flight->add_option("--log", words.name, "The log; the active one unless given");
+    flight->callback([&] {
+        work = {Access::look, [&](Console&, Session& open) {
+                    return Log_Flight(open, {words.row, {}}, words.name);
+                }};
+    });
     auto* undo = log->add_subcommand(
         "undo", "Take back the last correction of a flight of the active log (asks)");
     Add_Row(undo, words);

@@ -10,6 +10,7 @@
 #include "cli/console_desktop.h"
 #include "cli/exit_status.h"
 #include "cli/heard_error_log.h"
+#include "cli/open_flights.h"
 #include "cli/plan_command.h"
 #include "common/boxes.h"
 #include "common/code_page.h"
@@ -19,6 +20,7 @@
 #include "config/cls_va_settings.h"
 #include "config/log_names.h"
 #include "flightlog/corrections.h"
+#include "flightlog/flight_rows.h"
 #include "flightlog/log_reading.h"
 #include "flightlog/log_reports.h"
 #include "flightlog/mod_fs_log.h"
@@ -35,64 +37,6 @@ namespace {
 int Status_Of(bool done) {
     return done ? exit_status::done : exit_status::failed;
 }
-
-bool Same_Date(std::string_view one, std::string_view other, std::string_view short_date) {
-    const auto left = Parse_Date_Time(one, short_date);
-    const auto right = Parse_Date_Time(other, short_date);
-    return left && right ? left->date == right->date : one == other;
-}
-
-/// The row's index; raises when there is no such row, or when it has another date.
-std::size_t Checked_Row(const Log_Table& table, const Row_Choice& row, const Regional& regional) {
-    if (row.number == 0 || row.number > table.Row_Count()) {
-        throw Run_Error(error_number::subscript_out_of_range,
-                        fmt::format("There is no row {}: the log has {} of them", row.number,
-                                    table.Row_Count()));
-    }
-    const std::size_t index = row.number - 1;
-    const std::string_view date = table.Get(index, log_column::date);
-    const std::string wanted = Trim(From_Utf8(row.date));
-    if (!wanted.empty() && !Same_Date(date, wanted, regional.short_date)) {
-        throw Run_Error(error_number::invalid_call,
-                        fmt::format("Row {} has the date {}, not {}", row.number, date, wanted));
-    }
-    return index;
-}
-
-/// The active log as its panel holds it, with one current row. Nothing of the layout is touched.
-class Open_Log {
-  public:
-    /// Raises when the log cannot be read, here and below.
-    explicit Open_Log(Session& session)
-        : services(session.Outside()),
-          settings(services),
-          airline(services),
-          entry(services),
-          panel(services, settings, airline, entry) {
-        panel.Grid_Load();
-        if (!panel.File().Loaded_To_Its_End()) {
-            throw Run_Error(error_number::path_file_access,
-                            From_Path(panel.File().Path()) + " cannot be read");
-        }
-    }
-    /// Raises when `row` is not its row.
-    Open_Log(Session& session, const Row_Choice& row) : Open_Log(session) {
-        panel.Set_Current_Row(Checked_Row(panel.Table(), row, services.regional));
-    }
-
-    [[nodiscard]] std::string Flight() const {
-        const std::size_t row = panel.Current_Row().value_or(0);
-        return fmt::format("{} {}-{}", panel.Table().Get(row, log_column::date),
-                           panel.Table().Get(row, log_column::origin),
-                           panel.Table().Get(row, log_column::destination));
-    }
-
-    Services& services;
-    clsAppSettings settings;
-    clsVASettings airline;
-    clsLogEntry entry;
-    ucFlightLog panel;
-};
 
 /// The dialog "Manage Flight Logs" with a name typed in.
 class Log_Management {
@@ -179,6 +123,14 @@ void Choose_Fields(std::vector<Report_Field>& fields, const Grid_Layout& layout,
     }
 }
 
+/// A row of the log of that name, or of the active one where there is none.
+std::string Chosen_Line(Session& session, const Row_Choice& row, const std::string& name) {
+    Services& outside = session.Outside();
+    const Log_Table table = Read_Log(
+        outside, name.empty() ? clsAppSettings(outside).FlightLog() : Log_Name_From_Utf8(name));
+    return table.Line(Checked_Row(table, row, outside.regional));
+}
+
 }  // namespace
 
 int Log_List(Session& session) {
@@ -237,19 +189,33 @@ int Log_Import_Plan(Session& session, const Row_Choice& row, const std::string& 
 
 int Log_History(Session& session, const Row_Choice& row, const std::string& name) {
     Services& outside = session.Outside();
-    const clsAppSettings settings(outside);
-    const Log_Table table =
-        Read_Log(outside, name.empty() ? settings.FlightLog() : Log_Name_From_Utf8(name));
-    const std::size_t index = Checked_Row(table, row, outside.regional);
-    const Grid_Layout layout = Layout_Of(outside, settings);
+    const std::string line = Chosen_Line(session, row, name);
+    const Grid_Layout layout = Layout_Of(outside, clsAppSettings(outside));
     Corrections corrections(outside);
-    for (const Correction& each : corrections.History(table.Line(index))) {
+    for (const Correction& each : corrections.History(line)) {
         std::vector<std::string> texts{each.when, layout.Distinct_Caption(each.column), each.was,
                                        each.is, each.why};
         for (std::string& text : texts)
             std::replace(text.begin(), text.end(), '\t', ' ');
         Console_Desktop::Print(Join(texts, "\t"));
     }
+    return exit_status::done;
+}
+
+int Log_Flight(Session& session, const Row_Choice& row, const std::string& name) {
+    const std::string line = Chosen_Line(session, row, name);
+    const Open_Flights flights(session, Store_Use::look);
+    const auto recorded = flights.library.List({});
+    std::vector<std::string> logged;
+    for (const Flight_Summary& flight : recorded)
+        logged.push_back(flight.logged_row);
+    Corrections corrections(session.Outside());
+    const auto found = Find_Logged_Line(corrections, line, logged);
+    if (!found) {
+        Console_Desktop::Say(fmt::format("The flight of row {} was not recorded", row.number));
+        return exit_status::failed;
+    }
+    Console_Desktop::Print(recorded[*found].id);
     return exit_status::done;
 }
 
@@ -270,10 +236,7 @@ int Log_Undo(Session& session, const Row_Choice& row) {
     if (answer != Answer::yes)
         return exit_status::failed;
     log.panel.Take_Back_Correction();
-    const bool saved = log.panel.Grid_Save();
-    if (!log.panel.lblStatus.Text().empty())
-        Console_Desktop::Say(log.panel.lblStatus.Text());
-    return Status_Of(saved);
+    return Status_Of(log.Save());
 }
 
 int Log_Recover(Session& session, bool all, const std::vector<std::size_t>& rows) {

@@ -9,16 +9,9 @@
 #include <vector>
 
 #include "app/session.h"
+#include "cli/open_log.h"
 
 namespace norvane {
-
-/// A row as the pilot names it.
-struct Row_Choice {
-    /// As `log rows` counts, from 1.
-    std::size_t number = 0;
-    /// The date that the row must have; empty: any.
-    std::string date;
-};
 
 /// The logs, the active one marked with "*".
 int Log_List(Session& session);
@@ -36,6 +29,8 @@ int Log_Import_Plan(Session& session, const Row_Choice& row, const std::string& 
 /// The corrections of a row of the log `name` (empty: of the active one), oldest first:
 /// "when<TAB>column<TAB>was<TAB>is<TAB>why".
 int Log_History(Session& session, const Row_Choice& row, const std::string& name);
+/// Prints the ID of the recorded flight that the row is of; failed without one.
+int Log_Flight(Session& session, const Row_Choice& row, const std::string& name);
 /// Takes the row's last correction back and saves the log. Asks first.
 int Log_Undo(Session& session, const Row_Choice& row);
 

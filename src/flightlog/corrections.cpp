@@ -23,13 +23,6 @@ namespace {
 // In the order of the file's keys.
 using Json = nlohmann::ordered_json;
 
-/// All 53 fields: a row's line is the same text whoever hands it in.
-std::string Whole_Line(std::string_view line) {
-    std::string whole(First_Fields(line));
-    whole.append(log_column_count - 1 - Separators_In(whole), field_separator);
-    return whole;
-}
-
 /// The line with another text in one of its 53 fields.
 std::string With_Field(const std::string& line, std::size_t column, std::string_view text) {
     const std::size_t begin = Begin_Of_Field(line, column);
@@ -47,11 +40,6 @@ std::string Text_At(const Json& object, const char* key) {
 std::string Moment_Text(const Date_Time& moment) {
     return fmt::format("{} {:02}:{:02}:{:02}", Format_Iso_Date(moment.date), moment.time.hour,
                        moment.time.minute, moment.time.second);
-}
-
-/// A flight's time OUT and fuel may be those of another day's.
-bool Is_Same_Row(std::string_view a, std::string_view b) {
-    return Field_Of(a, log_column::date) == Field_Of(b, log_column::date) && Same_Flight(a, b);
 }
 
 }  // namespace
@@ -201,23 +189,38 @@ std::optional<std::size_t> Corrections::Step_To(std::string_view line, std::size
     const auto first = std::find_if(m_steps.begin(), steps_end,
                                     [&](const Step& step) { return step.before == line; });
     end = static_cast<std::size_t>(first - m_steps.begin());
-    return last_that([&](const Step& step) { return Is_Same_Row(step.after, line); });
+    return last_that([&](const Step& step) { return Same_Flight_Of_Day(step.after, line); });
+}
+
+/// The steps that led to the line, the last one first.
+std::vector<const Corrections::Step*> Corrections::Steps_Back(std::string_view line) {
+    Read();
+    std::string current = Whole_Line(line);
+    std::vector<const Step*> steps;
+    std::size_t end = m_steps.size();
+    while (const auto place = Step_To(current, end)) {
+        steps.push_back(&m_steps[*place]);
+        current = m_steps[*place].before;
+        end = *place;
+    }
+    return steps;
 }
 
 std::vector<Correction> Corrections::History(std::string_view line) {
-    Read();
-    std::string current = Whole_Line(line);
     std::vector<Correction> history;
-    std::size_t end = m_steps.size();
-    while (const auto place = Step_To(current, end)) {
-        const Step& step = m_steps[*place];
-        if (step.correction)
-            history.push_back(*step.correction);
-        current = step.before;
-        end = *place;
+    for (const Step* step : Steps_Back(line)) {
+        if (step->correction)
+            history.push_back(*step->correction);
     }
     std::reverse(history.begin(), history.end());
     return history;
+}
+
+std::vector<std::string> Corrections::Earlier_Lines(std::string_view line) {
+    std::vector<std::string> lines;
+    for (const Step* step : Steps_Back(line))
+        lines.push_back(step->before);
+    return lines;
 }
 
 std::optional<Correction> Last_Correction(const std::vector<Correction>& history,

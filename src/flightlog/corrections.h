@@ -51,8 +51,11 @@ class Corrections {
 
     /// Of the row with this line, oldest first; what was taken back and the taking back are both in
     /// it. A row that is no step of its history by its text is the one of the same date and flight
-    /// (see `Same_Flight`).
+    /// (see `Same_Flight_Of_Day`).
     [[nodiscard]] std::vector<Correction> History(std::string_view line);
+
+    /// What the row's line was before each of them, the last one first, as 53 fields.
+    [[nodiscard]] std::vector<std::string> Earlier_Lines(std::string_view line);
 
     [[nodiscard]] std::filesystem::path File() const;
 
@@ -69,6 +72,7 @@ class Corrections {
     [[nodiscard]] static std::string Json_Of(std::string_view when, std::string_view log,
                                              const Step& step);
     bool Keep(std::string_view log, std::vector<Step> steps);
+    [[nodiscard]] std::vector<const Step*> Steps_Back(std::string_view line);
     [[nodiscard]] std::optional<std::size_t> Step_To(std::string_view line, std::size_t end) const;
 
     Services& m_services;

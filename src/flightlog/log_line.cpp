@@ -37,6 +37,12 @@ std::string_view First_Fields(std::string_view line) {
     return line.substr(0, Begin_Of_Field(line, log_column_count) - 1);
 }
 
+std::string Whole_Line(std::string_view line) {
+    std::string whole(First_Fields(line));
+    whole.append(log_column_count - 1 - Separators_In(whole), field_separator);
+    return whole;
+}
+
 std::size_t Begin_Of_Field(std::string_view line, std::size_t column) {
     std::size_t begin = 0;
     for (std::size_t i = 0; i < column; ++i) {
@@ -64,6 +70,10 @@ bool Same_Flight(std::string_view a, std::string_view b) {
            std::all_of(identity_columns.begin(), identity_columns.end(), [&](std::size_t column) {
                return Field_Of(a, column) == Field_Of(b, column);
            });
+}
+
+bool Same_Flight_Of_Day(std::string_view a, std::string_view b) {
+    return Field_Of(a, log_column::date) == Field_Of(b, log_column::date) && Same_Flight(a, b);
 }
 
 }  // namespace norvane

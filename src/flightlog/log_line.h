@@ -3,6 +3,7 @@
 // their way in it; used by the table and the reading of files.
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace norvane {
@@ -10,6 +11,8 @@ namespace norvane {
 [[nodiscard]] std::size_t Separators_In(std::string_view line);
 /// The first 53 fields; the whole line when it has no more.
 [[nodiscard]] std::string_view First_Fields(std::string_view line);
+/// All 53 fields, empty ones behind those that the line has.
+[[nodiscard]] std::string Whole_Line(std::string_view line);
 /// Where the field of a column begins; npos when the line ends before it.
 [[nodiscard]] std::size_t Begin_Of_Field(std::string_view line, std::size_t column);
 /// The field that begins there.
@@ -20,5 +23,7 @@ namespace norvane {
 /// Both rows are the same flight, even with edits between them: the times of all four events and
 /// the fuel at the gate, which nobody edits, are the same.
 [[nodiscard]] bool Same_Flight(std::string_view a, std::string_view b);
+/// The same on the same date: a flight's figures may come again another day.
+[[nodiscard]] bool Same_Flight_Of_Day(std::string_view a, std::string_view b);
 
 }  // namespace norvane

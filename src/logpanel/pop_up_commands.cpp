@@ -147,9 +147,9 @@ void ucFlightLog::Read_Flight_Plan(const std::filesystem::path& file) {
         }
         for (const Plan_Value& each : plan_values) {
             if (overwrite == Answer::yes || m_table.Get(*row, each.column).empty())
-                Write_Cell(*row, each.column, (plan.*each.value)());
+                Correct_Cell(*row, each.column, (plan.*each.value)());
         }
-        Write_Cell(*row, log_column::ifr_vfr, plan.Flight_Type());
+        Correct_Cell(*row, log_column::ifr_vfr, plan.Flight_Type());
     });
 }
 
@@ -214,7 +214,7 @@ void ucFlightLog::Take_Back_Correction() {
         const auto correction = Correction_To_Take_Back();
         if (!correction)
             return;
-        Write_Cell(*Current_Row(), correction->column, correction->was, Corrections::taken_back);
+        Correct_Cell(*Current_Row(), correction->column, correction->was, Corrections::taken_back);
         Total_FlightTime();
     });
 }

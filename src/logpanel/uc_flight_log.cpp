@@ -379,7 +379,7 @@ bool ucFlightLog::Commit_Edit(std::size_t row, std::size_t column, std::string_v
         }
         if (column == log_column::aircraft_type && checked.text != m_type_before)
             m_changed = true;
-        Write_Cell(row, column, checked.text);
+        Correct_Cell(row, column, checked.text);
         taken = true;
         // Only figures are summed: all other cells leave the totals as they are.
         if (All_Log_Columns()[column].check == Cell_Check::number)
@@ -395,13 +395,13 @@ void ucFlightLog::Pick_Airport(std::size_t row, std::size_t column, const Airpor
                             fmt::format("Column {} holds no airport code", column));
         }
         m_changed = true;
-        Write_Cell(row, column, airport.icao);
-        Write_Cell(row, column + 1, airport.name);
+        Correct_Cell(row, column, airport.icao);
+        Correct_Cell(row, column + 1, airport.name);
     });
 }
 
-void ucFlightLog::Write_Cell(std::size_t row, std::size_t column, std::string_view text,
-                             std::string_view why) {
+void ucFlightLog::Correct_Cell(std::size_t row, std::size_t column, std::string_view text,
+                               std::string_view why) {
     if (m_table.Get(row, column) == text)
         return;
     std::string before = m_table.Line(row);

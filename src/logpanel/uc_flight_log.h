@@ -69,8 +69,7 @@ class ucFlightLog : public Flight_Log_Form {
     void Grid_Load();
     /// True when the log stands in its file.
     bool Grid_Save();
-    /// Loads the file again, and says so when it could. Unsaved edits are kept beside the log
-    /// first.
+    /// Loads the file again, and says so when it could; unsaved edits are kept beside the log.
     void Grid_Undo();
     /// 0 by date and time out, 1 by aircraft type.
     void Grid_Sort(int mode);
@@ -83,7 +82,7 @@ class ucFlightLog : public Flight_Log_Form {
     /// Takes rows of ".unsaved" files, of 53 fields each, into the log and saves it; only then they
     /// leave those files. A row that the log has is not added again, and one of a flight that it
     /// has takes that row's place; the pilot is told how many came to what. False when the log
-    /// could not be saved: the rows are in the table then, and in those files still.
+    /// could not be saved: the rows stay in those files, and are in the table.
     bool Recover_Rows(const std::vector<std::string>& lines);
     /// Deletes the current row, if there is one.
     void Delete_LogEntry();
@@ -103,6 +102,9 @@ class ucFlightLog : public Flight_Log_Form {
     /// The correction of the current row that `Take_Back_Correction` takes back, by one more edit.
     [[nodiscard]] std::optional<Correction> Correction_To_Take_Back();
     void Take_Back_Correction();
+    /// A text for a cell, taken as it stands.
+    void Correct_Cell(std::size_t row, std::size_t column, std::string_view text,
+                      std::string_view why = {});
 
     /// The row that the pop-up menu and the deleting key work on; none outside the table.
     void Set_Current_Row(std::optional<std::size_t> row) { m_current_row = row; }
@@ -155,8 +157,6 @@ class ucFlightLog : public Flight_Log_Form {
     [[nodiscard]] std::string Save_Table();
     bool Save_And_Tell(const std::function<void()>& once_saved);
     void Keep_Corrections();
-    void Write_Cell(std::size_t row, std::size_t column, std::string_view text,
-                    std::string_view why = {});
     std::string Keep_Unsaved_Edits();
     void Keep_Flight_Of_Unloaded_Log(const std::string& line);
     void Forget_Failed_Flight(const std::string& line);

@@ -91,5 +91,35 @@ TEST_F(Cli_Recordings, Hold_what_is_stored_against_the_recordings) {
     EXPECT_EQ(Status("flight verify"), 0);
 }
 
+TEST_F(Cli_Recordings, Find_the_row_of_a_flight_and_put_into_it_what_is_computed) {
+    Start_Simulator();
+    ASSERT_EQ(Fly().status, 0);
+    const std::string flown = Split(Type("flight list").output, '\t')[0];
+    const std::string row = Join(Rows().at(0), "|");
+    EXPECT_EQ(Type("flight row " + flown).output, "My Flight Log\t1\t" + row + "\n");
+    EXPECT_EQ(Type("log flight 1").output, flown + "\n");
+    EXPECT_EQ(Type("flight recompute --apply " + flown).output, "no difference\n");
+
+    const std::string other = "flight recompute " + flown + " --set ACARS_Fuel=1";
+    const std::string differences = Type(other).output;
+    EXPECT_THAT(differences, HasSubstr("Fuel Out: 9392 lbs -> 4260 kg\n"));
+    EXPECT_EQ(Status(other + " --apply"), 1) << "nobody said yes";
+    EXPECT_EQ(Join(Rows().at(0), "|"), row);
+    EXPECT_EQ(Type("--yes " + other + " --apply").output, differences);
+    EXPECT_THAT(Type("log history 1").output, HasSubstr("\tcomputed again, ACARS_Fuel=1\n"));
+    EXPECT_EQ(Type(other).output, "no difference\n");
+
+    // None of its key cells is as it was, and it stands in another log, behind another flight.
+    EXPECT_EQ(Status("log copy 1 Old"), 0);
+    EXPECT_EQ(Status("--yes log delete 1"), 0);
+    EXPECT_THAT(Type("flight row " + flown).output, testing::StartsWith("Old\t1\t"));
+    EXPECT_EQ(Type("log flight 1 --log Old").output, flown + "\n");
+    EXPECT_THAT(Type("--yes flight recompute --apply " + flown).errors,
+                HasSubstr("\"Old\", which is not the active log"));
+    EXPECT_EQ(Status("log use Old"), 0);
+    EXPECT_EQ(Status("--yes flight recompute --apply " + flown), 0);
+    EXPECT_THAT(Join(Rows("Old").at(0), "|"), testing::StartsWith(row));
+}
+
 }  // namespace
 }  // namespace norvane::test

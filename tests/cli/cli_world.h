@@ -66,10 +66,11 @@ class Cli_World : public testing::Test {
     [[nodiscard]] int Status(std::string_view line) const { return Type(line).status; }
     /// Flies to the gate without trouble.
     [[nodiscard]] Run_Result Fly() const { return Run(fly); }
-    /// The fields of the log's rows.
-    [[nodiscard]] std::vector<std::vector<std::string>> Rows() const {
+    /// The fields of a log's rows.
+    [[nodiscard]] std::vector<std::vector<std::string>> Rows(
+        const std::string& log = "My Flight Log") const {
         std::vector<std::vector<std::string>> rows;
-        for (const auto& line : Read_Lines(home / "logs" / "My Flight Log.txt")) {
+        for (const auto& line : Read_Lines(home / "logs" / (log + ".txt"))) {
             if (!line.empty())
                 rows.push_back(Split(line, '|'));
         }
