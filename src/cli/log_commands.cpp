@@ -207,6 +207,7 @@ int Log_Flight(Session& session, const Row_Choice& row, const std::string& name)
     const Open_Flights flights(session, Store_Use::look);
     const auto recorded = flights.library.List({});
     std::vector<std::string> logged;
+    logged.reserve(recorded.size());
     for (const Flight_Summary& flight : recorded)
         logged.push_back(flight.logged_row);
     Corrections corrections(session.Outside());

@@ -226,13 +226,14 @@ std::vector<std::string> Corrections::Earlier_Lines(std::string_view line) {
 std::optional<Correction> Last_Correction(const std::vector<Correction>& history,
                                           std::string_view line, std::size_t taken_back) {
     // Each taking back is one of the last correction that had not been taken back by then.
-    for (auto place = history.rbegin(); place != history.rend(); ++place) {
-        if (place->why == Corrections::taken_back)
+    for (std::size_t place = history.size(); place-- > 0;) {
+        const Correction& correction = history[place];
+        if (correction.why == Corrections::taken_back)
             ++taken_back;
         else if (taken_back > 0)
             --taken_back;
-        else if (Field_Of(line, place->column) == place->is)
-            return *place;
+        else if (Field_Of(line, correction.column) == correction.is)
+            return correction;
         else
             return std::nullopt;
     }

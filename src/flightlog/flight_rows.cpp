@@ -37,7 +37,8 @@ struct Read_Table {
 /// The log that comes first, then the others.
 std::vector<Read_Table> Read_Logs(const Services& services, std::string_view first) {
     std::vector<std::string> names = List_Logs(services);
-    std::ranges::stable_partition(names, [&](const std::string& name) { return name == first; });
+    std::stable_partition(names.begin(), names.end(),
+                          [&](const std::string& name) { return name == first; });
     std::vector<Read_Table> tables;
     for (const std::string& name : names) {
         try {

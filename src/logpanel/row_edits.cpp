@@ -67,11 +67,12 @@ bool Row_Edits::Keep(std::string_view log) {
 
 Row_Edits::Saved_Row Row_Edits::Saved(std::string_view line) const {
     Saved_Row row{std::string(line), 0};
-    for (auto edit = m_edits.rbegin(); edit != m_edits.rend(); ++edit) {
-        if (edit->after != row.line)
+    for (std::size_t place = m_edits.size(); place-- > 0;) {
+        const Edit& edit = m_edits[place];
+        if (edit.after != row.line)
             continue;
-        row.line = edit->before;
-        row.taken_back += edit->why == Corrections::taken_back ? 1 : 0;
+        row.line = edit.before;
+        row.taken_back += edit.why == Corrections::taken_back ? 1 : 0;
     }
     return row;
 }
@@ -92,14 +93,15 @@ std::optional<Correction> Row_Edits::Last(std::string_view line) {
 std::string Row_Edits::Remark(std::string_view line, std::size_t column) {
     std::string remark;
     const std::vector<Correction> history = History(line);
-    for (auto place = history.rbegin(); place != history.rend(); ++place) {
-        if (place->column != column)
+    for (std::size_t place = history.size(); place-- > 0;) {
+        const Correction& correction = history[place];
+        if (correction.column != column)
             continue;
         remark += remark.empty() ? "" : "\n";
-        remark += fmt::format("{} since {}: was {}.", Shown(place->is),
-                              place->when.substr(0, minutes_length), Shown(place->was));
-        if (!place->why.empty())
-            remark += fmt::format("  Why: {}", place->why);
+        remark += fmt::format("{} since {}: was {}.", Shown(correction.is),
+                              correction.when.substr(0, minutes_length), Shown(correction.was));
+        if (!correction.why.empty())
+            remark += fmt::format("  Why: {}", correction.why);
     }
     return remark;
 }
