@@ -1,33 +1,21 @@
 #pragma once
-// What benchmarks need of the outside: a desktop where nothing happens, and an error log that ends
-// the run, because a report would mean that something else was measured.
+// What benchmarks need of the outside: a desktop where nothing happens, an error log that ends the
+// run, because a report would mean that something else was measured, and a directory.
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <stdexcept>
+#include <string>
 
-#include "common/services.h"
-#include "common/timer_queue.h"
+#include "app/still_desktop.h"
 
 namespace norvane {
 
-class Idle_Desktop : public Desktop {
+class Idle_Desktop : public Still_Desktop {
   public:
-    explicit Idle_Desktop(Clock& clock) : m_timers(clock) {}
-    void Set_Busy(bool) override {}
+    using Still_Desktop::Still_Desktop;
     Answer Show_Message(const Message_Box& box) override { throw std::runtime_error(box.text); }
-    std::filesystem::path Choose_File(const File_Choice& /*choice*/) override { return {}; }
-    std::optional<std::int32_t> Choose_Color(std::int32_t /*current*/) override { return {}; }
-    void Open_File(const std::filesystem::path& /*file*/, std::string_view /*anchor*/) override {}
-    void Copy_Text(std::string_view /*text*/) override {}
-    void Process_Events() override {}
-    bool Wait_Until(const std::function<bool()>& condition, std::chrono::milliseconds) override {
-        return condition();
-    }
-    [[nodiscard]] Timer_Queue& Timers() override { return m_timers; }
-
-  private:
-    Timer_Queue m_timers;
 };
 
 class Fatal_Error_Log : public Error_Log {
@@ -36,6 +24,28 @@ class Fatal_Error_Log : public Error_Log {
         std::fprintf(stderr, "%s\n", entry.c_str());
         std::abort();
     }
+};
+
+/// Gone afterwards.
+class Temporary_Directory {
+  public:
+    Temporary_Directory() {
+        std::string name =
+            (std::filesystem::temp_directory_path() / "norvane-bench-XXXXXX").string();
+        if (::mkdtemp(name.data()) == nullptr)
+            throw std::runtime_error("no temporary directory");
+        m_path = name;
+    }
+    ~Temporary_Directory() {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    Temporary_Directory(const Temporary_Directory&) = delete;
+    Temporary_Directory& operator=(const Temporary_Directory&) = delete;
+    [[nodiscard]] const std::filesystem::path& Path() const { return m_path; }
+
+  private:
+    std::filesystem::path m_path;
 };
 
 }  // namespace norvane

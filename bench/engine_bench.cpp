@@ -6,8 +6,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -16,8 +14,8 @@
 #include "acars/cls_acars.h"
 #include "acars/cls_utc.h"
 #include "bench_world.h"
+#include "common/file_writer.h"
 #include "common/system_clock.h"
-#include "common/timer_queue.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
 #include "config/sqlite_store.h"
@@ -30,31 +28,12 @@
 namespace norvane {
 namespace {
 
-/// A program directory that is gone afterwards, with a world of one airport.
-class Program_Directory {
-  public:
+/// A program directory with a world of one airport.
+struct Program_Directory : Temporary_Directory {
     Program_Directory() {
-        std::string name =
-            (std::filesystem::temp_directory_path() / "norvane-bench-XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr)
-            throw std::runtime_error("no temporary directory");
-        m_path = name;
-        std::filesystem::create_directory(m_path / "bin");
-        std::FILE* world = std::fopen((m_path / "bin" / "fs9.wld").c_str(), "w");
-        if (world == nullptr || std::fputs("0|0|0|NULL|Null Island\n", world) < 0)
-            throw std::runtime_error("no world file");
-        std::fclose(world);
+        std::filesystem::create_directory(Path() / "bin");
+        Write_File(Path() / "bin" / "fs9.wld", "0|0|0|NULL|Null Island\n");
     }
-    ~Program_Directory() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    Program_Directory(const Program_Directory&) = delete;
-    Program_Directory& operator=(const Program_Directory&) = delete;
-    [[nodiscard]] const std::filesystem::path& Path() const { return m_path; }
-
-  private:
-    std::filesystem::path m_path;
 };
 
 /// An engine that has been brought to cruise through this transport.

@@ -5,11 +5,10 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "bench_world.h"
 #include "config/sqlite_store.h"
 
 namespace {
@@ -17,29 +16,8 @@ namespace {
 constexpr int stored_values = 22;
 constexpr double target_ms = 1.0;
 
-class Temporary_Directory {
-  public:
-    Temporary_Directory() {
-        std::string name =
-            (std::filesystem::temp_directory_path() / "norvane-bench-XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr)
-            throw std::runtime_error("no temporary directory");
-        m_path = name;
-    }
-    ~Temporary_Directory() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    Temporary_Directory(const Temporary_Directory&) = delete;
-    Temporary_Directory& operator=(const Temporary_Directory&) = delete;
-    [[nodiscard]] const std::filesystem::path& Path() const { return m_path; }
-
-  private:
-    std::filesystem::path m_path;
-};
-
 void Persist_22_Values(benchmark::State& state) {
-    const Temporary_Directory directory;
+    const norvane::Temporary_Directory directory;
     norvane::Sqlite_Store store(directory.Path() / "settings.sqlite");
     std::vector<double> times_ms;
     int round = 0;

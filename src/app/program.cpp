@@ -85,8 +85,13 @@ void Program::Connect_Recorder() {
     log_entry.NewLogEntrySaveOK.Connect([this] {
         // A flight that was only typed has no recording.
         if (panel.Is_Active() || panel.Is_Logged())
-            archive.Note_Logged(settings.FlightLog(), Log_Line(log_entry), recorder.Is_Recording());
+            Note_Logged(settings.FlightLog(), Log_Line(log_entry));
     });
+}
+
+void Program::Note_Logged(const std::string& log_name, const std::string& line) {
+    if (!recorder.Note_Logged(log_name, line))
+        archive.Note_Logged(log_name, line);
 }
 
 void Program::Close(ucACARS::Closing how) {

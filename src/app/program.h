@@ -80,6 +80,7 @@ class Program {
     [[nodiscard]] Http_Options Limits(const Http_Options& http) const;
     void Connect();
     void Connect_Recorder();
+    void Note_Logged(const std::string& log_name, const std::string& line);
     void End_The_Rest();
     void Keep_PIREP_Edits();
 

@@ -23,7 +23,6 @@ namespace {
 
 /// The row of a flight is logged and its PIREP made before anything is packed.
 constexpr std::chrono::milliseconds pause_before_packing(200);
-constexpr std::string_view plain_ending = ".rec";
 constexpr std::string_view packed_ending = ".rec.gz";
 constexpr std::string_view damaged_ending = ".damaged";
 
@@ -85,61 +84,69 @@ void Flight_Archive::Take(const std::filesystem::path& recording) {
     Guarded(m_services, "Flight_Archive.Take()", Show::silent, [&] {
         // What a kill tore is cut off.
         { const Growing_File whole(recording); }
-        const std::string stem = From_Path(recording.stem());
-        Flight_Summary flight;
         try {
-            const auto moments = Read_Recording(recording);
-            m_end_seconds = moments.back().seconds;
-            flight = Derive_Flight(stem, moments);
-        } catch (...) {
+            Pack(recording);
+        } catch (const Broken_Content&) {
             // Looked at once, not at every start.
-            std::filesystem::rename(recording, recording.string() + std::string(damaged_ending));
+            std::error_code unknown;
+            std::filesystem::rename(recording, recording.string() + std::string(damaged_ending),
+                                    unknown);
             throw;
         }
-        if (flight.events.empty()) {
-            // The brake was never released: nothing was flown.
-            std::filesystem::remove(recording);
-            return;
-        }
-        const auto packed =
-            Free_Name(recording.parent_path(), Flight_Name(flight, stem), packed_ending);
-        Pack_Recording(recording, packed);
-        std::filesystem::remove(recording);
-        const std::string name = From_Path(packed.filename());
-        flight.id = name.substr(0, name.size() - packed_ending.size());
-        m_last = std::move(flight);
-        // A flight that is not in the log yet finds its recording again.
-        const auto& [section, key] = std::pair(stored_recording::section, stored_recording::name);
-        if (m_services.settings.Find(section, key) == From_Path(recording.filename()))
-            m_services.settings.Set(section, key, name);
-        Store();
-        Add_Row();
     });
+}
+
+void Flight_Archive::Pack(const std::filesystem::path& recording) {
+    // Ended before its first step.
+    if (Is_Empty_Recording(recording)) {
+        std::filesystem::remove(recording);
+        return;
+    }
+    const std::string stem = From_Path(recording.stem());
+    const auto moments = Read_Recording(recording);
+    Flight_Summary flight = Derive_Flight(stem, moments);
+    if (flight.events.empty()) {
+        // The brake was never released: nothing was flown.
+        std::filesystem::remove(recording);
+        return;
+    }
+    const std::string wanted = Flight_Name(flight, stem);
+    auto packed = recording.parent_path() / (wanted + std::string(packed_ending));
+    // Not twice, if a program was killed between packing and what follows.
+    if (!Is_Packed_As(recording, packed)) {
+        packed = Free_Name(recording.parent_path(), wanted, packed_ending);
+        Pack_Recording(recording, packed);
+    }
+    const std::string name = From_Path(packed.filename());
+    flight.id = name.substr(0, name.size() - packed_ending.size());
+    m_last = std::move(flight);
+    m_end_seconds = moments.back().seconds;
+    // A flight that is not in the log yet finds its recording again.
+    const auto& [section, key] = std::pair(stored_recording::section, stored_recording::name);
+    if (m_services.settings.Find(section, key) == From_Path(recording.filename()))
+        m_services.settings.Set(section, key, name);
+    std::filesystem::remove(recording);
+    Store();
 }
 
 void Flight_Archive::Forget_Last() {
     Finish();
     m_last.reset();
-    m_line.clear();
 }
 
-void Flight_Archive::Note_Logged(std::string_view log_name, std::string_view line,
-                                 bool still_recorded) {
-    m_log_name = log_name;
-    m_line = line;
-    if (!still_recorded && m_waiting.empty() && m_last)
-        Guarded(m_services, "Flight_Archive.Note_Logged()", Show::silent, [&] { Add_Row(); });
-}
-
-void Flight_Archive::Add_Row() {
-    if (m_line.empty())
+void Flight_Archive::Note_Logged(std::string_view log_name, std::string_view line) {
+    if (!m_last)
         return;
-    Add_To_Packed_File(Packed_File(),
-                       fmt::format("# logged: {}\t{}\n{}\n", std::exchange(m_log_name, {}),
-                                   std::exchange(m_line, {}), Format_Fixed(m_end_seconds, 3)));
-    // What is stored is what the recording says, its last lines included.
-    m_last = Derive_Flight(std::string(m_last->id), Read_Recording(Packed_File()));
-    Store();
+    Guarded(m_services, "Flight_Archive.Note_Logged()", Show::silent, [&] {
+        // A pilot who keeps no recordings has none to add to.
+        if (std::filesystem::exists(Packed_File())) {
+            Add_To_Packed_File(Packed_File(), fmt::format("# logged: {}\t{}\n{}\n", log_name, line,
+                                                          Format_Fixed(m_end_seconds, 3)));
+        }
+        m_last->log_name = log_name;
+        m_last->logged_row = line;
+        Store();
+    });
 }
 
 void Flight_Archive::Store() {
@@ -153,15 +160,13 @@ void Flight_Archive::Store() {
 
 void Flight_Archive::Take_Leftovers(bool flight_goes_on) {
     const auto directory = Flights_Directory(m_services);
-    std::error_code failure;
     std::vector<std::filesystem::path> left;
-    for (const auto& entry : std::filesystem::directory_iterator(directory, failure)) {
-        if (entry.path().extension() == plain_ending)
-            left.push_back(entry.path());
+    for (const Recording_File& recording : List_Recordings(directory)) {
+        if (!recording.is_packed)
+            left.push_back(recording.file);
     }
     const std::string stored =
         m_services.settings.Get(stored_recording::section, stored_recording::name);
-    std::ranges::sort(left);
     for (const auto& recording : left) {
         if (flight_goes_on && From_Path(recording.filename()) == stored)
             continue;

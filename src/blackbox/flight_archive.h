@@ -31,14 +31,14 @@ class Flight_Archive {
     void Finish();
     /// Packs what an earlier run left, but for the recording of a flight that goes on.
     void Take_Leftovers(bool flight_goes_on);
-    /// The log has the flight that was recorded last, or is `still_recorded`, as this line of it.
-    void Note_Logged(std::string_view log_name, std::string_view line, bool still_recorded);
+    /// The log has the flight that was packed last as this line of it.
+    void Note_Logged(std::string_view log_name, std::string_view line);
     /// Another flight begins: what the log gets from now on is not the last one's.
     void Forget_Last();
 
   private:
     void Take(const std::filesystem::path& recording);
-    void Add_Row();
+    void Pack(const std::filesystem::path& recording);
     void Store();
     void Take_Up_Stored(const std::string& stored_name);
     [[nodiscard]] std::filesystem::path Packed_File() const;
@@ -50,9 +50,6 @@ class Flight_Archive {
     std::optional<Flight_Summary> m_last;
     /// Of its recording's last moment.
     double m_end_seconds = 0;
-    /// What the log has of the flight whose recording waits.
-    std::string m_log_name;
-    std::string m_line;
     Timer m_timer;
 };
 

@@ -76,13 +76,28 @@ void Flight_Recorder::Take_Step(const Engine_Step& step) {
         if (m_file)
             Write_Step(step);
     });
-    // The flight goes on without its recording, and is not told of it again.
     if (!done)
-        Give_Up();
+        Fail();
+}
+
+/// The flight goes on without its recording, and nobody is told of it again. Taken up again, it
+/// does not go on in what was recorded before.
+void Flight_Recorder::Fail() {
+    if (m_file)
+        m_ended = m_file->Name();
+    Give_Up();
+    m_has_failed = true;
+    Guarded(m_parts.services, procedure, Show::silent, [&] {
+        Settings_Store& store = m_parts.services.settings;
+        if (store.Find(stored_recording::section, stored_recording::name))
+            store.Set(stored_recording::section, stored_recording::name, {});
+    });
 }
 
 void Flight_Recorder::Begin() {
     Give_Up();
+    m_ended.clear();
+    m_has_failed = false;
     if (m_parts.settings.OPT_Recordings() == 0)
         return;
     const Clock_Moments now = Read_Clocks(m_parts.services);
@@ -103,14 +118,24 @@ void Flight_Recorder::Go_On() {
     Settings_Store& store = m_parts.services.settings;
     const std::string name = store.Get(stored_recording::section, stored_recording::name);
     const auto file = Directory() / To_Path(name);
-    if (name.empty() || !std::filesystem::exists(file)) {
+    std::vector<Recorded_Moment> moments;
+    std::unique_ptr<Growing_File> found;
+    if (!name.empty() && std::filesystem::exists(file)) {
+        Guarded(m_parts.services, procedure, Show::silent, [&] {
+            found = std::make_unique<Growing_File>(file);
+            moments = Read_Recording(file);
+        });
+    }
+    if (moments.empty()) {
+        found.reset();
         Begin();
         m_remarks.emplace_back("incomplete: the recording of the flight's beginning is missing");
         return;
     }
     Give_Up();
-    m_file = std::make_unique<Growing_File>(file);
-    const std::vector<Recorded_Moment> moments = Read_Recording(file);
+    m_ended.clear();
+    m_has_failed = false;
+    m_file = std::move(found);
     m_last_seconds = moments.back().seconds;
     const double gone_s = Seconds_Since_Beginning(moments, Read_Clocks(m_parts.services));
     const Timer_Queue& timers = m_parts.services.desktop.Timers();
@@ -264,7 +289,7 @@ void Flight_Recorder::Sample_Fast() {
         Note_Contact(m_sampler.Is_On_Ground());
     });
     if (!done)
-        Give_Up();
+        Fail();
 }
 
 void Flight_Recorder::Stop_Sampling() {
@@ -280,19 +305,55 @@ void Flight_Recorder::Give_Up() {
 }
 
 std::filesystem::path Flight_Recorder::End(std::string_view why) {
-    std::filesystem::path file;
-    Guarded(m_parts.services, "Flight_Recorder.End()", Show::silent, [&] {
-        if (!m_file)
-            return;
-        file = m_file->Name();
+    if (!m_file)
+        return {};
+    const auto file = m_file->Name();
+    const bool done = Guarded(m_parts.services, "Flight_Recorder.End()", Show::silent, [&] {
         if (m_first)
             Add(*std::exchange(m_first, std::nullopt));
         m_remarks.push_back(fmt::format("ended: {}", why));
         Add({Seconds(), {}, std::exchange(m_remarks, {})});
         m_file->Sync();
     });
+    if (!done) {
+        Fail();
+        return {};
+    }
     Give_Up();
+    m_ended = file;
     return file;
+}
+
+bool Flight_Recorder::Note_Logged(std::string_view log_name, std::string_view line) {
+    const Recorded_Moment note{Seconds(), {}, {fmt::format("logged: {}\t{}", log_name, line)}};
+    if (m_file) {
+        const bool done =
+            Guarded(m_parts.services, "Flight_Recorder.Note_Logged()", Show::silent, [&] {
+                if (m_first)
+                    Add(*std::exchange(m_first, std::nullopt));
+                Add(note);
+                m_file->Sync();
+            });
+        if (!done)
+            Fail();
+        return true;
+    }
+    std::error_code unknown;
+    if (m_ended.empty() || !std::filesystem::exists(m_ended, unknown))
+        return m_has_failed;
+    const auto add = [&] {
+        Growing_File file(m_ended);
+        file.Add(Recording_Lines(note));
+        file.Sync();
+    };
+    if (!m_has_failed)
+        return Guarded(m_parts.services, "Flight_Recorder.Note_Logged()", Show::silent, add);
+    try {
+        add();
+    } catch (const std::exception&) {
+        // The pilot was told of this recording.
+    }
+    return true;
 }
 
 }  // namespace norvane

@@ -44,10 +44,11 @@ class Flight_Recorder {
     Flight_Recorder& operator=(const Flight_Recorder&) = delete;
 
     /// The flight is tracked no longer, for this reason ("gate"): its recording is whole and its
-    /// name is returned; empty when nothing is recorded.
+    /// name is returned; empty when nothing is recorded, or not to its end.
     std::filesystem::path End(std::string_view why);
-    /// A flight is being recorded, or will go on in its recording.
-    [[nodiscard]] bool Is_Recording() const { return m_file != nullptr; }
+    /// The log has the flight as this line of it: that stands in the recording at once, as long as
+    /// it is not packed. True when it does, or when the flight's recording has failed.
+    bool Note_Logged(std::string_view log_name, std::string_view line);
 
   private:
     void Take_Step(const Engine_Step& step);
@@ -66,6 +67,7 @@ class Flight_Recorder {
     void Sample_Fast();
     void Stop_Sampling();
     void Give_Up();
+    void Fail();
     [[nodiscard]] double Seconds() const;
     [[nodiscard]] std::filesystem::path Directory() const;
 
@@ -78,6 +80,10 @@ class Flight_Recorder {
 
     Parts m_parts;
     std::unique_ptr<Growing_File> m_file;
+    /// Of the flight that was tracked last, once it is written no more.
+    std::filesystem::path m_ended;
+    /// That one is not whole; it was told of.
+    bool m_has_failed = false;
     Step_Sampler m_sampler;
     /// The clock's moment of second 0, as if it had never stood still.
     std::chrono::microseconds m_start{0};

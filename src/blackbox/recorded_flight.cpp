@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::string_view fast_remark = "fast";
 constexpr std::string_view ended_remark = "ended:";
+constexpr std::string_view logged_remark = "logged:";
 
 bool Has_Remark(const Recorded_Moment& moment, std::string_view beginning) {
     return std::any_of(moment.remarks.begin(), moment.remarks.end(),
@@ -119,9 +120,9 @@ Recorded_Flight Decode_Moments(const std::vector<Recorded_Moment>& moments) {
     flight.samples.reserve(moments.size());
     Moment_Decoder decoder;
     for (const Recorded_Moment& moment : moments) {
-        if (&moment == &moments.back() && moment.changes.empty() &&
-            Has_Remark(moment, ended_remark))
-            break;
+        if (moment.changes.empty() &&
+            (Has_Remark(moment, ended_remark) || Has_Remark(moment, logged_remark)))
+            continue;
         Flight_Sample sample = decoder.Next(moment);
         Note_Served(sample, flight.served);
         if (!flight.samples.empty())

@@ -63,8 +63,8 @@ struct Served_Variables {
 };
 
 struct Recorded_Flight {
-    /// As the moments, one for each; the last moment, if it tells no more than why the recording
-    /// ended, gives none.
+    /// As the moments, one for each; those that tell no more than why the recording ended, or of
+    /// the log, give none.
     std::vector<Flight_Sample> samples;
     Served_Variables served;
 };

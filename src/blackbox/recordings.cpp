@@ -14,6 +14,7 @@
 #include "common/gzip_reader.h"
 #include "common/run_error.h"
 #include "common/services.h"
+#include "simlink/recording.h"
 
 namespace norvane {
 
@@ -129,6 +130,31 @@ void Pack_Recording(const fs::path& recording, const fs::path& packed) {
     }
     packer.Finish();
     target.Commit();
+}
+
+bool Is_Empty_Recording(const fs::path& recording) {
+    Gzip_Reader lines(recording);
+    if (!lines.Next())
+        return true;
+    if (lines.Line() != Recording_Head())
+        return false;
+    while (lines.Next()) {
+        if (!lines.Line().empty() && lines.Line().front() != '#')
+            return false;
+    }
+    return true;
+}
+
+bool Is_Packed_As(const fs::path& recording, const fs::path& packed) {
+    if (!fs::exists(packed))
+        return false;
+    Gzip_Reader lines(recording);
+    Gzip_Reader packed_lines(packed);
+    while (lines.Next()) {
+        if (!packed_lines.Next() || packed_lines.Line() != lines.Line())
+            return false;
+    }
+    return true;
 }
 
 std::size_t Prune(const fs::path& directory, int keep) {

@@ -30,6 +30,12 @@ struct Recording_File {
 /// Raises when either cannot be read or written.
 void Pack_Recording(const std::filesystem::path& recording, const std::filesystem::path& packed);
 
+/// The recording has no moment yet.
+[[nodiscard]] bool Is_Empty_Recording(const std::filesystem::path& recording);
+/// The packed recording is there and begins with all that the plain one holds.
+[[nodiscard]] bool Is_Packed_As(const std::filesystem::path& recording,
+                                const std::filesystem::path& packed);
+
 /// Deletes the oldest packed recordings but for `keep`; -1 keeps all. A file that cannot be deleted
 /// stays. Returns how many went.
 std::size_t Prune(const std::filesystem::path& directory, int keep);

@@ -187,12 +187,22 @@ void Growing_File::Cut_Torn_Line() {
 }
 
 void Growing_File::Add(std::string_view bytes) {
-    Write_All(m_descriptor, bytes, m_file);
+    const off_t end = ::lseek(m_descriptor, 0, SEEK_END);
+    try {
+        Write_All(m_descriptor, bytes, m_file);
+    } catch (...) {
+        // Where that fails too, the next one who opens it does it.
+        static_cast<void>(end >= 0 && ::ftruncate(m_descriptor, end));
+        throw;
+    }
 }
 
 void Growing_File::Sync() {
-    if (::fdatasync(m_descriptor) != 0)
+    struct stat status {};
+    if (::fdatasync(m_descriptor) != 0 || ::fstat(m_descriptor, &status) != 0)
         throw File_Error(errno, From_Path(m_file));
+    if (status.st_nlink == 0)
+        throw File_Error(ENOENT, From_Path(m_file));
 }
 
 void Copy_File(const std::filesystem::path& from, const std::filesystem::path& to) {

@@ -33,7 +33,8 @@ class Atomic_File {
 };
 
 /// A file that grows as things happen: what was added is the system's at once, and the disk's after
-/// `Sync`.
+/// `Sync`, which raises when the file was deleted meanwhile. What could not be added whole is not
+/// there.
 class Growing_File {
   public:
     /// Creates the file, or goes on behind its end; a last line that has no end is cut off first.

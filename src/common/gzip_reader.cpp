@@ -32,8 +32,9 @@ Gzip_Reader::Gzip_Reader(const std::filesystem::path& file, std::size_t at_most_
 }
 
 void Gzip_Reader::Refuse(const std::string& why) const {
-    throw Run_Error(error_number::device_io_error,
-                    fmt::format("{}: {}, after line {}", From_Path(m_name), why, m_line_number));
+    throw Broken_Content(
+        error_number::device_io_error,
+        fmt::format("{}: {}, after line {}", From_Path(m_name), why, m_line_number));
 }
 
 bool Gzip_Reader::Has_More() {
@@ -46,6 +47,8 @@ bool Gzip_Reader::Has_More() {
         ::gzerror(m_file.get(), &status);
         if (status == Z_ERRNO)
             throw File_Error(reason, From_Path(m_name));
+        if (status == Z_MEM_ERROR)
+            throw File_Error(ENOMEM, From_Path(m_name));
         if (status == Z_BUF_ERROR)
             Refuse("The packed file is cut short");
         if (got < 0)

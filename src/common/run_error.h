@@ -40,6 +40,12 @@ class Run_Error : public std::exception {
     std::string m_for_pilot;
 };
 
+/// A failure that means a file's content, rather than the access to it, is at fault.
+class Broken_Content : public Run_Error {
+  public:
+    using Run_Error::Run_Error;
+};
+
 /// The error for a failed system call on a file: number by `errno_value`, description naming
 /// `path`.
 [[nodiscard]] Run_Error File_Error(int errno_value, const std::string& path);

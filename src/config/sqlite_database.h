@@ -18,12 +18,6 @@ struct sqlite3_stmt;
 
 namespace norvane {
 
-/// A failure that means the file's content, rather than the access to it, is at fault.
-class Broken_Content : public Run_Error {
-  public:
-    using Run_Error::Run_Error;
-};
-
 class Sqlite_Database;
 
 /// A prepared statement; it ends before its database.

@@ -73,9 +73,9 @@ class Recording_Reader {
 
   private:
     [[noreturn]] void Refuse(const std::string& fault) const {
-        throw Run_Error(error_number::device_io_error,
-                        fmt::format("{}, line {}: {}", From_Path(m_file),
-                                    std::max<std::size_t>(m_lines.Line_Number(), 1), fault));
+        throw Broken_Content(error_number::device_io_error,
+                             fmt::format("{}, line {}: {}", From_Path(m_file),
+                                         std::max<std::size_t>(m_lines.Line_Number(), 1), fault));
     }
 
     static std::string Remark(std::string_view line) {

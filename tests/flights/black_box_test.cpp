@@ -1,10 +1,14 @@
 // The black box of a flight: what it recorded gives the logged row again, under other settings
 // another one, and nothing that happens to it touches the flight.
 
+#include <sys/resource.h>
+
 #include <algorithm>
+#include <csignal>
 #include <random>
 
 #include "app/recompute.h"
+#include "blackbox/flight_store.h"
 #include "flights/flight_world.h"
 #include "simhost/recording/replay.h"
 #include "simlink/recording.h"
@@ -109,27 +113,98 @@ TEST(Black_Box, Of_a_flight_that_was_killed_anywhere_gives_its_row_again) {
     }
 }
 
-TEST(Black_Box, That_cannot_be_written_costs_the_flight_nothing) {
+/// No file grows beyond so many bytes.
+void Limit_Files(rlim_t bytes) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit{};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = bytes;
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+TEST(Black_Box, In_trouble_costs_the_flight_nothing_and_is_told_of_once) {
+    namespace fs = std::filesystem;
     Flight_World untroubled;
     untroubled.Start();
     const Row expected = untroubled.Fly();
-    for (const bool from_the_start : {true, false}) {
-        SCOPED_TRACE(from_the_start);
+    const auto block = [](Flight_World& flight) {
+        fs::remove_all(flight.directory / "flights");
+        flight.Write("flights", "in the way");
+    };
+    const struct {
+        const char* what;
+        bool from_the_start;
+        std::function<void(Flight_World&)> begin;
+        std::size_t reports;
+    } cases[] = {
+        {"blocked", true, block, 1},
+        {"blocked in flight", false, block, 1},
+        {"deleted", false,
+         [](Flight_World& flight) { fs::remove_all(flight.directory / "flights"); }, 1},
+        {"full", false,
+         [](Flight_World& flight) {
+             for (const auto& entry : fs::directory_iterator(flight.directory / "flights"))
+                 Limit_Files(entry.file_size() + 100);
+         },
+         1},
+        {"damaged store", false,
+         [](Flight_World& flight) { flight.Write("flights/flights.sqlite", "no database"); }, 1},
+        {"deleted store", false,
+         [](Flight_World& flight) { fs::remove(flight.directory / "flights/flights.sqlite"); }, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
         Flight_World flight;
-        const auto block = [&] {
-            std::filesystem::remove_all(flight.directory / "flights");
-            flight.Write("flights", "in the way");
-        };
-        if (from_the_start)
-            block();
+        if (c.from_the_start)
+            c.begin(flight);
         flight.Start();
         flight.Take_Off();
-        if (!from_the_start)
-            block();
-        EXPECT_EQ(flight.Fly(), expected);
+        if (!c.from_the_start)
+            c.begin(flight);
+        const bool at_gate = flight.Fly_To_Gate();
+        Limit_Files(RLIM_INFINITY);
+        EXPECT_TRUE(at_gate);
+        flight.Log();
+        EXPECT_THAT(flight.Rows(), ElementsAre(expected));
         End(flight);
-        EXPECT_LE(flight.Take_Reports().size(), 1U);
+        EXPECT_EQ(flight.Take_Reports().size(), c.reports);
+        // What was recorded of it is packed by the next start, whole lines only.
+        flight.Start();
+        EXPECT_TRUE(flight.Take_Reports().empty() || std::string(c.what).starts_with("blocked"));
     }
+}
+
+TEST(Black_Box, That_is_killed_with_its_program_has_all_but_two_seconds_and_the_row) {
+    Flight_World flight(Short_Hop(), 0.5);
+    flight.Start();
+    const auto plain = [&] {
+        std::filesystem::path file;
+        for (const auto& entry :
+             std::filesystem::directory_iterator(flight.directory / "flights")) {
+            if (entry.path().extension() == ".rec")
+                file = entry.path();
+        }
+        return file;
+    };
+    flight.Running().panel.hypOn.Click();
+    const auto start = flight.desktop.Now();
+    for (int look = 0; look < 40; ++look) {
+        flight.desktop.Run_For(std::chrono::milliseconds(7'370));
+        const double now_s = std::chrono::duration<double>(flight.desktop.Now() - start).count();
+        ASSERT_GE(Read_Recording(plain()).back().seconds, now_s - 2);
+    }
+    const Row row = flight.Fly();
+    ASSERT_EQ(row.size(), 53U);
+    ASSERT_FALSE(plain().empty()) << "it is not packed yet";
+    // The pilot keeps no recordings from now on; the row is known all the same.
+    flight.Running().settings.Set_OPT_Recordings(0);
+    flight.Running().settings.Save_Settings();
+    flight.Start();
+    EXPECT_TRUE(plain().empty());
+    EXPECT_TRUE(Recording_Of(flight).empty());
+    const auto stored = Flight_Store(flight.directory / "flights", Store_Use::look).List();
+    ASSERT_EQ(stored.size(), 1U);
+    EXPECT_EQ(stored[0].logged_row, Join(row, "|"));
 }
 
 }  // namespace
