@@ -27,7 +27,7 @@ double Length_S() {
 }
 
 fs::path Packed_Flight(const Temporary_Directory& directory) {
-    const fs::path packed = directory.Path() / "flight.rec.gz";
+    fs::path packed = directory.Path() / "flight.rec.gz";
     Pack_Recording(The_Flight().Recording(), packed);
     return packed;
 }

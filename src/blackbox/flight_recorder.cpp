@@ -307,7 +307,7 @@ void Flight_Recorder::Give_Up() {
 std::filesystem::path Flight_Recorder::End(std::string_view why) {
     if (!m_file)
         return {};
-    const auto file = m_file->Name();
+    auto file = m_file->Name();
     const bool done = Guarded(m_parts.services, "Flight_Recorder.End()", Show::silent, [&] {
         if (m_first)
             Add(*std::exchange(m_first, std::nullopt));
