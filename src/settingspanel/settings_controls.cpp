@@ -1,6 +1,10 @@
 #include "settingspanel/settings_controls.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <array>
+#include <functional>
 
 namespace norvane {
 
@@ -101,6 +105,18 @@ std::vector<Setting_List> Lists_Of_Recording() {
 }
 
 }  // namespace
+
+std::vector<Recording_Choice> Recording_Choices(std::int32_t now) {
+    std::vector<std::int32_t> counts{1000, 500, 200, 100, 50, 20, 10};
+    if (now > 0 && std::find(counts.begin(), counts.end(), now) == counts.end())
+        counts.push_back(now);
+    std::sort(counts.begin(), counts.end(), std::greater<>());
+    std::vector<Recording_Choice> choices{{-1, "All Flights"}};
+    for (const std::int32_t count : counts)
+        choices.push_back({count, fmt::format("Last {} Flights", count)});
+    choices.push_back({0, "No Flights"});
+    return choices;
+}
 
 const std::vector<Setting_List>& Setting_Lists() {
     static const std::vector<Setting_List> lists = [] {

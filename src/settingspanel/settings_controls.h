@@ -46,6 +46,15 @@ struct Pilot_Text {
     void (clsAppSettings::*assign)(std::string_view);
 };
 
+/// An entry of the list of how many recordings are kept.
+struct Recording_Choice {
+    /// As `OPT_Recordings`.
+    std::int32_t flights;
+    std::string words;
+};
+/// The most first; `now` is among them.
+[[nodiscard]] std::vector<Recording_Choice> Recording_Choices(std::int32_t now);
+
 /// In the order of the page.
 [[nodiscard]] const std::vector<Setting_List>& Setting_Lists();
 [[nodiscard]] std::span<const Setting_Flag> Setting_Flags();

@@ -282,8 +282,21 @@ void ucSettings::Get_Settings() {
         chkACARS[vatsim].Set_Checked(Plan_Source{m_settings.VATSIM_FP()} == Plan_Source::network);
         txtVATSIM_PID.Set_Text(m_settings.VATSIM_PID());
         Get_Opt_Fields();
+        Get_Recordings();
         Get_VA_Settings();
     });
+}
+
+void ucSettings::Get_Recordings() {
+    std::vector<std::string> entries;
+    int selected = -1;
+    for (Recording_Choice& choice : Recording_Choices(m_settings.OPT_Recordings())) {
+        if (choice.flights == m_settings.OPT_Recordings())
+            selected = static_cast<int>(entries.size());
+        entries.push_back(std::move(choice.words));
+    }
+    cboRecordings.Set_Entries(std::move(entries));
+    cboRecordings.Select(selected);
 }
 
 void ucSettings::Show_Sending() {
@@ -396,6 +409,10 @@ bool ucSettings::Assign_And_Save(const std::vector<std::string>& definitions, st
         Assign_Flight_Settings();
     for (std::size_t i = 0; i < definitions.size(); ++i)
         m_settings.Set_OptFields(i, definitions[i]);
+    const auto recordings = Recording_Choices(m_settings.OPT_Recordings());
+    if (cboRecordings.Selected() >= 0)
+        m_settings.Set_OPT_Recordings(
+            recordings.at(static_cast<std::size_t>(cboRecordings.Selected())).flights);
     if (unlocked)
         log = Assign_Airline_Settings();
     const bool saved = m_settings.Save_Settings();

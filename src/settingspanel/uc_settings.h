@@ -112,6 +112,11 @@ class ucSettings {
     static constexpr std::string_view field_list_caption =
         "Field List: ( | delimited  value|value|value)";
     std::array<Field_Row, optional_field_count> optFields;
+    static constexpr std::string_view recordings_caption = "Keep Recordings Of:";
+    static constexpr std::string_view recordings_tooltip =
+        "A flight's track, landing and times can be computed again while its recording is kept; "
+        "what is known of a flight stays in any case";
+    Combo_Box cboRecordings;
 
     static constexpr std::string_view airline_caption = "Virtual Airline:";
     static constexpr std::string_view airline_tooltip =
@@ -144,6 +149,7 @@ class ucSettings {
     void Load_Flight_Logs();
     void Get_Settings();
     void Get_Opt_Fields();
+    void Get_Recordings();
     void Get_VA_Settings();
     void Get_Airline_Info();
     void Save_Settings();

@@ -94,9 +94,11 @@ TEST_F(Settings_Panel, Every_control_sets_what_it_names_and_is_found_again_after
     EXPECT_EQ(panel->optFields[1].txtName.Text(), "Crew/") << "seen as it will be stored";
     panel->optFields[1].cboType.Choose(1);
     panel->optFields[1].txtList.Enter(" Anna|Ben ");
+    EXPECT_EQ(panel->cboRecordings.Text(), "Last 200 Flights");
+    Choose(panel->cboRecordings, "No Flights");
     EXPECT_EQ(Save(),
               "FlightLog=Jets Color_Link_Bar=1193046 Color_MenuBar_Back=1056816 "
-              "Color_MenuBar_Fore=6636321 ACARS_TakeOff_Alt=35 "
+              "Color_MenuBar_Fore=6636321 OPT_Recordings=0 ACARS_TakeOff_Alt=35 "
               "Simulator_Address=sim.local:8338 VATSIM_PID=812345 Virtual_Airline=ABC "
               "Virtual_Airline_Log=Jets PilotName=NV0 PilotEmail=NV1 PilotID=NV2 "
               "Airline_IATA=NV3 Airline_ICAO=NV4 Airline_IATAPrefix=True "
@@ -109,7 +111,10 @@ TEST_F(Settings_Panel, Every_control_sets_what_it_names_and_is_found_again_after
     EXPECT_EQ(airline->WebServer(), "host");
 
     // Saved as a start shows it, nothing changes; left without saving, neither.
+    settings->Set_OPT_Recordings(77);
+    EXPECT_TRUE(settings->Save_Settings());
     Open();
+    EXPECT_EQ(panel->cboRecordings.Text(), "Last 77 Flights");
     EXPECT_EQ(Save(), "");
     panel->cmdReset.Click();
     panel->chkACARS[ucSettings::auto_log].Click();

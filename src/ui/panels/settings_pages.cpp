@@ -289,6 +289,13 @@ Form_Page* Make_Flight_Log_Settings_Page(ucSettings& settings, QWidget* parent) 
         Add_Field_Row(*group, number++, field);
     group->Stretch_Values(2);
     page->Rows().addWidget(group);
+    auto* recorded = new Form_Group("Recorded Flights", *page);
+    Add_List(
+        *recorded, {0, 0},
+        {settings.cboRecordings, ucSettings::recordings_caption, ucSettings::recordings_tooltip},
+        list_characters);
+    recorded->Stretch_After(0);
+    page->Rows().addWidget(recorded);
     page->Rows().addStretch(1);
     return page;
 }
