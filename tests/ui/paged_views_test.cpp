@@ -150,7 +150,7 @@ TEST_F(Settings_View_Test, Tab_reaches_every_control_of_a_page_by_its_name_and_n
         for (const char* name : {", Field Name ", ", Field Type ", ", Field List "})
             fields += name + std::string(1, number);
     }
-    expect("Field Name 1", fields.substr(14));
+    expect("Field Name 1", fields.substr(14) + ", Keep Recordings Of");
     Settings().txtPilot[ucSettings::iata].Enter("NV");
     expect("Virtual Airline",
            ", Default Log, Pilot Name, Pilot Email, Pilot ID, IATA, Airline (IATA), ICAO, "

@@ -41,6 +41,16 @@ void Open_View(QWidget& view);
 /// No page of the view needs more room than the window has when it opens.
 void Expect_No_Page_To_Scroll(QWidget& view);
 
+/// From here on windows are of the same letters and style on every machine.
+void Set_Known_Look();
+/// One line for each visible widget, further right than the one that it stands in.
+[[nodiscard]] std::string Window_Text(const QWidget& window, int depth = 0);
+/// The lightness of each square of so many pixels, 'A' to 'P'; blank where nothing is drawn.
+[[nodiscard]] std::string Drawing_Text(const QImage& image, int square);
+/// Compares with tests/data/windows/NAME.txt, letters to within `tolerance` of the alphabet. Who
+/// means a window to look otherwise looks at the difference and takes over the new file.
+void Expect_Look(const std::string& name, const std::string& seen, int tolerance = 0);
+
 /// The first of a kind in `window` for which `fits` holds.
 template <class Widget>
 Widget& Find_If(QWidget& window, const std::function<bool(const Widget&)>& fits) {
