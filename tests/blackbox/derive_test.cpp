@@ -51,30 +51,6 @@ std::vector<double> Times(const Rows& rows) {
     return times;
 }
 
-TEST(Derive_Circuit, Is_What_Was_Flown) {
-    const Flight_Summary circuit = Derive_Flight(
-        "phto", Read_Recording(std::string(NORVANE_SOURCE_DIR) + "/tests/data/phto-circuit.rec"));
-    EXPECT_THAT(Times(circuit.events), ElementsAre(14.931, 40.564, 402.98, 425.364));
-    EXPECT_THAT(circuit.events.at(3).near,
-                ElementsAre("parking brake set", "on the ground", "engine 1 running",
-                            "ground speed 0 kt", "altitude 36 ft", "fuel 10.1 gal"));
-    ASSERT_EQ(circuit.landings.size(), 1U);
-    // Its bounce lies between two samples.
-    ASSERT_EQ(circuit.landings[0].touches.size(), 1U);
-    const Touch& touch = circuit.landings[0].touches[0];
-    // The last three samples in the air tell -133, -118 and -95.
-    EXPECT_NEAR(touch.rate_fpm.value_or(0), -86, 1);
-    EXPECT_FALSE(touch.pitch_deg);
-    EXPECT_NEAR(circuit.landings[0].roll_out_ft.value_or(0), 99, 2);
-    EXPECT_NEAR(circuit.phases.at(2).seconds, 362.416, 1e-6);
-    EXPECT_NEAR(circuit.phases.at(2).fuel_gal, 0.543, 0.001);
-    EXPECT_THAT(circuit.incidents, IsEmpty());
-    EXPECT_NEAR(circuit.distance_flown_nm, 7.6, 0.05);
-    EXPECT_NEAR(circuit.highest_ft, 1020, 1);
-    EXPECT_NEAR(circuit.top_of_climb_s.value_or(0), 118, 1);
-    EXPECT_NEAR(circuit.top_of_descent_s.value_or(0), 256, 1);
-}
-
 TEST(Derive_Notes, Are_Taken_As_They_Stood_At_The_End) {
     auto moments = Two_Minutes();
     moments[0].remarks = {"program: Norvane 0.1.0", "flight: 214",   "setting: ACARS_EOF=0",

@@ -37,35 +37,6 @@ std::string Nesting_Fault(const std::string& xml) {
     return open.empty() ? std::string() : open.back();
 }
 
-TEST(Flight_Exports, Leave_gaps_open_and_keep_height_and_time) {
-    const Flight_Summary flight = Sample_Flight();
-    const std::string kml = Export_Flight(flight, Export_Format::kml);
-    EXPECT_EQ(Count(kml, "<gx:Track>"), 3U);
-    EXPECT_THAT(kml, HasSubstr("<gx:coord>-73.1000000 40.1000000 304.8</gx:coord>"));
-    EXPECT_EQ(Count(kml, "<when>2026-11-23T14:05:22.345Z</when>"), 1U);
-    EXPECT_THAT(kml, HasSubstr("<gx:interpolate>0</gx:interpolate>"));
-    const std::string gpx = Export_Flight(flight, Export_Format::gpx);
-    EXPECT_EQ(Count(gpx, "<trkseg>"), 3U);
-    EXPECT_EQ(Count(gpx, "<trkpt "), 5U);
-    EXPECT_THAT(gpx, HasSubstr("<trkpt lat=\"40.1000000\" lon=\"-73.1000000\">\n<ele>304.8</ele>\n"
-                               "<time>2026-11-23T14:05:22.345Z</time>"));
-    const auto track =
-        nlohmann::json::parse(Export_Flight(flight, Export_Format::geojson)).at("features").at(0);
-    const auto& lines = track.at("geometry").at("coordinates");
-    const auto& times = track.at("properties").at("coordTimes");
-    ASSERT_EQ(lines.size(), 3U);
-    EXPECT_EQ(lines.at(1).size(), 2U) << "a line has two ends";
-    EXPECT_EQ(lines.at(0).at(1), (nlohmann::json{-73.1, 40.1, 304.8}));
-    EXPECT_EQ(times.at(0).at(1), "2026-11-23T14:05:22.345Z");
-    EXPECT_EQ(times.at(1).size(), lines.at(1).size());
-    const auto rows = Split(Export_Flight(flight, Export_Format::csv), cr_lf);
-    ASSERT_EQ(rows.size(), 7U);
-    EXPECT_EQ(rows.at(2),
-              "10.000,2026-11-23T14:05:22.345Z,40.1000000,-73.1000000,1000.0,12.5,-700,140.5,139.9,"
-              "271.25,0,off,1");
-    EXPECT_TRUE(rows.at(3).ends_with(",2") && rows.at(4).ends_with(",3"));
-}
-
 TEST(Flight_Exports, Stay_whole_whatever_a_text_holds) {
     Flight_Summary flight = Sample_Flight();
     flight.aircraft = "<B&\"7\"> \x01 Zo\xEB";

@@ -9,7 +9,6 @@
 
 #include "blackbox/flight_json.h"
 #include "blackbox/flight_library.h"
-#include "blackbox/flight_text.h"
 #include "blackbox/sample_flight.h"
 #include "common/code_page.h"
 #include "common/file_writer.h"
@@ -211,18 +210,6 @@ TEST_F(Flight_Stores, Take_in_a_recording_once) {
     Write_File(outside.parent_path() / "bad.rec", "nothing");
     EXPECT_THROW(Library().Import(outside.parent_path() / "bad.rec"), Run_Error);
     EXPECT_THAT(Files(), ElementsAre("flights.sqlite"));
-}
-
-TEST_F(Flight_Stores, Explain_a_time_in_words) {
-    const std::string words = Evidence_Words(Sample_Flight());
-    EXPECT_THAT(words, testing::StartsWith(
-                           "OUT 14:05:26Z, step 29: the parking brake was released.  parking brake "
-                           "32767 -> 0, on ground 1.  Settings: ACARS_UseTime 0.  Near: engines 1 "
-                           "and 2 running.\nOFF 14:05:52Z: taken from the recording"));
-    const std::string landings = Landing_Text(Sample_Flight());
-    EXPECT_THAT(landings, HasSubstr("Landing 2: 14:11:55Z, -187 fpm (from 21 samples at 50 Hz)"));
-    EXPECT_THAT(landings, HasSubstr("bounce 1: 14:11:56Z, vertical speed unknown"));
-    EXPECT_THAT(landings, testing::Not(HasSubstr("flaps"))) << "nobody told them";
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ inline Flight_Summary Sample_Flight(std::string id = "2026-11-23_1405Z_KJFK-KBOS
                     29,
                     {{"parking brake", "32767", "0"}, {"on ground", "1", "1"}},
                     {{"ACARS_UseTime", "", "0"}}};
-    flight.events = {out, {Block_Event::off, 40, {}, {40.65, -73.79}, {}}};
+    flight.events = {out, {Block_Event::off, 35, {}, {40.65, -73.79}, {}}};
     Touch first{
         402.7, {42.36, -71.01}, -187.25, 21, 50, 1.31, 4.5, -0.5, 2.25, 138, 131, 12.5, -3.5,
         {},    140000};
@@ -34,7 +34,9 @@ inline Flight_Summary Sample_Flight(std::string id = "2026-11-23_1405Z_KJFK-KBOS
     bounce.seconds = 404;
     bounce.rate_fpm.reset();
     flight.landings = {{{first}, true, {}}, {{first, bounce}, false, 3210.0}};
-    flight.incidents = {{Incident_Kind::gap, 20, 7.5, 0}, {Incident_Kind::teleport, 30, 0, 12.5}};
+    flight.incidents = {{Incident_Kind::gap, 20, 7.5, 0},
+                        {Incident_Kind::teleport, 30, 0, 12.5},
+                        {Incident_Kind::taken_up, 40, 1, 0}};
     flight.phases = {{Flight_Phase::before_out, 14.5, 0.5}, {Flight_Phase::off, 360, 101}};
     // Two points, a gap, one point alone, a gap, two points.
     for (int i = 0; i < 5; ++i) {

@@ -36,15 +36,4 @@ inline double All_Gallons(const Offset_Area& area) {
     return gallons;
 }
 
-/// Who means the stand-in to tell other figures looks at the difference and takes over the new
-/// file.
-inline void Expect_As_Looked_At(const std::string& name, const std::string& told) {
-    if (told == Read_File(Data_File(name)))
-        return;
-    const auto file =
-        std::filesystem::path(testing::TempDir()) / std::filesystem::path(name).filename();
-    Write_File(file, told);
-    FAIL() << "compare tests/data/" << name << " with " << file;
-}
-
 }  // namespace norvane::test

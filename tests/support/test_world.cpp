@@ -108,4 +108,13 @@ std::filesystem::path Data_File(const std::string& name) {
     return std::filesystem::path(NORVANE_SOURCE_DIR) / "tests" / "data" / name;
 }
 
+void Expect_As_Looked_At(const std::string& name, const std::string& told) {
+    if (told == Read_File(Data_File(name)))
+        return;
+    const auto file =
+        std::filesystem::path(testing::TempDir()) / std::filesystem::path(name).filename();
+    Write_File(file, told);
+    ADD_FAILURE() << "compare tests/data/" << name << " with " << file;
+}
+
 }  // namespace norvane::test

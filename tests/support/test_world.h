@@ -133,5 +133,8 @@ class Test_World : public testing::Test {
 
 /// A file of the tests' data directory.
 [[nodiscard]] std::filesystem::path Data_File(const std::string& name);
+/// Fails when this is not what the file of that directory holds, and says where it was written. Who
+/// means other figures to be told looks at the difference and takes over the new file.
+void Expect_As_Looked_At(const std::string& name, const std::string& told);
 
 }  // namespace norvane::test
