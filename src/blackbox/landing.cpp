@@ -78,9 +78,12 @@ Touch Make_Touch(const Recorded_Flight& flight, std::size_t contact) {
     Touch touch;
     touch.seconds = sample.point.seconds;
     touch.position = sample.point.position;
-    touch.indicated_airspeed_kt = sample.point.indicated_airspeed_kt;
-    touch.ground_speed_kt = sample.point.ground_speed_kt;
-    touch.weight_lbs = sample.weight_lbs;
+    if (served.indicated_airspeed)
+        touch.indicated_airspeed_kt = sample.point.indicated_airspeed_kt;
+    if (served.ground_speed)
+        touch.ground_speed_kt = sample.point.ground_speed_kt;
+    if (served.weight)
+        touch.weight_lbs = sample.weight_lbs;
     if (const auto rate = Rate_At_Contact(flight, contact)) {
         touch.rate_fpm = rate->fpm;
         touch.samples = rate->samples;

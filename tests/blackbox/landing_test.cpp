@@ -233,6 +233,9 @@ TEST(Landings, A_Touch_Tells_How_The_Aircraft_Stood_In_The_Wind) {
     EXPECT_FALSE(touch.flaps_percent);
     // The made aircraft rolls on at 100 kt whatever it tells: 10 s.
     EXPECT_NEAR(landings[0].roll_out_ft.value_or(0), 1688, 10);
+    // What the simulator does not tell is unknown, not 0.
+    const Touch silent = Landings_Of(Made_Landing(), {0.01, 60, 50}).at(0).touches[0];
+    EXPECT_TRUE(silent.ground_speed_kt && !silent.indicated_airspeed_kt && !silent.weight_lbs);
     // Twice a second, three samples show no peak.
     EXPECT_FALSE(Landings_Of(world, {0.01, 60, 2}).at(0).touches[0].peak_g);
 }
