@@ -5,6 +5,8 @@
 #include <numbers>
 #include <utility>
 
+#include "blackbox/flight_fields.h"
+
 namespace norvane {
 
 namespace {
@@ -72,6 +74,16 @@ std::optional<double> Peak_G(const std::vector<Flight_Sample>& flown, std::size_
     return peak;
 }
 
+/// The store keeps no sign of a zero.
+struct Zero_Without_Sign {
+    void operator()(const char*, std::optional<double>& figure) const {
+        if (figure)
+            *figure += 0.0;
+    }
+    template <class Other>
+    void operator()(const char*, Other&) const {}
+};
+
 Touch Make_Touch(const Recorded_Flight& flight, std::size_t contact) {
     const Flight_Sample& sample = flight.samples[contact];
     const Served_Variables& served = flight.served;
@@ -106,6 +118,7 @@ Touch Make_Touch(const Recorded_Flight& flight, std::size_t contact) {
         touch.headwind_kt = sample.wind_speed_kt * std::cos(angle);
         touch.crosswind_kt = sample.wind_speed_kt * std::sin(angle);
     }
+    Each_Field(touch, Zero_Without_Sign());
     return touch;
 }
 
