@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <functional>
+#include <optional>
 #include <utility>
 
 #include "blackbox/derive.h"
@@ -23,6 +25,8 @@ namespace {
 
 /// The row of a flight is logged and its PIREP made before anything is packed.
 constexpr std::chrono::milliseconds pause_before_packing(200);
+/// The pilot waits meanwhile; a program that writes to the store takes a few milliseconds.
+constexpr std::chrono::milliseconds store_patience(250);
 constexpr std::string_view packed_ending = ".rec.gz";
 constexpr std::string_view damaged_ending = ".damaged";
 
@@ -52,6 +56,19 @@ std::string Flight_Name(const Flight_Summary& flight, std::string_view otherwise
         name += fmt::format("_{}-{}", origin, destination);
     const std::string number = For_File_Name(flight.flight_number);
     return number.empty() ? name : name + "_" + number;
+}
+
+/// Does what reads a recording. One that is damaged is set aside: it is told of once, not at every
+/// start.
+void Read_Or_Set_Aside(const std::filesystem::path& recording, const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const Broken_Content&) {
+        std::error_code unknown;
+        std::filesystem::rename(recording, recording.string() + std::string(damaged_ending),
+                                unknown);
+        throw;
+    }
 }
 
 }  // namespace
@@ -84,15 +101,7 @@ void Flight_Archive::Take(const std::filesystem::path& recording) {
     Guarded(m_services, "Flight_Archive.Take()", Show::silent, [&] {
         // What a kill tore is cut off.
         { const Growing_File whole(recording); }
-        try {
-            Pack(recording);
-        } catch (const Broken_Content&) {
-            // Looked at once, not at every start.
-            std::error_code unknown;
-            std::filesystem::rename(recording, recording.string() + std::string(damaged_ending),
-                                    unknown);
-            throw;
-        }
+        Read_Or_Set_Aside(recording, [&] { Pack(recording); });
     });
 }
 
@@ -150,12 +159,31 @@ void Flight_Archive::Note_Logged(std::string_view log_name, std::string_view lin
 }
 
 void Flight_Archive::Store() {
+    std::optional<Flight_Store> store;
+    try {
+        store.emplace(Flights_Directory(m_services), Store_Use::write, store_patience);
+        store->Put(*m_last);
+    } catch (const Run_Error& fault) {
+        throw Run_Error(fault.Number(), fault.Description() +
+                                            "\r\nThe flight's recording is kept; \"norvane-cli "
+                                            "flight rebuild\" stores the flight");
+    }
+    if (!store->Trouble().empty())
+        throw Run_Error(error_number::device_io_error, store->Trouble());
+    Prune(*store);
+}
+
+/// Deletes the oldest recordings. What is known of their flights is kept for ever, so that one goes
+/// only when its flight is stored; the store may have been damaged or deleted meanwhile.
+void Flight_Archive::Prune(Flight_Store& store) const {
     const auto directory = Flights_Directory(m_services);
-    Flight_Store store(directory, Store_Use::write);
-    store.Put(*m_last);
-    Prune(directory, m_settings.OPT_Recordings());
-    if (!store.Trouble().empty())
-        throw Run_Error(error_number::device_io_error, store.Trouble());
+    for (const Recording_File& old : Recordings_Beyond(directory, m_settings.OPT_Recordings())) {
+        Read_Or_Set_Aside(old.file, [&] {
+            if (!store.Has(old.id))
+                store.Put(Derive_Flight(old.id, Read_Recording(old.file)));
+        });
+        std::filesystem::remove(old.file);
+    }
 }
 
 void Flight_Archive::Take_Leftovers(bool flight_goes_on) {

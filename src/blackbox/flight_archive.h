@@ -17,6 +17,7 @@
 namespace norvane {
 
 class clsAppSettings;
+class Flight_Store;
 
 class Flight_Archive {
   public:
@@ -40,6 +41,7 @@ class Flight_Archive {
     void Take(const std::filesystem::path& recording);
     void Pack(const std::filesystem::path& recording);
     void Store();
+    void Prune(Flight_Store& store) const;
     void Take_Up_Stored(const std::string& stored_name);
     [[nodiscard]] std::filesystem::path Packed_File() const;
 

@@ -93,6 +93,9 @@ Flight_Summary Flight_Library::Import(const fs::path& file) {
 std::size_t Flight_Library::Rebuild() {
     std::vector<Flight_Summary> flights;
     for (const Recording_File& recording : List_Recordings(m_directory)) {
+        // A plain one gets its name when it is packed, and is stored then.
+        if (!recording.is_packed)
+            continue;
         if (auto flight = Derived_Or_Told(recording))
             flights.push_back(std::move(*flight));
     }

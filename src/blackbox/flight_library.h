@@ -37,7 +37,7 @@ class Flight_Library {
     /// name without its endings. Raises when the ID is taken or the file is no recording; then
     /// nothing has changed.
     Flight_Summary Import(const std::filesystem::path& file);
-    /// Derives and stores every recording anew, all or none; what is stored of others stays.
+    /// Derives and stores every packed recording anew, all or none; what is stored of others stays.
     /// Returns how many.
     std::size_t Rebuild();
     /// Derives every recording and compares; flights without a difference are left out. A flight

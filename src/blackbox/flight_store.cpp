@@ -169,8 +169,9 @@ bool Flight_Filter::Takes(const Flight_Summary& flight) const {
             Equal_No_Case(airport, flight.destination));
 }
 
-Flight_Store::Flight_Store(const std::filesystem::path& directory, Store_Use use)
-    : m_file(std::filesystem::absolute(directory) / "flights.sqlite") {
+Flight_Store::Flight_Store(const std::filesystem::path& directory, Store_Use use,
+                           std::chrono::milliseconds patience)
+    : m_file(std::filesystem::absolute(directory) / "flights.sqlite"), m_patience(patience) {
     try {
         Open(use);
     } catch (const Broken_Content& fault) {
@@ -195,11 +196,11 @@ void Flight_Store::Open(Store_Use use) {
     if (use == Store_Use::look) {
         if (!std::filesystem::exists(m_file, failure))
             return;
-        m_database = std::make_unique<Sqlite_Database>(m_file, SQLITE_OPEN_READONLY);
+        m_database = std::make_unique<Sqlite_Database>(m_file, SQLITE_OPEN_READONLY, m_patience);
     } else {
         std::filesystem::create_directories(m_file.parent_path());
-        m_database =
-            std::make_unique<Sqlite_Database>(m_file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+        m_database = std::make_unique<Sqlite_Database>(
+            m_file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, m_patience);
     }
     m_database->Demand_Whole();
     auto version = m_database->Prepare("PRAGMA user_version");
@@ -267,17 +268,6 @@ void Flight_Store::Delete(const std::string& id) {
     m_database->Prepare("DELETE FROM flights WHERE id = ?").Bind(id).Step();
     for (const char* table : list_tables) {
         m_database->Prepare(fmt::format("DELETE FROM {} WHERE flight = ?", table)).Bind(id).Step();
-    }
-}
-
-void Flight_Store::Remove(const std::string& id) {
-    m_database->Execute("BEGIN IMMEDIATE");
-    try {
-        Delete(id);
-        m_database->Execute("COMMIT");
-    } catch (...) {
-        m_database->Roll_Back();
-        throw;
     }
 }
 

@@ -3,6 +3,7 @@
 // recordings: their summaries, which stay when a recording goes. docs/formats.md has the tables.
 // Nothing here is worth stopping for: a file that is damaged is moved aside and told of.
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -32,8 +33,10 @@ enum class Store_Use { look, write };
 class Flight_Store {
   public:
     /// The store of a directory of recordings, made when it is not there. Raises when it can be
-    /// neither opened nor made, or is a newer program's.
-    Flight_Store(const std::filesystem::path& directory, Store_Use use);
+    /// neither opened nor made, is a newer program's, or another program writes to it for longer
+    /// than `patience`; so does whatever writes.
+    Flight_Store(const std::filesystem::path& directory, Store_Use use,
+                 std::chrono::milliseconds patience = std::chrono::seconds(5));
 
     /// What was wrong with the file, and where it is kept now; empty when nothing was.
     [[nodiscard]] const std::string& Trouble() const { return m_trouble; }
@@ -42,12 +45,11 @@ class Flight_Store {
     void Put(const Flight_Summary& flight);
     /// The same for several flights: all or none.
     void Put_All(const std::vector<Flight_Summary>& flights);
+    [[nodiscard]] bool Has(const std::string& id) const { return Find(id).has_value(); }
     /// None when there is no such flight, or what is stored of it cannot be read.
     [[nodiscard]] std::optional<Flight_Summary> Find(const std::string& id) const;
     /// The flights but for their tracks, by the time they began and their ID.
     [[nodiscard]] std::vector<Flight_Summary> List(const Flight_Filter& filter = {}) const;
-    /// One that is not there is no error.
-    void Remove(const std::string& id);
 
   private:
     void Open(Store_Use use);
@@ -56,6 +58,7 @@ class Flight_Store {
     void Read_Lists(Flight_Summary& flight) const;
 
     std::filesystem::path m_file;
+    std::chrono::milliseconds m_patience;
     std::string m_trouble;
     std::unique_ptr<Sqlite_Database> m_database;
 };

@@ -56,13 +56,13 @@ struct Touch {
     std::optional<double> bank_deg;
     /// Heading less track, right positive.
     std::optional<double> crab_deg;
-    double indicated_airspeed_kt = 0;
-    double ground_speed_kt = 0;
+    std::optional<double> indicated_airspeed_kt;
+    std::optional<double> ground_speed_kt;
     /// Head wind positive; from the right positive.
     std::optional<double> headwind_kt;
     std::optional<double> crosswind_kt;
     std::optional<double> flaps_percent;
-    double weight_lbs = 0;
+    std::optional<double> weight_lbs;
 };
 
 struct Landing_Record {

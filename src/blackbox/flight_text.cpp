@@ -105,13 +105,12 @@ std::string Touch_Line(const Flight_Summary& flight, const Touch& touch) {
     add("pitch ", Figure(touch.pitch_deg, 1, " deg"));
     add("bank ", Figure(touch.bank_deg, 1, " deg"));
     add("crab ", Sided(touch.crab_deg, "right", "left", " deg"));
-    add("indicated ", Format_Whole(touch.indicated_airspeed_kt) + " kt");
-    add("over ground ", Format_Whole(touch.ground_speed_kt) + " kt");
+    add("indicated ", Figure(touch.indicated_airspeed_kt, 0, " kt"));
+    add("over ground ", Figure(touch.ground_speed_kt, 0, " kt"));
     add("wind ", Sided(touch.headwind_kt, "head", "tail", " kt"));
     add("cross ", Sided(touch.crosswind_kt, "from the right", "from the left", " kt"));
     add("flaps ", Figure(touch.flaps_percent, 0, " %"));
-    if (touch.weight_lbs > 0)
-        add("weight ", Format_Whole(touch.weight_lbs) + " lbs");
+    add("weight ", Figure(touch.weight_lbs, 0, " lbs"));
     return text;
 }
 

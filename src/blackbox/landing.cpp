@@ -5,6 +5,8 @@
 #include <numbers>
 #include <utility>
 
+#include "blackbox/flight_fields.h"
+
 namespace norvane {
 
 namespace {
@@ -72,15 +74,28 @@ std::optional<double> Peak_G(const std::vector<Flight_Sample>& flown, std::size_
     return peak;
 }
 
+/// The store keeps no sign of a zero.
+struct Zero_Without_Sign {
+    void operator()(const char*, std::optional<double>& figure) const {
+        if (figure)
+            *figure += 0.0;
+    }
+    template <class Other>
+    void operator()(const char*, Other&) const {}
+};
+
 Touch Make_Touch(const Recorded_Flight& flight, std::size_t contact) {
     const Flight_Sample& sample = flight.samples[contact];
     const Served_Variables& served = flight.served;
     Touch touch;
     touch.seconds = sample.point.seconds;
     touch.position = sample.point.position;
-    touch.indicated_airspeed_kt = sample.point.indicated_airspeed_kt;
-    touch.ground_speed_kt = sample.point.ground_speed_kt;
-    touch.weight_lbs = sample.weight_lbs;
+    if (served.indicated_airspeed)
+        touch.indicated_airspeed_kt = sample.point.indicated_airspeed_kt;
+    if (served.ground_speed)
+        touch.ground_speed_kt = sample.point.ground_speed_kt;
+    if (served.weight)
+        touch.weight_lbs = sample.weight_lbs;
     if (const auto rate = Rate_At_Contact(flight, contact)) {
         touch.rate_fpm = rate->fpm;
         touch.samples = rate->samples;
@@ -103,6 +118,7 @@ Touch Make_Touch(const Recorded_Flight& flight, std::size_t contact) {
         touch.headwind_kt = sample.wind_speed_kt * std::cos(angle);
         touch.crosswind_kt = sample.wind_speed_kt * std::sin(angle);
     }
+    Each_Field(touch, Zero_Without_Sign());
     return touch;
 }
 

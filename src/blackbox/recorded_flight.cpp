@@ -105,6 +105,9 @@ bool Tells_Fraction(const Flight_Sample& sample) {
 
 void Note_Served(const Flight_Sample& sample, Served_Variables& served) {
     served.vertical_speed |= sample.point.vertical_speed_fpm != 0;
+    served.ground_speed |= sample.point.ground_speed_kt != 0;
+    served.indicated_airspeed |= sample.point.indicated_airspeed_kt != 0;
+    served.weight |= sample.weight_lbs != 0;
     served.exact_altitude |= Tells_Fraction(sample);
     served.pitch |= sample.pitch_deg != 0;
     served.bank |= sample.bank_deg != 0;

@@ -60,6 +60,9 @@ struct Served_Variables {
     bool g_load = false;
     bool flaps = false;
     bool wind = false;
+    bool ground_speed = false;
+    bool indicated_airspeed = false;
+    bool weight = false;
 };
 
 struct Recorded_Flight {

@@ -1,9 +1,6 @@
 #include "blackbox/recordings.h"
 
-#include <zlib.h>
-
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <map>
 #include <system_error>
@@ -12,6 +9,7 @@
 #include "common/date_time.h"
 #include "common/file_writer.h"
 #include "common/gzip_reader.h"
+#include "common/gzip_writer.h"
 #include "common/run_error.h"
 #include "common/services.h"
 #include "simlink/recording.h"
@@ -49,41 +47,6 @@ std::string Age_Of(const Recording_File& recording) {
     const Date_Time utc = Date_Time_Of_Seconds(seconds);
     return Format_Iso_Date(utc.date) + "_" + Format_Hhmm(utc.time) + recording.id;
 }
-
-/// Packs what it is given into a file of its own.
-class Gzip_Packer {
-  public:
-    explicit Gzip_Packer(Atomic_File& target) : m_target(target) {
-        constexpr int gzip_window = MAX_WBITS + 16;
-        constexpr int usual_memory = 8;
-        if (::deflateInit2(&m_stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, gzip_window, usual_memory,
-                           Z_DEFAULT_STRATEGY) != Z_OK)
-            throw Run_Error(error_number::other, "No memory to pack a recording");
-    }
-    ~Gzip_Packer() { ::deflateEnd(&m_stream); }
-    Gzip_Packer(const Gzip_Packer&) = delete;
-    Gzip_Packer& operator=(const Gzip_Packer&) = delete;
-
-    void Add(std::string_view text) { Deflate(text, Z_NO_FLUSH); }
-    void Finish() { Deflate({}, Z_FINISH); }
-
-  private:
-    void Deflate(std::string_view text, int flush) {
-        // The library does not write to what it packs.
-        m_stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
-        m_stream.avail_in = static_cast<uInt>(text.size());
-        do {
-            m_stream.next_out = reinterpret_cast<Bytef*>(m_block.data());
-            m_stream.avail_out = static_cast<uInt>(m_block.size());
-            ::deflate(&m_stream, flush);
-            m_target.Write({m_block.data(), m_block.size() - m_stream.avail_out});
-        } while (m_stream.avail_out == 0);
-    }
-
-    Atomic_File& m_target;
-    z_stream m_stream{};
-    std::array<char, 65536> m_block{};
-};
 
 }  // namespace
 
@@ -123,12 +86,12 @@ std::vector<Recording_File> List_Recordings(const fs::path& directory) {
 void Pack_Recording(const fs::path& recording, const fs::path& packed) {
     Gzip_Reader lines(recording);
     Atomic_File target(packed);
-    Gzip_Packer packer(target);
+    Gzip_Writer writer(target);
     while (lines.Next()) {
-        packer.Add(lines.Line());
-        packer.Add("\n");
+        writer.Add(lines.Line());
+        writer.Add("\n");
     }
-    packer.Finish();
+    writer.Finish();
     target.Commit();
 }
 
@@ -146,32 +109,31 @@ bool Is_Empty_Recording(const fs::path& recording) {
 }
 
 bool Is_Packed_As(const fs::path& recording, const fs::path& packed) {
-    if (!fs::exists(packed))
-        return false;
     Gzip_Reader lines(recording);
-    Gzip_Reader packed_lines(packed);
-    while (lines.Next()) {
-        if (!packed_lines.Next() || packed_lines.Line() != lines.Line())
-            return false;
+    try {
+        Gzip_Reader packed_lines(packed);
+        while (lines.Next()) {
+            if (!packed_lines.Next() || packed_lines.Line() != lines.Line())
+                return false;
+        }
+        return true;
+    } catch (const Run_Error&) {
+        // Not there, or damaged: it is packed anew, under another name if need be.
+        return false;
     }
-    return true;
 }
 
-std::size_t Prune(const fs::path& directory, int keep) {
-    if (keep < 0)
-        return 0;
-    std::vector<std::pair<std::string, fs::path>> packed;
-    for (const Recording_File& recording : List_Recordings(directory)) {
+std::vector<Recording_File> Recordings_Beyond(const fs::path& directory, int keep) {
+    std::vector<std::pair<std::string, Recording_File>> packed;
+    for (Recording_File& recording : List_Recordings(directory)) {
         if (recording.is_packed)
-            packed.emplace_back(Age_Of(recording), recording.file);
+            packed.emplace_back(Age_Of(recording), std::move(recording));
     }
-    std::sort(packed.begin(), packed.end());
-    std::size_t gone = 0;
-    for (std::size_t i = 0; i + static_cast<std::size_t>(keep) < packed.size(); ++i) {
-        std::error_code failure;
-        gone += fs::remove(packed[i].second, failure) ? 1 : 0;
-    }
-    return gone;
+    std::ranges::sort(packed, {}, [](const auto& recording) { return recording.first; });
+    std::vector<Recording_File> beyond;
+    for (std::size_t i = 0; keep >= 0 && i + static_cast<std::size_t>(keep) < packed.size(); ++i)
+        beyond.push_back(std::move(packed[i].second));
+    return beyond;
 }
 
 }  // namespace norvane

@@ -32,12 +32,12 @@ void Pack_Recording(const std::filesystem::path& recording, const std::filesyste
 
 /// The recording has no moment yet.
 [[nodiscard]] bool Is_Empty_Recording(const std::filesystem::path& recording);
-/// The packed recording is there and begins with all that the plain one holds.
+/// The packed recording can be read and begins with all that the plain one holds.
 [[nodiscard]] bool Is_Packed_As(const std::filesystem::path& recording,
                                 const std::filesystem::path& packed);
 
-/// Deletes the oldest packed recordings but for `keep`; -1 keeps all. A file that cannot be deleted
-/// stays. Returns how many went.
-std::size_t Prune(const std::filesystem::path& directory, int keep);
+/// The packed recordings but for the newest `keep`, the oldest first; none for -1.
+[[nodiscard]] std::vector<Recording_File> Recordings_Beyond(const std::filesystem::path& directory,
+                                                            int keep);
 
 }  // namespace norvane

@@ -64,7 +64,9 @@ std::optional<Computed_Flight> Compute(Session& session, const std::string& id,
         logged = Recompute(session.Outside(), moments, {}, {}).row;
     const Recomputed computed = Recompute(session.Outside(), moments, logged, set);
     if (computed.row.empty()) {
-        Console_Desktop::Say("With these settings the recorded flight does not come to the gate");
+        Console_Desktop::Say(
+            "With these settings the recorded flight does not come to the gate: the recording ends "
+            "where the flight ended by the settings of then");
         return std::nullopt;
     }
     Computed_Flight result{Row_Of(session, flight), {}};

@@ -14,9 +14,6 @@ namespace norvane {
 
 namespace {
 
-/// How long another program's transaction is waited for.
-constexpr int busy_timeout_ms = 5000;
-
 /// SQLite keeps a database in several files while it is open. The database itself stands last: were
 /// it moved away first, SQLite would drop its log.
 constexpr std::array<const char*, 4> file_suffixes{"-wal", "-shm", "-journal", ""};
@@ -128,14 +125,16 @@ void Sqlite_Database::Close_Connection::operator()(sqlite3* connection) const {
     sqlite3_close_v2(connection);
 }
 
-Sqlite_Database::Sqlite_Database(std::filesystem::path file, int flags) : m_file(std::move(file)) {
+Sqlite_Database::Sqlite_Database(std::filesystem::path file, int flags,
+                                 std::chrono::milliseconds patience)
+    : m_file(std::move(file)) {
     sqlite3* opened = nullptr;
     const int result = sqlite3_open_v2(m_file.c_str(), &opened, flags, nullptr);
     m_connection.reset(opened);
     if (result != SQLITE_OK)
         Raise(result, opened != nullptr ? sqlite3_errmsg(opened) : sqlite3_errstr(result));
     sqlite3_extended_result_codes(opened, 1);
-    sqlite3_busy_timeout(opened, busy_timeout_ms);
+    sqlite3_busy_timeout(opened, static_cast<int>(patience.count()));
 }
 
 void Sqlite_Database::Raise(int result, const char* description) const {

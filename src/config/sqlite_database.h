@@ -3,6 +3,7 @@
 // Texts are the core's (Windows-1252) here and UTF-8 in the file. Every operation that fails raises
 // a Run_Error that names the file.
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -57,8 +58,9 @@ class Sqlite_Statement {
 /// Stays where it is: its statements know it by its address.
 class Sqlite_Database {
   public:
-    /// `flags`: SQLITE_OPEN_...
-    Sqlite_Database(std::filesystem::path file, int flags);
+    /// `flags`: SQLITE_OPEN_...; `patience`: how long another program's transaction is waited for.
+    Sqlite_Database(std::filesystem::path file, int flags,
+                    std::chrono::milliseconds patience = std::chrono::seconds(5));
     Sqlite_Database(const Sqlite_Database&) = delete;
     Sqlite_Database& operator=(const Sqlite_Database&) = delete;
 

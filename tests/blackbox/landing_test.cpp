@@ -233,6 +233,17 @@ TEST(Landings, A_Touch_Tells_How_The_Aircraft_Stood_In_The_Wind) {
     EXPECT_FALSE(touch.flaps_percent);
     // The made aircraft rolls on at 100 kt whatever it tells: 10 s.
     EXPECT_NEAR(landings[0].roll_out_ft.value_or(0), 1688, 10);
+    // What the simulator does not tell is unknown, not 0.
+    const Touch silent = Landings_Of(Made_Landing(), {0.01, 60, 50}).at(0).touches[0];
+    EXPECT_TRUE(silent.ground_speed_kt && !silent.indicated_airspeed_kt && !silent.weight_lbs);
+    // A calm is no wind from the left: the store keeps no sign of a zero.
+    const auto calm = [&](double seconds) {
+        Made_State state = world(seconds);
+        state.values[Variable::wind_speed_kt] = seconds < 5 ? 3 : 0;
+        return state;
+    };
+    const Touch becalmed = Landings_Of(calm, {0.01, 60, 50}).at(0).touches[0];
+    EXPECT_FALSE(std::signbit(becalmed.crosswind_kt.value_or(-1)));
     // Twice a second, three samples show no peak.
     EXPECT_FALSE(Landings_Of(world, {0.01, 60, 2}).at(0).touches[0].peak_g);
 }

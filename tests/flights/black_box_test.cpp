@@ -7,8 +7,12 @@
 #include <csignal>
 #include <random>
 
+#include <sqlite3.h>
 #include "app/recompute.h"
-#include "blackbox/flight_store.h"
+
+#include "blackbox/derive.h"
+#include "blackbox/flight_library.h"
+#include "common/file_writer.h"
 #include "flights/flight_world.h"
 #include "simhost/recording/replay.h"
 #include "simlink/recording.h"
@@ -131,6 +135,7 @@ TEST(Black_Box, In_trouble_costs_the_flight_nothing_and_is_told_of_once) {
         fs::remove_all(flight.directory / "flights");
         flight.Write("flights", "in the way");
     };
+    std::unique_ptr<Sqlite_Database> lock;
     const struct {
         const char* what;
         bool from_the_start;
@@ -149,6 +154,14 @@ TEST(Black_Box, In_trouble_costs_the_flight_nothing_and_is_told_of_once) {
          1},
         {"damaged store", false,
          [](Flight_World& flight) { flight.Write("flights/flights.sqlite", "no database"); }, 1},
+        {"locked store", false,
+         [&](Flight_World& flight) {
+             const auto file = flight.directory / "flights/flights.sqlite";
+             lock = std::make_unique<Sqlite_Database>(file,
+                                                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+             lock->Execute("BEGIN EXCLUSIVE");
+         },
+         1},
         {"deleted store", false,
          [](Flight_World& flight) { fs::remove(flight.directory / "flights/flights.sqlite"); }, 0},
     };
@@ -168,9 +181,19 @@ TEST(Black_Box, In_trouble_costs_the_flight_nothing_and_is_told_of_once) {
         EXPECT_THAT(flight.Rows(), ElementsAre(expected));
         End(flight);
         EXPECT_EQ(flight.Take_Reports().size(), c.reports);
+        lock.reset();
         // What was recorded of it is packed by the next start, whole lines only.
         flight.Start();
-        EXPECT_TRUE(flight.Take_Reports().empty() || std::string(c.what).starts_with("blocked"));
+        if (std::string(c.what).starts_with("blocked"))
+            continue;
+        EXPECT_THAT(flight.Take_Reports(), IsEmpty());
+        std::vector<std::string> faults;
+        Flight_Library library(flight.directory / "flights", Store_Use::write, Derive_Flight,
+                               [&](const std::string& fault) { faults.push_back(fault); });
+        EXPECT_EQ(library.Rebuild(), std::string(c.what) == "deleted" ? 0U : 1U);
+        EXPECT_EQ(library.List({}).size(), library.Rebuild());
+        EXPECT_TRUE(library.Verify().empty());
+        EXPECT_THAT(faults, IsEmpty());
     }
 }
 
@@ -196,15 +219,21 @@ TEST(Black_Box, That_is_killed_with_its_program_has_all_but_two_seconds_and_the_
     const Row row = flight.Fly();
     ASSERT_EQ(row.size(), 53U);
     ASSERT_FALSE(plain().empty()) << "it is not packed yet";
-    // The pilot keeps no recordings from now on; the row is known all the same.
-    flight.Running().settings.Set_OPT_Recordings(0);
+    // The pilot keeps one recording from now on; what is known of the others stays.
+    flight.Running().settings.Set_OPT_Recordings(1);
     flight.Running().settings.Save_Settings();
+    const auto flights = flight.directory / "flights";
+    Pack_Recording(Data_File("phto-circuit.rec"), flights / "2020-01-01_0000Z.rec.gz");
+    Write_File(flights / "2020-01-02_0000Z.rec.gz", "damaged");
     flight.Start();
     EXPECT_TRUE(plain().empty());
-    EXPECT_TRUE(Recording_Of(flight).empty());
-    const auto stored = Flight_Store(flight.directory / "flights", Store_Use::look).List();
-    ASSERT_EQ(stored.size(), 1U);
-    EXPECT_EQ(stored[0].logged_row, Join(row, "|"));
+    EXPECT_THAT(flight.Take_Reports(), ElementsAre(HasSubstr("2020-01-02_0000Z.rec.gz")));
+    EXPECT_TRUE(std::filesystem::exists(flights / "2020-01-02_0000Z.rec.gz.damaged"));
+    EXPECT_EQ(List_Recordings(flights).size(), 1U);
+    const auto stored = Flight_Store(flights, Store_Use::look).List();
+    ASSERT_EQ(stored.size(), 2U);
+    EXPECT_EQ(stored[0].id, "2020-01-01_0000Z");
+    EXPECT_EQ(stored[1].logged_row, Join(row, "|"));
 }
 
 }  // namespace
