@@ -34,6 +34,9 @@ namespace {
 /// From one step to the next, where a recording does not say which moments were steps.
 constexpr double step_seconds = 0.5;
 
+/// Of a simulator that runs something changes every minute: its clock. For longer it did not run.
+constexpr double longest_still_s = 3600;
+
 std::optional<std::uint32_t> Parse_Hex(std::string_view digits) {
     std::uint32_t value = 0;
     const char* end = digits.data() + digits.size();
@@ -255,6 +258,8 @@ void Recomputation::Fly_Without_Remarks() {
     Switch_On();
     std::size_t next = 1;
     for (double seconds = step_seconds; next < m_moments.size(); seconds += step_seconds) {
+        if (m_moments[next].seconds - seconds > longest_still_s)
+            seconds = m_moments[next].seconds;
         while (next < m_moments.size() && m_moments[next].seconds <= seconds)
             Apply(m_moments[next++]);
         m_clock.Pass_To(seconds);

@@ -91,7 +91,9 @@ std::string Pack_Track(const std::vector<Flight_Point>& track) {
         for (std::size_t i = 0; i < kept_figures.size(); ++i) {
             const std::int64_t now =
                 std::llround(kept_figures.at(i).of(point) * kept_figures.at(i).scale);
-            Add_Number(bytes, now - before.at(i));
+            // Without a sign, as it is read: what was damaged may be as large as it likes.
+            Add_Number(bytes, static_cast<std::int64_t>(static_cast<std::uint64_t>(now) -
+                                                        static_cast<std::uint64_t>(before.at(i))));
             before.at(i) = now;
         }
         bytes += static_cast<char>(static_cast<unsigned>(point.phase) |
@@ -110,7 +112,7 @@ std::vector<Flight_Point> Unpack_Track(std::string_view bytes) {
     while (!rest.At_End()) {
         Flight_Point& point = track.emplace_back();
         for (std::size_t i = 0; i < kept_figures.size(); ++i) {
-            // Without a sign: what is damaged may be as large as it likes.
+            // Without a sign, as it is written.
             sums.at(i) += static_cast<std::uint64_t>(rest.Number());
             kept_figures.at(i).of(point) =
                 static_cast<double>(static_cast<std::int64_t>(sums.at(i))) /
