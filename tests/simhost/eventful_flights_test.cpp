@@ -29,7 +29,7 @@ struct Sample {
 class Eventful_Flight {
   public:
     explicit Eventful_Flight(const std::string& name)
-        : file(repository / "tests/data/scenarios" / (name + ".json")),
+        : file(Test_Scenario(name)),
           scenario(Read_Scenario(file, aircraft_files)),
           world(scenario, aircraft_files) {}
     Sample At(double seconds) {
