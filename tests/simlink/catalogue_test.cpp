@@ -18,6 +18,8 @@ using enum Variable;
 
 constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
 constexpr auto highest = std::numeric_limits<std::int64_t>::max();
+constexpr auto nan = std::numeric_limits<double>::quiet_NaN();
+constexpr auto endless = std::numeric_limits<double>::infinity();
 
 std::vector<std::byte> Bytes_Of(std::int64_t raw, std::size_t size) {
     std::vector<std::byte> bytes(size);
@@ -39,23 +41,8 @@ std::string Meanings(const Variable_Row& row) {
                                      0x0605,     0x1080,     -1408,  -14464,  -256,
                                      688128,     720895,     753664, -655360, 0x00066f0d,
                                      0xC0000000, 0xFADE0007, lowest, highest, 10001750LL << 32};
-    constexpr double values[] = {0,
-                                 0.5,
-                                 1,
-                                 -1,
-                                 19.4384617,
-                                 30,
-                                 180,
-                                 359.99,
-                                 360,
-                                 400,
-                                 1000,
-                                 -1e12,
-                                 1e12,
-                                 10.767,
-                                 1718.999,
-                                 std::numeric_limits<double>::quiet_NaN(),
-                                 std::numeric_limits<double>::infinity()};
+    constexpr double values[] = {0,   0.5,  1,     -1,   19.4384617, 30,       180, 359.99, 360,
+                                 400, 1000, -1e12, 1e12, 10.767,     1718.999, nan, endless};
     std::string told;
     for (const std::int64_t raw : raws)
         told += fmt::format(
