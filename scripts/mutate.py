@@ -30,7 +30,7 @@ TESTS = {
     "messagepanel": ["messagepanel", "flights"],
     "simdata": ["simdata", "acarspanel"],
     "acars": ["acars", "flights", "acarspanel"],
-    "blackbox": ["blackbox", "app"],
+    "blackbox": ["blackbox", "app", "flights"],
     "net": ["net", "messagepanel", "acarspanel"],
     "logentry": ["logentry", "acarspanel"],
     "flightlog": ["flightlog", "logpanel", "flights"],

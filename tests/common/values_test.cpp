@@ -22,10 +22,6 @@ namespace {
 
 TEST(Texts, Letter_case_covers_the_code_pages_accented_letters) {
     EXPECT_TRUE(Equal_No_Case("Z\xDCRICH \x8A\x9F", "z\xFCrich \x9A\xFF"));
-    EXPECT_EQ(Upper("stra\xDF"
-                    "e \xF7"),
-              "STRA\xDF"
-              "E \xF7");
     EXPECT_EQ(Find_No_Case("[Weight_And_Balance]", "BALANCE"), 12U);
 }
 
@@ -76,12 +72,6 @@ TEST(Great_Circle, Measures_known_distances) {
     EXPECT_NEAR(Great_Circle_Nm({0, 179.5}, {0, -179.5}), 60, 0.1);
 }
 
-TEST(Numbers, Exact_texts_read_back_as_the_same_double) {
-    const double latitude = 40.639751434326172;
-    EXPECT_EQ(Parse_Number(Format_Exact(latitude)), latitude);
-    EXPECT_EQ(Format_Significant(1000.0 / 180), "5.55555555555556");
-}
-
 /// Each byte of the code page, and each letter beyond it that is written as its nearest one.
 std::string Letters() {
     std::string told;
@@ -106,10 +96,12 @@ std::string Letters() {
 
 std::string Figures() {
     std::string told;
-    for (const double value :
-         {0.0,    0.5,       -0.5,         1.5,   2.5,    -2.5,     10.5,  0.35,
-          1.005,  -0.04,     0.449999,     9.995, -9.995, 99.5,     99.96, 999.95,
-          1000.0, 40.639751, -1234567.891, 3e9,   1e-9,   123456.5, 1e15,  std::nan("")}) {
+    for (const std::string& value_text :
+         Split("0.0 0.5 -0.5 1.5 2.5 -2.5 10.5 0.35 1.005 -0.04 0.449999 9.995 -9.995 99.5 99.96 "
+               "999.95 1000.0 40.639751 -1234567.891 3e9 1e-9 5.55555555555555556 "
+               "40.639751434326172 123456.5 1e15 nan",
+               ' ')) {
+        const double value = std::stod(value_text);
         told += Format_Exact(value) + ":";
         for (int decimals = 0; decimals < 6; ++decimals)
             told += " " + Format_Fixed(value, decimals) + " " + Format_Fixed(value, decimals, 3);
@@ -118,14 +110,17 @@ std::string Figures() {
                         Format_Grouped(value), Format_Significant(value), Round_Half_Even(value),
                         Round_Half_Up(value), Round_Half_Up(value, 1), Whole(value));
     }
-    for (const double feet : {-50,   0,     999,   1000,  9500,  9949,  9960,  10000, 12500, 17900,
-                              17949, 17950, 17960, 18000, 20000, 34500, 35000, 35050, 35150, 35500})
-        told += fmt::format("{} ft {}\n", feet, Format_FlightLevel(feet));
+    for (const std::string& feet_text :
+         Split("-50 0 999 1000 9500 9949 9960 10000 12500 17900 17949 17950 17960 18000 20000 "
+               "34500 35000 35050 35150 35500",
+               ' '))
+        told += fmt::format("{} ft {}\n", feet_text, Format_FlightLevel(std::stod(feet_text)));
     for (const int year : {1, 1600, 1899, 1900, 1970, 2000, 2023, 2024, 2100, 9999}) {
         for (int month = 1; month <= 12; ++month) {
             const Date date{year, month, Days_In_Month(year, month)};
-            told += fmt::format("{} {} {} {}\n", Format_Iso_Date(date), Day_Number(date),
-                                Weekday(date), Seconds_Of({date, {23, 58, 57}}));
+            told += fmt::format("{} {} {} {} {} {}\n", Format_Iso_Date(date),
+                                Format_Date(date, "M/d/yyyy"), Format_Date(date, "dd.MM.yyyy"),
+                                Day_Number(date), Weekday(date), Seconds_Of({date, {23, 58, 57}}));
             EXPECT_TRUE(Is_Valid(date) && !Is_Valid({year, month, date.day + 1}));
         }
     }
@@ -168,8 +163,6 @@ TEST(Values, Are_written_as_they_always_were) {
 }
 
 TEST(Dates, Day_numbers_walk_through_leap_years_and_back) {
-    EXPECT_EQ(Day_Number({1970, 1, 1}), 0);
-    EXPECT_EQ(Day_Number({2000, 3, 1}), 11017);
     for (std::int64_t day = -700000; day < 800000; day += 97) {
         const Date date = Date_Of_Day_Number(day);
         ASSERT_TRUE(Is_Valid(date)) << day;
@@ -178,15 +171,7 @@ TEST(Dates, Day_numbers_walk_through_leap_years_and_back) {
     for (const Date wrong : {Date{0, 1, 1}, {10000, 1, 1}, {1, 0, 1}, {1, 13, 1}, {1, 1, 0}})
         EXPECT_FALSE(Is_Valid(wrong));
     EXPECT_TRUE(Is_Valid({1, 1, 1}) && Is_Valid({9999, 12, 31}));
-    EXPECT_EQ(Weekday({2026, 11, 22}), 0);
     EXPECT_EQ(Date_Time_Of_Seconds(-1), (Date_Time{{1969, 12, 31}, {23, 59, 59}}));
-}
-
-TEST(Dates, Patterns_write_what_they_show) {
-    const Date date{2008, 4, 3};
-    EXPECT_EQ(Format_Date(date, "M/d/yyyy"), "4/3/2008");
-    EXPECT_EQ(Format_Date(date, "dd.MM.yyyy"), "03.04.2008");
-    EXPECT_EQ(Format_File_Stamp({date, {15, 3, 7}}), "2008-04-03-1503-07");
 }
 
 }  // namespace

@@ -5,21 +5,16 @@
 
 #include <bit>
 #include <cstring>
-#include <limits>
 #include <vector>
 
 #include "common/run_error.h"
+#include "common/text.h"
 #include "support/test_world.h"
 
 namespace norvane {
 namespace {
 
 using enum Variable;
-
-constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
-constexpr auto highest = std::numeric_limits<std::int64_t>::max();
-constexpr auto nan = std::numeric_limits<double>::quiet_NaN();
-constexpr auto endless = std::numeric_limits<double>::infinity();
 
 std::vector<std::byte> Bytes_Of(std::int64_t raw, std::size_t size) {
     std::vector<std::byte> bytes(size);
@@ -31,25 +26,24 @@ std::vector<std::byte> Bytes_Of_Real(double raw) {
     return Bytes_Of(std::bit_cast<std::int64_t>(raw), sizeof raw);
 }
 
-/// What a raw value of any kind means in each field, and what a value becomes that is put into it:
-/// rounded (whole metres a second first, halves to even there), and limited to what the field
-/// holds.
+/// What raw values of any kind mean in a field, and what becomes of values put into it.
 std::string Meanings(const Variable_Row& row) {
-    constexpr std::int64_t raws[] = {0,          1,          -1,     -4,      50,
-                                     100,        137,        4096,   8192,    16212,
-                                     16384,      30208,      32064,  57664,   61439,
-                                     0x0605,     0x1080,     -1408,  -14464,  -256,
-                                     688128,     720895,     753664, -655360, 0x00066f0d,
-                                     0xC0000000, 0xFADE0007, lowest, highest, 10001750LL << 32};
-    constexpr double values[] = {0,   0.5,  1,     -1,   19.4384617, 30,       180, 359.99, 360,
-                                 400, 1000, -1e12, 1e12, 10.767,     1718.999, nan, endless};
+    constexpr std::string_view raws =
+        "0 1 -1 -4 50 100 137 4096 8192 16212 16384 30208 32064 57664 61439 0x0605 0x1080 -1408 "
+        "-14464 -256 688128 720895 753664 -655360 0x66f0d 0xC0000000 0xFADE0007 "
+        "-9223372036854775808 9223372036854775807 42957189152768000";
+    constexpr std::string_view values =
+        "0 0.5 1 -1 19.4384617 30 180 359.99 360 400 1000 -1e12 1e12 10.767 1718.999 nan inf";
     std::string told;
-    for (const std::int64_t raw : raws)
+    for (const std::string& text : Split(raws, ' ')) {
+        const std::int64_t raw = std::stoll(text, nullptr, 0);
         told += fmt::format(
             " {:.8g}", Decode(row.id, row.raw == Raw::real ? Bytes_Of_Real(static_cast<double>(raw))
                                                            : Bytes_Of(raw, row.size)));
+    }
     told += " |";
-    for (const double value : values) {
+    for (const std::string& text : Split(values, ' ')) {
+        const double value = std::stod(text);
         std::vector<std::byte> bytes(row.size);
         Encode(row.id, value, bytes);
         told += fmt::format(" {:.8g}", Decode_Unrounded(row.id, bytes));
