@@ -65,6 +65,9 @@ STATEMENT = re.compile(r"(?<=\n)([ ]+)((?!return\b|delete\b|using\b|static_asser
                        r"(?:throw )?[\w:.*>\-\[\]]+(?:<[\w:]+>)?)(\()")
 ASSIGNMENT = re.compile(r"(?<=\n)[ ]+[\w.>\-\[\]()]+ (?:=|\+=|-=) [^\n;{}]+;(?=\n)")
 CALL = re.compile(r"\w(\()")
+# Whatever the order of their arguments, the same; and what only saves time.
+SYMMETRIC = re.compile(r"\b(?:min|max)(?:<\w+>)?\($")
+RESERVES = re.compile(r"\breserve$")
 SIMPLE = re.compile(r"^[\w.:>\-\"\[\]]+(?:\([\w.]*\))?$")
 
 
@@ -84,7 +87,7 @@ def statements(code):
             end = closing(code, opening) if opening > 0 else -1
             if end < 0:
                 break
-        if end > 0 and code[end + 1:end + 2] == ";":
+        if end > 0 and code[end + 1:end + 2] == ";" and not RESERVES.search(found.group(2)):
             yield "statement removed", found.start(2), end + 1, lambda old: ""
     for found in ASSIGNMENT.finditer(code):
         begin = found.start() + len(found.group()) - len(found.group().lstrip())
@@ -95,7 +98,7 @@ def swapped_arguments(code):
     for found in CALL.finditer(code):
         begin = found.start(1)
         end = closing(code, begin)
-        if end < 0:
+        if end < 0 or SYMMETRIC.search(code[max(0, begin - 20):begin + 1]):
             continue
         parts = code[begin + 1:end].split(", ")
         if len(parts) == 2 and all(SIMPLE.match(part) for part in parts) and parts[0] != parts[1]:

@@ -23,14 +23,14 @@ from mutants import mutants_of
 
 # The tests that a folder's faults ought to fail, the likeliest first.
 TESTS = {
-    "common": ["common", "config", "flightlog", "logpanel", "acars", "net"],
+    "common": ["common", "config", "flightlog", "logpanel", "acars", "net", "blackbox", "worldtools", "cli"],
     "simlink": ["simlink", "acars"],
     "config": ["config", "settingspanel", "app"],
     "settingspanel": ["settingspanel", "ui"],
     "messagepanel": ["messagepanel", "flights"],
     "simdata": ["simdata", "acarspanel"],
     "acars": ["acars", "flights", "acarspanel"],
-    "blackbox": ["blackbox", "app"],
+    "blackbox": ["blackbox", "app", "flights"],
     "net": ["net", "messagepanel", "acarspanel"],
     "logentry": ["logentry", "acarspanel"],
     "flightlog": ["flightlog", "logpanel", "flights"],
@@ -221,12 +221,13 @@ int Clamp(int value, int most) {
         return most;
     Note("x < 1", value);
     std::vector<int> kept;
-    return value + 10;
+    kept.reserve(most);
+    return std::min(value, most) + 10;
 }
 """
 SELF_TEST_MUTANTS = [
     (4, "condition", "!(value > most)"), (4, "boundary", ">="), (6, "statement removed", ""),
-    (6, "arguments swapped", 'value, "x < 1"'), (8, "constant", "-"), (8, "constant", "(10 + 1)"),
+    (6, "arguments swapped", 'value, "x < 1"'), (9, "constant", "-"), (9, "constant", "(10 + 1)"),
 ]
 
 

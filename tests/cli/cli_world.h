@@ -14,6 +14,7 @@
 #include "common/line_reader.h"
 #include "common/text.h"
 #include "support/child_process.h"
+#include "support/test_world.h"
 
 namespace norvane::test {
 

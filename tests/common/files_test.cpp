@@ -18,6 +18,17 @@ namespace fs = std::filesystem;
 class Files : public test::Test_World {
   protected:
     auto File_Count() const { return std::distance(fs::directory_iterator(directory), {}); }
+    /// Whatever is done with files, none stays open.
+    void TearDown() override {
+        EXPECT_EQ(Open_Files(), m_open);
+        Test_World::TearDown();
+    }
+
+  private:
+    static std::ptrdiff_t Open_Files() {
+        return std::distance(fs::directory_iterator("/proc/self/fd"), {});
+    }
+    std::ptrdiff_t m_open = Open_Files();
 };
 
 TEST_F(Files, Only_what_killed_writers_left_days_ago_is_swept_away) {
@@ -53,6 +64,31 @@ TEST_F(Files, An_atomic_write_goes_where_a_link_leads_and_keeps_the_mode) {
     EXPECT_EQ(Read("real/missing.txt"), "new");
 }
 
+TEST_F(Files, Are_read_whole_whatever_size_they_tell) {
+    for (const std::size_t size : {0U, 1U, 2U, 4095U, 4096U, 70000U}) {
+        std::string content;
+        while (content.size() < size)
+            content += static_cast<char>(content.size() % 251);
+        EXPECT_EQ(Read_File(Write("file", content)), content) << size;
+    }
+    // The system tells of these that they are empty.
+    const std::string maps = Read_File("/proc/self/maps");
+    EXPECT_GT(maps.size(), 1000U);
+    EXPECT_EQ(maps.back(), '\n');
+    EXPECT_THROW(static_cast<void>(Read_File(directory)), Run_Error);
+    EXPECT_THROW(static_cast<void>(Read_File(directory / "missing")), Run_Error);
+}
+
+TEST_F(Files, A_growing_file_goes_on_behind_its_last_whole_line) {
+    for (const auto& [torn, whole] :
+         {std::pair{"", ""}, {"a", ""}, {"a\n", "a\n"}, {"\n", "\n"}, {"a\nb\nc", "a\nb\n"}}) {
+        Growing_File file(Write("grows", torn));
+        file.Add("d\n");
+        file.Sync();
+        EXPECT_EQ(Read("grows"), std::string(whole) + "d\n");
+    }
+}
+
 TEST_F(Files, Simulator_paths_are_found_whatever_their_letter_case) {
     Write("Sim/Aircraft/C172/aircraft.cfg", "x");
     EXPECT_EQ(Find_Path(services, directory, "SIM\\aircraft\\c172\\Aircraft.CFG"),
@@ -78,6 +114,7 @@ TEST_F(Files, Simulator_paths_lead_where_their_directories_are_mapped_to) {
         {"C:\\Sim\\SCENERY\\=\\file", "scenery/=/File"},
         {"C:\\Sim\\Scenery2\\file", "drive/Sim/Scenery2/file"},
         {"C:\\Sim\\Scenery", "scenery"},
+        {"C:\\Sim\\Scenery\\\\file", "scenery/file"},
         {"\\\\HOST\\Share\\relative\\file", "relative/File"},
         {"relative\\file", "relative/File"},
         {"D:\\Sim", "D:/Sim"},

@@ -1,4 +1,9 @@
 #include "common/controls.h"
+
+#include <csignal>
+#include <functional>
+
+#include "common/signal_watch.h"
 #include "common/system_clock.h"
 #include "support/test_world.h"
 
@@ -75,23 +80,146 @@ TEST_F(Timers, Tick_at_their_interval_until_they_are_disabled_or_nobody_waits) {
     EXPECT_EQ(ticks, 5);
 }
 
-TEST(Controls, The_pilots_hand_reaches_enabled_controls_only) {
+/// What a control told since it was asked last, a letter for each signal.
+class Heard {
+  public:
+    Heard(std::initializer_list<std::pair<Signal<>*, char>> signals) {
+        for (const auto& [signal, letter] : signals)
+            signal->Connect([this, letter = letter] { m_told += letter; });
+    }
+    /// `state`: what is asked of the control afterwards.
+    std::string After(const std::function<void()>& work,
+                      const std::function<std::string()>& state = {}) {
+        m_told.clear();
+        work();
+        return state ? m_told + state() : m_told;
+    }
+
+  private:
+    std::string m_told;
+};
+
+TEST(Controls, Texts_and_buttons_tell_of_what_changed_and_obey_the_pilot_while_enabled) {
     Text_Box box;
-    int edits = 0;
-    box.edited.Connect([&] { ++edits; });
-    box.Enter("A|B\r\nC");
-    EXPECT_EQ(box.Text(), "A/B C");
-    box.Set_Enabled(false);
-    box.Enter("X");
-    EXPECT_EQ(box.Text(), "A/B C");
-    EXPECT_EQ(edits, 1);
+    Heard of_box{{&box.changed, 'c'}, {&box.edited, 'e'}, {&box.left, 'l'}};
+    EXPECT_EQ(of_box.After([&] { box.Enter("A|B\r\nC"); }, [&] { return box.Text(); }), "ceA/B C");
+    EXPECT_EQ(of_box.After([&] { box.Enter("A/B C"); }), "e");
+    EXPECT_EQ(of_box.After([&] { box.Set_Remark("?"); }, [&] { return box.Remark(); }), "c?");
+    EXPECT_EQ(of_box.After([&] { box.Set_Remark("?"); }), "");
+    EXPECT_EQ(of_box.After([&] { box.Set_Text("X"); }, [&] { return box.Remark(); }), "c");
+    EXPECT_EQ(of_box.After([&] { box.Leave(); }), "l");
+    EXPECT_EQ(of_box.After([&] { box.Set_Enabled(true); }), "");
+    EXPECT_EQ(of_box.After([&] { box.Set_Enabled(false); }), "c");
+    EXPECT_EQ(of_box.After([&] { box.Enter("Y"); }, [&] { return box.Text(); }), "X");
+
+    Check_Box check;
+    Heard of_check{{&check.changed, 'c'}, {&check.edited, 'e'}};
+    EXPECT_EQ(of_check.After([&] { check.Click(); }), "ce");
+    EXPECT_EQ(of_check.After([&] { check.Set_Checked(true); }), "");
+    EXPECT_EQ(of_check.After([&] { check.Click(); }), "ce");
+    check.Set_Enabled(false);
+    EXPECT_EQ(of_check.After([&] { check.Click(); }), "");
+    EXPECT_FALSE(check.Checked());
+
+    Option_Button option;
+    Heard of_option{{&option.changed, 'c'}, {&option.edited, 'e'}};
+    EXPECT_EQ(of_option.After([&] { option.Click(); }), "ce");
+    EXPECT_EQ(of_option.After([&] { option.Click(); }), "e");
+    option.Set_Enabled(false);
+    EXPECT_EQ(of_option.After([&] { option.Set_Chosen(false); }), "c");
+    EXPECT_EQ(of_option.After([&] { option.Click(); }), "");
+
+    Swatch swatch;
+    Heard of_swatch{{&swatch.changed, 'c'}};
+    EXPECT_EQ(of_swatch.After([&] { swatch.Set_Color(5); }), "c");
+    EXPECT_EQ(of_swatch.After([&] { swatch.Set_Color(5); }), "");
+
     Link link("On");
-    int clicks = 0;
-    link.clicked.Connect([&] { ++clicks; });
-    link.Click();
-    link.Set_Visible(false);
-    link.Click();
-    EXPECT_EQ(clicks, 1);
+    Heard of_link{{&link.changed, 'c'}, {&link.clicked, 'k'}};
+    EXPECT_EQ(of_link.After([&] { link.Click(); }), "k");
+    EXPECT_EQ(of_link.After([&] { link.Set_Caption("On"); }), "");
+    EXPECT_EQ(of_link.After([&] { link.Set_Caption("Off"); }, [&] { return link.Caption(); }),
+              "cOff");
+    EXPECT_EQ(of_link.After([&] { link.Set_Visible(false); }), "c");
+    EXPECT_EQ(of_link.After([&] { link.Click(); }), "");
+}
+
+TEST(Controls, Lists_select_what_they_have_and_tell_of_it) {
+    Combo_Box combo;
+    Heard of_combo{{&combo.changed, 'c'}, {&combo.edited, 'e'}};
+    EXPECT_EQ(of_combo.After(
+                  [&] {
+                      combo.Set_Entries({"a", "B", "c"});
+                  },
+                  [&] { return combo.Text(); }),
+              "c");
+    EXPECT_EQ(of_combo.After([&] { combo.Select_Text("b"); }, [&] { return combo.Text(); }), "cB");
+    EXPECT_EQ(of_combo.After([&] { combo.Select(1); }), "");
+    EXPECT_EQ(of_combo.After([&] { combo.Choose(0); }, [&] { return combo.Text(); }), "cea");
+    EXPECT_EQ(of_combo.After([&] { combo.Select_Text("none"); }, [&] { return combo.Text(); }),
+              "c");
+    combo.Select(2);
+    EXPECT_EQ(of_combo.After([&] { combo.Select(3); }, [&] { return combo.Text(); }), "c");
+    combo.Set_Enabled(false);
+    EXPECT_EQ(of_combo.After([&] { combo.Choose(0); }, [&] { return combo.Text(); }), "");
+
+    Row_List rows({"one", "two"});
+    Heard of_rows{{&rows.changed, 'c'},
+                  {&rows.edited, 'e'},
+                  {&rows.activated, 'a'},
+                  {&rows.rows_changed, 'r'}};
+    EXPECT_EQ(of_rows.After([&] { rows.Set_Rows({{"a"}, {"b", "c", "d"}}); }), "rc");
+    EXPECT_EQ(of_rows.After([&] { rows.Add_Row({"e"}); }), "rc");
+    EXPECT_EQ(rows.Rows(), (std::vector<Row_List::Row>{{"a", ""}, {"b", "c"}, {"e", ""}}));
+    EXPECT_EQ(of_rows.After([&] { rows.Activate(); }), "");
+    EXPECT_EQ(of_rows.After([&] { rows.Choose(0); }), "ce");
+    EXPECT_EQ(of_rows.After([&] { rows.Select(0); }), "");
+    EXPECT_EQ(of_rows.After([&] { rows.Activate(); }), "a");
+    EXPECT_EQ(of_rows.After([&] { rows.Remove_Row(3); }), "");
+    EXPECT_EQ(
+        of_rows.After([&] { rows.Remove_Row(2); }, [&] { return std::to_string(rows.Selected()); }),
+        "rc1");
+    EXPECT_EQ(
+        of_rows.After([&] { rows.Remove_Row(0); }, [&] { return std::to_string(rows.Selected()); }),
+        "rc0");
+    EXPECT_EQ(
+        of_rows.After([&] { rows.Select(1); }, [&] { return std::to_string(rows.Selected()); }),
+        "c-1");
+    rows.Select(0);
+    rows.Set_Enabled(false);
+    EXPECT_EQ(of_rows.After([&] { rows.Activate(); }), "");
+    EXPECT_EQ(of_rows.After([&] { rows.Choose(-1); }), "");
+
+    Text_Combo combined;
+    Heard of_combined{{&combined.changed, 'c'}, {&combined.edited, 'e'}};
+    EXPECT_EQ(of_combined.After([&] { combined.Set_Entries({"a"}); }), "c");
+    EXPECT_EQ(of_combined.After([&] { combined.Add_Entry("b"); }), "c");
+    EXPECT_EQ(combined.Selected(), -1);
+    EXPECT_EQ(of_combined.After([&] { combined.Enter("b"); }), "ce");
+    EXPECT_EQ(of_combined.After([&] { combined.Set_Text("b"); }), "");
+    EXPECT_EQ(combined.Selected(), 1);
+    combined.Set_Enabled(false);
+    EXPECT_EQ(of_combined.After([&] { combined.Enter("c"); }, [&] { return combined.Text(); }),
+              "b");
+}
+
+TEST(Signal_Watches, End_a_sleep_and_remember_a_signal) {
+    const auto holds = [] {
+        Signal_Watch watch;
+        const auto passed = [&](milliseconds span) {
+            const auto begin = std::chrono::steady_clock::now();
+            watch.Sleep(span);
+            return std::chrono::steady_clock::now() - begin;
+        };
+        const bool quiet = passed(milliseconds(30)) >= milliseconds(30) &&
+                           passed(milliseconds(1010)) >= milliseconds(1010) &&
+                           !watch.Is_Pending() && !watch.Raised();
+        std::raise(SIGTERM);
+        const bool ended = passed(std::chrono::hours(1)) < std::chrono::minutes(1);
+        return quiet && ended && watch.Is_Pending() && watch.Raised() && watch.Raised() &&
+               watch.Is_Pending() && passed(std::chrono::hours(1)) < std::chrono::minutes(1);
+    };
+    EXPECT_EXIT(std::_Exit(holds() ? 0 : 1), testing::ExitedWithCode(0), "");
 }
 
 TEST(Signal, Listeners_come_and_go_while_it_calls_them) {

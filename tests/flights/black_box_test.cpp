@@ -11,10 +11,18 @@
 #include "app/recompute.h"
 
 #include "blackbox/derive.h"
+#include "blackbox/flight_export.h"
+#include "blackbox/flight_json.h"
 #include "blackbox/flight_library.h"
+#include "blackbox/flight_text.h"
 #include "common/file_writer.h"
+#include "common/gzip_reader.h"
+#include "common/version.h"
 #include "flights/flight_world.h"
 #include "simhost/recording/replay.h"
+#include "simhost/scenario/scenario.h"
+#include "simlink/offset_area.h"
+#include "simlink/recorded_block.h"
 #include "simlink/recording.h"
 
 namespace norvane::test {
@@ -87,6 +95,70 @@ TEST(Black_Box, Gives_the_logged_row_again_and_under_other_settings_another) {
             ElementsAre("Time In: 2211Z -> 2212Z", "Block HH:MM: 0:06 -> 0:07",
                         HasSubstr("PHTO 222211Z 06005KT 2SM SKC 20/8 A2997 -> PHTO 222212Z")));
     }
+}
+
+/// Of a flight that is paused, killed and taken up: line by line, then what is made of it.
+TEST(Black_Box, Records_what_it_always_recorded) {
+    Flight_World flight(Short_Hop(), 1);
+    flight.Start();
+    flight.Take_Off();
+    for (int click = 0; click < 2; ++click) {
+        flight.Running().panel.hypPause.Click();
+        flight.desktop.Run_For(std::chrono::seconds(7));
+    }
+    flight.Kill();
+    flight.desktop.Run_For(std::chrono::minutes(1));
+    flight.Start();
+    EXPECT_EQ(flight.Fly().size(), 53U);
+    End(flight);
+    const auto file = Recording_Of(flight);
+    std::string told;
+    for (Gzip_Reader lines(file); lines.Next();)
+        told += std::string(lines.Line()) + "\n";
+    const Flight_Summary derived = Derive_Flight(Recording_Id(file), Read_Recording(file));
+    told += Flight_Json(derived) + Flight_Text(derived) + Evidence_Words(derived);
+    const auto stored = Flight_Store(file.parent_path(), Store_Use::look).Find(Recording_Id(file));
+    for (const Flight_Difference& found : Differences(*stored, derived))
+        ADD_FAILURE() << found.field << ": " << found.stored << " -> " << found.derived;
+    Expect_As_Looked_At("blackbox/recorded.txt", Replace_All(told, version, "VERSION"));
+}
+
+/// Scenarios as a recorder would see them, 50 times a second near the ground or always twice.
+TEST(Black_Box, Tells_of_scenarios_with_all_kinds_of_landings_what_it_always_told) {
+    std::string told;
+    for (const char* name : {"touch-and-go", "go-around", "hard-landing", "held"}) {
+        const auto world = Load_Scenario(Data_File(std::string("scenarios/") + name + ".json"),
+                                         NORVANE_SOURCE_DIR "/data/simulator");
+        for (const bool is_fast : {true, false}) {
+            std::vector<Recorded_Moment> moments;
+            Offset_Area area;
+            Recorded_Image image;
+            bool is_near = false;
+            for (int i = 0; i * 0.02 < world->Length(); ++i) {
+                const double seconds = i * 0.02;
+                const bool is_step = i % 25 == 0;
+                if (!is_step && !is_near)
+                    continue;
+                world->Apply(seconds, area);
+                is_near =
+                    is_fast && area.Get(Variable::ground_speed_kt) > 30 &&
+                    area.Get(Variable::altitude_ft) - area.Get(Variable::ground_elevation_ft) < 100;
+                Recorded_Moment& moment = moments.emplace_back();
+                moment.seconds = seconds;
+                for (const Recorded_Field& field : Recorded_Fields()) {
+                    const auto bytes = area.Bytes(field.offset, field.size);
+                    image.Take({field.offset, {bytes.begin(), bytes.end()}}, moment.changes);
+                }
+                if (!is_step)
+                    moment.remarks.emplace_back("fast");
+            }
+            moments.front().remarks.emplace_back("utc: 2026-11-23T23:50:00Z");
+            const Flight_Summary flight = Derive_Flight(name, moments);
+            told += Flight_Text(flight) + Evidence_Words(flight) + Flight_Json(flight) +
+                    Export_Flight(flight, Export_Format::csv);
+        }
+    }
+    Expect_As_Looked_At("blackbox/scenarios.txt", told);
 }
 
 TEST(Black_Box, Of_a_flight_that_was_killed_anywhere_gives_its_row_again) {

@@ -30,6 +30,8 @@ const Scenario_Facts all_scenarios[] = {
     {Shipped_Scenario("kjfk-kbos"), 1, 40, 75},     {Shipped_Scenario("egll-lfpg"), 1, 40, 75},
     {Shipped_Scenario("turboprop"), 1, 40, 75},     {Shipped_Scenario("helicopter"), 1, 40, 75},
     {Shipped_Scenario("piston-circuit"), 2, 8, 14}, {short_jet_file, 1, 8, 12},
+    {Test_Scenario("touch-and-go"), 3, 8, 60},      {Test_Scenario("go-around"), 1, 8, 60},
+    {Test_Scenario("hard-landing"), 2, 8, 60},
 };
 
 /// What a client reads at one moment.
@@ -164,8 +166,12 @@ TEST_P(Flown_Scenario, Same_Moment_Same_Bytes) {
 TEST_P(Flown_Scenario, Is_The_Flight_That_Was_Looked_At) {
     std::string flown;
     std::set<std::size_t> places{out, lift_off, touchdown - 1, touchdown, in};
-    for (std::size_t i = 0; i < samples.size(); i += 66)
-        places.insert(i);
+    for (std::size_t i = 1; i + 4 < samples.size(); ++i) {
+        if (samples[i].Is_On_Ground() != samples[i - 1].Is_On_Ground())
+            places.insert({i - 1, i, i + 4});
+        if (i % 66 == 1)
+            places.insert(i);
+    }
     for (const std::size_t i : places) {
         flown += fmt::format("{} {:.5g} {:.6g}", samples[i].seconds, samples[i].fuel_flow_pph,
                              samples[i].fuel_gal);

@@ -86,20 +86,34 @@ class Told_World {
     Flightgear_World m_world;
 };
 
-TEST(Flightgear_Worlds, Follow_What_A_Property_Says) {
-    const auto with = [](const std::string& path, const std::string& value) {
-        Properties properties = cessna;
-        properties[path] = value;
-        return Told_World(properties);
+/// What changes with each property in turn: missing, far too low and high, plain numbers, none.
+std::string Followed(const Properties& properties) {
+    const auto lines = [](const Properties& told) {
+        return Split(Told_World(told).All_Figures(), '\n');
     };
-    EXPECT_EQ(with("/sim/freeze/master", "true").Get(slew_mode), 1);
-    EXPECT_EQ(with("/sim/replay/replay-state", "1").Get(slew_mode), 1);
-    for (const std::string variant : {"", "-bush26", "-ski", "-float", "-amphibious"})
-        EXPECT_EQ(with("/sim/aircraft", "c172p" + variant).Get(engine_count), 1);
-    for (const std::string made_up : {"callsign", "FG-8617", ""})
-        EXPECT_EQ(with(call_sign, made_up).Text(atc_identifier), "");
-    for (const std::string chosen : {"N172NV", "FG-86170", "FG-86A7", "FG"})
-        EXPECT_EQ(with(call_sign, chosen).Text(atc_identifier), chosen);
+    const auto before = lines(properties);
+    std::string followed;
+    const auto follow = [&](const std::string& path, const std::string& value) {
+        Properties changed = properties;
+        changed[path] = value;
+        followed += fmt::format("{} = {}\n", path, value);
+        const auto now = lines(changed);
+        for (std::size_t i = 0; i < now.size(); ++i)
+            followed += i < before.size() && now[i] == before[i] ? "" : "    " + now[i] + "\n";
+    };
+    for (const auto& [path, value] : properties) {
+        // Without a time, it is the computer's.
+        for (const char* other : {"", "-1e7", "1e7", "1", "0.3", "true", "nan"}) {
+            if (!path.starts_with("/sim/time/") || *other == '1')
+                follow(path, other);
+        }
+    }
+    for (const char* sign : {"callsign", "FG-8617", "N172NV", "FG-86170", "FG-86A7", "FG"})
+        follow(call_sign, sign);
+    for (const char* variant :
+         {"c172p-bush26", "c172p-ski", "c172p-float", "c172p-amphibious", "ufo"})
+        follow("/sim/aircraft", variant);
+    return followed;
 }
 
 /// Sample by sample in one world. Heights and wheels are what FlightGear's own aircraft tell.
@@ -161,6 +175,7 @@ TEST(Flightgear_Worlds, Tell_What_Each_Kind_Of_Aircraft_Tells) {
     told += "\nTurboprop\n" + Told_World(other).All_Figures();
     other["/rotors/main/cone-deg"] = "-0.4";
     told += "\nHelicopter\n" + Told_World(other).All_Figures();
+    told += "\nFollowed\n" + Followed(other) + Followed(cessna);
     Expect_As_Looked_At("flightgear-told.txt", told);
 }
 

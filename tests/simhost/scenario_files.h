@@ -14,8 +14,11 @@ namespace norvane::test {
 
 inline const std::filesystem::path repository(NORVANE_SOURCE_DIR);
 inline const std::filesystem::path aircraft_files = repository / "data/simulator";
-inline const std::filesystem::path short_jet_file =
-    repository / "tests/data/scenarios/short-jet.json";
+
+inline std::filesystem::path Test_Scenario(const std::string& name) {
+    return repository / "tests/data/scenarios" / (name + ".json");
+}
+inline const std::filesystem::path short_jet_file = Test_Scenario("short-jet");
 
 inline std::filesystem::path Shipped_Scenario(const std::string& name) {
     return repository / "data/scenarios" / (name + ".json");

@@ -19,6 +19,7 @@
 #include "ui/pdf_text.h"
 #include "ui/printing/grid_printing.h"
 #include "ui/printing/log_printer.h"
+#include "ui/ui_world.h"
 #include "ui/window/qt_desktop.h"
 #include "ui/window/qt_text.h"
 
@@ -195,8 +196,17 @@ TEST_F(Log_Printer_Test, Every_page_of_a_flight_tells_its_date) {
     for (std::size_t column = 0; column < 40; ++column)
         layout.columns.at(column).visible = true;
     layout.columns[0].caption = "Date";
+    Set_Known_Look();
     const auto pages = Printed(60);
     ASSERT_GE(pages.size(), 6U);
+    // Where words and rules stand; of a page in the middle, which is full.
+    (void)Run_Program({"/usr/bin/pdftoppm", "-r", "40", "-f", "2", "-singlefile", "-png",
+                       file.string(), (directory / "page").string()});
+    const std::string words = Pdf_Words(file);
+    Expect_Look("printed",
+                words.substr(words.find("<doc>"), 60'000) +
+                    Drawing_Text(QImage(Path_To_Q(directory / "page.png")), 3),
+                1);
     for (std::size_t i = 0; i < pages.size() / 2; ++i) {
         EXPECT_NE(pages[i].find("Date"), std::string::npos) << i;
         EXPECT_NE(pages[i].find("1/1/2000"), std::string::npos) << i;

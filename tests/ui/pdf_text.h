@@ -19,6 +19,11 @@ inline std::vector<std::string> Pdf_Pages(const std::filesystem::path& file) {
     return pages;
 }
 
+/// Where each word of each page stands.
+inline std::string Pdf_Words(const std::filesystem::path& file) {
+    return Run_Program({"/usr/bin/pdftotext", "-bbox", file.string(), "-"}).output;
+}
+
 /// The numbers at the foot of the pages: "3 2 1 ".
 inline std::string Pdf_Page_Numbers(const std::filesystem::path& file) {
     std::string numbers;

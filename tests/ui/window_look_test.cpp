@@ -1,5 +1,6 @@
 // How the windows look: what stands in each, where, how wide, in which order, as golden texts.
 
+#include <QAbstractItemView>
 #include <QMenuBar>
 
 #include "common/text.h"
@@ -28,6 +29,10 @@ class Window_Look : public Program_World {
         // It fits the screen, so that it keeps its size however long the test takes.
         window->resize(780, 600);
         Settle();
+    }
+    void TearDown() override {
+        Set_Known_Look();
+        Program_World::TearDown();
     }
     QWidget& Panel(int position) {
         form->frame.SetActivePanel(form->frame.Items().at(static_cast<std::size_t>(position)).Key);
@@ -67,9 +72,43 @@ TEST_F(Window_Look, The_main_window_and_its_panels) {
         pages += Window_Text(Panel(4));
     }
     Expect_Look("pages", pages);
-    const std::string log = Window_Text(Panel(2));
+    std::string panels = Window_Text(Panel(2));
+    QWidget* grid = QApplication::focusWidget();
+    auto& cells = dynamic_cast<QAbstractItemView&>(*grid);
+    // The editor of each column, as it opens and with a letter typed.
+    for (int column = 0; column < cells.model()->columnCount(); ++column) {
+        cells.setCurrentIndex(cells.model()->index(0, column));
+        Press(Qt::Key_F2);
+        QWidget* editor = QApplication::focusWidget();
+        panels += editor == grid ? "" : Window_Text(*editor);
+        Type("x");
+        panels += editor == grid ? "" : Window_Text(*editor);
+        Press(Qt::Key_Escape);
+    }
+    panels += Window_Text(Panel(2));
     program->statistics.hypACARS[0].Click();
-    Expect_Look("panels", log + Window_Text(Panel(3)) + Window_Text(Panel(1)));
+    Expect_Look("panels", panels + Window_Text(Panel(3)) + Window_Text(Panel(1)));
+}
+
+/// Large letters, a dark desktop, and a flight under way whose figures are longer than their boxes.
+TEST_F(Window_Look, Of_a_flight_in_the_dark_with_large_letters) {
+    QFont font = QApplication::font();
+    font.setPointSize(18);
+    QApplication::setFont(font);
+    QApplication::setPalette(QPalette(QColor(40, 40, 40)));
+    area.Set(Variable::engine_count, 2);
+    program->panel.hypOn.Click();
+    for (Text_Box* box : {&program->panel.txtComments, &program->panel.txtFlightLevel,
+                          &program->panel.txtAircraftType})
+        box->Enter("a text that is much longer than the box that it stands in, and that goes on");
+    for (int page = 0; page < 4; ++page, program->panel.hypNext.Click()) {
+        program->settings_panel.Choose_Tab(static_cast<ucSettings::Page>(page));
+        seen += Window_Text(Panel(0)) + Window_Text(Panel(4));
+    }
+    program->panel.hypPause.Click();
+    seen += Window_Text(*window);
+    Expect_Look("flight", seen);
+    Take_Errors();
 }
 
 TEST_F(Window_Look, The_dialogs) {
