@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <csignal>
 #include <random>
+#include <regex>
 
 #include <sqlite3.h>
 #include "app/recompute.h"
@@ -120,6 +121,7 @@ TEST(Black_Box, Records_what_it_always_recorded) {
     const auto stored = Flight_Store(file.parent_path(), Store_Use::look).Find(Recording_Id(file));
     for (const Flight_Difference& found : Differences(*stored, derived))
         ADD_FAILURE() << found.field << ": " << found.stored << " -> " << found.derived;
+    told = std::regex_replace(told, std::regex("3E00:[0-9a-f]+"), "3E00:...");
     Expect_As_Looked_At("blackbox/recorded.txt", Replace_All(told, version, "VERSION"));
 }
 

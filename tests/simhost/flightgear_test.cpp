@@ -92,6 +92,11 @@ std::string Followed(const Properties& properties) {
         return Split(Told_World(told).All_Figures(), '\n');
     };
     const auto before = lines(properties);
+    // Where the simulator tells no time, it is the computer's.
+    const auto is_clock = [](const std::string& text) {
+        return text.starts_with("/sim/time/") || text.starts_with("simulator local") ||
+               text.starts_with("simulator UTC") || text.starts_with("simulator date");
+    };
     std::string followed;
     const auto follow = [&](const std::string& path, const std::string& value) {
         Properties changed = properties;
@@ -99,12 +104,13 @@ std::string Followed(const Properties& properties) {
         followed += fmt::format("{} = {}\n", path, value);
         const auto now = lines(changed);
         for (std::size_t i = 0; i < now.size(); ++i)
-            followed += i < before.size() && now[i] == before[i] ? "" : "    " + now[i] + "\n";
+            followed += now[i] == before[i] || (is_clock(now[i]) && !is_clock(path))
+                            ? ""
+                            : "    " + now[i] + "\n";
     };
     for (const auto& [path, value] : properties) {
-        // Without a time, it is the computer's.
         for (const char* other : {"", "-1e7", "1e7", "1", "0.3", "true", "nan"}) {
-            if (!path.starts_with("/sim/time/") || *other == '1')
+            if (!is_clock(path) || other == std::string("1"))
                 follow(path, other);
         }
     }
