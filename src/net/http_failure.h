@@ -56,6 +56,13 @@ inline constexpr Http_Failure http_send_request{
     return nullptr;
 }
 
+/// The entry with what its failure means behind it, where it is one of these.
+[[nodiscard]] inline std::string With_Meaning(std::string entry) {
+    if (const Http_Failure* failure = Find_Http_Failure(entry))
+        entry.append(": ").append(failure->meaning);
+    return entry;
+}
+
 /// `detail` follows the failure's own text, for the error log; `for_pilot` as in `Run_Error`, in
 /// place of what the failure means on its own.
 [[nodiscard]] inline Run_Error Http_Error(const Http_Failure& failure, std::string_view detail = {},
