@@ -50,6 +50,7 @@ struct App_Setting_Values {
     std::string WX_URL;
     std::int32_t VATSIM_FP = 0;
     std::string VATSIM_PID;
+    std::string SimBrief_User;
     std::string Virtual_Airline;
     std::string Virtual_Airline_Log;
     std::string PilotName;
@@ -142,6 +143,9 @@ class clsAppSettings {
     /// The pilot's network ID.
     [[nodiscard]] const std::string& VATSIM_PID() const { return m_values.VATSIM_PID; }
     void Set_VATSIM_PID(std::string_view value) { m_values.VATSIM_PID = Trim(value); }
+    /// Whose plans are asked for: the pilot's name with SimBrief, or the number.
+    [[nodiscard]] const std::string& SimBrief_User() const { return m_values.SimBrief_User; }
+    void Set_SimBrief_User(std::string_view value) { m_values.SimBrief_User = Trim(value); }
     /// Active airline, "DEFAULT" for the default one.
     [[nodiscard]] std::string Virtual_Airline() const;
     /// Loads the airline's values, or the default airline's when its directory is missing. Raises 5

@@ -75,6 +75,8 @@ constexpr auto table = std::to_array<Setting_Row>({
      Number{&Values::VATSIM_FP, &Settings::Set_VATSIM_FP, 0, {0, 1}}},
     {"VATSIM_PID", sources, "Options", "VATSIM PID",
      Text{&Values::VATSIM_PID, &Settings::Set_VATSIM_PID, ""}},
+    {"SimBrief_User", sources, "Options", "SimBrief User",
+     Text{&Values::SimBrief_User, &Settings::Set_SimBrief_User, ""}},
     {"Virtual_Airline", airline_name, "Virtual Airline", "Current",
      Text{&Values::Virtual_Airline, &Settings::Set_Virtual_Airline, stored_default_airline, nullptr, Text_Values::airline}, fixed_in_flight},
     {"Virtual_Airline_Log", airline, "", "Field5",

@@ -281,6 +281,7 @@ void ucSettings::Get_Settings() {
         Choose_Take_Off(m_settings.ACARS_TakeOff_Alt() != 0 ? take_off_altitude : on_ground_flag);
         chkACARS[vatsim].Set_Checked(Plan_Source{m_settings.VATSIM_FP()} == Plan_Source::network);
         txtVATSIM_PID.Set_Text(m_settings.VATSIM_PID());
+        txtSimBrief_User.Set_Text(m_settings.SimBrief_User());
         Get_Opt_Fields();
         Get_Recordings();
         Get_VA_Settings();
@@ -409,6 +410,7 @@ bool ucSettings::Assign_And_Save(const std::vector<std::string>& definitions, st
         Assign_Flight_Settings();
     for (std::size_t i = 0; i < definitions.size(); ++i)
         m_settings.Set_OptFields(i, definitions[i]);
+    m_settings.Set_SimBrief_User(txtSimBrief_User.Text());
     const auto recordings = Recording_Choices(m_settings.OPT_Recordings());
     if (cboRecordings.Selected() >= 0)
         m_settings.Set_OPT_Recordings(

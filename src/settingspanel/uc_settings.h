@@ -99,6 +99,9 @@ class ucSettings {
     std::array<Check_Box, 6> chkACARS;
     static constexpr std::string_view vatsim_pid_caption = "VATSIM PID:";
     Text_Box txtVATSIM_PID;
+    static constexpr std::string_view simbrief_caption = "SimBrief User:";
+    /// Usable at any time: no figure of a flight is made by it.
+    Text_Box txtSimBrief_User;
 
     /// One optional field of the flight log.
     struct Field_Row {

@@ -60,7 +60,7 @@ TEST_F(App_Settings, First_Start_Makes_The_Directories_And_Takes_The_Defaults) {
     EXPECT_EQ(
         Values(settings),
         "My Flight Log|14671839|8404992|16777215|1|1|0|0|0|0|False|False|False|False|200|False|"
-        "False|0|0|0||FS|0||DEFAULT|My Flight Log||||||False||||||" +
+        "False|0|0|0||FS|0|||DEFAULT|My Flight Log||||||False||||||" +
             Log_File("My Flight Log") + "|False|");
 }
 

@@ -87,6 +87,7 @@ TEST_F(Settings_Panel, Every_control_sets_what_it_names_and_is_found_again_after
     Choose(panel->cboTakeOffAlt, "35");
     panel->txtSimulator.Enter(" sim.local:8338 ");
     panel->txtVATSIM_PID.Enter("812345");
+    panel->txtSimBrief_User.Enter(" zoe ");
     for (Text_Box& box : panel->txtPilot)
         box.Enter("NV" + std::to_string(&box - panel->txtPilot.data()));
     panel->chkIATAPrefix.Click();
@@ -96,14 +97,15 @@ TEST_F(Settings_Panel, Every_control_sets_what_it_names_and_is_found_again_after
     panel->optFields[1].txtList.Enter(" Anna|Ben ");
     EXPECT_EQ(panel->cboRecordings.Text(), "Last 200 Flights");
     Choose(panel->cboRecordings, "No Flights");
-    EXPECT_EQ(Save(),
-              "FlightLog=Jets Color_Link_Bar=1193046 Color_MenuBar_Back=1056816 "
-              "Color_MenuBar_Fore=6636321 OPT_Recordings=0 ACARS_TakeOff_Alt=35 "
-              "Simulator_Address=sim.local:8338 VATSIM_PID=812345 Virtual_Airline=ABC "
-              "Virtual_Airline_Log=Jets PilotName=NV0 PilotEmail=NV1 PilotID=NV2 "
-              "Airline_IATA=NV3 Airline_ICAO=NV4 Airline_IATAPrefix=True "
-              "OptFields(1)=Crew/^Anna|Ben FlightLog_Path=" +
-                  (directory / "logs/Jets.txt ").string());
+    EXPECT_EQ(
+        Save(),
+        "FlightLog=Jets Color_Link_Bar=1193046 Color_MenuBar_Back=1056816 "
+        "Color_MenuBar_Fore=6636321 OPT_Recordings=0 ACARS_TakeOff_Alt=35 "
+        "Simulator_Address=sim.local:8338 VATSIM_PID=812345 SimBrief_User=zoe "
+        "Virtual_Airline=ABC Virtual_Airline_Log=Jets PilotName=NV0 PilotEmail=NV1 PilotID=NV2 "
+        "Airline_IATA=NV3 Airline_ICAO=NV4 Airline_IATAPrefix=True "
+        "OptFields(1)=Crew/^Anna|Ben FlightLog_Path=" +
+            (directory / "logs/Jets.txt ").string());
     EXPECT_EQ(
         desktop.boxes.back().text,
         "Changes made to optional Flight Log fields will take effect when Norvane is "

@@ -128,19 +128,15 @@ Form_Group* Take_Off_Group(ucSettings& settings, Form_Page& page) {
     return group;
 }
 
-/// The VATSIM pilot's number, set in below the box that asks for it.
-QWidget* Pilot_Row(Form_Group& group, ucSettings& settings) {
+/// A field with its caption close by, among boxes to check.
+QWidget* Captioned_Field(Form_Group& group, std::string_view caption, Text_Box& model, int indent) {
     auto* row = new QWidget(&group);
     auto* beside = new QHBoxLayout(row);
-    const QStyle& style = *row->style();
-    beside->setContentsMargins(style.pixelMetric(QStyle::PM_IndicatorWidth) +
-                                   style.pixelMetric(QStyle::PM_CheckBoxLabelSpacing),
-                               0, 0, 0);
-    auto* caption = new QLabel(To_Q(ucSettings::vatsim_pid_caption), row);
-    QLineEdit* edit = Make_Field(*row, Name_Of(ucSettings::vatsim_pid_caption),
-                                 settings.txtVATSIM_PID, pid_characters);
-    Bind_Words(*caption, settings.txtVATSIM_PID, *edit);
-    beside->addWidget(caption);
+    beside->setContentsMargins(indent, 0, 0, 0);
+    auto* words = new QLabel(To_Q(caption), row);
+    QLineEdit* edit = Make_Field(*row, Name_Of(caption), model, pid_characters);
+    Bind_Words(*words, model, *edit);
+    beside->addWidget(words);
     beside->addWidget(edit);
     beside->addStretch(1);
     return row;
@@ -153,7 +149,14 @@ Form_Group* Options_Group(ucSettings& settings, Form_Page& page) {
         QCheckBox* box = Make_Check(*group, ucSettings::option_captions[i], settings.chkACARS[i]);
         group->Add_Wide_Value({row++, 0}, *box);
     }
-    group->Add_Wide_Value({row, 0}, *Pilot_Row(*group, settings));
+    const QStyle& style = *group->style();
+    // Below the box that asks for it.
+    const int below_box = style.pixelMetric(QStyle::PM_IndicatorWidth) +
+                          style.pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
+    group->Add_Wide_Value({row++, 0}, *Captioned_Field(*group, ucSettings::vatsim_pid_caption,
+                                                       settings.txtVATSIM_PID, below_box));
+    group->Add_Wide_Value({row, 0}, *Captioned_Field(*group, ucSettings::simbrief_caption,
+                                                     settings.txtSimBrief_User, 0));
     group->Stretch_After(0);
     return group;
 }
