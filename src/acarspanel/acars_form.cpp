@@ -13,6 +13,8 @@ ACARS_Form::ACARS_Form() {
         if (Text_Box* box = row.Find_Box(*this))
             m_boxes.push_back(box);
     }
+    for (Label& label : lblPlanned)
+        m_labels.push_back(&label);
     const auto gather = [this](auto& fields) {
         for (Custom_Field& field : fields) {
             m_boxes.push_back(&field.txt);

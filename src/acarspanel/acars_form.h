@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "acarspanel/custom_field.h"
+#include "blackbox/planned_flight.h"
 #include "common/controls.h"
 #include "common/signal.h"
 #include "config/cls_app_settings.h"
@@ -65,6 +66,7 @@ class ACARS_Form {
     Link hypReset{"Reset"};
     Link hypReport{"ACARS Report"};
     Link hypFP{"Flight Plan:"};
+    Link hypSimBrief{"Fetch from SimBrief"};
     Link hypNext{"==>"};
     Link hypBack{"<=="};
     Menu_Command mnuPosition{"&Position Report"};
@@ -96,6 +98,9 @@ class ACARS_Form {
     Label lblFuelIn;
     Label lblBlockFuel;
     Label lblFlightFuel;
+
+    /// By `Planned`, beside what was flown; empty without a plan that tells it.
+    std::array<Label, planned_count> lblPlanned;
 
     Label lblZFW;
     Label lblTaxiWeight;

@@ -32,8 +32,10 @@ void ucACARS::ACARS_ON() {
         const bool resumes = Is_Resumable();
         m_store.facts.plan_read = resumes;
         network_plan.Set_Applied(network_plan.Is_Applied() && resumes);
-        if (!resumes)
+        if (!resumes) {
             m_store.facts.engine_destination.clear();
+            m_store.facts.planned.clear();
+        }
         std::string failure;
         const bool started = m_steps.Engine()->Start(
             failure, {true, resumes, Without_Placeholder(txtFlightNumber.Text()),

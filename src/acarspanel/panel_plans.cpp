@@ -1,10 +1,11 @@
-// Flight plans: from a file that the pilot chooses, and from the online network's data.
+// Flight plans: from a file that the pilot chooses, the online network's data, and SimBrief.
 
 #include "acarspanel/uc_acars.h"
 
 #include <fmt/format.h>
 
 #include "acars/cls_acars.h"
+#include "acarspanel/simbrief_fields.h"
 #include "common/boxes.h"
 #include "common/log_error.h"
 #include "common/services.h"
@@ -84,6 +85,34 @@ void ucACARS::Read_VATSIM_Data(std::string_view line) {
     });
     if (!is_whole)
         Tell(m_services.desktop, cut_plan, Icon::exclamation);
+}
+
+void ucACARS::Read_SimBrief_Plan(const Simbrief_Plan& plan) {
+    Guarded(m_services, "ucACARS.Read_SimBrief_Plan()", Show::silent, [&] {
+        m_store.facts.plan_read = true;
+        m_store.facts.planned = Planned_Text(Planned_Of(plan));
+        // The pilot has a plan: no other one takes its place, nor its call sign.
+        network_plan.Set_Applied(true);
+        network_plan.Look(false);
+        for (const Simbrief_Field& field : Simbrief_Fields(plan, m_parts.settings))
+            (this->*field.box).Set_Text(field.text);
+        for (const std::size_t end : {flight_end::origin, flight_end::destination}) {
+            const auto& airport = end == flight_end::origin ? plan.origin : plan.destination;
+            if (airport.icao.empty())
+                continue;
+            const std::string known = Get_Airport_Name(m_services, airport.icao);
+            Take_Airport(end, airport.icao, known.empty() ? airport.name : known);
+        }
+        if (!plan.call_sign.empty())
+            Show_ATC_Flight(plan.call_sign);
+        if (plan.is_ifr)
+            Set_Rules(*plan.is_ifr);
+        if (m_steps.Engine() != nullptr && !txtFlightNumber.Is_Empty())
+            m_steps.Engine()->Set_Airline_Flight_Number(txtFlightNumber.Text());
+        Show_Planned(Planned_Of(plan), m_parts.settings, *this);
+        simbrief.planned.Emit(m_store.facts.planned);
+        m_store.Note_Change();
+    });
 }
 
 }  // namespace norvane

@@ -8,6 +8,7 @@
 #include "acarspanel/flight_stage.h"
 #include "acarspanel/network_plan.h"
 #include "acarspanel/panel_fields.h"
+#include "acarspanel/simbrief_fields.h"
 #include "acarspanel/step_queue.h"
 #include "acarspanel/weather_desk.h"
 #include "common/code_page.h"
@@ -35,6 +36,7 @@ constexpr std::string_view applied = "1";
 /// The network's call sign: the simulator's would take its place.
 constexpr std::string_view call_sign_key = "ATC Flight";
 constexpr std::string_view engine_destination_key = "Engine Destination";
+constexpr std::string_view planned_key = "Planned";
 /// By end: the stored weather was fetched, not typed, and gives way to a newer report.
 constexpr std::array<std::string_view, 2> fetched_keys{"Fetched WX Origin",
                                                        "Fetched WX Destination"};
@@ -156,6 +158,8 @@ void Panel_Store::Store_Panel() {
         store.Set(flight_section, call_sign_key, m_form.lblATCFlight.Text());
     }
     store.Set(flight_section, engine_destination_key, facts.engine_destination);
+    if (!facts.planned.empty())
+        store.Set(flight_section, planned_key, facts.planned);
     for (std::size_t end = 0; end < flight_end::count; ++end)
         store.Set(flight_section, fetched_keys.at(end),
                   m_weather.Shows_Fetched(end) ? fetched : "");
@@ -212,6 +216,9 @@ void Panel_Store::Restore_Panel() {
     facts.row_in_log = store.Get(flight_section, logged_row_key);
     m_plan.Set_Applied(store.Get(flight_section, network_plan_key) == applied);
     facts.engine_destination = store.Get(flight_section, engine_destination_key);
+    const Planned_Flight planned = Parse_Planned(store.Get(flight_section, planned_key));
+    facts.planned = Planned_Text(planned);
+    Show_Planned(planned, m_parts.settings, m_form);
     m_form.lblATCFlight.Set_Text(store.Get(flight_section, call_sign_key));
     m_form.lblATCFlight.Set_Visible(!m_form.lblATCFlight.Text().empty());
     for (std::size_t end = 0; end < flight_end::count; ++end) {

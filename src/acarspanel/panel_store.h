@@ -23,6 +23,8 @@ struct Flight_Facts {
     std::string row_in_log;
     /// The destination that the engine found and nobody had named before; empty: none.
     std::string engine_destination;
+    /// `Planned_Text` of the plan that the flight is flown by; empty: none is known.
+    std::string planned;
 };
 
 class Panel_Store {

@@ -25,6 +25,7 @@ ucACARS::ucACARS(const Parts& parts)
       tmrPos(parts.services.desktop.Timers(), position_interval),
       weather(parts, *this, m_steps, m_round),
       network_plan(parts, m_stage, m_steps, m_round),
+      simbrief(parts, *this, m_stage, m_steps, m_round),
       m_parts(parts),
       m_services(parts.services),
       m_pages(parts, *this),
@@ -93,6 +94,7 @@ void ucACARS::Connect_Controls() {
             Settle_At_Gate();
     });
     network_plan.found.Connect([this](const std::string& line) { Read_VATSIM_Data(line); });
+    simbrief.agreed.Connect(*this, &ucACARS::Read_SimBrief_Plan);
     Connect_Airport(flight_end::origin);
     Connect_Airport(flight_end::destination);
     txtDestination.edited.Connect([this] { m_store.facts.engine_destination.clear(); });
@@ -143,6 +145,7 @@ void ucACARS::Show_Active() {
     (on ? hypPause : hypOn).Set_Enabled(true);
     (on ? hypOn : hypPause).Set_Enabled(false);
     hypFP.Set_Enabled(on);
+    hypSimBrief.Set_Enabled(on);
     Active_State.Emit(on);
     tmr.Set_Enabled(on);
     network_plan.Look(on);

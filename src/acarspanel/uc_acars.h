@@ -21,6 +21,7 @@
 #include "acarspanel/pirep_queue.h"
 #include "acarspanel/request_round.h"
 #include "acarspanel/row_keeper.h"
+#include "acarspanel/simbrief_desk.h"
 #include "acarspanel/step_queue.h"
 #include "acarspanel/weather_desk.h"
 #include "common/services.h"
@@ -96,6 +97,8 @@ class ucACARS : public ACARS_Form {
     /// Takes the same from the pilot's line of the online network's data, and the call sign and the
     /// aircraft type; a line that ends too soon is applied as far as it goes.
     void Read_VATSIM_Data(std::string_view line);
+    /// Takes from a plan of SimBrief whatever it tells, in place of what the fields hold.
+    void Read_SimBrief_Plan(const Simbrief_Plan& plan);
     [[nodiscard]] std::string Get_WX(std::string_view icao) { return weather.Get_WX(icao); }
 
     /// Tracking became active (true) or stopped.
@@ -115,6 +118,7 @@ class ucACARS : public ACARS_Form {
     Timer tmrPos;
     Weather_Desk weather;
     Network_Plan network_plan;
+    Simbrief_Desk simbrief;
 
   private:
     // Wiring.

@@ -82,6 +82,8 @@ void Program::Connect_Recorder() {
         if (step.kind == Engine_Step::Kind::started)
             archive.Forget_Last();
     });
+    panel.simbrief.planned.Connect(
+        [this](const std::string& planned) { recorder.Note_Planned(planned); });
     log_entry.NewLogEntrySaveOK.Connect([this] {
         // A flight that was only typed has no recording.
         if (panel.Is_Active() || panel.Is_Logged())

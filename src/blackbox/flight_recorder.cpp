@@ -324,6 +324,10 @@ std::filesystem::path Flight_Recorder::End(std::string_view why) {
     return file;
 }
 
+void Flight_Recorder::Note_Planned(std::string_view planned) {
+    Mark(fmt::format("planned: {}", planned));
+}
+
 bool Flight_Recorder::Note_Logged(std::string_view log_name, std::string_view line) {
     const Recorded_Moment note{Seconds(), {}, {fmt::format("logged: {}\t{}", log_name, line)}};
     if (m_file) {

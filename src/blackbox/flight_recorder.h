@@ -46,6 +46,8 @@ class Flight_Recorder {
     /// The flight is tracked no longer, for this reason ("gate"): its recording is whole and its
     /// name is returned; empty when nothing is recorded, or not to its end.
     std::filesystem::path End(std::string_view why);
+    /// The flight is flown by a plan with these figures, as `Planned_Text` writes them.
+    void Note_Planned(std::string_view planned);
     /// The log has the flight as this line of it: that stands in the recording at once, as long as
     /// it is not packed. True when it does, or when the flight's recording has failed.
     bool Note_Logged(std::string_view log_name, std::string_view line);

@@ -9,6 +9,7 @@
 #include "app/sim_process.h"
 #include "cli/exit_status.h"
 #include "cli/network_commands.h"
+#include "cli/plan_command.h"
 #include "cli/resume_check.h"
 #include "common/code_page.h"
 #include "common/log_error.h"
@@ -75,7 +76,10 @@ class Flight {
     bool Begin_Tracking();
     [[nodiscard]] bool May_Begin_Again();
     bool Pause_Between_Tries(double& waited_s);
+    void Enter_What_Was_Named();
+    bool Fetch_Plan();
     void Read_Plan(bool resumed);
+    void Take_Fetched_Plan();
     int Follow_To_The_Gate();
     void Say_Where_The_Row_Is() const;
     bool Take_Up_Dropped_Link();
@@ -95,6 +99,7 @@ class Flight {
     /// Looks for the gate from within a request to the airline too, however long that hangs.
     Timer m_gate_watch{m_console.desktop.Timers(), std::chrono::seconds(1)};
     bool m_stepped = false;
+    std::optional<Simbrief_Plan> m_plan;
 };
 
 int Flight::Fly() {
@@ -106,12 +111,11 @@ int Flight::Fly() {
                              ".  It is logged now, without a simulator.");
         return Log();
     }
-    if (!m_options.flight_number.empty()) {
-        panel.txtFlightNumber.Enter(From_Utf8(m_options.flight_number));
-        panel.txtFlightNumber.Leave();
+    if (!m_options.simbrief_user.empty() && !Fetch_Plan()) {
+        m_program.Close(ucACARS::Closing::by_signal);
+        return exit_status::failed;
     }
-    if (!m_options.aircraft.empty())
-        panel.txtAircraftType.Enter(From_Utf8(m_options.aircraft));
+    Enter_What_Was_Named();
     if (!Switch_On()) {
         if (Signalled())
             return Close_On_Signal();
@@ -119,6 +123,31 @@ int Flight::Fly() {
         return exit_status::no_simulator;
     }
     return Follow_To_The_Gate();
+}
+
+void Flight::Enter_What_Was_Named() {
+    ucACARS& panel = m_program.panel;
+    if (!m_options.flight_number.empty()) {
+        panel.txtFlightNumber.Enter(From_Utf8(m_options.flight_number));
+        panel.txtFlightNumber.Leave();
+    }
+    if (!m_options.aircraft.empty())
+        panel.txtAircraftType.Enter(From_Utf8(m_options.aircraft));
+}
+
+/// False when a flight that was to be flown by a plan of SimBrief has none. One that is resumed
+/// needs none.
+bool Flight::Fetch_Plan() {
+    if (m_program.panel.Is_Resumable())
+        return true;
+    return Guarded(m_program.services, "modMain.Fetch_Plan()", Show::silent, [&] {
+        try {
+            m_plan = Fetch_Plan_Of(m_console, m_program.services, m_options.simbrief_user);
+        } catch (...) {
+            Console_Desktop::Say(Caught_Error().Description());
+            throw;
+        }
+    });
 }
 
 /// False when the stored flight could not be kept, and so was not dropped.
@@ -146,7 +175,7 @@ bool Flight::Switch_On() {
     }
     if (!Begin_Tracking())
         return false;
-    if (!m_options.plan.empty())
+    if (!m_options.plan.empty() || !m_options.simbrief_user.empty())
         Read_Plan(resumed);
     return true;
 }
@@ -195,8 +224,18 @@ bool Flight::Pause_Between_Tries(double& waited_s) {
 void Flight::Read_Plan(bool resumed) {
     if (resumed)
         Console_Desktop::Say("The flight plan is not read: the flight was under way already.");
+    else if (m_plan)
+        Take_Fetched_Plan();
     else
         m_program.panel.Read_Flight_Plan(m_options.plan);
+}
+
+/// What was named on the command line counts, whatever the plan says.
+void Flight::Take_Fetched_Plan() {
+    for (const std::string& doubt : m_program.panel.simbrief.Doubts(*m_plan))
+        Console_Desktop::Say(doubt);
+    m_program.panel.Read_SimBrief_Plan(*m_plan);
+    Enter_What_Was_Named();
 }
 
 int Flight::Follow_To_The_Gate() {

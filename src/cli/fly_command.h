@@ -26,6 +26,8 @@ struct Fly_Options {
     std::filesystem::path replay;
     /// A saved flight plan for a flight that begins; empty: none.
     std::filesystem::path plan;
+    /// Whose last plan of SimBrief a flight that begins is flown by; empty: nobody's.
+    std::string simbrief_user;
     /// How long a dropped link is tried again, in seconds of the timers' time; empty for ever.
     std::optional<double> give_up_s;
 };

@@ -36,8 +36,13 @@ void Add_Fly(CLI::App& app, Session_Options& session, Fly_Options& fly, Work& wo
         ->check(CLI::ExistingFile)
         ->excludes(demo)
         ->excludes(scenario);
-    command->add_option("--plan", fly.plan, "Read a saved flight plan when the flight begins")
-        ->check(CLI::ExistingFile);
+    auto* plan =
+        command->add_option("--plan", fly.plan, "Read a saved flight plan when the flight begins")
+            ->check(CLI::ExistingFile);
+    command
+        ->add_option("--simbrief", fly.simbrief_user,
+                     "Fly by the last plan of this SimBrief user, a name or a number")
+        ->excludes(plan);
     command->callback([&] {
         session.places.demonstration = Has_Own_Simulator(fly);
         work = {Access::write, [&](Console& console, Session& open) {
@@ -85,10 +90,16 @@ void Add_Airline(CLI::App& app, Words& words, Work& work) {
 }
 
 void Add_Plan(CLI::App& app, Words& words, Work& work) {
-    auto* plan = app.add_subcommand("plan", "Show what a saved flight plan says");
-    plan->add_option("FILE.pln", words.name, "The simulator's flight plan")->required();
-    plan->callback([&] {
-        work = {Access::look, [&](Console&, Session& open) { return Show_Plan(open, words.name); }};
+    auto* plan = app.add_subcommand("plan", "Show what a flight plan says")->require_option(1);
+    plan->add_option("FILE.pln", words.name, "The simulator's flight plan");
+    auto* user = plan->add_option("--simbrief", words.value,
+                                  "The SimBrief user, a name or a number, whose last plan it is");
+    plan->callback([&words, &work, user] {
+        work = {Access::look,
+                [&words, is_of_user = !user->empty()](Console& console, Session& open) {
+                    return is_of_user ? Show_SimBrief_Plan(console, open, words.value)
+                                      : Show_Plan(open, words.name);
+                }};
     });
 }
 

@@ -26,13 +26,6 @@ namespace norvane {
 
 namespace {
 
-std::string With_Meaning(std::string reason) {
-    const Http_Failure* failure = Find_Http_Failure(reason);
-    if (failure != nullptr)
-        reason.append(": ").append(failure->meaning);
-    return reason;
-}
-
 /// One command's request: a pilot's settings, an airline, and what is reported while it runs.
 class Network_Request {
   public:
