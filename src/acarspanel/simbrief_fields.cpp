@@ -18,10 +18,6 @@ namespace {
 
 using Form = ACARS_Form;
 
-std::string Weight_Text(const std::optional<double>& lbs, int unit) {
-    return lbs ? Shown_Weight(Weight_In_Unit(*lbs, unit), unit) : std::string();
-}
-
 /// As the engine makes it of the simulator's.
 std::string Flight_Number(const Simbrief_Plan& plan, const clsAppSettings& settings) {
     if (plan.flight_number.empty() || !settings.Airline_IATAPrefix())
@@ -41,6 +37,7 @@ std::optional<double> Sum(const std::optional<double>& a, const std::optional<do
 
 std::vector<Simbrief_Field> Simbrief_Fields(const Simbrief_Plan& plan,
                                             const clsAppSettings& settings) {
+    const bool in_kilograms = settings.ACARS_Weight() == unit::kilograms;
     std::vector<Simbrief_Field> fields{
         {"Origin", &Form::txtOrigin, plan.origin.icao},
         {"Destination", &Form::txtDestination, plan.destination.icao},
@@ -48,7 +45,9 @@ std::vector<Simbrief_Field> Simbrief_Fields(const Simbrief_Plan& plan,
         {"Aircraft Type", &Form::txtAircraftType, plan.aircraft_type},
         {"Aircraft ID", &Form::txtAircraftID, plan.registration},
         {"Pax", &Form::txtPax, plan.passengers ? std::to_string(*plan.passengers) : ""},
-        {"Cargo", &Form::txtCargo, Weight_Text(plan.cargo_lbs, settings.ACARS_Weight())},
+        // A number alone, as the simulator's is: airlines count with it.
+        {in_kilograms ? "Cargo, kg" : "Cargo, lbs", &Form::txtCargo,
+         plan.cargo_lbs ? Weight_In_Unit(*plan.cargo_lbs, settings.ACARS_Weight()) : ""},
         {"Flight Level", &Form::txtFlightLevel,
          plan.level_ft ? Format_FlightLevel(*plan.level_ft) : ""},
         {"Flight Plan", &Form::txtFlightPlan, plan.route},

@@ -38,13 +38,24 @@ Form_Group* Flight_Group(ucACARS& panel, Form_Page& page) {
     return group;
 }
 
+/// Where a plan may come from, below each other beside the route.
+QWidget* Plan_Links(ucACARS& panel, QWidget& parent) {
+    auto* links = new QWidget(&parent);
+    auto* rows = new QVBoxLayout(links);
+    rows->setContentsMargins(0, 0, 0, 0);
+    for (Link* model : {&panel.hypFP, &panel.hypSimBrief}) {
+        auto* link = new Link_Button({}, links);
+        Bind(*link, *model);
+        rows->addWidget(link, 0, Qt::AlignLeft);
+    }
+    return links;
+}
+
 Form_Group* Route_Group(ucACARS& panel, Form_Page& page) {
     auto* group = new Form_Group("Weather and Route", page);
     group->Add_Box({0, 0}, "WX - Origin", panel.txtWXOrigin, 0);
     group->Add_Box({1, 0}, "WX - Destination", panel.txtWXDestination, 0);
-    auto* plan = new Link_Button({}, group);
-    Bind(*plan, panel.hypFP);
-    group->Add_Text({2, 0}, *plan, "Flight Plan", panel.txtFlightPlan);
+    group->Add_Text({2, 0}, *Plan_Links(panel, *group), "Flight Plan", panel.txtFlightPlan);
     auto* comments = new QLabel("Comments", group);
     comments->setBuddy(&group->Add_Text({3, 0}, *comments, comments->text(), panel.txtComments));
     group->Stretch_Values(0);

@@ -2,12 +2,14 @@
 
 #include <QHBoxLayout>
 #include <array>
+#include <optional>
 #include <span>
 
 #include "acarspanel/uc_acars.h"
 #include "ui/controls/bind.h"
 #include "ui/controls/value_label.h"
 #include "ui/panels/acars_pages.h"
+#include "ui/window/qt_text.h"
 
 namespace norvane {
 
@@ -24,22 +26,29 @@ constexpr int name_digits = 40;
 constexpr int time_digits = 6;
 /// "123456 lbs".
 constexpr int weight_digits = 11;
+/// With "plan " in front.
+constexpr int planned_time_digits = 10;
+constexpr int planned_fuel_digits = 15;
 
 struct Figure {
     const char* caption;
     Label ucACARS::*label;
+    std::optional<Planned> planned = {};
 };
 
 constexpr std::array block_events{
-    Figure{"Time OUT", &ucACARS::lblTimeOut},
-    Figure{"Time OFF", &ucACARS::lblTimeOff},
-    Figure{"Time ON", &ucACARS::lblTimeOn},
-    Figure{"Time IN", &ucACARS::lblTimeIn},
+    Figure{"Time OUT", &ucACARS::lblTimeOut, Planned::time_out},
+    Figure{"Time OFF", &ucACARS::lblTimeOff, Planned::time_off},
+    Figure{"Time ON", &ucACARS::lblTimeOn, Planned::time_on},
+    Figure{"Time IN", &ucACARS::lblTimeIn, Planned::time_in},
 };
 constexpr std::array fuels{
-    Figure{"Fuel OUT", &ucACARS::lblFuelOut},     Figure{"Fuel OFF", &ucACARS::lblFuelOff},
-    Figure{"Fuel ON", &ucACARS::lblFuelOn},       Figure{"Fuel IN", &ucACARS::lblFuelIn},
-    Figure{"Block Fuel", &ucACARS::lblBlockFuel}, Figure{"Flight Fuel", &ucACARS::lblFlightFuel},
+    Figure{"Fuel OUT", &ucACARS::lblFuelOut, Planned::fuel_out},
+    Figure{"Fuel OFF", &ucACARS::lblFuelOff, Planned::fuel_off},
+    Figure{"Fuel ON", &ucACARS::lblFuelOn, Planned::fuel_on},
+    Figure{"Fuel IN", &ucACARS::lblFuelIn},
+    Figure{"Block Fuel", &ucACARS::lblBlockFuel, Planned::block_fuel},
+    Figure{"Flight Fuel", &ucACARS::lblFlightFuel, Planned::flight_fuel},
 };
 constexpr std::array weights{
     Figure{"ZFW", &ucACARS::lblZFW},
@@ -50,10 +59,29 @@ constexpr std::array weights{
     Figure{"Distance", &ucACARS::lblDistance},
 };
 
+/// What was planned, small beside what was flown: the words alone, grey as one who does not press.
+void Add_Planned(Form_Group& group, int row, ucACARS& panel, const Figure& figure) {
+    Label& model = panel.lblPlanned.at(static_cast<std::size_t>(*figure.planned));
+    auto* planned = new QLabel(&group);
+    planned->setTextFormat(Qt::PlainText);
+    planned->setEnabled(false);
+    planned->setAccessibleName(QString("Planned ") + figure.caption);
+    const int digits = Is_Fuel(*figure.planned) ? planned_fuel_digits : planned_time_digits;
+    planned->setMinimumWidth(digits * planned->fontMetrics().horizontalAdvance('0'));
+    Follow(*planned, model, [planned, &model] {
+        planned->setText(model.Text().empty() ? QString() : "plan " + To_Q(model.Text()));
+    });
+    group.Add_Wide_Value({row, 1}, *planned);
+}
+
 void Add_Figures(Form_Group& group, ucACARS& panel, std::span<const Figure> figures, int digits) {
     int row = 0;
-    for (const Figure& figure : figures)
-        group.Add_Figure({row++, 0}, figure.caption, panel.*figure.label, digits);
+    for (const Figure& figure : figures) {
+        group.Add_Figure({row, 0}, figure.caption, panel.*figure.label, digits);
+        if (figure.planned)
+            Add_Planned(group, row, panel, figure);
+        ++row;
+    }
 }
 
 void Keep_Room(QWidget& widget) {
@@ -122,7 +150,7 @@ Form_Group* Weighed_Group(const QString& heading, std::span<const Figure> figure
                           Form_Page& page) {
     auto* group = new Form_Group(heading, page);
     Add_Figures(*group, panel, figures, weight_digits);
-    group->Stretch_After(0);
+    group->Stretch_After(1);
     return group;
 }
 
