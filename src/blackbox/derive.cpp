@@ -4,6 +4,7 @@
 
 #include "blackbox/figures.h"
 #include "blackbox/flight_notes.h"
+#include "blackbox/flown_figures.h"
 #include "blackbox/landing.h"
 #include "blackbox/phases.h"
 #include "blackbox/recorded_flight.h"
@@ -25,6 +26,7 @@ Flight_Summary Derive_Flight(std::string id, const std::vector<Recorded_Moment>&
     Set_Phases(flight.samples, notes.phases);
     summary.events = Describe_Events(flight.samples, notes.events);
     summary.phases = Sum_Phases(flight.samples);
+    summary.planned = Beside_Planned(notes.planned, flight.samples, summary);
     summary.landings = Find_Landings(flight);
     summary.track = Thin_Track(flight.samples);
     Measure_Flight(flight.samples, summary);

@@ -75,6 +75,13 @@ void Each_Field(Part& sum, Visit&& visit) {
     visit("fuel_gal", sum.fuel_gal);
 }
 
+template <Is<Planned_Figure> Part, class Visit>
+void Each_Field(Part& figure, Visit&& visit) {
+    visit("name", figure.name);
+    visit("planned", figure.planned);
+    visit("flown", figure.flown);
+}
+
 template <Is<Flight_Incident> Part, class Visit>
 void Each_Field(Part& incident, Visit&& visit) {
     visit("kind", incident.kind);

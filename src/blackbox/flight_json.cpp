@@ -17,6 +17,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr int json_version = 2;
+
 Json Json_Of(const std::vector<Evidence_Value>& values) {
     Json list = Json::array();
     for (const Evidence_Value& value : values) {
@@ -73,7 +75,7 @@ Json List_Of(const std::vector<Part>& parts) {
 }
 
 Json Whole_Json(const Flight_Summary& flight) {
-    Json object{{"version", 1}, {"id", To_Utf8(flight.id)}};
+    Json object{{"version", json_version}, {"id", To_Utf8(flight.id)}};
     Each_Field(flight, Member_Writer{object});
     object["settings"] = Json::object();
     for (const auto& [name, value] : flight.settings)
@@ -84,6 +86,7 @@ Json Whole_Json(const Flight_Summary& flight) {
         object["landings"][i]["touches"] = List_Of(flight.landings[i].touches);
     object["phases"] = List_Of(flight.phases);
     object["incidents"] = List_Of(flight.incidents);
+    object["planned"] = List_Of(flight.planned);
     return object;
 }
 

@@ -104,6 +104,8 @@ class Notes_Reader {
             Read_Setting(value);
         else if (key == "logged")
             Read_Logged(value);
+        else if (key == "planned")
+            m_notes.planned = Parse_Planned(value);
         else if (key == "taken up")
             Read_Taken_Up(seconds, value);
     }

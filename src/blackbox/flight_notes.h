@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "blackbox/flight_summary.h"
+#include "blackbox/planned_flight.h"
 #include "simlink/recording.h"
 
 namespace norvane {
@@ -36,6 +37,8 @@ struct Flight_Notes {
     std::vector<Noted_Event> events;
     std::vector<Phase_Change> phases;
     std::vector<Noted_Rest> rests;
+    /// Of the plan that was taken over last.
+    Planned_Flight planned;
 };
 
 /// Fills the texts of `summary` besides.

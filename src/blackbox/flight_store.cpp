@@ -14,7 +14,9 @@ namespace norvane {
 
 namespace {
 
-constexpr std::int64_t store_version = 1;
+constexpr std::int64_t store_version = 2;
+/// From this version on there is the table of planned figures.
+constexpr std::int64_t planned_version = 2;
 constexpr char line_mark = '\n';
 
 /// The columns of a table, in the order of the figures.
@@ -149,7 +151,8 @@ void Write_Touches(const Sqlite_Database& database, const Flight_Summary& flight
     }
 }
 
-constexpr auto list_tables = {"settings", "events", "phases", "incidents", "landings", "touches"};
+constexpr auto list_tables = {"settings", "events",  "phases", "incidents",
+                              "landings", "touches", "planned"};
 
 bool Reaches(const std::string& began_utc, const std::optional<Date>& from,
              const std::optional<Date>& to) {
@@ -209,6 +212,7 @@ void Flight_Store::Open(Store_Use use) {
         throw Run_Error(error_number::other,
                         From_Path(m_file) + ": the store was made by a newer Norvane");
     }
+    m_has_planned = use == Store_Use::write || version.Whole_Number(0) >= planned_version;
     if (use == Store_Use::look) {
         // What a start left that was broken off before the first table.
         if (version.Whole_Number(0) == 0)
@@ -227,6 +231,7 @@ void Flight_Store::Open(Store_Use use) {
     Make_List<Flight_Incident>(*m_database, "incidents");
     Make_List<Landing_Record>(*m_database, "landings");
     Make_List<Touch>(*m_database, "touches", ", landing INTEGER");
+    Make_List<Planned_Figure>(*m_database, "planned");
     m_database->Execute(fmt::format("PRAGMA user_version = {}", store_version).c_str());
     m_database->Execute("COMMIT");
 }
@@ -262,6 +267,7 @@ void Flight_Store::Write(const Flight_Summary& flight) {
     Write_List(*m_database, "incidents", flight.id, flight.incidents);
     Write_List(*m_database, "landings", flight.id, flight.landings);
     Write_Touches(*m_database, flight);
+    Write_List(*m_database, "planned", flight.id, flight.planned);
 }
 
 void Flight_Store::Delete(const std::string& id) {
@@ -277,6 +283,8 @@ void Flight_Store::Read_Lists(Flight_Summary& flight) const {
     Read_List(*m_database, "phases", flight.id, flight.phases);
     Read_List(*m_database, "incidents", flight.id, flight.incidents);
     Read_List(*m_database, "landings", flight.id, flight.landings);
+    if (m_has_planned)
+        Read_List(*m_database, "planned", flight.id, flight.planned);
     auto row = m_database->Prepare(
         fmt::format("SELECT landing{} FROM touches WHERE flight = ? ORDER BY place",
                     Columns_Of<Touch>().names));

@@ -60,6 +60,8 @@ class Flight_Store {
     std::filesystem::path m_file;
     std::chrono::milliseconds m_patience;
     std::string m_trouble;
+    /// Who looks at an older program's store finds no table of planned figures.
+    bool m_has_planned = true;
     std::unique_ptr<Sqlite_Database> m_database;
 };
 

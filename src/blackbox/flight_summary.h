@@ -92,6 +92,15 @@ struct Recorded_Event {
     std::vector<std::string> near;
 };
 
+/// What was planned and what was flown: times as "1405Z", fuel in whole lbs; the latter is empty
+/// where the flight did not come so far.
+struct Planned_Figure {
+    /// By `Name_Of` of a `Planned`.
+    std::string name;
+    std::string planned;
+    std::string flown;
+};
+
 struct Flight_Summary {
     /// The recording's name without its endings, as 2026-11-23_1405Z_KJFK-KBOS_214.
     std::string id;
@@ -117,6 +126,8 @@ struct Flight_Summary {
     std::vector<Landing_Record> landings;
     std::vector<Flight_Incident> incidents;
     std::vector<Phase_Sum> phases;
+    /// What a plan told; empty when the flight was flown by none that is known.
+    std::vector<Planned_Figure> planned;
     /// At most 2,000, no farther than 50 m and 50 ft from what was flown.
     std::vector<Flight_Point> track;
     double distance_flown_nm = 0;

@@ -132,6 +132,25 @@ std::string Moments_Text(const Flight_Summary& flight) {
            Line("Top of descent", moment(flight.top_of_descent_s));
 }
 
+/// "Planned time OUT: 1400Z, flown 1405Z"
+std::string Planned_Lines(const Flight_Summary& flight) {
+    std::string text;
+    for (const Planned_Figure& figure : flight.planned) {
+        const bool is_fuel = figure.name.ends_with("_lbs");
+        const auto shown = [&](const std::string& value) {
+            return value.empty() || !is_fuel ? value : value + " lbs";
+        };
+        // "block fuel", or "fuel OUT".
+        std::string words = Replace_All(Before(figure.name, "_lbs"), "_", " ");
+        if (!words.ends_with("fuel") && Contains(words, " "))
+            words = std::string(Before(words, " ")) + Upper(words.substr(words.find(' ')));
+        text += Line(
+            "Planned " + words,
+            shown(figure.planned) + (figure.flown.empty() ? "" : ", flown " + shown(figure.flown)));
+    }
+    return text;
+}
+
 }  // namespace
 
 std::string Flight_Text(const Flight_Summary& flight) {
@@ -150,7 +169,7 @@ std::string Flight_Text(const Flight_Summary& flight) {
         text += Line(Words_Of(sum.phase), fmt::format("{}, {} gal", Duration_Text(sum.seconds),
                                                       Format_Fixed(sum.fuel_gal, 1)));
     }
-    text += Landing_Text(flight);
+    text += Planned_Lines(flight) + Landing_Text(flight);
     for (const Flight_Incident& incident : flight.incidents)
         text += Line(Clock_At(flight, incident.seconds), Words_Of(incident));
     return text;

@@ -155,10 +155,8 @@ std::vector<Recorded_Event> Describe_Events(const std::vector<Flight_Sample>& fl
         made.event = event.event;
         made.seconds = event.seconds;
         made.evidence = event.evidence;
-        const auto after = std::lower_bound(
-            flown.begin(), flown.end(), event.seconds,
-            [](const Flight_Sample& s, double seconds) { return s.point.seconds < seconds; });
-        if (after == flown.end())
+        const Flight_Sample* after = Sample_At(flown, event.seconds);
+        if (after == nullptr)
             continue;
         made.position = after->point.position;
         made.near = Lines_Near(*after);

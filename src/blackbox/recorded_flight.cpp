@@ -73,6 +73,9 @@ class Moment_Decoder {
         for (const Tank_Row& tank : All_Tanks())
             sample.fuel_gal +=
                 Tank_Gallons(Raw_Whole(tank.level_offset), Raw_Whole(tank.capacity_offset));
+        sample.fuel_lb_per_gal = Value(Variable::fuel_weight_lb_per_gal);
+        sample.utc_minutes = static_cast<int>(Value(Variable::utc_hour)) * 60 +
+                             static_cast<int>(Value(Variable::utc_minute));
         const double rate = Value(Variable::simulation_rate);
         sample.simulation_rate = rate > 0 ? rate : 1;
     }
@@ -133,6 +136,13 @@ Recorded_Flight Decode_Moments(const std::vector<Recorded_Moment>& moments) {
         flight.samples.push_back(sample);
     }
     return flight;
+}
+
+const Flight_Sample* Sample_At(const std::vector<Flight_Sample>& samples, double seconds) {
+    const auto found = std::lower_bound(
+        samples.begin(), samples.end(), seconds,
+        [](const Flight_Sample& sample, double moment) { return sample.point.seconds < moment; });
+    return found == samples.end() ? nullptr : &*found;
 }
 
 }  // namespace norvane

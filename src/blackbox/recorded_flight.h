@@ -35,6 +35,9 @@ struct Flight_Sample {
     double wind_direction_deg = 0;
     double weight_lbs = 0;
     double fuel_gal = 0;
+    double fuel_lb_per_gal = 0;
+    /// Of the simulator's day, UTC.
+    int utc_minutes = 0;
     /// 1 where none is told.
     double simulation_rate = 1;
     bool parking_brake = false;
@@ -73,6 +76,10 @@ struct Recorded_Flight {
 };
 
 [[nodiscard]] Recorded_Flight Decode_Moments(const std::vector<Recorded_Moment>& moments);
+
+/// The first sample that is not before this moment; null behind the last one.
+[[nodiscard]] const Flight_Sample* Sample_At(const std::vector<Flight_Sample>& samples,
+                                             double seconds);
 
 /// Feet above the ground, as the simulator tells both; the aircraft's own height included.
 [[nodiscard]] inline double Height_Ft(const Flight_Point& point) {

@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <sqlite3.h>
+
 #include <fstream>
 
 #include "blackbox/flight_json.h"
@@ -113,6 +115,17 @@ TEST_F(Flight_Stores, Begin_anew_when_they_are_damaged_or_gone) {
     EXPECT_EQ(Open(Store_Use::look).Trouble(), "");
     EXPECT_FALSE(fs::exists(directory)) << "who looks makes nothing";
     EXPECT_EQ(Open().Trouble(), "");
+}
+
+TEST_F(Flight_Stores, Of_an_older_program_are_read_and_go_on) {
+    Open().Put(Sample_Flight());
+    Sqlite_Database(file, SQLITE_OPEN_READWRITE, {})
+        .Execute("DROP TABLE planned; PRAGMA user_version = 1");
+    Flight_Summary without = Sample_Flight();
+    without.planned.clear();
+    EXPECT_EQ(Flight_Json(Open(Store_Use::look).Find(without.id).value()), Flight_Json(without));
+    Open().Put(Sample_Flight());
+    EXPECT_EQ(Open(Store_Use::look).List().at(0).planned.size(), 4U);
 }
 
 TEST_F(Flight_Stores, List_what_is_asked_for) {

@@ -38,6 +38,10 @@ inline Flight_Summary Sample_Flight(std::string id = "2026-11-23_1405Z_KJFK-KBOS
                         {Incident_Kind::teleport, 30, 0, 12.5},
                         {Incident_Kind::taken_up, 40, 1, 0}};
     flight.phases = {{Flight_Phase::before_out, 14.5, 0.5}, {Flight_Phase::off, 360, 101}};
+    flight.planned = {{"time_out", "1400Z", "1405Z"},
+                      {"time_on", "1500Z", ""},
+                      {"fuel_out_lbs", "9000", "9100"},
+                      {"block_fuel_lbs", "3000", ""}};
     // Two points, a gap, one point alone, a gap, two points.
     for (int i = 0; i < 5; ++i) {
         Flight_Point point{
