@@ -139,10 +139,11 @@ void Read_Weights(const Json& answer, Simbrief_Plan& plan) {
     // A weight in a unit that nobody knows is none.
     if (!in_kilograms && !unit.starts_with("lb"))
         return;
+    const double pounds = in_kilograms ? 1 / kilograms_per_pound : 1;
     for (const Weight_Row& row : weight_rows) {
-        const auto weight = Figure(Member(answer, row.part), row.key, heaviest_lbs);
+        const auto weight = Figure(Member(answer, row.part), row.key, heaviest_lbs / pounds);
         if (weight)
-            plan.*row.weight_lbs = in_kilograms ? *weight / kilograms_per_pound : *weight;
+            plan.*row.weight_lbs = *weight * pounds;
     }
 }
 
