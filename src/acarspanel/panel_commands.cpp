@@ -46,6 +46,9 @@ void ucACARS::ACARS_ON() {
         m_stage.Enter(Stage::tracked);
         Show_Active();
         tmrPos.Set_Enabled(Airborne_By_Engine());
+        // Into the recording, which may be a new one.
+        if (!m_store.facts.planned.empty())
+            simbrief.planned.Emit(m_store.facts.planned);
         Show_Stored();
         // "On" cannot be used any longer, and what stands beside it would take the keyboard: a
         // blank typed there would pause the flight.

@@ -2,6 +2,7 @@
 // figures.
 
 #include "acarspanel/network_world.h"
+#include "blackbox/flight_store.h"
 #include "common/line_reader.h"
 
 namespace norvane::test {
@@ -140,12 +141,16 @@ TEST_F(Panel_Simbrief, Planned_figures_are_resumed_and_gone_with_the_flight) {
     Begin();
     EXPECT_EQ(Planned_Column(), column);
     Settings().Set_WX_URL("NONE");
+    std::filesystem::remove_all(directory / "flights");
     Panel().hypOn.Click();
     EXPECT_EQ(Panel().lblATCFlight.Text(), "VMS112");
     Touch_Down();
     Park();
     Log();
     EXPECT_EQ(Planned_Column(), column) << "it is read beside what was flown";
+    program->archive.Finish();
+    EXPECT_EQ(Flight_Store(directory / "flights", Store_Use::look).List().at(0).planned.size(), 9U)
+        << "in the recording that was begun anew, too";
     Stand();
     Panel().hypOn.Click();
     EXPECT_EQ(Planned_Column(), std::string(planned_count, '|'));
