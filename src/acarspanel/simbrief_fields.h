@@ -3,6 +3,8 @@
 // times and fuel beside the flown ones. The question to the pilot, the filling and the command
 // line walk the same list.
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>

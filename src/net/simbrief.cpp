@@ -178,7 +178,7 @@ std::optional<bool> Rules_Of(const std::string& rules) {
     return std::nullopt;
 }
 
-std::string First_Of(std::string first, const std::string& second) {
+std::string First_Of(const std::string& first, const std::string& second) {
     return first.empty() ? second : first;
 }
 
