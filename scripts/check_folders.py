@@ -9,7 +9,7 @@ import re
 
 import house
 
-ORDER = ["common", "simlink", "config", "simdata", "acars", "blackbox", "net", "logentry", "flightlog", "settingspanel", "messagepanel",
+ORDER = ["common", "simlink", "config", "simdata", "acars", "blackbox", "net", "deliveries", "logentry", "flightlog", "settingspanel", "messagepanel",
          "logpanel", "acarspanel", "worldtools", "app", "ui", "cli"]
 ALLOWED = {folder: set(ORDER[:place + 1]) for place, folder in enumerate(ORDER)}
 ALLOWED["cli"].discard("ui")

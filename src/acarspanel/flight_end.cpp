@@ -233,7 +233,6 @@ void ucACARS::Close_Now() {
         return;
     }
     m_closed = true;
-    m_pireps.Close();
     Closing_Now.Emit();
     Stop_Timers();
     Drop_Requests();
@@ -249,7 +248,7 @@ void ucACARS::Close_Now() {
     if (!m_store.Persist() && m_store.Has_Flight_To_Keep() && m_closing != Closing::by_pilot)
         m_keeper.Keep_Somewhere();
     m_store.Stop();
-    m_pireps.End(m_closing == Closing::by_pilot);
+    m_pireps.Close();
     Closed.Emit();
 }
 

@@ -9,6 +9,7 @@ class clsAppSettings;
 class clsLogEntry;
 class clsVASettings;
 class frmResponse;
+class Outbox;
 struct Services;
 
 /// All of it lives longer than the panel.
@@ -18,6 +19,7 @@ struct Panel_Parts {
     clsVASettings& airline;
     clsLogEntry& log_entry;
     frmResponse& response;
+    Outbox& outbox;
     Http_Options http;
 };
 

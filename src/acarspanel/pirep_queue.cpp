@@ -2,35 +2,34 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <optional>
 #include <utility>
 
-#include "acarspanel/step_queue.h"
 #include "common/boxes.h"
+#include "common/code_page.h"
 #include "common/log_error.h"
 #include "common/services.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
+#include "deliveries/outbox.h"
 #include "logentry/cls_log_entry.h"
 #include "logentry/frm_response.h"
+#include "net/http_exchange.h"
 
 namespace norvane {
 
 namespace {
 
-constexpr std::chrono::milliseconds post_delay(1);
-/// How long a pilot who leaves waits for the airline to take the last PIREP, whose file remains.
-constexpr std::chrono::milliseconds longest_last_post(15'000);
+constexpr std::chrono::milliseconds hand_over_delay(1);
 
 }  // namespace
 
-Pirep_Queue::Pirep_Queue(const Panel_Parts& parts, const Step_Queue& steps)
+Pirep_Queue::Pirep_Queue(const Panel_Parts& parts)
     : m_parts(parts),
-      m_steps(steps),
       m_due(parts.services),
-      m_timer(parts.services.desktop.Timers(), post_delay) {
-    m_timer.tick.Connect(*this, &Pirep_Queue::Post_All);
+      m_timer(parts.services.desktop.Timers(), hand_over_delay) {
+    m_timer.tick.Connect([this] { Hand_Over_All(); });
+    m_outbox_connections.Keep({parts.outbox.Changed.Connect(
+        [this](const Airline_Delivery& delivery) { Delivery_Changed(delivery); })});
 }
 
 /// An airline without a script has nobody to send to.
@@ -68,9 +67,7 @@ void Pirep_Queue::Send(bool was_logged_before) {
         return;
     }
     m_due.Set_Stage(file, Due_PIREP::Stage::written);
-    m_posts.push_back(
-        {file, m_parts.airline.Name(), !m_parts.services.desktop.Timers().Is_Ticking()});
-    m_timer.Set_Enabled(true);
+    Hand_Over({file, {}, {}, m_parts.airline.Name(), true, Due_PIREP::Stage::written});
 }
 
 void Pirep_Queue::Take_Up(const std::function<bool(const std::string& row)>& stands_in_log) {
@@ -88,110 +85,95 @@ void Pirep_Queue::Take_Up(const std::function<bool(const std::string& row)>& sta
             }
             m_due.Set_Stage(due.file, Stage::written);
         }
-        m_posts.push_back({due.file, due.airline, false, due.stage == Stage::sending});
+        m_left.push_back(due);
     }
-    m_timer.Set_Enabled(!m_posts.empty());
+    m_timer.Set_Enabled(!m_left.empty());
 }
 
-void Pirep_Queue::Post_All() {
-    // The timer is still enabled and ticks again.
-    if (m_steps.Is_Stepping())
-        return;
+void Pirep_Queue::Hand_Over_All() {
     m_timer.Set_Enabled(false);
-    m_posting = true;
-    while (!m_posts.empty()) {
-        const Post post = std::move(m_posts.front());
-        m_posts.pop_front();
-        if (post.is_uncertain)
-            Tell_Uncertain(post);
-        else
-            Post_One(post);
-    }
-    m_posting = false;
+    for (const Due_PIREP& due : std::exchange(m_left, {}))
+        Hand_Over(due);
 }
 
-/// A second post could reach the airline as a second flight: the pilot decides.
-void Pirep_Queue::Tell_Uncertain(const Post& post) {
-    m_due.Take_Off(post.file);
-    Tell(m_parts.services.desktop,
-         fmt::format("Norvane was ended while it sent a PIREP to the airline {}, which may have "
-                     "got it or not.  The flight is in the flight log, and the PIREP is kept "
-                     "in\r\n\r\n{}\r\n\r\nIf the airline does not have it, please send it with "
-                     "\"File\" / \"Send PIREP ...\".",
-                     post.airline, post.file),
-         Icon::information);
-}
-
-void Pirep_Queue::Tell_No_Script(const Post& post) {
-    m_due.Take_Off(post.file);
-    const Run_Error lost(error_number::other,
-                         "No PIREP script is known of the airline " + post.airline,
-                         "The PIREP was not sent: the files of the airline " + post.airline +
-                             " name no script.  It is kept in\r\n\r\n" + post.file +
-                             "\r\n\r\nPlease send it with \"Send PIREP ...\".");
-    Log_Error(m_parts.services, "ucACARS.Post_PIREP()", lost, Show::silent);
-    Tell_PIREP_Failure(m_parts.services.desktop, lost);
-}
-
-void Pirep_Queue::Post_One(const Post& post) {
-    std::optional<Timer_Queue::Ticks_Set_Aside> aside;
-    if (post.by_pilot)
-        aside.emplace(m_parts.services.desktop.Timers());
-    Guarded(m_parts.services, "ucACARS.ACARS_LOG()", Show::box, [&] {
+/// What an earlier run had handed over and not yet taken off is there already.
+void Pirep_Queue::Hand_Over(const Due_PIREP& due) {
+    try {
         // A change of the airline on the panel would take its fields away from the next flight.
-        const Airline_By_Name of_flight(m_parts.services, m_parts.airline, post.airline);
-        if (of_flight.Get().Script_PIREP().empty())
-            Tell_No_Script(post);
-        else if (!Is_Given_Up())
-            Send_To(of_flight.Get(), post);
-        // Not begun, it stays due.
-    });
+        const Airline_By_Name of_flight(m_parts.services, m_parts.airline, due.airline);
+        const clsVASettings& airline = of_flight.Get();
+        if (airline.Script_PIREP().empty()) {
+            throw Run_Error(error_number::other,
+                            "No PIREP script is known of the airline " + due.airline,
+                            "The PIREP was not sent: the files of the airline " + due.airline +
+                                " name no script.  It is kept in\r\n\r\n" + due.file +
+                                "\r\n\r\nPlease send it with \"Send PIREP ...\".");
+        }
+        clsLogEntry entry(m_parts.services);
+        entry.Set(Log_Field::PIREP_FILE_NAME, due.file);
+        Airline_Delivery delivery;
+        delivery.airline = due.airline;
+        delivery.flight = From_Path(To_Path(due.file).stem());
+        delivery.address = Request_Address(airline.WebServer(), airline.Script_PIREP());
+        delivery.headers = {form_content_type};
+        delivery.body = entry.Form_To_Post(airline);
+        delivery.file = due.file;
+        // An older program was ended while it sent this one: it may have arrived.
+        if (due.stage == Due_PIREP::Stage::sending)
+            delivery.state = Delivery_State::uncertain;
+        const bool is_new = due.row.empty();
+        if (is_new || !m_parts.outbox.Holds(delivery.file, delivery.body))
+            m_parts.outbox.Put(std::move(delivery));
+        m_due.Take_Off(due.file);
+    } catch (...) {
+        Tell_Failure(due, Caught_Error());
+    }
 }
 
-bool Pirep_Queue::Is_Given_Up() const {
-    return m_parts.http.given_up && m_parts.http.given_up();
+/// One that could not be stored stays due for the next start.
+void Pirep_Queue::Tell_Failure(const Due_PIREP& due, const Run_Error& error) {
+    const bool may_come_right = error.Number() == error_number::disk_full ||
+                                error.Number() == error_number::device_io_error ||
+                                error.Number() == error_number::path_file_access ||
+                                error.Number() == error_number::permission_denied;
+    if (!may_come_right)
+        m_due.Take_Off(due.file);
+    Log_Error(m_parts.services, "ucACARS.Post_PIREP()", error, Show::silent);
+    Tell_PIREP_Failure(m_parts.services.desktop, error);
 }
 
-void Pirep_Queue::Send_To(const clsVASettings& airline, const Post& post) {
-    // An entry of its own: the shared one may be the next flight's before the post is over.
-    clsLogEntry entry(m_parts.services);
-    entry.Set(Log_Field::PIREP_FILE_NAME, post.file);
-    // Closing ends a post, but not one that began with it.
-    const bool began_closed = m_closed;
-    Http_Options limits =
-        Given_Up_When([this, began_closed] { return m_closed && !began_closed; }, m_parts.http);
-    if (m_closed)
-        limits.all_within = std::min(limits.all_within, longest_last_post);
-    std::optional<Run_Error> failure;
-    {
-        const Busy_Cursor busy(m_parts.services.desktop);
-        const Wait_Notice notice(m_parts.services.desktop, "Contacting the airline's server ...");
+/// The viewer follows a PIREP that is sent for the first time, or by the pilot's word, and shows
+/// each answer.
+void Pirep_Queue::Delivery_Changed(const Airline_Delivery& delivery) {
+    if (delivery.kind != Delivery_Kind::pirep)
+        return;
+    if (delivery.state == Delivery_State::sending) {
+        if (delivery.attempts > 1)
+            return;
+        m_shown = delivery.id;
+        m_notice.emplace(m_parts.services.desktop, "Contacting the airline's server ...");
         m_parts.response.Contact_Server();
-        m_due.Set_Stage(post.file, Due_PIREP::Stage::sending);
-        failure = entry.Send_PIREP(m_parts.settings, airline, limits);
+        return;
     }
-    // A post that was broken off may have arrived: the next start tells.
-    const bool is_broken_off = failure && ((m_closed && !began_closed) || Is_Given_Up());
-    if (!is_broken_off)
-        m_due.Take_Off(post.file);
-    if (!failure && !m_closed)
-        m_parts.response.Show_Response();
-    else
+    if (m_shown == delivery.id)
+        m_notice.reset();
+    const bool is_answered = (delivery.state == Delivery_State::delivered ||
+                              delivery.state == Delivery_State::refused) &&
+                             delivery.status != 0;
+    if (is_answered)
+        m_parts.response.Show_Answer(delivery.answer);
+    else if (m_shown == delivery.id)
         m_parts.response.Close();
-    if (failure && !is_broken_off)
-        Tell_PIREP_Failure(m_parts.services.desktop, *failure);
+    if (m_shown == delivery.id)
+        m_shown = 0;
 }
 
-void Pirep_Queue::End(bool sends_rest) {
+void Pirep_Queue::Close() {
     m_timer.Set_Enabled(false);
-    if (!m_posting && sends_rest)
-        Post_All();
-    for (const Post& post : std::exchange(m_posts, {})) {
-        Log_Error(
-            m_parts.services, "ucACARS.Close()",
-            {error_number::other, "The PIREP is not sent before the next start: " + post.file},
-            Show::silent);
-    }
+    m_outbox_connections.Disconnect();
+    m_notice.reset();
+    if (std::exchange(m_shown, 0) != 0)
+        m_parts.response.Close();
 }
 
 }  // namespace norvane

@@ -31,7 +31,7 @@ ucACARS::ucACARS(const Parts& parts)
       m_pages(parts, *this),
       m_store(parts, {*this, m_stage, weather, network_plan}, m_steps),
       m_keeper(parts, m_store),
-      m_pireps(parts, m_steps),
+      m_pireps(parts),
       m_gate_timer(m_services.desktop.Timers(), longest_gate_wait) {
     Connect_Controls();
 }

@@ -86,8 +86,6 @@ class ucACARS : public ACARS_Form {
     [[nodiscard]] bool Is_Stored_Whole() const { return m_store.Is_Stored_Whole(); }
     /// The title's context menu opens only in the air.
     [[nodiscard]] bool Context_Menu_Opens() const { return tmrPos.Enabled(); }
-    /// PIREPs of logged flights are on their way to the airline, or wait for their turn.
-    [[nodiscard]] bool Is_Posting() const { return m_pireps.Is_Posting(); }
 
     /// Asks for a flight plan file; empty when the pilot chose none.
     [[nodiscard]] std::filesystem::path Get_Flight_Plan();

@@ -5,13 +5,14 @@
 #include "common/boxes.h"
 #include "common/code_page.h"
 #include "common/log_error.h"
+#include "deliveries/delivery_rules.h"
 #include "flightlog/log_columns.h"
 
 namespace norvane {
 
 namespace {
 
-/// How long a pilot who leaves waits for the airline to take the last messages.
+/// How long a pilot who leaves waits for what is on its way to an airline to arrive.
 constexpr std::chrono::seconds longest_farewell(3);
 
 }  // namespace
@@ -31,10 +32,11 @@ Program::Program(const Services& outside, Transport& transport, const Http_Optio
       engine({services, link, settings, airline, utc}),
       response(services),
       http_limits(Limits(http)),
-      panel({services, settings, airline, log_entry, response, http_limits}),
+      outbox(services, http, Random_Share()),
+      panel({services, settings, airline, log_entry, response, outbox, http_limits}),
       recorder({services, link, settings, airline, engine}),
       archive(services, settings),
-      messages({services, settings, airline, http_limits}),
+      messages({services, settings, airline, outbox, http_limits}),
       settings_panel(services, settings, airline),
       pirep_editor({services, settings, airline, response, http_limits}),
       world_locations({services, link, settings, airline, utc}),
@@ -42,6 +44,7 @@ Program::Program(const Services& outside, Transport& transport, const Http_Optio
           return frmICAO::World_Files{engine.World(), engine.WorldUD()};
       }) {
     airline.Get_VA_Settings(settings.Virtual_Airline());
+    outbox.Begin();
     flight_log.Set_Simulator({services, link, settings, airline, utc});
     flight_log.UCI();
     panel.UCI();
@@ -113,7 +116,8 @@ void Program::End_The_Rest() {
     };
     end([this] { engine.Stop_(); });
     // The flight's last message is the engine's that it ended.
-    end([this] { messages.Close(m_farewell); });
+    end([this] { messages.Close(); });
+    end([this] { outbox.Close(m_farewell); });
     m_closing = true;
     end([this] { link.IPC_Close(); });
     end([this] { flight_log.End(); });

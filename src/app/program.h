@@ -15,6 +15,7 @@
 #include "common/signal.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
+#include "deliveries/outbox.h"
 #include "logentry/cls_log_entry.h"
 #include "logentry/frm_pirep.h"
 #include "logentry/frm_response.h"
@@ -65,6 +66,7 @@ class Program {
     clsACARS engine;
     frmResponse response;
     Http_Options http_limits;
+    Outbox outbox;
     ucACARS panel;
     Flight_Recorder recorder;
     Flight_Archive archive;

@@ -20,6 +20,7 @@
 #include "config/memory_store.h"
 #include "config/setting_codes.h"
 #include "config/setting_table.h"
+#include "deliveries/outbox.h"
 #include "flightlog/log_columns.h"
 #include "logentry/cls_log_entry.h"
 #include "logentry/frm_response.h"
@@ -79,7 +80,8 @@ struct Program_Run {
           link(transport, services.clock),
           engine({services, link, settings, airline, utc}),
           response(services),
-          panel({services, settings, airline, entry, response,
+          outbox(services, {}, [] { return 0.0; }),
+          panel({services, settings, airline, entry, response, outbox,
                  Given_Up_When([] { return true; }, {})}) {
         airline.Get_VA_Settings(airline_name);
         panel.UCI();
@@ -93,6 +95,8 @@ struct Program_Run {
     modFSUIPC link;
     clsACARS engine;
     frmResponse response;
+    /// Never begun, and given nothing: no PIREP is made.
+    Outbox outbox;
     ucACARS panel;
 };
 

@@ -13,6 +13,7 @@
 #include "cli/resume_check.h"
 #include "common/code_page.h"
 #include "common/log_error.h"
+#include "common/text.h"
 #include "config/setting_codes.h"
 #include "flightlog/log_columns.h"
 #include "simlink/link_address.h"
@@ -87,9 +88,8 @@ class Flight {
     int Log();
     int Close_On_Signal();
     void Print_Result();
-    bool Is_Posting() const;
     void Await_Posts();
-    [[nodiscard]] bool Tell_How_The_PIREP_Went() const;
+    void Tell_How_The_PIREP_Went();
 
     Console& m_console;
     Session& m_session;
@@ -312,9 +312,15 @@ int Flight::Log() {
     Await_Posts();
     m_console.desktop.Wait_Until([&] { return !m_program.engine.Is_Showing_Messages(); },
                                  longest_display);
-    const bool is_taken = Tell_How_The_PIREP_Went();
+    Tell_How_The_PIREP_Went();
     m_program.Close(Signalled() ? ucACARS::Closing::by_signal : ucACARS::Closing::by_pilot);
-    return is_taken ? exit_status::done : exit_status::failed;
+    if (const std::size_t waiting = m_program.outbox.Waiting(); waiting > 0) {
+        Console_Desktop::Say(
+            fmt::format("Deliveries that wait for the airline: {}.  The next start sends them, and "
+                        "\"norvane-cli outbox retry\" does so at once.",
+                        waiting));
+    }
+    return exit_status::done;
 }
 
 int Flight::Close_On_Signal() {
@@ -340,46 +346,35 @@ void Flight::Print_Result() {
     Console_Desktop::Print("Program directory: " + From_Path(m_session.Places().program_directory));
 }
 
-bool Flight::Is_Posting() const {
-    return m_program.panel.Is_Posting() || m_program.messages.Is_Posting();
-}
-
 /// The PIREP and what the flight reported last may still be on their way to the airline.
 void Flight::Await_Posts() {
-    if (!Is_Posting())
+    Outbox& outbox = m_program.outbox;
+    if (!outbox.Is_Active())
         return;
     Console_Desktop::Say("Waiting until the airline has all reports of the flight.");
     // By the clock on the wall: servers know nothing of scaled time.
     const auto end = m_console.clock.Monotonic() + longest_posting;
     m_console.desktop.Wait_Until(
-        [&] { return !Is_Posting() || m_console.clock.Monotonic() >= end; }, for_ever);
-    if (Is_Posting())
-        Console_Desktop::Say("The error log tells what was not sent.");
+        [&] { return !outbox.Is_Active() || m_console.clock.Monotonic() >= end; }, for_ever);
 }
 
-/// False when the airline was to have a PIREP and did not take it.
-bool Flight::Tell_How_The_PIREP_Went() const {
-    const clsAppSettings& settings = m_program.settings;
-    if (!settings.OPT_PIREP() || !settings.OPT_PIREP_SEND() ||
-        m_program.airline.Script_PIREP().empty())
-        return true;
-    if (m_program.panel.Is_Posting()) {
-        Console_Desktop::Say(
-            "The flight is in the log, and its PIREP is due: the next start of Norvane sends it, "
-            "or "
-            "tells that the airline may have it already.");
-        return false;
+/// Of the PIREPs of this flight the last one counts.
+void Flight::Tell_How_The_PIREP_Went() {
+    const std::string& file = m_program.log_entry.Get(Log_Field::PIREP_FILE_NAME);
+    std::int64_t id = 0;
+    for (const Airline_Delivery& delivery : m_program.outbox.List()) {
+        if (delivery.kind == Delivery_Kind::pirep && delivery.file == file)
+            id = delivery.id;
     }
-    if (!m_program.response.Is_Open()) {
-        Console_Desktop::Say(fmt::format(
-            "The flight is in the log, but the PIREP was not sent; the error log tells why.  "
-            "\"norvane-cli pirep send '{}'\" sends it again.",
-            m_program.log_entry.Get(Log_Field::PIREP_FILE_NAME)));
-        return false;
+    const auto delivery = m_program.outbox.Find(id);
+    if (!delivery)
+        return;
+    Console_Desktop::Say(fmt::format("The flight is in the log, and its PIREP (delivery {}) is {}.",
+                                     id, Name_Of(delivery->state)));
+    if (delivery->status != 0) {
+        Console_Desktop::Print("The airline's answer to the PIREP:");
+        Print_Server_Answer(Trim(delivery->answer));
     }
-    Console_Desktop::Print("The airline's answer to the PIREP:");
-    Print_Server_Answer(m_program.response.Page());
-    return true;
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "cli/fly_command.h"
 #include "cli/listing_commands.h"
 #include "cli/network_commands.h"
+#include "cli/outbox_commands.h"
 #include "cli/plan_command.h"
 #include "common/log_error.h"
 #include "common/version.h"
@@ -125,6 +126,34 @@ void Add_Requests(CLI::App& app, Words& words, Work& work) {
                 words, work, PIREP_Send);
 }
 
+void Add_Outbox(CLI::App& app, Words& words, Work& work) {
+    auto* outbox = app.add_subcommand("outbox", "What airlines are to get")->require_subcommand(1);
+    outbox->add_subcommand("list", "List the deliveries")->callback([&] {
+        work = {Access::look, [](Console&, Session& open) { return Outbox_List(open); }};
+    });
+    auto* show = outbox->add_subcommand("show", "What was sent, and what came of it");
+    show->add_option("ID", words.row)->required();
+    show->callback([&] {
+        work = {Access::look, [&](Console&, Session& open) {
+                    return Outbox_Show(open, static_cast<std::int64_t>(words.row));
+                }};
+    });
+    auto* retry = outbox->add_subcommand("retry", "Send what waits, and wait for the answers");
+    retry->add_option("ID", words.row, "This one, whatever became of it before");
+    retry->callback([&] {
+        work = {Access::write, [&](Console& console, Session& open) {
+                    return Outbox_Retry(console, open, static_cast<std::int64_t>(words.row));
+                }};
+    });
+    auto* drop = outbox->add_subcommand("drop", "Give a delivery up");
+    drop->add_option("ID", words.row)->required();
+    drop->callback([&] {
+        work = {Access::write, [&](Console& console, Session& open) {
+                    return Outbox_Drop(console, open, static_cast<std::int64_t>(words.row));
+                }};
+    });
+}
+
 /// Runs the chosen command; what it raises becomes a line, an entry of the error log and a status.
 int Run(const Session_Options& options, Console& console, const Work& work) {
     try {
@@ -166,6 +195,7 @@ int main(int argc, char** argv) {
     Add_Airline(app, words, work);
     Add_Plan(app, words, work);
     Add_Requests(app, words, work);
+    Add_Outbox(app, words, work);
     Add_World_Commands(app, session, words, work);
     try {
         app.parse(argc, argv);

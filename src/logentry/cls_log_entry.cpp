@@ -13,6 +13,7 @@
 #include "common/services.h"
 #include "common/text.h"
 #include "config/cls_va_settings.h"
+#include "net/airline_forms.h"
 #include "net/cls_win_inet.h"
 
 namespace norvane {
@@ -180,19 +181,27 @@ bool clsLogEntry::Write_PIREP(const std::filesystem::path& file, std::string_vie
     });
 }
 
+std::string clsLogEntry::Values_To_Post() const {
+    const std::string& stated = Get(Log_Field::PIREP_FILE_NAME);
+    const std::string file = Read_File(PIREP_File(m_services, stated));
+    Line_Reader lines(file);
+    if (!lines.Next() || !Contains(lines.Line(), std::string_view(&field_separator, 1)))
+        throw No_Values(stated);
+    return With_Posted_Date(lines.Line(), m_services.regional);
+}
+
+std::string clsLogEntry::Form_To_Post(const clsVASettings& airline) const {
+    return PIREP_Form(airline, Values_To_Post());
+}
+
 std::optional<Run_Error> clsLogEntry::Send_PIREP(const clsAppSettings& settings,
                                                  const clsVASettings& airline,
                                                  const Http_Options& options) {
     try {
         const std::string& stated = Get(Log_Field::PIREP_FILE_NAME);
-        const std::string file = Read_File(PIREP_File(m_services, stated));
-        Line_Reader lines(file);
-        if (!lines.Next() || !Contains(lines.Line(), std::string_view(&field_separator, 1)))
-            throw No_Values(stated);
         clsWinInet client(m_services, settings, airline, options);
         const Post_Result result =
-            client.Send_PIREP(airline.WebServer(), airline.Script_PIREP(),
-                              With_Posted_Date(lines.Line(), m_services.regional));
+            client.Send_PIREP(airline.WebServer(), airline.Script_PIREP(), Values_To_Post());
         if (!result.success)
             throw Not_Sent(stated, airline, result);
         return std::nullopt;

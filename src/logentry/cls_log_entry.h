@@ -63,6 +63,9 @@ class clsLogEntry {
     [[nodiscard]] std::optional<Run_Error> Send_PIREP(const clsAppSettings& settings,
                                                       const clsVASettings& airline,
                                                       const Http_Options& options = {});
+    /// The form that posts the first line of that file to the airline's script. Raises when there
+    /// is nothing to post.
+    [[nodiscard]] std::string Form_To_Post(const clsVASettings& airline) const;
     /// The 52 values of the PIREP line joined by "|".
     [[nodiscard]] std::string PIREP_Line() const;
     /// Stores the flight in progress; false when that failed (reported).
@@ -74,6 +77,7 @@ class clsLogEntry {
     Signal<> NewLogEntrySaveFail;
 
   private:
+    [[nodiscard]] std::string Values_To_Post() const;
     bool Write_PIREP(const std::filesystem::path& file, std::string_view line);
 
     Services& m_services;

@@ -11,7 +11,7 @@ namespace norvane {
 namespace {
 
 constexpr std::string_view contact_file = "cs";
-/// Written by the network client.
+/// Written by the network client as well.
 constexpr std::string_view answer_file = "sr";
 constexpr std::string_view contacting = "Contacting Server ...";
 
@@ -32,6 +32,16 @@ void frmResponse::Contact_Server() {
 void frmResponse::Show_Response() {
     // What the viewer showed until now would belong to a post that is still under way.
     if (!Guarded(m_services, "frmResponse.Show_Response()", Show::box, [&] { Open(answer_file); }))
+        Close();
+}
+
+void frmResponse::Show_Answer(std::string_view answer) {
+    if (Guarded(m_services, "frmResponse.Show_Answer()", Show::silent, [&] {
+            Write_File(m_services.program_directory / answer_file,
+                       Trim(answer) + std::string(cr_lf));
+        }))
+        Show_Response();
+    else
         Close();
 }
 

@@ -24,6 +24,8 @@ class frmResponse {
     void Contact_Server();
     /// Opens the viewer with the file "sr", the script's last answer.
     void Show_Response();
+    /// Keeps an answer as the script's last one, and opens the viewer with it.
+    void Show_Answer(std::string_view answer);
     /// Closes the viewer and keeps its files, as after a post that failed.
     void Close();
 

@@ -17,6 +17,9 @@
 #include "common/text.h"
 #include "config/cls_app_settings.h"
 #include "config/cls_va_settings.h"
+#include "deliveries/outbox.h"
+#include "net/airline_forms.h"
+#include "net/http_exchange.h"
 
 namespace norvane {
 
@@ -49,11 +52,11 @@ std::filesystem::path New_Log_File(const Services& services) {
 }  // namespace
 
 ucMSG::ucMSG(Parts parts)
-    : tmrPost(parts.services.desktop.Timers(), std::chrono::milliseconds(1)),
-      m_wx_timer(parts.services.desktop.Timers(), std::chrono::milliseconds(1)),
+    : m_wx_timer(parts.services.desktop.Timers(), std::chrono::milliseconds(1)),
       m_services(parts.services),
       m_settings(parts.settings),
       m_airline(parts.airline),
+      m_outbox(parts.outbox),
       m_http(std::move(parts.http)) {
     Connect_Controls();
     Enable_Input(false);
@@ -62,7 +65,6 @@ ucMSG::ucMSG(Parts parts)
 void ucMSG::Connect_Controls() {
     hypComment.clicked.Connect([this] { Enter_Comment(); });
     hypWX.clicked.Connect([this] { Get_WX(); });
-    tmrPost.tick.Connect([this] { Post_Next(); });
     m_wx_timer.tick.Connect([this] {
         m_wx_timer.Set_Enabled(false);
         Get_WX();
@@ -251,88 +253,25 @@ void ucMSG::Send_ACARS_Report(std::string_view text) {
         // The airline that is loaded is the one that was saved, whatever the pilot looks at.
         if (m_objACARS == nullptr || m_airline.Script_ACARS().empty())
             return;
-        if (m_closed)
-            throw Run_Error(error_number::other, "An ACARS message came too late to be sent");
-        m_reports.push_back({m_airline.Name(),
-                             {std::string(text), m_settings.PilotID(),
-                              m_objACARS->Form_ICAO_Depart(), m_objACARS->Form_ICAO_Arrive()}});
-        tmrPost.Set_Enabled(true);
+        Airline_Delivery delivery;
+        delivery.airline = m_airline.Name();
+        delivery.kind = Delivery_Kind::acars_report;
+        // The flight's first message tells it from others, whatever becomes of the program.
+        delivery.flight =
+            m_messages.empty() ? std::string("without messages") : m_messages.front().time;
+        delivery.address = Request_Address(m_airline.WebServer(), m_airline.Script_ACARS());
+        delivery.headers = {form_content_type};
+        delivery.body = Report_Form(
+            m_airline, {std::string(text), m_settings.PilotID(), m_objACARS->Form_ICAO_Depart(),
+                        m_objACARS->Form_ICAO_Arrive()});
+        m_outbox.Put(std::move(delivery));
     });
 }
 
-bool ucMSG::Is_Posting() const {
-    return m_posting || !m_reports.empty();
-}
-
-/// One report a tick: between two of them, code that waits around this tick goes on.
-void ucMSG::Post_Next() {
-    // Within a step the request would hold the step up; this timer ticks again at once.
-    if (m_objACARS != nullptr && m_objACARS->Is_Stepping())
-        return;
-    if (!m_posting && !m_reports.empty())
-        Post_First();
-    tmrPost.Set_Enabled(!m_reports.empty());
-}
-
-/// True when the airline's script took the report, or there is none.
-bool ucMSG::Post_First() {
-    m_posting = true;
-    const Waiting_Report waiting = std::move(m_reports.front());
-    m_reports.pop_front();
-    const bool sent = Post(waiting);
-    m_posting = false;
-    return sent;
-}
-
-bool ucMSG::Post(const Waiting_Report& waiting) {
-    bool sent = false;
-    Guarded(m_services, "ucMSG.Send_ACARS_Report()", Show::silent, [&] {
-        // A change of the airline on the panel would take its fields away from the flight.
-        const Airline_By_Name of_message(m_services, m_airline, waiting.airline);
-        const clsVASettings& airline = of_message.Get();
-        if (airline.Script_ACARS().empty()) {
-            sent = true;
-            return;
-        }
-        const Wait_Notice notice(m_services.desktop, "Sending an ACARS message to the airline ...");
-        // What the pilot does meanwhile is not this tick's doing.
-        const Timer_Queue::Ticks_Set_Aside aside(m_services.desktop.Timers());
-        clsWinInet client(m_services, m_settings, airline,
-                          Given_Up_When([this] { return m_closed; }, m_http));
-        sent = client.Send_ACARS_Report(airline.WebServer(), airline.Script_ACARS(), waiting.report)
-                   .success;
-    });
-    return sent;
-}
-
-/// Behind a request that is running nothing can be sent. A script that takes one report too long
-/// gets no other.
-void ucMSG::Send_Farewell(std::chrono::milliseconds at_most) {
-    using std::chrono::milliseconds;
-    const auto end = m_services.clock.Monotonic() + at_most;
-    while (!m_posting && !m_reports.empty()) {
-        const auto left =
-            std::chrono::duration_cast<milliseconds>(end - m_services.clock.Monotonic());
-        if (left <= milliseconds::zero())
-            return;
-        m_http.all_within = std::min(m_http.all_within, left);
-        if (!Post_First())
-            return;
-    }
-}
-
-void ucMSG::Close(std::chrono::milliseconds farewell) {
-    tmrPost.Set_Enabled(false);
+void ucMSG::Close() {
     m_wx_timer.Set_Enabled(false);
     Enable_Input(false);
-    Send_Farewell(farewell);
     m_closed = true;
-    const std::size_t unsent = std::exchange(m_reports, {}).size();
-    if (unsent == 0)
-        return;
-    Log_Error(m_services, "ucMSG.Close()",
-              {error_number::other, fmt::format("ACARS messages not sent: {}", unsent)},
-              Show::silent);
 }
 
 void ucMSG::Enable_Input(bool enabled) {

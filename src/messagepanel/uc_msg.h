@@ -4,7 +4,6 @@
 // ACARS script. One object, owned by the program; its controls are public models that the window
 // binds to.
 
-#include <deque>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -23,6 +22,7 @@ struct Services;
 class clsACARS;
 class clsAppSettings;
 class clsVASettings;
+class Outbox;
 
 class ucMSG {
   public:
@@ -31,6 +31,7 @@ class ucMSG {
         Services& services;
         const clsAppSettings& settings;
         clsVASettings& airline;
+        Outbox& outbox;
         Http_Options http;
     };
 
@@ -49,16 +50,11 @@ class ucMSG {
     /// Writes the messages of the flight to a new file in "messagelogs"; the pilot is told when
     /// that fails, without a wait for an answer where a step asked for it.
     void Export_Message_Log();
-    /// Puts one message in the queue to the ACARS script of the airline that is active now, with
-    /// the pilot and the airports of now. The pilot is not told how that went.
+    /// Puts one message into the outbox, for the ACARS script of the airline that is active now,
+    /// with the pilot and the airports of now. The pilot is not told how that went.
     void Send_ACARS_Report(std::string_view text);
-
-    /// Reports are on their way, or wait for their turn. They leave in order, after the step in
-    /// which their messages arose, while sampling goes on.
-    [[nodiscard]] bool Is_Posting() const;
-    /// Sends what waits, for `farewell` at most and until the first report that fails; then ends
-    /// the running requests and drops the rest. The error log tells how many reports that were.
-    void Close(std::chrono::milliseconds farewell = {});
+    /// Ends the running requests and the pilot's input.
+    void Close();
 
     /// Every message of the flight, each followed by an empty line.
     [[nodiscard]] const std::string& Log() const { return m_log; }
@@ -70,19 +66,12 @@ class ucMSG {
     Link hypComment{"Enter Comment"};
     Link hypWX{"Request WX"};
 
-    /// Sends the reports that wait, a moment after they arose.
-    Timer tmrPost;
-
   private:
     /// One message as it is stored with its flight.
     struct Message {
         std::string time;
         Message_Type type = Message_Type::comment;
         std::string text;
-    };
-    struct Waiting_Report {
-        std::string airline;
-        ACARS_Report report;
     };
 
     void Connect_Controls();
@@ -95,16 +84,13 @@ class ucMSG {
     void Step_Ended();
     void Enter_Comment();
     void Enable_Input(bool enabled);
-    void Post_Next();
-    bool Post(const Waiting_Report& waiting);
-    bool Post_First();
-    void Send_Farewell(std::chrono::milliseconds at_most);
 
     /// Asks for the weather again that was asked for within a step.
     Timer m_wx_timer;
     Services& m_services;
     const clsAppSettings& m_settings;
     clsVASettings& m_airline;
+    Outbox& m_outbox;
     Http_Options m_http;
     clsACARS* m_objACARS = nullptr;
     std::string m_log;
@@ -113,8 +99,6 @@ class ucMSG {
     std::size_t m_stored = 0;
     /// They are those of a flight that an earlier run stored, and that may have been given up.
     bool m_restored = false;
-    std::deque<Waiting_Report> m_reports;
-    bool m_posting = false;
     bool m_fetching = false;
     bool m_closed = false;
     /// Counts how often the input was disabled: weather asked for before is of no use then.

@@ -1,6 +1,7 @@
 #pragma once
-// The program's only network client: reports to the airline, weather, the online network's data.
-// Users make a fresh one for each operation; the ACARS panel keeps one for the network's data. A
+// The network client whose answers are waited for: a PIREP that the pilot sends, weather, the
+// online network's data. Users make a fresh one for each operation; the ACARS panel keeps one for
+// the network's data. A
 // second operation on a client whose request is still running fails. Operations report their own
 // failures and never raise.
 
@@ -17,16 +18,6 @@ namespace norvane {
 class clsAppSettings;
 class clsVASettings;
 struct Services;
-
-/// What an ACARS report tells besides its addressee.
-struct ACARS_Report {
-    /// Lines separated by CR LF, at least four: time, flight, aircraft or route, kind; then the
-    /// text.
-    std::string message;
-    std::string pilot_id;
-    std::string departure_icao;
-    std::string arrival_icao;
-};
 
 struct Post_Result {
     /// The request was answered, whatever the script said.
@@ -49,10 +40,6 @@ class clsWinInet {
     /// a failure and knows which file it was.
     [[nodiscard]] Post_Result Send_PIREP(std::string_view web_server, std::string_view post_script,
                                          std::string_view pirep);
-    /// Posts one message as the fields "acars0" to "acars7".
-    [[nodiscard]] Post_Result Send_ACARS_Report(std::string_view web_server,
-                                                std::string_view post_page,
-                                                const ACARS_Report& report);
 
     /// The airport's METAR from the pilot's weather source, or a line that tells there is none;
     /// empty when the request or its answer failed, or when the source is "NONE".
@@ -72,9 +59,8 @@ class clsWinInet {
 
   private:
     [[nodiscard]] std::string HTTP_Request(std::string_view host, Http_Verb verb,
-                                           std::string_view path);
+                                           std::string_view path, const std::string& form = {});
     [[nodiscard]] std::string Ask_Source(std::string_view path, std::string_view code);
-    void Add_Field(std::string_view name, std::string_view value);
     [[nodiscard]] std::string Get_TAF(std::string_view icao);
     [[nodiscard]] std::string Get_METAR_TAF(std::string_view icao);
 
@@ -84,7 +70,6 @@ class clsWinInet {
     Http_Client m_client;
     std::function<bool()> m_given_up;
     clsIniFile m_sources;
-    std::string m_form;
 };
 
 /// True when a text of `Get_METAR` or `Get_WX` holds more than lines that tell there is no report.

@@ -15,6 +15,7 @@
 namespace norvane {
 
 class Desktop;
+class Http_Exchange;
 
 /// The limits of a request. Redirects included, except that each hop connects anew.
 struct Http_Options {
@@ -60,15 +61,12 @@ class Http_Client {
     [[nodiscard]] bool Is_Busy() const { return m_busy; }
 
   private:
-    struct Exchange;
-
     [[nodiscard]] bool Is_Given_Up() const;
     std::string Follow(const Http_Request& request);
-    void Prepare(Exchange& exchange, const Http_Hop& hop, const std::string& body) const;
     /// Runs one exchange to its end; raises when no status line came.
-    void Perform(Exchange& exchange);
+    void Perform(const Http_Exchange& exchange);
     /// How the exchange ended, as libcurl tells it.
-    int Wait_For(const Exchange& exchange);
+    int Wait_For(const Http_Exchange& exchange);
 
     Desktop& m_desktop;
     Http_Options m_options;
